@@ -1,0 +1,45 @@
+# What every target of this project is compiled and linked with.
+
+# A build without a stated type is an optimised one with debug information.
+if(PROJECT_IS_TOP_LEVEL AND NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+    set(CMAKE_BUILD_TYPE RelWithDebInfo CACHE STRING "Build type" FORCE)
+endif()
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+find_program(NUXML_CCACHE ccache)
+mark_as_advanced(NUXML_CCACHE)
+if(PROJECT_IS_TOP_LEVEL AND NUXML_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${NUXML_CCACHE})
+endif()
+
+# The settings as a target: `target_link_libraries(x PRIVATE nuxmlSettings)`.
+add_library(nuxmlSettings INTERFACE)
+target_compile_options(nuxmlSettings INTERFACE -Wall -Wextra -Wconversion)
+if(NUXML_WERROR)
+    target_compile_options(nuxmlSettings INTERFACE -Werror)
+endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # Unique symbols would pin a library in memory: dlclose could no longer unload the package.
+    target_compile_options(nuxmlSettings INTERFACE -fno-gnu-unique)
+endif()
+
+if(NUXML_SANITIZE)
+    set(sanitizerFlags -fsanitize=${NUXML_SANITIZE} -fno-omit-frame-pointer)
+    if(NUXML_SANITIZE MATCHES "address|undefined")
+        list(APPEND sanitizerFlags -fno-sanitize-recover=all)
+    endif()
+    target_compile_options(nuxmlSettings INTERFACE ${sanitizerFlags})
+    target_link_options(nuxmlSettings INTERFACE ${sanitizerFlags})
+endif()
+
+# clang links its sanitizer runtime into executables only, so libraries keep open references to it.
+if(NOT (NUXML_SANITIZE AND CMAKE_CXX_COMPILER_ID MATCHES "Clang"))
+    target_link_options(nuxmlSettings INTERFACE -Wl,--no-undefined)
+endif()
