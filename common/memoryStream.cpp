@@ -1,0 +1,3 @@
+#include "common/memoryStream.h"
+
+TNuMemoryStream::~TNuMemoryStream() = default;

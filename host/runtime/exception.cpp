@@ -1,0 +1,44 @@
+#include "host/runtime/exception.h"
+
+#include "host/runtime/format.h"
+#include "host/runtime/unicode.h"
+
+namespace host {
+
+Exception::Exception(std::u16string_view message)
+    : message_(message), utf8_(utf16ToUtf8(message)) {}
+
+// The destructors stand here so that each class has one home for its type information, which is
+// what makes catching across shared libraries reliable.
+Exception::~Exception() = default;
+EConvertError::~EConvertError() = default;
+EListError::~EListError() = default;
+EAssertionFailed::~EAssertionFailed() = default;
+EStreamError::~EStreamError() = default;
+EReadError::~EReadError() = default;
+EWriteError::~EWriteError() = default;
+EFileOpenError::~EFileOpenError() = default;
+
+void failAssertion(std::u16string_view message, std::u16string_view location, int line) {
+    throw EAssertionFailed(formatMessage(u"%s (%s, line %d)", {message, location, line}));
+}
+
+void checkListIndex(std::int64_t index, std::size_t count) {
+    if (index < 0 || static_cast<std::uint64_t>(index) >= count) {
+        throw EListError(formatMessage(u"List index out of bounds (%d)", {index}));
+    }
+}
+
+std::u16string currentExceptionMessage() {
+    try {
+        throw;
+    } catch (const Exception& exception) {
+        return exception.Message();
+    } catch (const std::exception& exception) {
+        return utf8ToUtf16(exception.what());
+    } catch (...) {
+        return {};
+    }
+}
+
+} // namespace host

@@ -1,0 +1,208 @@
+#include "host/runtime/fileStream.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <system_error>
+
+#include "host/runtime/exception.h"
+#include "host/runtime/format.h"
+#include "host/runtime/unicode.h"
+
+namespace host {
+
+namespace {
+
+constexpr std::size_t blockSize = 64 * 1024;
+
+std::u16string systemReason(int error) {
+    return utf8ToUtf16(std::generic_category().message(error));
+}
+
+int systemFlags(unsigned mode) {
+    if (mode == fmCreate) {
+        return O_RDWR | O_CREAT | O_TRUNC;
+    }
+    switch (mode & 3U) {
+    case fmOpenWrite:
+        return O_WRONLY;
+    case fmOpenReadWrite:
+        return O_RDWR;
+    default:
+        return O_RDONLY;
+    }
+}
+
+} // namespace
+
+TFileStream::TFileStream(const std::filesystem::path& path, unsigned mode) {
+    descriptor_ = ::open(path.c_str(), systemFlags(mode) | O_CLOEXEC, 0666);
+    if (descriptor_ < 0) {
+        const int error = errno;
+        throw EFileOpenError(formatMessage(mode == fmCreate ? u"Cannot create file \"%s\". %s"
+                                                            : u"Cannot open file \"%s\". %s",
+                                           {utf8ToUtf16(path.string()), systemReason(error)}));
+    }
+    try {
+        block_ = std::make_unique_for_overwrite<std::byte[]>(blockSize);
+    } catch (...) {
+        ::close(descriptor_);
+        throw;
+    }
+}
+
+TFileStream::TFileStream(std::u16string_view path, unsigned mode)
+    : TFileStream(std::filesystem::path(utf16ToUtf8(path)), mode) {}
+
+TFileStream::~TFileStream() {
+    try {
+        Flush();
+    } catch (...) {
+        // Nobody is left to tell; who wants to know calls Flush first.
+    }
+    ::close(descriptor_);
+}
+
+std::size_t TFileStream::Read(void* buffer, std::size_t count) {
+    if (blockIsDirty_) {
+        Flush();
+    }
+    if (blockPosition_ == blockFill_) {
+        leaveBlock();
+        if (count >= blockSize) {
+            const std::size_t got = readFromSystem(static_cast<std::byte*>(buffer), count);
+            blockStart_ += static_cast<std::int64_t>(got);
+            return got;
+        }
+        blockFill_ = readFromSystem(block_.get(), blockSize);
+    }
+    const std::size_t taken = std::min(count, blockFill_ - blockPosition_);
+    std::memcpy(buffer, block_.get() + blockPosition_, taken);
+    blockPosition_ += taken;
+    return taken;
+}
+
+std::size_t TFileStream::Write(const void* buffer, std::size_t count) {
+    if (!blockIsDirty_ || blockFill_ == blockSize) {
+        Flush();
+        leaveBlock();
+    }
+    if (count >= blockSize) {
+        Flush();
+        leaveBlock();
+        writeToSystem(static_cast<const std::byte*>(buffer), count);
+        blockStart_ += static_cast<std::int64_t>(count);
+        return count;
+    }
+    const std::size_t taken = std::min(count, blockSize - blockFill_);
+    std::memcpy(block_.get() + blockFill_, buffer, taken);
+    blockFill_ += taken;
+    blockPosition_ = blockFill_;
+    blockIsDirty_ = blockIsDirty_ || taken > 0;
+    return taken;
+}
+
+std::int64_t TFileStream::Seek(std::int64_t offset, SeekOrigin origin) {
+    std::int64_t base = 0;
+    if (origin == SeekOrigin::Current) {
+        base = logicalPosition();
+    } else if (origin == SeekOrigin::End) {
+        base = GetSize();
+    }
+    std::int64_t target = 0;
+    if (__builtin_add_overflow(base, offset, &target) || target < 0) {
+        throw EStreamError(u"Stream seek error");
+    }
+    const bool insideBlock =
+        target >= blockStart_ && target - blockStart_ <= static_cast<std::int64_t>(blockFill_);
+    if (insideBlock && !blockIsDirty_) {
+        blockPosition_ = static_cast<std::size_t>(target - blockStart_);
+    } else if (target != logicalPosition()) {
+        Flush();
+        blockStart_ = target;
+        blockPosition_ = 0;
+        blockFill_ = 0;
+    }
+    return target;
+}
+
+std::int64_t TFileStream::GetSize() {
+    Flush();
+    struct stat status = {};
+    if (::fstat(descriptor_, &status) != 0) {
+        throw EStreamError(systemReason(errno));
+    }
+    return status.st_size;
+}
+
+void TFileStream::SetSize(std::int64_t size) {
+    Flush();
+    leaveBlock();
+    if (::ftruncate(descriptor_, size) != 0) {
+        throw EStreamError(systemReason(errno));
+    }
+    blockStart_ = std::min(blockStart_, size);
+}
+
+void TFileStream::Flush() {
+    if (blockIsDirty_) {
+        writeToSystem(block_.get(), blockFill_);
+        blockIsDirty_ = false;
+        leaveBlock();
+    }
+}
+
+/// Forgets the block and keeps the logical position.
+void TFileStream::leaveBlock() {
+    blockStart_ = logicalPosition();
+    blockPosition_ = 0;
+    blockFill_ = 0;
+}
+
+std::size_t TFileStream::readFromSystem(std::byte* target, std::size_t count) {
+    for (;;) {
+        const ssize_t got = ::pread(descriptor_, target, count, blockStart_);
+        if (got >= 0) {
+            return static_cast<std::size_t>(got);
+        }
+        if (errno != EINTR) {
+            throw EReadError(formatMessage(u"Stream read error: %s", {systemReason(errno)}));
+        }
+    }
+}
+
+void TFileStream::writeToSystem(const std::byte* source, std::size_t count) {
+    std::int64_t place = blockStart_;
+    while (count > 0) {
+        const ssize_t taken = ::pwrite(descriptor_, source, count, place);
+        if (taken < 0) {
+            if (errno == EINTR) {
+                continue;
+            }
+            throw EWriteError(formatMessage(u"Stream write error: %s", {systemReason(errno)}));
+        }
+        source += taken;
+        place += taken;
+        count -= static_cast<std::size_t>(taken);
+    }
+}
+
+bool fileExists(std::u16string_view path) noexcept {
+    try {
+        const std::string name = utf16ToUtf8(path);
+        if (path.empty() || name.find('\0') != name.npos || utf8ToUtf16(name) != path) {
+            return false;
+        }
+        std::error_code error;
+        const auto status = std::filesystem::status(name, error);
+        return !error && std::filesystem::exists(status) && !std::filesystem::is_directory(status);
+    } catch (...) {
+        return false;
+    }
+}
+
+} // namespace host

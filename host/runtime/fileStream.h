@@ -1,0 +1,61 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string_view>
+
+#include "host/runtime/stream.h"
+
+namespace host {
+
+/// How a file is opened. Values of one group combine with those of the share group.
+enum FileMode : unsigned {
+    fmOpenRead = 0,
+    fmOpenWrite = 1,
+    fmOpenReadWrite = 2,
+    fmShareDenyNone = 0x40,
+    fmCreate = 0xFFFF,
+};
+
+/// A file as a stream, with a buffer of its own, so that small reads and writes are cheap.
+///
+/// Opening throws EFileOpenError, a failing read EReadError, a failing write EWriteError, each with
+/// the system's reason. Written bytes reach the file at the latest with Flush; the destructor
+/// flushes too but has no way to report a failure.
+class NUXML_API TFileStream final : public TStream {
+public:
+    TFileStream(const std::filesystem::path& path, unsigned mode);
+    /// The path as UTF-16 text.
+    TFileStream(std::u16string_view path, unsigned mode);
+    ~TFileStream() override;
+
+    std::size_t Read(void* buffer, std::size_t count) override;
+    std::size_t Write(const void* buffer, std::size_t count) override;
+    std::int64_t Seek(std::int64_t offset, SeekOrigin origin) override;
+    std::int64_t GetSize() override;
+    void SetSize(std::int64_t size) override;
+
+    /// Hands everything written so far to the system.
+    void Flush();
+
+private:
+    [[nodiscard]] std::int64_t logicalPosition() const noexcept {
+        return blockStart_ + static_cast<std::int64_t>(blockPosition_);
+    }
+    void leaveBlock();
+    std::size_t readFromSystem(std::byte* target, std::size_t count);
+    void writeToSystem(const std::byte* source, std::size_t count);
+
+    int descriptor_ = -1;
+    std::unique_ptr<std::byte[]> block_;
+    std::int64_t blockStart_ = 0;   ///< place of the block's first byte in the file
+    std::size_t blockPosition_ = 0; ///< next byte inside the block
+    std::size_t blockFill_ = 0;     ///< bytes in the block
+    bool blockIsDirty_ = false;     ///< the block holds bytes that the file has not yet
+};
+
+/// Whether `path` names an existing file that is no directory. Never throws: a name that the system
+/// cannot have (too long, a NUL inside, an unpaired surrogate) names no file.
+NUXML_API bool fileExists(std::u16string_view path) noexcept;
+
+} // namespace host
