@@ -39,6 +39,11 @@ if(NUXML_SANITIZE)
     target_link_options(nuxmlSettings INTERFACE ${sanitizerFlags})
 endif()
 
+if(NUXML_BUILD_FUZZERS)
+    # The libraries tell the fuzzer which branches an input reached.
+    target_compile_options(nuxmlSettings INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 # clang links its sanitizer runtime into executables only, so libraries keep open references to it.
 if(NOT (NUXML_SANITIZE AND CMAKE_CXX_COMPILER_ID MATCHES "Clang"))
     target_link_options(nuxmlSettings INTERFACE -Wl,--no-undefined)
