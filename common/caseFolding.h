@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "host/runtime/export.h"
+
+/// Letter case by the simple case folding of the Unicode standard: one unit becomes one unit, the
+/// same in every locale. Characters beyond U+FFFF fold to themselves.
+
+namespace nu {
+
+/// Folds a unit that is not ASCII.
+NUXML_API char16_t foldBeyondAscii(char16_t unit) noexcept;
+
+} // namespace nu
+
+/// The ASCII letter in lower case; everything else as it is.
+constexpr char16_t NuLowerAscii(char16_t unit) noexcept {
+    return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + 0x20) : unit;
+}
+
+/// The unit that all letter cases of a character have in common (a lower case letter as a rule).
+inline char16_t NuFoldCase(char16_t unit) noexcept {
+    return unit < 0x80 ? NuLowerAscii(unit) : nu::foldBeyondAscii(unit);
+}
+
+/// True when two texts differ in letter case at most.
+NUXML_API bool NuEqualFolded(std::u16string_view left, std::u16string_view right) noexcept;
+
+/// The text with every unit folded.
+NUXML_API std::u16string NuFolded(std::u16string_view text);
