@@ -1,0 +1,100 @@
+#include "nuXmlParser/markupBlock.h"
+
+#include <algorithm>
+#include <cstring>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+namespace nu {
+
+namespace {
+
+struct StopMasks {
+    std::uint64_t less = 0;
+    std::uint64_t quote = 0;
+    std::uint64_t name = 0;
+    std::uint64_t solid = 0;
+    std::uint64_t nul = 0;
+};
+
+#if defined(__SSE2__)
+
+/// Sixteen units as bytes. Signed saturation keeps everything that is not ASCII apart from markup:
+/// it becomes 0x7F or has the high bit.
+__m128i packUnits(PNuXmlChar units) noexcept {
+    const auto* blocks = reinterpret_cast<const __m128i*>(units);
+    return _mm_packs_epi16(_mm_loadu_si128(blocks), _mm_loadu_si128(blocks + 1));
+}
+
+std::uint64_t maskOf(__m128i matches, unsigned shift) noexcept {
+    return static_cast<std::uint64_t>(static_cast<unsigned>(_mm_movemask_epi8(matches))) << shift;
+}
+
+StopMasks classifyUnits(PNuXmlChar units) noexcept {
+    StopMasks masks;
+    for (unsigned shift = 0; shift < MarkupBlock::length; shift += 16) {
+        const __m128i bytes = packUnits(units + shift);
+        const auto equals = [&](char wanted) {
+            return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(wanted));
+        };
+        const __m128i name =
+            _mm_or_si128(_mm_or_si128(_mm_or_si128(equals(cNuSpaceA), equals(cNuGtA)),
+                                      _mm_or_si128(equals(cNuSlashA), equals(cNuColonA))),
+                         equals(cNuEqualA));
+        // As unsigned bytes: at most U+0020 exactly when the smaller of both is the byte itself.
+        const __m128i blank = _mm_cmpeq_epi8(_mm_min_epu8(bytes, _mm_set1_epi8(cNuSpaceA)), bytes);
+        masks.less |= maskOf(equals(cNuLtA), shift);
+        masks.quote |= maskOf(equals(cNuQuoteA), shift);
+        masks.name |= maskOf(name, shift);
+        masks.solid |= maskOf(blank, shift);
+        masks.nul |= maskOf(_mm_cmpeq_epi8(bytes, _mm_setzero_si128()), shift);
+    }
+    masks.solid = ~masks.solid;
+    return masks;
+}
+
+#else
+
+StopMasks classifyUnits(PNuXmlChar units) noexcept {
+    StopMasks masks;
+    for (unsigned index = 0; index < MarkupBlock::length; ++index) {
+        const NuXmlChar unit = units[index];
+        const std::uint64_t bit = std::uint64_t{1} << index;
+        const bool endsName = unit == cNuSpace || unit == cNuGt || unit == cNuSlash ||
+                              unit == cNuColon || unit == cNuEqual;
+        masks.less |= unit == cNuLt ? bit : 0;
+        masks.quote |= unit == cNuQuote ? bit : 0;
+        masks.name |= endsName ? bit : 0;
+        masks.solid |= unit > cNuSpace ? bit : 0;
+        masks.nul |= unit == 0 ? bit : 0;
+    }
+    return masks;
+}
+
+#endif
+
+} // namespace
+
+void MarkupBlock::classify(PNuXmlChar from, PNuXmlChar last) noexcept {
+    start_ = from;
+    const auto available = static_cast<std::size_t>(last - from) + 1;
+    std::uint64_t end = 0;
+    StopMasks masks;
+    if (available > length) {
+        masks = classifyUnits(from);
+    } else {
+        NuXmlChar rest[length] = {};
+        std::copy_n(from, available, rest);
+        masks = classifyUnits(rest);
+        end = std::uint64_t{1} << (available - 1);
+    }
+    end |= masks.nul;
+    stops_[static_cast<std::size_t>(StopSet::Less)] = masks.less | end;
+    stops_[static_cast<std::size_t>(StopSet::Quote)] = masks.quote | end;
+    stops_[static_cast<std::size_t>(StopSet::Name)] = masks.name | end;
+    stops_[static_cast<std::size_t>(StopSet::Solid)] = masks.solid | end;
+}
+
+} // namespace nu

@@ -1,0 +1,4 @@
+#include "nuXmlParser/parserErrors.h"
+
+ENuSaxFatalError::~ENuSaxFatalError() = default;
+ENuSaxHandledAbort::~ENuSaxHandledAbort() = default;

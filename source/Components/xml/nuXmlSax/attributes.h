@@ -1,0 +1,132 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/sax/BSax.h"
+#include "nuXmlParser/chars.h"
+#include "nuXmlSax/handler.h"
+
+/// One attribute of a start tag: spans of the parse buffer, valid during the callback.
+class NUXML_API TNuSAXAttribute {
+public:
+    explicit TNuSAXAttribute(TNuSAXXMLReader& reader) noexcept : reader_(&reader) {}
+
+    /// Stores the qualified name and classifies it: a declaration starts with the letters xmlns, in
+    /// either case, followed in the buffer by ":" or, for the default namespace, "=".
+    /// Reads the unit behind a name of exactly these five letters.
+    void SetQName(PNuXmlChar name, host::SAXLength length) noexcept;
+    void SetLocalName(PNuXmlChar name, host::SAXLength length) noexcept;
+    void SetValue(PNuXmlChar value, host::SAXLength length) noexcept;
+    /// The depth of the element, the root being 1.
+    void SetLevel(std::int32_t level) noexcept { level_ = level; }
+
+    [[nodiscard]] TNuSAXXMLReader& Reader() const noexcept { return *reader_; }
+    [[nodiscard]] std::int32_t Level() const noexcept { return level_; }
+    [[nodiscard]] bool IsDefaultNamespace() const noexcept { return isDefaultNamespace_; }
+    [[nodiscard]] bool IsNamespaceDecl() const noexcept { return isNamespaceDecl_; }
+
+    [[nodiscard]] NuXmlString GetQName() const { return NuXmlString(qName_); }
+    /// The name behind the last colon; empty for a default declaration.
+    [[nodiscard]] NuXmlString GetLocalName() const { return NuXmlString(localNameSpan()); }
+    /// The raw text between the quotes; references are not expanded.
+    [[nodiscard]] NuXmlString GetValue() const { return NuXmlString(value_); }
+    /// Always "CDATA".
+    [[nodiscard]] NuXmlString GetType() const;
+    /// "xmlns" for any declaration, otherwise the text before the local name's colon.
+    [[nodiscard]] NuXmlString GetPrefix() const { return NuXmlString(prefixSpan()); }
+    /// The URI of the prefix in the scopes open now; empty for declarations and unknown prefixes.
+    /// Deliberate: an attribute without a prefix takes the default namespace, unlike in Namespaces
+    /// in XML.
+    [[nodiscard]] NuXmlString GetURIEx() const;
+    /// The same as a span; null and -1 where there is none.
+    void GetURI(PNuXmlChar& uri, host::SAXLength& length) const;
+
+    [[nodiscard]] std::u16string_view qNameSpan() const noexcept { return qName_; }
+    [[nodiscard]] std::u16string_view localNameSpan() const noexcept {
+        return isDefaultNamespace_ ? std::u16string_view() : localName_;
+    }
+    [[nodiscard]] std::u16string_view valueSpan() const noexcept { return value_; }
+    [[nodiscard]] std::u16string_view prefixSpan() const noexcept;
+
+private:
+    TNuSAXXMLReader* reader_;
+    std::int32_t level_ = 0;
+    bool isDefaultNamespace_ = false;
+    bool isNamespaceDecl_ = false;
+    std::u16string_view qName_;
+    std::u16string_view localName_;
+    std::u16string_view value_;
+};
+
+/// The attributes of one start tag in document order, namespace declarations included. Duplicates
+/// are kept; a search finds the first. Names are compared exactly.
+class NUXML_API TNuSAXAttributes
+    : public TNuSAXHandlerOf<host::IBufferedAttributes, host::IAttributes> {
+public:
+    using TNuSAXHandlerOf::TNuSAXHandlerOf;
+    ~TNuSAXAttributes() noexcept(false) override;
+
+    /// Appends an empty attribute. The reference is valid until the next one is appended.
+    TNuSAXAttribute& CreateAttribute();
+    /// Throws host::EListError for an index outside.
+    [[nodiscard]] const TNuSAXAttribute& GetAttribute(host::SAXLength index) const;
+    void Clear() noexcept { attributes_.clear(); }
+
+    host::SAXLength getLength() override {
+        return static_cast<host::SAXLength>(attributes_.size());
+    }
+
+    // Spans
+    void getURI(host::SAXLength index, PNuXmlChar& uri, host::SAXLength& length) override;
+    void getLocalName(host::SAXLength index, PNuXmlChar& name, host::SAXLength& length) override;
+    void getQName(host::SAXLength index, PNuXmlChar& name, host::SAXLength& length) override;
+    void getType(host::SAXLength index, PNuXmlChar& type, host::SAXLength& length) override;
+    void getValue(host::SAXLength index, PNuXmlChar& value, host::SAXLength& length) override;
+    host::SAXLength getIndex(PNuXmlChar uri, host::SAXLength uriLength, PNuXmlChar localName,
+                             host::SAXLength localNameLength) override;
+    host::SAXLength getIndex(PNuXmlChar qName, host::SAXLength qNameLength) override;
+    void getType(PNuXmlChar uri, host::SAXLength uriLength, PNuXmlChar localName,
+                 host::SAXLength localNameLength, PNuXmlChar& type,
+                 host::SAXLength& length) override;
+    void getType(PNuXmlChar qName, host::SAXLength qNameLength, PNuXmlChar& type,
+                 host::SAXLength& length) override;
+    void getValue(PNuXmlChar uri, host::SAXLength uriLength, PNuXmlChar localName,
+                  host::SAXLength localNameLength, PNuXmlChar& value,
+                  host::SAXLength& length) override;
+    void getValue(PNuXmlChar qName, host::SAXLength qNameLength, PNuXmlChar& value,
+                  host::SAXLength& length) override;
+
+    // Strings
+    host::SAXString getURI(host::SAXLength index) override;
+    host::SAXString getLocalName(host::SAXLength index) override;
+    host::SAXString getQName(host::SAXLength index) override;
+    host::SAXString getType(host::SAXLength index) override;
+    host::SAXString getValue(host::SAXLength index) override;
+    host::SAXLength getIndex(std::u16string_view uri, std::u16string_view localName) override;
+    host::SAXLength getIndex(std::u16string_view qName) override;
+    host::SAXString getType(std::u16string_view uri, std::u16string_view localName) override;
+    host::SAXString getType(std::u16string_view qName) override;
+    host::SAXString getValue(std::u16string_view uri, std::u16string_view localName) override;
+    host::SAXString getValue(std::u16string_view qName) override;
+
+    /// The first attribute with that local name and that URI, an empty URI standing for any; or -1.
+    [[nodiscard]] host::SAXLength getIndexFromName(std::u16string_view uri,
+                                                   std::u16string_view localName) const;
+    /// The first attribute with that qualified name, or -1.
+    [[nodiscard]] host::SAXLength getIndexFromQName(std::u16string_view qName) const;
+    // Type or value of the attribute so found, or an empty text.
+    [[nodiscard]] NuXmlString getTypeFromName(std::u16string_view uri,
+                                              std::u16string_view localName) const;
+    [[nodiscard]] NuXmlString getTypeFromQName(std::u16string_view qName) const;
+    [[nodiscard]] NuXmlString getValueFromName(std::u16string_view uri,
+                                               std::u16string_view localName) const;
+    [[nodiscard]] NuXmlString getValueFromQName(std::u16string_view qName) const;
+
+private:
+    [[nodiscard]] std::u16string_view valueAt(host::SAXLength index) const;
+
+    std::vector<TNuSAXAttribute> attributes_;
+};

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/runtime/export.h"
+
+/// The features of a reader: lines "name=value" in the order they were first set. Names are
+/// compared ignoring letter case. They are stored and told, nothing else: the reader works the same
+/// whatever their values.
+class NUXML_API TNuSaxFeatures {
+public:
+    /// Holds the defaults.
+    TNuSaxFeatures();
+
+    /// The value stored under `name`; nothing when there is none.
+    /// A name with "=" in it can be set but never found, as the name of a line ends there.
+    [[nodiscard]] std::optional<bool> Get(std::u16string_view name) const;
+    void Set(std::u16string_view name, bool value);
+
+private:
+    std::vector<std::u16string> lines_;
+};

@@ -1,0 +1,110 @@
+#include "nuXmlSax/namespaceList.h"
+
+#include <algorithm>
+
+#include "common/caseFolding.h"
+
+namespace {
+
+constexpr std::size_t firstSlotCount = 16;
+/// Entries whose memory is kept between documents.
+constexpr std::size_t keptEntries = 1024;
+
+std::size_t hashPrefix(std::u16string_view prefix) {
+    std::uint64_t hash = 0;
+    for (const char16_t unit : prefix) {
+        hash = (hash ^ NuFoldCase(unit)) * 0x9E3779B97F4A7C15;
+        hash ^= hash >> 32U;
+    }
+    return static_cast<std::size_t>(hash);
+}
+
+} // namespace
+
+void TNuSaxNamespaceList::AddNamespace(std::int32_t level, std::u16string_view prefix,
+                                       std::u16string_view uri) {
+    if (count_ == entries_.size()) {
+        entries_.emplace_back();
+    }
+    if (2 * (count_ + 1) > slots_.size()) {
+        rebuildSlots(std::max(firstSlotCount, 2 * slots_.size()));
+    }
+    TNuSaxNamespace& entry = entries_[count_];
+    entry.Level = level;
+    entry.Prefix = prefix;
+    entry.URI = uri;
+    entry.Hash = hashPrefix(prefix);
+    isOrdered_ = isOrdered_ && (count_ == 0 || level >= highestLevel_);
+    highestLevel_ = count_ == 0 ? level : std::max(highestLevel_, level);
+    ++count_;
+    link(count_ - 1);
+}
+
+const TNuSaxNamespace* TNuSaxNamespaceList::GetNamespace(std::u16string_view prefix) const {
+    if (count_ == 0) {
+        return nullptr;
+    }
+    const std::size_t hash = hashPrefix(prefix);
+    for (std::size_t place = slots_[hash & (slots_.size() - 1)]; place != 0;) {
+        const TNuSaxNamespace& entry = entries_[place - 1];
+        if (entry.Hash == hash && NuEqualFolded(entry.Prefix, prefix)) {
+            return &entry;
+        }
+        place = entry.Older;
+    }
+    return nullptr;
+}
+
+void TNuSaxNamespaceList::removeFrom(std::int32_t level) {
+    // 1. Declarations come and go with their elements, so those to remove stand at the end.
+    while (count_ > 0 && entries_[count_ - 1].Level >= level) {
+        removeNewest();
+    }
+    // 2. Levels given in another order leave some in between.
+    if (!isOrdered_) {
+        const auto begin = entries_.begin();
+        const auto end = begin + static_cast<std::ptrdiff_t>(count_);
+        const auto kept = std::stable_partition(
+            begin, end, [level](const TNuSaxNamespace& entry) { return entry.Level < level; });
+        count_ = static_cast<std::size_t>(kept - begin);
+        rebuildSlots(slots_.size());
+    }
+    // 3. What is left tells the highest level.
+    highestLevel_ = count_ == 0 ? 0 : entries_[count_ - 1].Level;
+    if (!isOrdered_) {
+        for (std::size_t index = 0; index < count_; ++index) {
+            highestLevel_ = std::max(highestLevel_, entries_[index].Level);
+        }
+        isOrdered_ = count_ == 0;
+    }
+}
+
+void TNuSaxNamespaceList::Clear() {
+    if (entries_.size() > keptEntries) {
+        entries_.clear();
+        slots_.clear();
+    }
+    std::fill(slots_.begin(), slots_.end(), 0);
+    count_ = 0;
+    highestLevel_ = 0;
+    isOrdered_ = true;
+}
+
+void TNuSaxNamespaceList::removeNewest() {
+    const TNuSaxNamespace& entry = entries_[--count_];
+    slots_[entry.Hash & (slots_.size() - 1)] = entry.Older;
+}
+
+void TNuSaxNamespaceList::link(std::size_t index) {
+    TNuSaxNamespace& entry = entries_[index];
+    std::size_t& slot = slots_[entry.Hash & (slots_.size() - 1)];
+    entry.Older = slot;
+    slot = index + 1;
+}
+
+void TNuSaxNamespaceList::rebuildSlots(std::size_t slotCount) {
+    slots_.assign(slotCount, 0);
+    for (std::size_t index = 0; index < count_; ++index) {
+        link(index);
+    }
+}

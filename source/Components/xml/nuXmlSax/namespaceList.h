@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/runtime/export.h"
+
+/// One namespace declaration in scope. Prefix and URI are copies with stable addresses: they live
+/// until the scope is removed.
+struct TNuSaxNamespace {
+    std::int32_t Level = 0; ///< depth of the declaring element
+    std::u16string Prefix;  ///< empty for the default namespace
+    std::u16string URI;
+    std::size_t Hash = 0;  ///< of the prefix, letter case ignored
+    std::size_t Older = 0; ///< the next older entry with the same hash slot, counted from 1
+};
+
+/// The namespace declarations in scope, oldest first. Prefixes are compared ignoring letter case
+/// (unlike Namespaces in XML), so `P:x` finds a declaration of `p`.
+///
+/// Lookup takes constant time however many declarations are open.
+class NUXML_API TNuSaxNamespaceList {
+public:
+    /// Adds a declaration; one of the same prefix is hidden, not replaced.
+    void AddNamespace(std::int32_t level, std::u16string_view prefix, std::u16string_view uri);
+    /// The newest declaration of `prefix`, or null.
+    [[nodiscard]] const TNuSaxNamespace* GetNamespace(std::u16string_view prefix) const;
+    /// Removes every declaration whose level is `level` or more.
+    void RemoveLevel(std::int32_t level) {
+        if (count_ > 0 && highestLevel_ >= level) {
+            removeFrom(level);
+        }
+    }
+    void Clear();
+    [[nodiscard]] std::size_t Count() const noexcept { return count_; }
+
+private:
+    void removeFrom(std::int32_t level);
+    void removeNewest();
+    void link(std::size_t index);
+    void rebuildSlots(std::size_t slotCount);
+
+    /// The first count_ entries are in use; those behind keep their memory for the next
+    /// declaration.
+    std::deque<TNuSaxNamespace> entries_;
+    std::size_t count_ = 0;
+    std::int32_t highestLevel_ = 0;
+    bool isOrdered_ = true;          ///< no entry has a lower level than one before it
+    std::vector<std::size_t> slots_; ///< newest entry per hash slot, counted from 1; 0 is none
+};

@@ -1,0 +1,15 @@
+#include "nuXmlSax/properties.h"
+
+#include "nuXmlSax/reader.h"
+
+TNuSaxProperty::~TNuSaxProperty() noexcept(false) = default;
+TNuSaxIntfProperty::~TNuSaxIntfProperty() noexcept(false) = default;
+
+void TNuSaxIntfProperty::setValue(const host::Ref<host::IUnknown>& value) {
+    const auto handler = value.as<host::IBufferedLexicalHandler>();
+    if (value && !handler) {
+        throw host::ESAXException(u"The value is no lexical handler");
+    }
+    Reader().setLexicalHandler(handler);
+    value_ = value;
+}

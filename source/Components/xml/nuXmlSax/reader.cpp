@@ -1,0 +1,287 @@
+#include "nuXmlSax/reader.h"
+
+#include <exception>
+
+#include "common/caseFolding.h"
+#include "common/stringStream.h"
+#include "host/runtime/fileStream.h"
+#include "host/runtime/format.h"
+#include "host/runtime/memoryStream.h"
+#include "host/sax/SaxHelpers.h"
+#include "nuXmlParser/parserErrors.h"
+#include "nuXmlParser/smallStreamParser.h"
+#include "nuXmlSax/eventHandlers.h"
+#include "nuXmlSax/messages.h"
+#include "nuXmlSax/properties.h"
+#include "nuXmlSax/scanAttributes.h"
+#include "nuXmlSax/scanDocument.h"
+#include "nuXmlSax/scanElement.h"
+#include "nuXmlSax/scanMarkup.h"
+
+namespace {
+
+constexpr std::u16string_view lexicalHandlerProperty =
+    u"http://xml.org/sax/properties/lexical-handler";
+
+/// Frees a character source, with its stream, before anything else happens to the parse.
+struct ParserFreer {
+    void operator()(TNuXmlBaseParser* parser) const { parser->Free(); }
+};
+template <class Source> using OwnedParser = std::unique_ptr<Source, ParserFreer>;
+
+} // namespace
+
+TNuSAXXMLReader::TNuSAXXMLReader() = default;
+TNuSAXXMLReader::~TNuSAXXMLReader() = default;
+
+host::Ref<TNuSAXXMLReader> TNuSAXXMLReader::CreateCounted() {
+    auto* reader = new TNuSAXXMLReader;
+    reader->isCounted_ = true;
+    return {reader};
+}
+
+void TNuSAXXMLReader::Parse(host::TStream* stream, bool ownsStream) {
+    std::unique_ptr<host::TStream> owned(ownsStream ? stream : nullptr);
+    if (isParsing_) {
+        throw host::ESAXException(nu::messages::alreadyParsing);
+    }
+
+    // 1. Whoever listens to the start can still set handlers.
+    if (OnStart) {
+        OnStart(*this);
+    }
+    namespaces_.Clear();
+    installDefaultHandlers();
+
+    // 2. The parse proper. What leaves it is kept until everything is in order again.
+    std::exception_ptr failure;
+    isParsing_ = true;
+    try {
+        try {
+            parseDocument(owned, stream);
+        } catch (const ENuSaxHandledAbort&) {
+            // Deliberate: swallowed here, while a foreign exception leaves as an abort. Whoever
+            // raises an abort has already told what there was to tell.
+        } catch (const ENuSaxFatalError&) {
+            throw;
+        } catch (...) {
+            reportForeignException();
+        }
+    } catch (...) {
+        failure = std::current_exception();
+    }
+    isParsing_ = false;
+
+    // 3. Always: only what the application has set stays.
+    finishParse();
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
+}
+
+void TNuSAXXMLReader::Parse(std::u16string_view textOrFileName) {
+    if (!textOrFileName.starts_with(cNuLt) && host::fileExists(textOrFileName)) {
+        auto file = std::make_unique<host::TFileStream>(textOrFileName,
+                                                        host::fmOpenRead | host::fmShareDenyNone);
+        Parse(file.release(), true);
+    } else {
+        auto text = std::make_unique<TNuStringStream>(textOrFileName);
+        Parse(text.release(), true);
+    }
+}
+
+void TNuSAXXMLReader::Parse(const host::Ref<host::IInputSource>& /*source*/) {
+    throw host::ESAXNotSupportedException(nu::messages::inputSourceNotSupported);
+}
+
+void TNuSAXXMLReader::ParseFile(const std::filesystem::path& path) {
+    host::TFileStream file(path, host::fmOpenRead | host::fmShareDenyNone);
+    Parse(&file);
+}
+
+void TNuSAXXMLReader::ParseBytes(std::string_view bytes) {
+    host::TMemoryViewStream stream(bytes);
+    Parse(&stream);
+}
+
+void TNuSAXXMLReader::parseDocument(std::unique_ptr<host::TStream>& owned, host::TStream* stream) {
+    using Source = TNuXmlSmallStreamParser;
+
+    // The stream goes with the character source, and first of all if that cannot be made.
+    OwnedParser<Source> source(new Source(stream, false, errorHandler_));
+    if (owned) {
+        source->AdoptStream();
+        static_cast<void>(owned.release());
+    }
+    nu::SaxScanner<Source>(*this, *source).scanDocument();
+}
+
+void TNuSAXXMLReader::installDefaultHandlers() {
+    if (!contentHandler_) {
+        contentHandler_ = new TNuSAXContentHandler(*this);
+        contentHandlerCreated_ = true;
+    }
+    if (!lexicalHandler_) {
+        lexicalHandler_ = new TNuSAXLexicalHandler(*this);
+        lexicalHandlerCreated_ = true;
+    }
+    if (!errorHandler_) {
+        errorHandler_ = new TNuSaxErrorHandler(*this);
+        errorHandlerCreated_ = true;
+    }
+}
+
+/// Turns an exception that is none of the reader's into a report and an abort. Call it inside a
+/// catch block.
+void TNuSAXXMLReader::reportForeignException() {
+    const auto error =
+        host::makeRef<host::TSAXParseError>(host::currentExceptionMessage(), u"", u"", -1, -1);
+    if (errorHandler_) {
+        errorHandler_->fatalError(*error);
+    }
+    throw ENuSaxHandledAbort(u"");
+}
+
+void TNuSAXXMLReader::finishParse() {
+    // Deliberate: a handler that the application put in place of a default one during the parse
+    // goes too, because only the flag tells whose it was.
+    if (contentHandlerCreated_) {
+        contentHandler_.reset();
+        contentHandlerCreated_ = false;
+    }
+    if (lexicalHandlerCreated_) {
+        lexicalHandler_.reset();
+        lexicalHandlerCreated_ = false;
+    }
+    if (errorHandlerCreated_) {
+        errorHandler_.reset();
+        errorHandlerCreated_ = false;
+    }
+    replacedHandlers_.clear();
+    namespaces_.Clear();
+    if (OnFinished) {
+        OnFinished(*this);
+    }
+}
+
+bool TNuSAXXMLReader::getFeature(std::u16string_view name) {
+    const std::optional<bool> value = features_.Get(name);
+    if (!value) {
+        throw host::ESAXNotSupportedException(
+            host::formatMessage(nu::messages::notSupported, {name}));
+    }
+    return *value;
+}
+
+void TNuSAXXMLReader::setFeature(std::u16string_view name, bool value) {
+    features_.Set(name, value);
+}
+
+host::Ref<host::IProperty> TNuSAXXMLReader::getProperty(std::u16string_view name) {
+    if (!NuEqualFolded(name, lexicalHandlerProperty)) {
+        throw host::ESAXNotSupportedException(
+            host::formatMessage(nu::messages::notSupported, {name}));
+    }
+    return host::makeRef<TNuSaxIntfProperty>(*this, name, lexicalHandler_);
+}
+
+host::Ref<host::IBufferedContentHandler> TNuSAXXMLReader::getContentHandler() {
+    return contentHandler_;
+}
+
+void TNuSAXXMLReader::setContentHandler(const host::Ref<host::IBufferedContentHandler>& handler) {
+    replaceHandler(contentHandler_, handler);
+}
+
+host::Ref<host::IBufferedLexicalHandler> TNuSAXXMLReader::getLexicalHandler() {
+    return lexicalHandler_;
+}
+
+void TNuSAXXMLReader::setLexicalHandler(const host::Ref<host::IBufferedLexicalHandler>& handler) {
+    replaceHandler(lexicalHandler_, handler);
+}
+
+host::Ref<host::IErrorHandler> TNuSAXXMLReader::getErrorHandler() { return errorHandler_; }
+
+void TNuSAXXMLReader::setErrorHandler(const host::Ref<host::IErrorHandler>& handler) {
+    replaceHandler(errorHandler_, handler);
+}
+
+void TNuSAXXMLReader::setDTDHandler(const host::Ref<host::IBufferedDTDHandler>& /*handler*/) {
+    throw host::ESAXNotSupportedException(nu::messages::dtdHandlersNotSupported);
+}
+
+void TNuSAXXMLReader::setEntityResolver(const host::Ref<host::IEntityResolver>& /*resolver*/) {
+    throw host::ESAXNotSupportedException(nu::messages::entityResolversNotSupported);
+}
+
+template <class Interface>
+void TNuSAXXMLReader::replaceHandler(host::Ref<Interface>& place,
+                                     const host::Ref<Interface>& handler) {
+    if (isParsing_ && place) {
+        replacedHandlers_.emplace_back(place);
+    }
+    place = handler;
+}
+
+void TNuSAXXMLReader::Warning(TNuXmlBaseParser& source, std::u16string_view message) {
+    if (errorHandler_) {
+        errorHandler_->warning(*host::makeRef<host::TSAXParseError>(
+            message, u"", u"", source.LineNumber(), source.ColumnNumber()));
+    }
+}
+
+void TNuSAXXMLReader::Error(TNuXmlBaseParser& source, std::u16string_view message) {
+    if (errorHandler_) {
+        errorHandler_->error(*host::makeRef<host::TSAXParseError>(
+            message, u"", u"", source.LineNumber(), source.ColumnNumber()));
+    }
+}
+
+void TNuSAXXMLReader::FatalError(TNuXmlBaseParser& source, std::u16string_view message) {
+    if (errorHandler_) {
+        errorHandler_->fatalError(*host::makeRef<host::TSAXParseError>(
+            message, u"", u"", source.LineNumber(), source.ColumnNumber()));
+    }
+    throw ENuSaxFatalError(message);
+}
+
+void TNuSAXXMLReader::RaiseEOF(TNuXmlBaseParser& source) {
+    if (errorHandler_) {
+        errorHandler_->fatalError(*host::makeRef<host::TSAXParseError>(
+            nu::messages::endOfDocument, u"", u"", source.LineNumber(), source.ColumnNumber()));
+    }
+    throw ENuSaxFatalError(nu::messages::abort);
+}
+
+/// The list of the last tag if nobody else holds it, a new one otherwise.
+TNuSAXAttributes& TNuSAXXMLReader::freshAttributes() {
+    if (attributes_ && attributes_->RefCount() == 1) {
+        attributes_->Clear();
+    } else {
+        attributes_ = new TNuSAXAttributes(*this);
+    }
+    return *attributes_;
+}
+
+host::ResultCode TNuSAXXMLReader::QueryInterface(const host::InterfaceId& id,
+                                                 void** object) noexcept {
+    *object = host::findInterface<host::IBufferedXMLReader>(this, id);
+    if (*object == nullptr) {
+        return host::resultNoInterface;
+    }
+    _AddRef();
+    return host::resultOk;
+}
+
+std::int32_t TNuSAXXMLReader::_AddRef() noexcept {
+    return referenceCount_.fetch_add(1, std::memory_order_relaxed) + 1;
+}
+
+std::int32_t TNuSAXXMLReader::_Release() noexcept {
+    const std::int32_t left = referenceCount_.fetch_sub(1, std::memory_order_acq_rel) - 1;
+    if (left == 0 && isCounted_) {
+        delete this;
+    }
+    return left;
+}

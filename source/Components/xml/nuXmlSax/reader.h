@@ -1,0 +1,127 @@
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "host/runtime/stream.h"
+#include "host/sax/BSax.h"
+#include "host/sax/BSaxExt.h"
+#include "nuXmlParser/baseParser.h"
+#include "nuXmlSax/attributes.h"
+#include "nuXmlSax/events.h"
+#include "nuXmlSax/features.h"
+#include "nuXmlSax/namespaceList.h"
+
+namespace nu {
+template <class Source> class SaxScanner;
+}
+
+/// The SAX2 reader: reads an XML document in one pass and reports it to a content, a lexical and an
+/// error handler, or, where a handler is not set, to the events of TNuSAXReaderEvents.
+///
+/// It is namespace-aware, does not validate and forgives much: most faults are warnings and the
+/// parse goes on. References are not expanded, a document type is not read beyond its name, end
+/// tags are not matched with start tags. Names, values and text reach the handlers as spans of the
+/// parse buffer, valid during the call.
+///
+/// One parse runs at a time, on the caller's thread. A reader can be used again, also after a
+/// failed parse. Deliberate: its element depth is not reset, so a parse that stopped inside
+/// elements leaves its count for the next one, which then also reports text outside the root.
+class NUXML_API TNuSAXXMLReader : public host::IBufferedXMLReader, public TNuSAXReaderEvents {
+public:
+    TNuSAXXMLReader();
+    TNuSAXXMLReader(const TNuSAXXMLReader&) = delete;
+    TNuSAXXMLReader& operator=(const TNuSAXXMLReader&) = delete;
+    virtual ~TNuSAXXMLReader();
+    /// A reader that lives as long as somebody holds it; one made otherwise belongs to its maker.
+    [[nodiscard]] static host::Ref<TNuSAXXMLReader> CreateCounted();
+
+    /// Parses the rest of the stream from its position. With `ownsStream` the stream is destroyed
+    /// at the end, however the parse ends.
+    ///
+    /// Throws ENuSaxFatalError for a fatal fault. Any other exception, also of a handler, is told
+    /// to the error handler as a fatal error without a place, and ENuSaxHandledAbort with an empty
+    /// message is thrown. ENuSaxHandledAbort from a handler ends the parse quietly.
+    void Parse(host::TStream* stream, bool ownsStream = false);
+    void Parse(host::TStream& stream) { Parse(&stream); }
+    /// Parses the file of that name if there is one and the text does not begin with "<"; otherwise
+    /// the text itself. Throws host::EFileOpenError for a file that cannot be opened.
+    void Parse(std::u16string_view textOrFileName) override;
+    /// Always throws host::ESAXNotSupportedException.
+    void Parse(const host::Ref<host::IInputSource>& source) override;
+    void Parse(std::nullptr_t) = delete;
+    /// Parses a file. Throws host::EFileOpenError when it cannot be opened.
+    void ParseFile(const std::filesystem::path& path);
+    /// Parses bytes in memory, without a copy of them: UTF-8, UTF-16 with a mark, or 8-bit text.
+    void ParseBytes(std::string_view bytes);
+
+    [[nodiscard]] bool getFeature(std::u16string_view name) override;
+    void setFeature(std::u16string_view name, bool value) override;
+    /// "http://xml.org/sax/properties/lexical-handler", letter case ignored; its value is an
+    /// interface. Throws host::ESAXNotSupportedException for any other name.
+    [[nodiscard]] host::Ref<host::IProperty> getProperty(std::u16string_view name) override;
+
+    [[nodiscard]] host::Ref<host::IBufferedContentHandler> getContentHandler() override;
+    void setContentHandler(const host::Ref<host::IBufferedContentHandler>& handler) override;
+    [[nodiscard]] host::Ref<host::IBufferedLexicalHandler> getLexicalHandler();
+    void setLexicalHandler(const host::Ref<host::IBufferedLexicalHandler>& handler);
+    [[nodiscard]] host::Ref<host::IErrorHandler> getErrorHandler() override;
+    void setErrorHandler(const host::Ref<host::IErrorHandler>& handler) override;
+    /// Always empty; setting one throws host::ESAXNotSupportedException.
+    [[nodiscard]] host::Ref<host::IBufferedDTDHandler> getDTDHandler() override { return {}; }
+    void setDTDHandler(const host::Ref<host::IBufferedDTDHandler>& handler) override;
+    [[nodiscard]] host::Ref<host::IEntityResolver> getEntityResolver() override { return {}; }
+    void setEntityResolver(const host::Ref<host::IEntityResolver>& resolver) override;
+
+    /// The declarations in scope; what they hold is valid during a parse.
+    [[nodiscard]] const TNuSaxNamespaceList& Namespaces() const noexcept { return namespaces_; }
+
+    // Faults, with the line and column of `source`.
+    void Warning(TNuXmlBaseParser& source, std::u16string_view message);
+    void Error(TNuXmlBaseParser& source, std::u16string_view message);
+    /// Reports the fault and throws ENuSaxFatalError with the same message.
+    [[noreturn]] void FatalError(TNuXmlBaseParser& source, std::u16string_view message);
+    /// Reports the end of the document and throws ENuSaxFatalError "Abort".
+    [[noreturn]] void RaiseEOF(TNuXmlBaseParser& source);
+
+    // host::IUnknown
+    host::ResultCode QueryInterface(const host::InterfaceId& id, void** object) noexcept override;
+    std::int32_t _AddRef() noexcept override;
+    std::int32_t _Release() noexcept override;
+
+private:
+    template <class Source> friend class nu::SaxScanner;
+
+    void installDefaultHandlers();
+    void parseDocument(std::unique_ptr<host::TStream>& owned, host::TStream* stream);
+    [[noreturn]] void reportForeignException();
+    void finishParse();
+    template <class Interface>
+    void replaceHandler(host::Ref<Interface>& place, const host::Ref<Interface>& handler);
+    TNuSAXAttributes& freshAttributes();
+
+    host::Ref<host::IBufferedContentHandler> contentHandler_;
+    host::Ref<host::IBufferedLexicalHandler> lexicalHandler_;
+    host::Ref<host::IErrorHandler> errorHandler_;
+    bool contentHandlerCreated_ = false;
+    bool lexicalHandlerCreated_ = false;
+    bool errorHandlerCreated_ = false;
+
+    TNuSaxFeatures features_;
+    TNuSaxNamespaceList namespaces_;
+    std::vector<bool> preserveSpace_; ///< one flag per open element and one below them
+    std::int32_t depth_ = 0;
+    host::Ref<TNuSAXAttributes> attributes_;
+
+    bool isParsing_ = false;
+    /// Handlers replaced during a parse: one may be replaced by its own callback.
+    std::vector<host::Ref<host::IUnknown>> replacedHandlers_;
+
+    std::atomic<std::int32_t> referenceCount_ = 0;
+    bool isCounted_ = false;
+};

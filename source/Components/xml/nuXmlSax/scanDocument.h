@@ -1,0 +1,138 @@
+#pragma once
+
+#include "host/runtime/format.h"
+#include "nuXmlSax/contentHandler.h"
+#include "nuXmlSax/messages.h"
+#include "nuXmlSax/scanner.h"
+
+/// \file
+/// The document as a whole: prolog, the choice of markup, character data.
+
+namespace nu {
+
+template <class Source> void SaxScanner<Source>::scanDocument() {
+    // 1. The source is the locator.
+    if (content() != nullptr) {
+        content()->setDocumentLocator(source_);
+    }
+    // 2. Whatever stands before the first "<" means nothing.
+    source_.template readUntil<StopSet::Less>();
+    if (content() != nullptr) {
+        content()->startDocument();
+    }
+    // 3. The prolog, and word of its end to those who want it.
+    scanProlog();
+    if (const auto extended = host::queryInterface<INuSaxContentHandler>(content())) {
+        extended->EndProlog();
+    }
+    // 4. Everything else.
+    scanContent();
+    if (content() != nullptr) {
+        content()->endDocument();
+    }
+}
+
+/// Entered with "<" current, or at the end of the input.
+template <class Source> void SaxScanner<Source>::scanProlog() {
+    while (!source_.hasEnded()) {
+        // 1. Only "<?" and "<!" belong to the prolog.
+        const NuXmlChar next = *source_.PeekXmlChar();
+        if (next != cNuExcl && next != cNuQuest) {
+            return;
+        }
+        // 2. An instruction, a comment, or else a document type.
+        source_.ReadXmlChar();
+        if (source_.current() == cNuQuest) {
+            scanProcessingInstruction();
+        } else {
+            source_.ReadXmlChar();
+            if (source_.current() == cNuLine) {
+                scanComment();
+            } else {
+                scanDocumentType();
+            }
+        }
+        // 3. On to the next markup.
+        skipTo(cNuLt);
+    }
+}
+
+template <class Source> void SaxScanner<Source>::scanContent() {
+    reader_.preserveSpace_.assign(1, false);
+    while (!source_.hasEnded()) {
+        const NuXmlChar current = source_.current();
+        if (current == cNuLt) {
+            scanMarkup();
+        } else if (current == cNuGt) {
+            // The tags leave their ">" current.
+            source_.ReadRawChar();
+        } else if (reader_.depth_ < 1) {
+            skipOutsideText();
+        } else {
+            scanText();
+        }
+    }
+}
+
+/// Entered with "<" current.
+template <class Source> void SaxScanner<Source>::scanMarkup() {
+    source_.ReadXmlChar();
+    switch (source_.current()) {
+    case cNuSlash:
+        scanEndTag();
+        return;
+    case cNuQuest:
+        scanProcessingInstruction();
+        return;
+    case cNuExcl:
+        source_.ReadXmlChar();
+        if (source_.current() == cNuLine) {
+            scanComment();
+        } else if (source_.current() == u'[') {
+            scanCData();
+        } else {
+            fail(host::formatMessage(messages::invalidAfterLessExclamation,
+                                     {source_.LineNumber(), source_.ColumnNumber()}));
+        }
+        return;
+    case cNuSpace:
+        warn(messages::spaceAfterLess);
+        while (source_.current() == cNuSpace && !source_.hasEnded()) {
+            source_.ReadXmlChar();
+        }
+        scanStartTag();
+        return;
+    default:
+        scanStartTag();
+    }
+}
+
+/// Text before, between and behind root elements is dropped.
+template <class Source> void SaxScanner<Source>::skipOutsideText() {
+    source_.template readUntil<StopSet::Less>();
+}
+
+/// Entered with a character other than "<" and ">" inside an element.
+template <class Source> void SaxScanner<Source>::scanText() {
+    source_.ResetBuffer();
+    const PNuXmlChar start = source_.currentPlace();
+    // 1. White space alone between tags is dropped unless it is to be kept.
+    if (!preservesSpace()) {
+        if (source_.current() <= cNuSpace) {
+            source_.template readUntil<StopSet::Solid>();
+        }
+        if (source_.current() == cNuLt) {
+            return;
+        }
+    }
+    // 2. Everything up to the next markup is one run.
+    if (source_.current() != cNuLt && !source_.hasEnded()) {
+        source_.template readUntil<StopSet::Less>();
+    }
+    const PNuXmlChar end = source_.currentPlace();
+    if (end != start && content() != nullptr) {
+        content()->characters(text(start, end));
+    }
+}
+
+} // namespace nu
