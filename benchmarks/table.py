@@ -16,6 +16,7 @@ import sys
 OURS = "nuxml"
 # Other forms of ours stand after ours, a copy is the limit and stands last.
 LAST = "copy"
+WORKS = ["read", "escape", "unescape"]
 
 
 def read_results(paths):
@@ -55,11 +56,10 @@ def ratio_rows(times, speeds, sides):
     """One row per input, and the geometric mean after the last input of each kind of work."""
     ratios = collections.defaultdict(lambda: collections.defaultdict(list))
     rows = []
-    works = list(dict.fromkeys(work for work, _ in times))
-    for work in works:
-        for (row_work, subject), by_side in times.items():
-            if row_work != work:
-                continue
+    # Interleaved runs come in any order.
+    for work in sorted({work for work, _ in times}, key=WORKS.index):
+        for subject in sorted(subject for row_work, subject in times if row_work == work):
+            by_side = times[work, subject]
             ours = by_side.get(OURS)
             megabytes = statistics.median(speeds[work, subject][OURS]) / 1e6 if ours else None
             cells = [f"{work} {subject}", f"{megabytes:.0f}" if ours else "-"]
