@@ -5,7 +5,6 @@
 #if defined(__x86_64__)
 
 #include <array>
-#include <bit>
 #include <cstdint>
 #include <immintrin.h>
 
@@ -60,7 +59,7 @@ constexpr std::array<Shuffle, 256> makeSequenceShuffles() {
 alignas(64) constexpr std::array<Shuffle, 256> laneShuffles = makeLaneShuffles();
 alignas(64) constexpr std::array<Shuffle, 256> sequenceShuffles = makeSequenceShuffles();
 
-// Where a store of eight kept lanes ends.
+// Stores the lanes to keep and returns the place behind them.
 [[gnu::target("avx2,popcnt")]] inline char16_t* storeLanes(char16_t* units, __m128i lanes,
                                                            unsigned kept) noexcept {
     const __m128i shuffle = simd::loadBlock(laneShuffles[kept].data());
