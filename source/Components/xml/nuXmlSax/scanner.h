@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "nuXmlParser/markupBlock.h"
 #include "nuXmlSax/reader.h"
 
 namespace nu {
