@@ -7,17 +7,6 @@ function(nuAddLibrary name)
 
     file(GLOB_RECURSE sources CONFIGURE_DEPENDS *.cpp)
     file(GLOB_RECURSE headers CONFIGURE_DEPENDS *.h)
-    if(NOT sources)
-        add_library(${name} INTERFACE)
-        add_library(nuxml::${arg_ALIAS} ALIAS ${name})
-        target_include_directories(${name} INTERFACE
-            $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
-            $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/source/Components/xml>
-            $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/nuxml>)
-        target_link_libraries(${name} INTERFACE ${arg_LINKS})
-        return()
-    endif()
-
     add_library(${name} SHARED ${sources} ${headers})
     add_library(nuxml::${arg_ALIAS} ALIAS ${name})
     target_include_directories(${name} PUBLIC
