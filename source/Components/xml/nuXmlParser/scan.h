@@ -1,0 +1,127 @@
+#pragma once
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <type_traits>
+
+#include "common/simd.h"
+
+#if defined(__x86_64__)
+#include <immintrin.h>
+#endif
+
+/// \file
+/// Finds the next character that matters, many at a time. The characters sought are among the
+/// first 64 of ASCII, where all of XML's markup stands but the brackets of CDATA.
+
+namespace nu {
+
+/// The number of characters that findInBlock looks at.
+inline constexpr std::size_t scanBlock = simd::blockSize;
+
+/// Whether a character is one of `sought`.
+template <char... sought, class Unit> bool isOneOf(Unit unit) noexcept {
+    static_assert(((sought >= 0 && sought < 64) && ...));
+    constexpr std::uint64_t bits = ((std::uint64_t{1} << sought) | ...);
+    const auto code = static_cast<std::make_unsigned_t<Unit>>(unit);
+    return code < 64 && (bits >> code & 1) != 0;
+}
+
+#if defined(__SSE2__)
+
+namespace simd {
+
+/// Sixteen characters as bytes.
+inline __m128i loadCharacters(const char* from) noexcept { return loadBlock(from); }
+
+/// Sixteen characters as bytes. Saturation keeps those below 0x7F and takes no other one there, so
+/// comparing with ASCII characters stays exact.
+inline __m128i loadCharacters(const char16_t* from) noexcept {
+    return _mm_packs_epi16(loadBlock(from), loadBlock(from + 8));
+}
+
+} // namespace simd
+
+/// One bit for each of the scanBlock characters from `from` on, set where it is one of `sought`.
+template <char... sought, class Unit> unsigned findInBlock(const Unit* from) noexcept {
+    const __m128i block = simd::loadCharacters(from);
+    __m128i marks = _mm_setzero_si128();
+    ((marks = _mm_or_si128(marks, _mm_cmpeq_epi8(block, _mm_set1_epi8(sought)))), ...);
+    return static_cast<unsigned>(_mm_movemask_epi8(marks));
+}
+
+#else
+
+template <char... sought, class Unit> unsigned findInBlock(const Unit* from) noexcept {
+    unsigned found = 0;
+    for (std::size_t index = 0; index < scanBlock; ++index) {
+        found |= static_cast<unsigned>(isOneOf<sought...>(from[index])) << index;
+    }
+    return found;
+}
+
+#endif
+
+#if defined(__x86_64__)
+
+namespace simd {
+
+/// Thirty-two characters as bytes, in some order.
+[[gnu::target("avx2")]] inline __m256i loadManyCharacters(const char* from) noexcept {
+    return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(from));
+}
+
+[[gnu::target("avx2")]] inline __m256i loadManyCharacters(const char16_t* from) noexcept {
+    const auto* const halves = reinterpret_cast<const __m256i*>(from);
+    return _mm256_packs_epi16(_mm256_loadu_si256(halves), _mm256_loadu_si256(halves + 1));
+}
+
+/// Steps over blocks of 64 characters as long as they hold none of `sought`.
+template <char... sought, class Unit>
+[[gnu::target("avx2")]] const Unit* skipBlocks(const Unit* from, const Unit* end) noexcept {
+    for (; end - from >= 64; from += 64) {
+        const __m256i first = loadManyCharacters(from);
+        const __m256i second = loadManyCharacters(from + 32);
+        __m256i marks = _mm256_setzero_si256();
+        ((marks = _mm256_or_si256(
+              marks, _mm256_or_si256(_mm256_cmpeq_epi8(first, _mm256_set1_epi8(sought)),
+                                     _mm256_cmpeq_epi8(second, _mm256_set1_epi8(sought))))),
+         ...);
+        if (_mm256_testz_si256(marks, marks) == 0) {
+            break;
+        }
+    }
+    return from;
+}
+
+} // namespace simd
+
+#endif
+
+/// The first place from `from` on that holds one of `sought`, or `end`.
+template <char... sought, class Unit>
+const Unit* findOneOf(const Unit* from, const Unit* end) noexcept {
+    constexpr auto step = static_cast<std::ptrdiff_t>(scanBlock);
+    if (end - from < step) {
+        while (from != end && !isOneOf<sought...>(*from)) {
+            ++from;
+        }
+        return from;
+    }
+    for (; end - from >= step; from += step) {
+        if (const unsigned found = findInBlock<sought...>(from); found != 0) {
+            return from + std::countr_zero(found);
+        }
+#if defined(__x86_64__)
+        if (end - from >= 128 && __builtin_cpu_supports("avx2") != 0) {
+            from = simd::skipBlocks<sought...>(from + step, end) - step;
+        }
+#endif
+    }
+    // The rest as the tail of a block that starts in what is known to hold none.
+    const unsigned found = findInBlock<sought...>(end - step);
+    return found != 0 ? end - step + std::countr_zero(found) : end;
+}
+
+} // namespace nu
