@@ -22,6 +22,9 @@ endif()
 # The settings as a target: `target_link_libraries(x PRIVATE nuxmlSettings)`.
 add_library(nuxmlSettings INTERFACE)
 target_compile_options(nuxmlSettings INTERFACE -Wall -Wextra -Wconversion)
+# A library calls its own functions directly; nobody replaces them one by one.
+target_compile_options(nuxmlSettings INTERFACE -fno-semantic-interposition)
+target_link_options(nuxmlSettings INTERFACE -Wl,-Bsymbolic-functions)
 if(NUXML_WERROR)
     target_compile_options(nuxmlSettings INTERFACE -Werror)
 endif()

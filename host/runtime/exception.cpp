@@ -23,10 +23,8 @@ void failAssertion(std::u16string_view message, std::u16string_view location, in
     throw EAssertionFailed(formatMessage(u"%s (%s, line %d)", {message, location, line}));
 }
 
-void checkListIndex(std::int64_t index, std::size_t count) {
-    if (index < 0 || static_cast<std::uint64_t>(index) >= count) {
-        throw EListError(formatMessage(u"List index out of bounds (%d)", {index}));
-    }
+void raiseListIndex(std::int64_t index) {
+    throw EListError(formatMessage(u"List index out of bounds (%d)", {index}));
 }
 
 std::u16string currentExceptionMessage() {

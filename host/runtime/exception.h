@@ -80,8 +80,15 @@ public:
 [[noreturn]] NUXML_API void failAssertion(std::u16string_view message, std::u16string_view location,
                                           int line);
 
-/// Throws EListError with "List index out of bounds (`index`)" unless `index` is below `count`.
-NUXML_API void checkListIndex(std::int64_t index, std::size_t count);
+/// Throws EListError with "List index out of bounds (`index`)".
+[[noreturn]] NUXML_API void raiseListIndex(std::int64_t index);
+
+/// Throws EListError unless `index` is below `count`.
+inline void checkListIndex(std::int64_t index, std::size_t count) {
+    if (static_cast<std::uint64_t>(index) >= count) {
+        raiseListIndex(index);
+    }
+}
 
 /// The UTF-16 message of any exception: that of host::Exception as it is, what() of others read as
 /// UTF-8, and an empty text for what is not an exception object. Call it inside a catch block.

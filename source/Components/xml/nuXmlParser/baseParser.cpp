@@ -74,7 +74,10 @@ std::int32_t TNuXmlBaseParser::_Release() noexcept {
 }
 
 void TNuXmlBaseParser::Free() {
-    updateCounters();
+    if (referenceCount_.load(std::memory_order_relaxed) > 1) {
+        // Somebody keeps the locator and may ask it for the last place.
+        updateCounters();
+    }
     releaseText();
     releaseStream();
     // A handler that keeps the locator would otherwise keep itself alive through it.

@@ -32,7 +32,7 @@ std::uint64_t maskOf(__m128i matches, unsigned shift) noexcept {
     return static_cast<std::uint64_t>(static_cast<unsigned>(_mm_movemask_epi8(matches))) << shift;
 }
 
-StopMasks classifyUnits(PNuXmlChar units) noexcept {
+inline StopMasks classifyUnits(PNuXmlChar units) noexcept {
     StopMasks masks;
     for (unsigned shift = 0; shift < MarkupBlock::length; shift += 16) {
         const __m128i bytes = packUnits(units + shift);
@@ -57,7 +57,7 @@ StopMasks classifyUnits(PNuXmlChar units) noexcept {
 
 #else
 
-StopMasks classifyUnits(PNuXmlChar units) noexcept {
+inline StopMasks classifyUnits(PNuXmlChar units) noexcept {
     StopMasks masks;
     for (unsigned index = 0; index < MarkupBlock::length; ++index) {
         const NuXmlChar unit = units[index];
@@ -75,21 +75,46 @@ StopMasks classifyUnits(PNuXmlChar units) noexcept {
 
 #endif
 
+/// The first "<" or NUL at or after `place`, or `last`.
+PNuXmlChar searchLess(PNuXmlChar place, PNuXmlChar last) noexcept {
+#if defined(__SSE2__)
+    constexpr std::ptrdiff_t step = 16;
+    for (; last - place >= step; place += step) {
+        const __m128i bytes = packUnits(place);
+        const __m128i stops = _mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(cNuLtA)),
+                                           _mm_cmpeq_epi8(bytes, _mm_setzero_si128()));
+        const auto found = static_cast<unsigned>(_mm_movemask_epi8(stops));
+        if (found != 0) {
+            return place + std::countr_zero(found);
+        }
+    }
+#endif
+    while (place < last && *place != cNuLt && *place != cNuEOF) {
+        ++place;
+    }
+    return place;
+}
+
 } // namespace
+
+PNuXmlChar MarkupBlock::findLess(PNuXmlChar place, PNuXmlChar last) noexcept {
+    const PNuXmlChar found = searchLess(place, last);
+    classify(found, last);
+    return found;
+}
 
 void MarkupBlock::classify(PNuXmlChar from, PNuXmlChar last) noexcept {
     start_ = from;
     const auto available = static_cast<std::size_t>(last - from) + 1;
+    NuXmlChar rest[length];
     std::uint64_t end = 0;
-    StopMasks masks;
-    if (available > length) {
-        masks = classifyUnits(from);
-    } else {
-        NuXmlChar rest[length] = {};
-        std::copy_n(from, available, rest);
-        masks = classifyUnits(rest);
+    PNuXmlChar units = from;
+    if (available <= length) [[unlikely]] {
+        std::fill(std::copy_n(from, available, rest), std::end(rest), NuXmlChar{0});
+        units = rest;
         end = std::uint64_t{1} << (available - 1);
     }
+    const StopMasks masks = classifyUnits(units);
     end |= masks.nul;
     stops_[static_cast<std::size_t>(StopSet::Less)] = masks.less | end;
     stops_[static_cast<std::size_t>(StopSet::Quote)] = masks.quote | end;

@@ -40,6 +40,11 @@ public:
             offset = 0;
         }
         std::uint64_t stops = stops_[static_cast<std::size_t>(set)] >> offset;
+        if constexpr (set == StopSet::Less) {
+            if (stops == 0) {
+                return findLess(start_ + length, last);
+            }
+        }
         while (stops == 0) {
             place = start_ + length;
             classify(place, last);
@@ -49,6 +54,10 @@ public:
     }
 
 private:
+    /// Text runs on for long as a rule, so the rest of it is searched for its end alone, and the
+    /// next block starts there.
+    [[nodiscard]] PNuXmlChar findLess(PNuXmlChar place, PNuXmlChar last) noexcept;
+
     PNuXmlChar start_ = nullptr;
     std::uint64_t stops_[4] = {};
 };

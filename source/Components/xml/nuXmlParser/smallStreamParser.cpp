@@ -130,9 +130,9 @@ std::int64_t TNuXmlSmallStreamParser::GetStreamPos() {
 /// The last character, or the NUL that ends the text before it: the read position stays on it.
 void TNuXmlSmallStreamParser::deliverEnd() noexcept {
     readPtr_ = currPtr_;
-    counter_.deliverAny(currPtr_);
     eof_ = true;
     isExhausted_ = true;
+    endIsCounted_ = false;
 }
 
 void TNuXmlSmallStreamParser::deliverRawControl() noexcept {
@@ -144,14 +144,17 @@ void TNuXmlSmallStreamParser::deliverRawControl() noexcept {
 }
 
 void TNuXmlSmallStreamParser::updateCounters() {
-    // Before the first read and after the last the counters are complete as they are.
-    if (!isExhausted_) {
+    if (!endIsCounted_) {
+        counter_.deliverAny(currPtr_);
+        endIsCounted_ = true;
+    } else if (!isExhausted_) {
         counter_.countUpTo(readPtr_);
     }
     setCounters(counter_.line, counter_.column, counter_.charCount);
 }
 
 void TNuXmlSmallStreamParser::releaseText() noexcept {
+    endIsCounted_ = true;
     useText(noText, 0);
     memory_.release();
 }

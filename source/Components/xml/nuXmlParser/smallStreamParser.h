@@ -69,6 +69,17 @@ public:
         const PNuXmlChar place = PeekXmlChar();
         return place != lastPtr_ && place[0] == first && place[1] == second;
     }
+    /// The first unit of `set` at or after `place`, or the place where the input ends, without
+    /// moving.
+    template <nu::StopSet set> [[nodiscard]] PNuXmlChar findFrom(PNuXmlChar place) noexcept {
+        return block_.find<set>(place, lastPtr_);
+    }
+    /// Delivers the character at `place`, which is none of the control characters and not the last,
+    /// as if all before it had been read.
+    void moveTo(PNuXmlChar place) noexcept {
+        currPtr_ = place;
+        readPtr_ = place + 1;
+    }
     [[nodiscard]] NuXmlChar current() const noexcept { return *currPtr_; }
     [[nodiscard]] PNuXmlChar currentPlace() const noexcept { return currPtr_; }
     [[nodiscard]] bool hasEnded() const noexcept { return eof_; }
@@ -101,6 +112,7 @@ private:
     PNuXmlChar peekPtr_ = nullptr;
     bool ownsBuffer_ = true;
     bool isExhausted_ = true; ///< nothing is left to read: the end flag is set, or there is no text
+    bool endIsCounted_ = true; ///< false while the counters lack the character that ended the input
     nu::MarkupBlock block_;
     nu::TextCounter counter_;
     nu::TextMemory memory_;

@@ -9,7 +9,6 @@ namespace {
 constexpr std::u16string_view attributeType = u"CDATA";
 constexpr std::u16string_view declarationPrefix = u"xmlns";
 
-/// Keeps the place also of an empty span: where a local name starts tells where the prefix ends.
 std::u16string_view span(PNuXmlChar text, host::SAXLength length) noexcept {
     return {text, length <= 0 ? 0 : static_cast<std::size_t>(length)};
 }
@@ -34,11 +33,8 @@ bool startsLikeDeclaration(PNuXmlChar name) noexcept {
 
 } // namespace
 
-void TNuSAXAttribute::SetQName(PNuXmlChar name, host::SAXLength length) noexcept {
-    qName_ = span(name, length);
-    isNamespaceDecl_ = false;
-    isDefaultNamespace_ = false;
-    if (qName_.size() < declarationPrefix.size() || !startsLikeDeclaration(name)) {
+void TNuSAXAttribute::classify(PNuXmlChar name) noexcept {
+    if (!startsLikeDeclaration(name)) {
         return;
     }
     // Deliberate: the unit behind the letters is looked up in the buffer even where the name ends
@@ -46,14 +42,6 @@ void TNuSAXAttribute::SetQName(PNuXmlChar name, host::SAXLength length) noexcept
     const NuXmlChar behind = name[declarationPrefix.size()];
     isDefaultNamespace_ = behind == cNuEqual;
     isNamespaceDecl_ = isDefaultNamespace_ || behind == cNuColon;
-}
-
-void TNuSAXAttribute::SetLocalName(PNuXmlChar name, host::SAXLength length) noexcept {
-    localName_ = span(name, length);
-}
-
-void TNuSAXAttribute::SetValue(PNuXmlChar value, host::SAXLength length) noexcept {
-    value_ = span(value, length);
 }
 
 NuXmlString TNuSAXAttribute::GetType() const { return NuXmlString(attributeType); }
@@ -87,13 +75,6 @@ void TNuSAXAttribute::GetURI(PNuXmlChar& uri, host::SAXLength& length) const {
 }
 
 TNuSAXAttributes::~TNuSAXAttributes() noexcept(false) = default;
-
-TNuSAXAttribute& TNuSAXAttributes::CreateAttribute() { return attributes_.emplace_back(Reader()); }
-
-const TNuSAXAttribute& TNuSAXAttributes::GetAttribute(host::SAXLength index) const {
-    host::checkListIndex(index, attributes_.size());
-    return attributes_[static_cast<std::size_t>(index)];
-}
 
 void TNuSAXAttributes::getURI(host::SAXLength index, PNuXmlChar& uri, host::SAXLength& length) {
     GetAttribute(index).GetURI(uri, length);

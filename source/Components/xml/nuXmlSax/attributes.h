@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "host/runtime/exception.h"
 #include "host/sax/BSax.h"
 #include "nuXmlParser/chars.h"
 #include "nuXmlSax/handler.h"
@@ -17,9 +19,20 @@ public:
     /// Stores the qualified name and classifies it: a declaration starts with the letters xmlns, in
     /// either case, followed in the buffer by ":" or, for the default namespace, "=".
     /// Reads the unit behind a name of exactly these five letters.
-    void SetQName(PNuXmlChar name, host::SAXLength length) noexcept;
-    void SetLocalName(PNuXmlChar name, host::SAXLength length) noexcept;
-    void SetValue(PNuXmlChar value, host::SAXLength length) noexcept;
+    void SetQName(PNuXmlChar name, host::SAXLength length) noexcept {
+        qName_ = span(name, length);
+        isNamespaceDecl_ = false;
+        isDefaultNamespace_ = false;
+        if (length >= 5 && (*name | 0x20) == u'x') {
+            classify(name);
+        }
+    }
+    void SetLocalName(PNuXmlChar name, host::SAXLength length) noexcept {
+        localName_ = span(name, length);
+    }
+    void SetValue(PNuXmlChar value, host::SAXLength length) noexcept {
+        value_ = span(value, length);
+    }
     /// The depth of the element, the root being 1.
     void SetLevel(std::int32_t level) noexcept { level_ = level; }
 
@@ -52,6 +65,13 @@ public:
     [[nodiscard]] std::u16string_view prefixSpan() const noexcept;
 
 private:
+    /// Keeps the place also of an empty span: where a local name starts tells where the prefix
+    /// ends.
+    static std::u16string_view span(PNuXmlChar text, host::SAXLength length) noexcept {
+        return {text, length <= 0 ? 0 : static_cast<std::size_t>(length)};
+    }
+    void classify(PNuXmlChar name) noexcept;
+
     TNuSAXXMLReader* reader_;
     std::int32_t level_ = 0;
     bool isDefaultNamespace_ = false;
@@ -70,10 +90,15 @@ public:
     ~TNuSAXAttributes() noexcept(false) override;
 
     /// Appends an empty attribute. The reference is valid until the next one is appended.
-    TNuSAXAttribute& CreateAttribute();
+    TNuSAXAttribute& CreateAttribute() { return attributes_.emplace_back(Reader()); }
     /// Throws host::EListError for an index outside.
-    [[nodiscard]] const TNuSAXAttribute& GetAttribute(host::SAXLength index) const;
+    [[nodiscard]] const TNuSAXAttribute& GetAttribute(host::SAXLength index) const {
+        host::checkListIndex(index, attributes_.size());
+        return attributes_[static_cast<std::size_t>(index)];
+    }
     void Clear() noexcept { attributes_.clear(); }
+    /// All of them in document order; valid until the list changes.
+    [[nodiscard]] std::span<const TNuSAXAttribute> all() const noexcept { return attributes_; }
 
     host::SAXLength getLength() override {
         return static_cast<host::SAXLength>(attributes_.size());

@@ -41,7 +41,7 @@ private:
 };
 
 /// A TNuSAXHandler that offers the given interfaces.
-template <class... Interfaces> class TNuSAXHandlerOf : public TNuSAXHandler, public Interfaces... {
+template <class... Interfaces> class TNuSAXHandlerOf : public Interfaces..., public TNuSAXHandler {
 public:
     using TNuSAXHandler::TNuSAXHandler;
 

@@ -40,10 +40,7 @@ void TNuSaxNamespaceList::AddNamespace(std::int32_t level, std::u16string_view p
     link(count_ - 1);
 }
 
-const TNuSaxNamespace* TNuSaxNamespaceList::GetNamespace(std::u16string_view prefix) const {
-    if (count_ == 0) {
-        return nullptr;
-    }
+const TNuSaxNamespace* TNuSaxNamespaceList::find(std::u16string_view prefix) const {
     const std::size_t hash = hashPrefix(prefix);
     for (std::size_t place = slots_[hash & (slots_.size() - 1)]; place != 0;) {
         const TNuSaxNamespace& entry = entries_[place - 1];

@@ -27,7 +27,9 @@ public:
     /// Adds a declaration; one of the same prefix is hidden, not replaced.
     void AddNamespace(std::int32_t level, std::u16string_view prefix, std::u16string_view uri);
     /// The newest declaration of `prefix`, or null.
-    [[nodiscard]] const TNuSaxNamespace* GetNamespace(std::u16string_view prefix) const;
+    [[nodiscard]] const TNuSaxNamespace* GetNamespace(std::u16string_view prefix) const {
+        return count_ == 0 ? nullptr : find(prefix);
+    }
     /// Removes every declaration whose level is `level` or more.
     void RemoveLevel(std::int32_t level) {
         if (count_ > 0 && highestLevel_ >= level) {
@@ -38,6 +40,7 @@ public:
     [[nodiscard]] std::size_t Count() const noexcept { return count_; }
 
 private:
+    [[nodiscard]] const TNuSaxNamespace* find(std::u16string_view prefix) const;
     void removeFrom(std::int32_t level);
     void removeNewest();
     void link(std::size_t index);

@@ -17,6 +17,7 @@
 #include "nuXmlSax/scanDocument.h"
 #include "nuXmlSax/scanElement.h"
 #include "nuXmlSax/scanMarkup.h"
+#include "nuXmlSax/scanPlainTag.h"
 
 namespace {
 

@@ -114,7 +114,7 @@ private:
 
     TNuSaxFeatures features_;
     TNuSaxNamespaceList namespaces_;
-    std::vector<bool> preserveSpace_; ///< one flag per open element and one below them
+    std::vector<char> preserveSpace_; ///< one flag per open element and one below them
     std::int32_t depth_ = 0;
     host::Ref<TNuSAXAttributes> attributes_;
 

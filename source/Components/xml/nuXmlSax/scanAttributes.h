@@ -10,15 +10,14 @@ namespace nu {
 
 /// Entered with the first character behind the spaces after the element's name; leaves "/" or ">"
 /// current.
-template <class Source> TNuSAXAttributes& SaxScanner<Source>::scanAttributes() {
-    TNuSAXAttributes& attributes = reader_.freshAttributes();
+template <class Source> void SaxScanner<Source>::scanAttributes(TNuSAXAttributes& attributes) {
     const auto atTagEnd = [this] {
         return source_.current() == cNuSlash || source_.current() == cNuGt;
     };
     // Deliberate: `<a />` draws this warning; a space is taken for the promise of an attribute.
     if (atTagEnd()) {
         warn(messages::spaceWithoutAttributes);
-        return attributes;
+        return;
     }
     do {
         scanAttribute(attributes);
@@ -26,7 +25,6 @@ template <class Source> TNuSAXAttributes& SaxScanner<Source>::scanAttributes() {
     if (source_.hasEnded()) {
         fail(messages::endInElement);
     }
-    return attributes;
 }
 
 /// Entered with the first character of the name current; leaves the first character behind the
@@ -44,7 +42,7 @@ template <class Source> void SaxScanner<Source>::scanAttribute(TNuSAXAttributes&
     attribute.SetValue(value.data(), static_cast<host::SAXLength>(value.size()));
 
     // 3. What it means for the element.
-    applyAttribute(attribute, name);
+    applyAttribute(attribute);
 
     // 4. On behind the closing quote.
     source_.ReadXmlChar();
@@ -107,21 +105,35 @@ template <class Source> std::u16string_view SaxScanner<Source>::scanAttributeVal
 
 /// Declarations open a scope; xml:space decides about the element's own white space. Both stay in
 /// the list.
-template <class Source>
-void SaxScanner<Source>::applyAttribute(const TNuSAXAttribute& attribute, const Name& name) {
+template <class Source> void SaxScanner<Source>::applyAttribute(const TNuSAXAttribute& attribute) {
     const std::u16string_view value = attribute.valueSpan();
     if (attribute.IsDefaultNamespace()) {
         reader_.namespaces_.AddNamespace(reader_.depth_, {}, value);
     } else if (attribute.IsNamespaceDecl()) {
         if (content() != nullptr) {
-            content()->startPrefixMapping(name.localName(), value);
+            content()->startPrefixMapping(attribute.localNameSpan(), value);
         }
-        reader_.namespaces_.AddNamespace(reader_.depth_, name.localName(), value);
-    } else if (name.qName() == u"xml:space") {
+        reader_.namespaces_.AddNamespace(reader_.depth_, attribute.localNameSpan(), value);
+    } else if (attribute.qNameSpan() == u"xml:space") {
         if (value == u"preserve") {
-            reader_.preserveSpace_.back() = true;
+            reader_.preserveSpace_.back() = 1;
         } else if (value == u"default") {
-            reader_.preserveSpace_.back() = false;
+            reader_.preserveSpace_.back() = 0;
+        }
+    }
+}
+
+/// The same for a tag that was scanned as a whole: whoever is told of a declaration finds the
+/// source at its closing quote.
+template <class Source>
+void SaxScanner<Source>::applyPlainAttributes(const TNuSAXAttributes& attributes) {
+    for (const TNuSAXAttribute& attribute : attributes.all()) {
+        // Both kinds of attributes that mean something start with an x.
+        if ((attribute.qNameSpan().front() | 0x20) == u'x') {
+            if (attribute.IsNamespaceDecl()) {
+                source_.moveTo(attribute.valueSpan().data() + attribute.valueSpan().size());
+            }
+            applyAttribute(attribute);
         }
     }
 }

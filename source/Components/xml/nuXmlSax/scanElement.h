@@ -16,25 +16,30 @@ template <class Source> void SaxScanner<Source>::scanStartTag() {
     ++reader_.depth_;
     reader_.preserveSpace_.push_back(preservesSpace());
 
-    // 2. The name.
-    const Name name = scanStartTagName();
-    if (source_.hasEnded()) {
-        fail(messages::endInElementName);
+    // 2. The name and the attributes: as a whole where they are plain, else step by step.
+    Name name{source_.currentPlace(), nullptr, nullptr};
+    TNuSAXAttributes& attributes = reader_.freshAttributes();
+    if (const PNuXmlChar end = scanPlainStartTag(name, attributes)) {
+        applyPlainAttributes(attributes);
+        source_.moveTo(end);
+    } else {
+        attributes.Clear();
+        name = scanStartTagName();
+        if (source_.hasEnded()) {
+            fail(messages::endInElementName);
+        }
+        if (source_.current() == cNuSpace) {
+            skipSpaces();
+            scanAttributes(attributes);
+        }
     }
 
-    // 3. The attributes, first, because their declarations count for the name.
-    TNuSAXAttributes* attributes = nullptr;
-    if (source_.current() == cNuSpace) {
-        skipSpaces();
-        attributes = &scanAttributes();
-    } else {
-        attributes = &reader_.freshAttributes();
-    }
+    // 3. The namespace comes after the attributes, whose declarations count for the name.
     const std::u16string_view uri = resolveNamespace(name);
 
     // 4. The events; an empty element ends where it starts.
     if (content() != nullptr) {
-        content()->startElement(uri, name.localName(), name.qName(), *attributes);
+        content()->startElement(uri, name.localName(), name.qName(), attributes);
     }
     if (source_.current() == cNuSlash) {
         if (content() != nullptr) {
@@ -83,6 +88,20 @@ template <class Source> typename SaxScanner<Source>::Name SaxScanner<Source>::sc
 /// the open element, and a space before ">" belongs to it.
 template <class Source> void SaxScanner<Source>::scanEndTag() {
     source_.ResetBuffer();
+    Name name{};
+    if (const PNuXmlChar end = scanPlainEndTag(source_.currentPlace(), name)) {
+        source_.moveTo(end);
+    } else {
+        name = scanEndTagName();
+    }
+    const std::u16string_view uri = resolveNamespace(name);
+    if (content() != nullptr) {
+        content()->endElement(uri, name.localName(), name.qName());
+    }
+    closeElement();
+}
+
+template <class Source> typename SaxScanner<Source>::Name SaxScanner<Source>::scanEndTagName() {
     source_.ReadXmlChar();
     const PNuXmlChar start = source_.currentPlace();
     PNuXmlChar localStart = start;
@@ -92,13 +111,7 @@ template <class Source> void SaxScanner<Source>::scanEndTag() {
             localStart = source_.currentPlace() + 1;
         }
     } while (source_.current() != cNuGt && !source_.hasEnded());
-
-    const Name name{start, localStart, source_.currentPlace()};
-    const std::u16string_view uri = resolveNamespace(name);
-    if (content() != nullptr) {
-        content()->endElement(uri, name.localName(), name.qName());
-    }
-    closeElement();
+    return {start, localStart, source_.currentPlace()};
 }
 
 template <class Source> void SaxScanner<Source>::closeElement() {

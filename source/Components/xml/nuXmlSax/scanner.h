@@ -52,15 +52,25 @@ private:
     void scanStartTag();
     Name scanStartTagName();
     void scanEndTag();
+    Name scanEndTagName();
     void closeElement();
     std::u16string_view resolveNamespace(const Name& name);
 
+    // scanPlainTag.h
+    PNuXmlChar scanPlainStartTag(Name& name, TNuSAXAttributes& attributes);
+    PNuXmlChar scanPlainAttribute(PNuXmlChar start, TNuSAXAttributes& attributes);
+    PNuXmlChar scanPlainEndTag(PNuXmlChar slash, Name& name);
+    static bool isPlainTagEnd(PNuXmlChar place) noexcept {
+        return place[0] == cNuSlash && place[1] == cNuGt;
+    }
+
     // scanAttributes.h
-    TNuSAXAttributes& scanAttributes();
+    void scanAttributes(TNuSAXAttributes& attributes);
     void scanAttribute(TNuSAXAttributes& attributes);
     Name scanAttributeName();
     std::u16string_view scanAttributeValue();
-    void applyAttribute(const TNuSAXAttribute& attribute, const Name& name);
+    void applyAttribute(const TNuSAXAttribute& attribute);
+    void applyPlainAttributes(const TNuSAXAttributes& attributes);
 
     // scanMarkup.h
     void scanComment();
