@@ -17,6 +17,9 @@ namespace nu {
 template <class Source>
 PNuXmlChar SaxScanner<Source>::scanPlainStartTag(Name& name, TNuSAXAttributes& attributes) {
     // 1. The name ends at a space or at the end of the tag.
+    if (source_.hasEnded()) {
+        return nullptr;
+    }
     name.localStart = name.start;
     PNuXmlChar place = name.start + 1;
     for (;; ++place) {
@@ -56,7 +59,7 @@ PNuXmlChar SaxScanner<Source>::scanPlainAttribute(PNuXmlChar start, TNuSAXAttrib
     const PNuXmlChar last = source_.LastPtr();
     PNuXmlChar localStart = start;
     PNuXmlChar nameEnd = start + 1;
-    if (start == last) {
+    if (start == last || *start == cNuEOF) {
         return nullptr;
     }
     for (;; ++nameEnd) {
