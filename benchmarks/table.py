@@ -20,10 +20,11 @@ WORKS = ["read", "escape", "unescape"]
 
 
 def read_results(paths):
-    """Times and bytes per second by work and input, then by side; and who cannot be timed."""
+    """Times and bytes per second by work and input, then by side; who cannot be timed; and how
+    many times as long as its processor time a benchmark took."""
     times = collections.defaultdict(lambda: collections.defaultdict(list))
     speeds = collections.defaultdict(lambda: collections.defaultdict(list))
-    failures = []
+    failures, waits = [], []
     for path in paths:
         with open(path, encoding="utf-8") as file:
             text = file.read()
@@ -36,8 +37,9 @@ def read_results(paths):
                 failures.append(f"{work} {subject}: {side} {result['error_message']}")
                 continue
             times[work, subject][side].append(result["cpu_time"])
+            waits.append(result["real_time"] / result["cpu_time"])
             speeds[work, subject][side].append(result.get("bytes_per_second", 0.0))
-    return times, speeds, sorted(set(failures))
+    return times, speeds, sorted(set(failures)), statistics.median(waits or [1])
 
 
 def order_of_side(side):
@@ -86,7 +88,7 @@ def ratio_rows(times, speeds, sides):
 def main():
     if len(sys.argv) < 2:
         sys.exit(__doc__)
-    times, speeds, failures = read_results(sys.argv[1:])
+    times, speeds, failures, wait = read_results(sys.argv[1:])
     sides = sorted({side for by_side in times.values() for side in by_side if side != OURS},
                    key=order_of_side)
     rows = ratio_rows(times, speeds, sides)
@@ -99,6 +101,9 @@ def main():
     repetitions = {len(values) for by_side in times.values() for values in by_side.values()}
     print(f"\nMedians of {min(repetitions, default=0)} interleaved repetitions, processor time."
           " A number above 1 means that ours is faster.")
+    if wait > 1.2:
+        print(f"The machine was busy with other work (it took {wait:.1f} times the processor time):"
+              " expect noise.")
     for failure in failures:
         print(f"Not timed: {failure}")
     sys.exit(1 if failures else 0)
