@@ -27,6 +27,9 @@ NUXML_API TNuUtf8Prefix NuDecodeUtf8Prefix(std::string_view bytes, char16_t* uni
 /// otherwise their content is unspecified.
 NUXML_API std::optional<std::size_t> NuDecodeUtf8(std::string_view bytes, char16_t* units) noexcept;
 
+/// Whether all of it is well-formed.
+NUXML_API bool NuIsUtf8(std::string_view bytes) noexcept;
+
 /// Decodes all or nothing into a string.
 NUXML_API std::optional<std::u16string> NuUtf8ToWideString(std::string_view bytes);
 

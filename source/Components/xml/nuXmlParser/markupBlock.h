@@ -29,6 +29,9 @@ public:
     /// `last` is not touched.
     void classify(PNuXmlChar from, PNuXmlChar last) noexcept;
 
+    /// The text has moved.
+    void forget() noexcept { start_ = nullptr; }
+
     /// The first stop of `set` at or after `place` where the text ends at `last`.
     template <StopSet set>
     [[nodiscard]] PNuXmlChar find(PNuXmlChar place, PNuXmlChar last) noexcept {

@@ -3,10 +3,6 @@
 #include <algorithm>
 #include <cstring>
 
-#include "common/codePage.h"
-#include "common/encoding.h"
-#include "common/text.h"
-#include "common/utf8.h"
 #include "host/runtime/memoryStream.h"
 #include "nuXmlParser/parserErrors.h"
 
@@ -17,17 +13,16 @@ constexpr NuXmlChar noText[2] = {};
 
 constexpr NuXmlChar lineFeed = 0x0A;
 
-/// Whether the first tag, or whatever ends at the first ">", speaks of UTF-8.
-bool declaresUtf8(std::string_view header) {
-    const std::u16string text(header.begin(), header.end());
-    return NuContainsText(text, u"utf-8");
-}
+/// Half of a window must hold any sequence of bytes.
+constexpr std::size_t shortestWindow = 16;
 
 } // namespace
 
 TNuXmlSmallStreamParser::TNuXmlSmallStreamParser(host::TStream* sourceStream, bool ownsStream,
-                                                 const host::Ref<host::IErrorHandler>& errorHandler)
-    : TNuXmlBaseParser(sourceStream, ownsStream, errorHandler) {
+                                                 const host::Ref<host::IErrorHandler>& errorHandler,
+                                                 std::size_t windowLength)
+    : TNuXmlBaseParser(sourceStream, ownsStream, errorHandler),
+      windowLength_(std::max(windowLength, shortestWindow)) {
     Initialize();
 }
 
@@ -37,11 +32,11 @@ void TNuXmlSmallStreamParser::Initialize() {
     TNuXmlBaseParser::Initialize();
     useText(noText, 0);
     host::TStream& stream = *SourceStream();
-    decode(NuGetEncoding(stream), stream);
+    openText(NuGetEncoding(stream), stream);
     counter_.start(buffer_);
 }
 
-void TNuXmlSmallStreamParser::decode(TNuEncoding encoding, host::TStream& stream) {
+void TNuXmlSmallStreamParser::openText(TNuEncoding encoding, host::TStream& stream) {
     // 1. What is left from the position on is the text.
     const std::int64_t start = stream.GetPosition();
     const auto size = static_cast<std::size_t>(std::max<std::int64_t>(stream.GetSize() - start, 0));
@@ -59,12 +54,61 @@ void TNuXmlSmallStreamParser::decode(TNuEncoding encoding, host::TStream& stream
     if (const auto* memory = dynamic_cast<host::TCustomMemoryStream*>(&stream)) {
         const auto* bytes = reinterpret_cast<const char*>(memory->Memory());
         stream.Seek(0, host::SeekOrigin::End);
-        decodeBytes(size == 0 ? std::string_view() : std::string_view(bytes + start, size),
-                    encoding == neUtf8);
+        openBytes(
+            decoder_.open(size == 0 ? std::string_view() : std::string_view(bytes + start, size),
+                          encoding == neUtf8));
     } else {
-        const auto bytes = nu::TextMemory::read(stream, size);
-        decodeBytes(bytes.bytes(), encoding == neUtf8);
+        openBytes(decoder_.open(nu::TextMemory::read(stream, size), encoding == neUtf8));
     }
+}
+
+void TNuXmlSmallStreamParser::openBytes(nu::TextDecoder::Opening opening) {
+    if (opening == nu::TextDecoder::Opening::NoMarkup) {
+        RaiseFatalError(nu::messages::noXml);
+    }
+    if (opening == nu::TextDecoder::Opening::MalformedUtf8) {
+        throw host::EConvertError(nu::messages::invalidUtf8);
+    }
+    windowLength_ = std::min(windowLength_, std::max(decoder_.unitsAtMost(), shortestWindow));
+    memory_ = nu::TextMemory(windowLength_ * cNuXmlCharSize);
+    auto* units = reinterpret_cast<NuXmlChar*>(memory_.data());
+    useText(units, decoder_.decode(units, windowLength_));
+}
+
+/// Puts the kept text to the start of the window and more text behind it.
+bool TNuXmlSmallStreamParser::decodeMore() {
+    // 1. What goes is counted before it is gone.
+    counter_.countUpTo(keep_);
+
+    // 2. Half of the window must be free; text that needs more gets a window of twice the size.
+    const auto kept = static_cast<std::size_t>(lastPtr_ - keep_) + 1;
+    auto* units = reinterpret_cast<NuXmlChar*>(memory_.data());
+    if (kept > windowLength_ / 2) {
+        nu::TextMemory grown(2 * windowLength_ * cNuXmlCharSize);
+        units = reinterpret_cast<NuXmlChar*>(grown.data());
+        std::memcpy(units, keep_, kept * cNuXmlCharSize);
+        moveText(units);
+        memory_ = std::move(grown);
+        windowLength_ *= 2;
+    } else {
+        std::memmove(units, keep_, kept * cNuXmlCharSize);
+        moveText(units);
+    }
+
+    // 3. More text.
+    lastPtr_ = units + (kept - 1) + decoder_.decode(units + kept, windowLength_ - kept);
+    return true;
+}
+
+/// The text from the kept place on has moved to `units`.
+void TNuXmlSmallStreamParser::moveText(PNuXmlChar units) noexcept {
+    droppedLength_ += keep_ - buffer_;
+    counter_.follow(keep_, units);
+    currPtr_ = units + (currPtr_ - keep_);
+    readPtr_ = units + (readPtr_ - keep_);
+    buffer_ = units;
+    keep_ = units;
+    block_.forget();
 }
 
 void TNuXmlSmallStreamParser::useUtf16(host::TStream& stream, std::size_t size) {
@@ -82,41 +126,12 @@ void TNuXmlSmallStreamParser::useUtf16(host::TStream& stream, std::size_t size) 
     useText(reinterpret_cast<PNuXmlChar>(memory_.data()), length);
 }
 
-void TNuXmlSmallStreamParser::decodeBytes(std::string_view bytes, bool isMarkedUtf8) {
-    // 1. Without a mark the text up to the first ">" tells whether it is UTF-8.
-    bool mayBeUtf8 = isMarkedUtf8;
-    if (!isMarkedUtf8) {
-        const std::size_t tagEnd = bytes.find(cNuGtA);
-        if (tagEnd == bytes.npos) {
-            RaiseFatalError(nu::messages::noXml);
-        }
-        mayBeUtf8 = declaresUtf8(bytes.substr(0, tagEnd + 1));
-    }
-    memory_ = nu::TextMemory(bytes.size() * cNuXmlCharSize);
-    auto* units = reinterpret_cast<NuXmlChar*>(memory_.data());
-
-    // 2. UTF-8 is decoded as a whole or not at all.
-    std::size_t length = 0;
-    if (mayBeUtf8) {
-        length = NuDecodeUtf8(bytes, units).value_or(0);
-        if (length == 0 && isMarkedUtf8) {
-            throw host::EConvertError(nu::messages::invalidUtf8);
-        }
-    }
-
-    // 3. Deliberate: UTF-8 that was only declared and is none is read as 8-bit text, without a
-    // word.
-    if (length == 0) {
-        length = NuWidenAnsi(bytes, units);
-    }
-    useText(units, length);
-}
-
 void TNuXmlSmallStreamParser::useText(PNuXmlChar text, std::size_t length) noexcept {
     isExhausted_ = length == 0;
     buffer_ = isExhausted_ ? noText : text;
     currPtr_ = buffer_;
     readPtr_ = buffer_;
+    keep_ = buffer_;
     lastPtr_ = isExhausted_ ? buffer_ : buffer_ + (length - 1);
     if (!isExhausted_) {
         block_.classify(buffer_, lastPtr_);
@@ -124,7 +139,7 @@ void TNuXmlSmallStreamParser::useText(PNuXmlChar text, std::size_t length) noexc
 }
 
 std::int64_t TNuXmlSmallStreamParser::GetStreamPos() {
-    return (readPtr_ - buffer_) * cNuXmlCharSize;
+    return (droppedLength_ + (readPtr_ - buffer_)) * cNuXmlCharSize;
 }
 
 /// The last character, or the NUL that ends the text before it: the read position stays on it.

@@ -4,27 +4,39 @@
 #include "nuXmlParser/baseParser.h"
 #include "nuXmlParser/markupBlock.h"
 #include "nuXmlParser/textCounter.h"
+#include "nuXmlParser/textDecoder.h"
 #include "nuXmlParser/textMemory.h"
 
-/// The character source that decodes the whole rest of its stream at once and then reads by
-/// pointer.
+/// The character source that has the whole rest of its stream at hand and reads by pointer.
 ///
-/// UTF-16 that lies in a memory stream is not copied: the stream must outlive the parser and stay
-/// unchanged. The end flag rises with the last character, and the next read throws. A NUL is the
-/// end of the input for ReadXmlChar and a character like any other for ReadRawChar.
+/// The text is decoded at once, or, with a window, as it is read: then only what follows the last
+/// ResetBuffer stays in memory and everything moves when more is decoded. Either way what the bytes
+/// are is settled before the first character. A stream in memory is read in place: it must outlive
+/// the parser and stay unchanged; UTF-16 there is not even copied.
+///
+/// The end flag rises with the last character, and the next read throws. A NUL is the end of the
+/// input for ReadXmlChar and a character like any other for ReadRawChar.
 class NUXML_API TNuXmlSmallStreamParser final : public TNuXmlBaseParser {
 public:
+    /// The window length that holds every text.
+    static constexpr std::size_t wholeText = static_cast<std::size_t>(-1);
+
     /// Decodes the stream from its position on. Throws host::ESAXException for a missing argument,
     /// host::EConvertError for malformed UTF-8 behind a UTF-8 mark, host::Exception
     /// "Invalid encoding" for a mark of another encoding, ENuSaxHandledAbort after reporting that
     /// 8-bit text without any ">" is no XML.
+    /// \param windowLength the characters to decode ahead; wholeText decodes all
     TNuXmlSmallStreamParser(host::TStream* sourceStream, bool ownsStream,
-                            const host::Ref<host::IErrorHandler>& errorHandler);
+                            const host::Ref<host::IErrorHandler>& errorHandler,
+                            std::size_t windowLength = wholeText);
     ~TNuXmlSmallStreamParser() override;
 
     /// The offset of the next character in the decoded text, in bytes.
     std::int64_t GetStreamPos() override;
-    PNuXmlChar ResetBuffer() override { return buffer_; }
+    PNuXmlChar ResetBuffer() override {
+        keepFromHere();
+        return buffer_;
+    }
     PNuXmlChar ReadRawChar() override;
     PNuXmlChar ReadXmlChar() override;
     PNuXmlChar PeekXmlChar() override;
@@ -49,7 +61,11 @@ public:
         if (isExhausted_) {
             raiseUnexpectedEof();
         }
-        deliver(block_.find<set>(readPtr_, lastPtr_));
+        PNuXmlChar place = block_.find<set>(readPtr_, lastPtr_);
+        while (place == lastPtr_ && extendAt(place)) {
+            place = block_.find<set>(place, lastPtr_);
+        }
+        deliver(place);
     }
     /// While the current character is not `stop` and the input has not ended: hands the current
     /// character to `append` (pointer and length, a run at a time) and does ReadXmlChar.
@@ -69,8 +85,15 @@ public:
         const PNuXmlChar place = PeekXmlChar();
         return place != lastPtr_ && place[0] == first && place[1] == second;
     }
-    /// The first unit of `set` at or after `place`, or the place where the input ends, without
-    /// moving.
+    /// The text from the current character on stays in memory; pointers to it are good until more
+    /// is decoded.
+    void keepFromHere() noexcept { keep_ = currPtr_; }
+    /// Where the kept text is now.
+    [[nodiscard]] PNuXmlChar keptPlace() const noexcept { return keep_; }
+    /// Decodes more text, which moves what is kept. False when there is no more.
+    bool extendWindow() { return decoder_.hasMore() && decodeMore(); }
+    /// The first unit of `set` at or after `place`, or the place where the input or the window
+    /// ends, without moving.
     template <nu::StopSet set> [[nodiscard]] PNuXmlChar findFrom(PNuXmlChar place) noexcept {
         return block_.find<set>(place, lastPtr_);
     }
@@ -98,11 +121,22 @@ private:
             readPtr_ = place + 1;
         }
     }
+    /// Decodes more text behind `place`, which stays on its character.
+    bool extendAt(PNuXmlChar& place) {
+        const std::ptrdiff_t offset = place - keep_;
+        if (!extendWindow()) {
+            return false;
+        }
+        place = keep_ + offset;
+        return true;
+    }
+    bool decodeMore();
+    void moveText(PNuXmlChar units) noexcept;
     void deliverEnd() noexcept;
     void deliverRawControl() noexcept;
-    void decode(TNuEncoding encoding, host::TStream& stream);
+    void openText(TNuEncoding encoding, host::TStream& stream);
     void useUtf16(host::TStream& stream, std::size_t size);
-    void decodeBytes(std::string_view bytes, bool isMarkedUtf8);
+    void openBytes(nu::TextDecoder::Opening opening);
     void useText(PNuXmlChar text, std::size_t length) noexcept;
 
     PNuXmlChar buffer_;
@@ -110,12 +144,17 @@ private:
     PNuXmlChar readPtr_;
     PNuXmlChar lastPtr_;
     PNuXmlChar peekPtr_ = nullptr;
+    PNuXmlChar keep_ = nullptr; ///< everything before it may go when more is decoded
     bool ownsBuffer_ = true;
     bool isExhausted_ = true; ///< nothing is left to read: the end flag is set, or there is no text
     bool endIsCounted_ = true; ///< false while the counters lack the character that ended the input
     nu::MarkupBlock block_;
     nu::TextCounter counter_;
-    nu::TextMemory memory_;
+
+    nu::TextDecoder decoder_;
+    nu::TextMemory memory_;          ///< the window
+    std::size_t windowLength_;       ///< room of the window
+    std::int64_t droppedLength_ = 0; ///< characters that stood before the window
 };
 
 inline PNuXmlChar TNuXmlSmallStreamParser::ReadRawChar() {
@@ -123,7 +162,7 @@ inline PNuXmlChar TNuXmlSmallStreamParser::ReadRawChar() {
         raiseUnexpectedEof();
     }
     currPtr_ = readPtr_;
-    if (currPtr_ == lastPtr_) {
+    if (currPtr_ == lastPtr_ && !extendWindow()) {
         deliverEnd();
     } else {
         ++readPtr_;
@@ -139,7 +178,7 @@ inline PNuXmlChar TNuXmlSmallStreamParser::ReadXmlChar() {
         raiseUnexpectedEof();
     }
     PNuXmlChar place = readPtr_;
-    while (*place < cNuSpace && *place != cNuEOF && place != lastPtr_) {
+    while ((place != lastPtr_ || extendAt(place)) && *place < cNuSpace && *place != cNuEOF) {
         ++place;
     }
     deliver(place);
@@ -148,7 +187,7 @@ inline PNuXmlChar TNuXmlSmallStreamParser::ReadXmlChar() {
 
 inline PNuXmlChar TNuXmlSmallStreamParser::PeekXmlChar() {
     peekPtr_ = readPtr_;
-    while (peekPtr_ != lastPtr_ && *peekPtr_ < cNuSpace) {
+    while ((peekPtr_ != lastPtr_ || extendAt(peekPtr_)) && *peekPtr_ < cNuSpace) {
         ++peekPtr_;
     }
     return peekPtr_;

@@ -30,6 +30,13 @@ public:
     /// A read has delivered the unit at `place`, which counts as one column whatever it is: another
     /// control character, or the end of the text.
     void deliverAny(PNuXmlChar place) noexcept;
+    /// The text from `from` on, and all before it counted, has moved to `to`.
+    void follow(PNuXmlChar from, PNuXmlChar to) noexcept {
+        counted_ = to + (counted_ - from);
+        deliveredLineFeed_ = deliveredLineFeed_ == nullptr || deliveredLineFeed_ < from
+                                 ? nullptr
+                                 : to + (deliveredLineFeed_ - from);
+    }
     /// Counts everything before `end`.
     void countUpTo(PNuXmlChar end) noexcept;
 

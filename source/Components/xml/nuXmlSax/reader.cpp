@@ -107,9 +107,11 @@ void TNuSAXXMLReader::ParseBytes(std::string_view bytes) {
 
 void TNuSAXXMLReader::parseDocument(std::unique_ptr<host::TStream>& owned, host::TStream* stream) {
     using Source = TNuXmlSmallStreamParser;
+    // Text that stays in the nearer caches from its decoding to its last use.
+    constexpr std::size_t windowLength = 32 * 1024;
 
     // The stream goes with the character source, and first of all if that cannot be made.
-    OwnedParser<Source> source(new Source(stream, false, errorHandler_));
+    OwnedParser<Source> source(new Source(stream, false, errorHandler_, windowLength));
     if (owned) {
         source->AdoptStream();
         static_cast<void>(owned.release());

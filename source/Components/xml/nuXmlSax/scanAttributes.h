@@ -14,7 +14,6 @@ template <class Source> void SaxScanner<Source>::scanAttributes(TNuSAXAttributes
     const auto atTagEnd = [this] {
         return source_.current() == cNuSlash || source_.current() == cNuGt;
     };
-    // Deliberate: `<a />` draws this warning; a space is taken for the promise of an attribute.
     if (atTagEnd()) {
         warn(messages::spaceWithoutAttributes);
         return;

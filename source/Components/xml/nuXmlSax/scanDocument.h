@@ -36,6 +36,7 @@ template <class Source> void SaxScanner<Source>::scanDocument() {
 template <class Source> void SaxScanner<Source>::scanProlog() {
     while (!source_.hasEnded()) {
         // 1. Only "<?" and "<!" belong to the prolog.
+        source_.keepFromHere();
         const NuXmlChar next = *source_.PeekXmlChar();
         if (next != cNuExcl && next != cNuQuest) {
             return;
@@ -76,6 +77,7 @@ template <class Source> void SaxScanner<Source>::scanContent() {
 
 /// Entered with "<" current.
 template <class Source> void SaxScanner<Source>::scanMarkup() {
+    source_.keepFromHere();
     source_.ReadXmlChar();
     switch (source_.current()) {
     case cNuSlash:
@@ -109,13 +111,13 @@ template <class Source> void SaxScanner<Source>::scanMarkup() {
 
 /// Text before, between and behind root elements is dropped.
 template <class Source> void SaxScanner<Source>::skipOutsideText() {
+    source_.keepFromHere();
     source_.template readUntil<StopSet::Less>();
 }
 
 /// Entered with a character other than "<" and ">" inside an element.
 template <class Source> void SaxScanner<Source>::scanText() {
     source_.ResetBuffer();
-    const PNuXmlChar start = source_.currentPlace();
     // 1. White space alone between tags is dropped unless it is to be kept.
     if (!preservesSpace()) {
         if (source_.current() <= cNuSpace) {
@@ -129,9 +131,9 @@ template <class Source> void SaxScanner<Source>::scanText() {
     if (source_.current() != cNuLt && !source_.hasEnded()) {
         source_.template readUntil<StopSet::Less>();
     }
-    const PNuXmlChar end = source_.currentPlace();
-    if (end != start && content() != nullptr) {
-        content()->characters(text(start, end));
+    const std::u16string_view run = text(source_.keptPlace(), source_.currentPlace());
+    if (!run.empty() && content() != nullptr) {
+        content()->characters(run);
     }
 }
 

@@ -19,9 +19,20 @@ template <class Source> void SaxScanner<Source>::scanStartTag() {
     // 2. The name and the attributes: as a whole where they are plain, else step by step.
     Name name{source_.currentPlace(), nullptr, nullptr};
     TNuSAXAttributes& attributes = reader_.freshAttributes();
-    if (const PNuXmlChar end = scanPlainStartTag(name, attributes)) {
+    PNuXmlChar end = scanPlainStartTag(name, attributes);
+    while (end == nullptr && source_.extendWindow()) {
+        // Not plain, or not all there: either way more text is needed.
+        attributes.Clear();
+        name.start = source_.currentPlace();
+        end = scanPlainStartTag(name, attributes);
+    }
+    if (end != nullptr) {
         applyPlainAttributes(attributes);
         source_.moveTo(end);
+        // Deliberate: `<a />` draws this warning; a space is taken for the promise of an attribute.
+        if (*name.end == cNuSpace && attributes.getLength() == 0) {
+            warn(messages::spaceWithoutAttributes);
+        }
     } else {
         attributes.Clear();
         name = scanStartTagName();
@@ -89,7 +100,11 @@ template <class Source> typename SaxScanner<Source>::Name SaxScanner<Source>::sc
 template <class Source> void SaxScanner<Source>::scanEndTag() {
     source_.ResetBuffer();
     Name name{};
-    if (const PNuXmlChar end = scanPlainEndTag(source_.currentPlace(), name)) {
+    PNuXmlChar end = scanPlainEndTag(source_.currentPlace(), name);
+    while (end == nullptr && source_.extendWindow()) {
+        end = scanPlainEndTag(source_.currentPlace(), name);
+    }
+    if (end != nullptr) {
         source_.moveTo(end);
     } else {
         name = scanEndTagName();

@@ -67,7 +67,7 @@ template <class Source> void SaxScanner<Source>::scanCData() {
 
     // 2. The content, from the very next character to the first "]" of "]]>".
     source_.ReadRawChar();
-    const PNuXmlChar start = source_.currentPlace();
+    source_.keepFromHere();
     for (;;) {
         skipTo(u']');
         if (source_.hasEnded()) {
@@ -78,7 +78,7 @@ template <class Source> void SaxScanner<Source>::scanCData() {
         }
         source_.ReadXmlChar();
     }
-    const PNuXmlChar end = source_.currentPlace();
+    const auto length = source_.currentPlace() - source_.keptPlace();
 
     // 3. The rest of the terminator, then the events.
     source_.ReadXmlChar();
@@ -90,7 +90,7 @@ template <class Source> void SaxScanner<Source>::scanCData() {
         lexical()->startCDATA();
     }
     if (content() != nullptr) {
-        content()->characters(text(start, end));
+        content()->characters(text(source_.keptPlace(), source_.keptPlace() + length));
     }
     if (lexical() != nullptr) {
         lexical()->endCDATA();

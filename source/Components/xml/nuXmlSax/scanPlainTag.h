@@ -42,7 +42,7 @@ PNuXmlChar SaxScanner<Source>::scanPlainStartTag(Name& name, TNuSAXAttributes& a
 
     // 2. The attributes.
     place = source_.template findFrom<StopSet::Solid>(place);
-    if (*place == cNuSlash || *place == cNuGt) {
+    if (place == source_.LastPtr()) {
         return nullptr;
     }
     while (place != nullptr && *place != cNuSlash && *place != cNuGt) {

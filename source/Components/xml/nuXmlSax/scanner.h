@@ -31,8 +31,9 @@ private:
         PNuXmlChar end;
 
         [[nodiscard]] std::u16string_view qName() const noexcept { return text(start, end); }
+        /// Empty also where the colon is the last character of the input and so behind the end.
         [[nodiscard]] std::u16string_view localName() const noexcept {
-            return text(localStart, end);
+            return text(localStart < end ? localStart : end, end);
         }
         [[nodiscard]] bool hasPrefix() const noexcept { return localStart != start; }
         /// Without the colon.

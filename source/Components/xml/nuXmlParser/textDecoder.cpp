@@ -1,0 +1,68 @@
+#include "nuXmlParser/textDecoder.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "common/codePage.h"
+#include "common/text.h"
+#include "common/utf8.h"
+
+namespace nu {
+
+namespace {
+
+constexpr std::uint32_t codePageWindows1252 = 1252;
+
+/// Whether the first tag, or whatever ends at the first ">", speaks of UTF-8.
+bool declaresUtf8(std::string_view header) {
+    const std::u16string text(header.begin(), header.end());
+    return NuContainsText(text, u"utf-8");
+}
+
+/// The code page in which unmarked text is read; it can never fail to decode.
+std::uint32_t pageOfUnmarked(std::string_view bytes, std::string_view header) {
+    const std::uint32_t systemPage = NuGetSystemCodePage();
+    if ((systemPage == cNuCodePageUtf8 || declaresUtf8(header)) && NuIsUtf8(bytes)) {
+        return cNuCodePageUtf8;
+    }
+    // Deliberate: UTF-8 that was only declared and is none is read as 8-bit text, without a word.
+    return systemPage == cNuCodePageUtf8 ? codePageWindows1252 : systemPage;
+}
+
+} // namespace
+
+TextDecoder::Opening TextDecoder::open(std::string_view bytes, bool isMarkedUtf8) {
+    if (isMarkedUtf8) {
+        if (bytes.empty() || !NuIsUtf8(bytes)) {
+            return Opening::MalformedUtf8;
+        }
+        codePage_ = cNuCodePageUtf8;
+    } else {
+        const std::size_t tagEnd = bytes.find(cNuGtA);
+        if (tagEnd == bytes.npos) {
+            return Opening::NoMarkup;
+        }
+        codePage_ = pageOfUnmarked(bytes, bytes.substr(0, tagEnd + 1));
+    }
+    rest_ = bytes;
+    return Opening::Decodable;
+}
+
+TextDecoder::Opening TextDecoder::open(TextMemory bytes, bool isMarkedUtf8) {
+    memory_ = std::move(bytes);
+    return open(memory_.bytes(), isMarkedUtf8);
+}
+
+std::size_t TextDecoder::decode(NuXmlChar* units, std::size_t room) {
+    const std::string_view piece = rest_.substr(0, room);
+    if (codePage_ != cNuCodePageUtf8) {
+        rest_.remove_prefix(piece.size());
+        return NuWidenAnsi(piece, units, codePage_);
+    }
+    // A sequence that the piece cuts off waits for the next one.
+    const TNuUtf8Prefix decoded = NuDecodeUtf8Prefix(piece, units);
+    rest_.remove_prefix(decoded.Bytes);
+    return decoded.Units;
+}
+
+} // namespace nu

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "nuXmlParser/chars.h"
+#include "nuXmlParser/textMemory.h"
+
+namespace nu {
+
+/// Turns the bytes of a document into UTF-16, a stretch at a time.
+///
+/// What the bytes are is settled when they are opened, so that decoding cannot fail half-way.
+class TextDecoder {
+public:
+    /// How the text of an opened document begins.
+    enum class Opening : std::uint8_t {
+        Decodable,
+        NoMarkup,     ///< unmarked text without any ">"
+        MalformedUtf8 ///< bytes behind a UTF-8 mark that are none, or nothing at all
+    };
+
+    /// Settles the form of `bytes`, which must stay unchanged until all is decoded. Unmarked text
+    /// is UTF-8 if the text up to the first ">" says so and all of it is, and else in the system
+    /// code page.
+    Opening open(std::string_view bytes, bool isMarkedUtf8);
+    /// The same for bytes that the decoder keeps.
+    Opening open(TextMemory bytes, bool isMarkedUtf8);
+
+    [[nodiscard]] bool hasMore() const noexcept { return !rest_.empty(); }
+    /// No more units than these are to come.
+    [[nodiscard]] std::size_t unitsAtMost() const noexcept { return rest_.size(); }
+    /// Decodes as much as surely fits into `room` units, at least 4; gives the number of units.
+    std::size_t decode(NuXmlChar* units, std::size_t room);
+
+private:
+    TextMemory memory_;
+    std::string_view rest_;
+    std::uint32_t codePage_ = 0;
+};
+
+} // namespace nu
