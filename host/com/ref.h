@@ -66,7 +66,9 @@ private:
 };
 
 /// The interface `Interface` of `object`, or an empty handle when the object is null or lacks it.
-template <class Interface> [[nodiscard]] Ref<Interface> queryInterface(IUnknown* object) noexcept {
+/// The object may be an interface or a class that offers several.
+template <class Interface, class Object>
+[[nodiscard]] Ref<Interface> queryInterface(Object* object) noexcept {
     void* found = nullptr;
     if (object == nullptr || object->QueryInterface(Interface::Id, &found) != resultOk) {
         return {};

@@ -23,6 +23,10 @@ std::u16string systemReason(int error) {
     return utf8ToUtf16(std::generic_category().message(error));
 }
 
+[[noreturn]] void throwWriteError(int error) {
+    throw EWriteError(formatMessage(u"Stream write error: %s", {systemReason(error)}));
+}
+
 int systemFlags(unsigned mode) {
     if (mode == fmCreate) {
         return O_RDWR | O_CREAT | O_TRUNC;
@@ -39,7 +43,8 @@ int systemFlags(unsigned mode) {
 
 } // namespace
 
-TFileStream::TFileStream(const std::filesystem::path& path, unsigned mode) {
+TFileStream::TFileStream(const std::filesystem::path& path, unsigned mode)
+    : isWritable_((systemFlags(mode) & O_ACCMODE) != O_RDONLY) {
     descriptor_ = ::open(path.c_str(), systemFlags(mode) | O_CLOEXEC, 0666);
     if (descriptor_ < 0) {
         const int error = errno;
@@ -55,8 +60,9 @@ TFileStream::TFileStream(const std::filesystem::path& path, unsigned mode) {
     }
 }
 
-TFileStream::TFileStream(std::u16string_view path, unsigned mode)
-    : TFileStream(std::filesystem::path(utf16ToUtf8(path)), mode) {}
+std::filesystem::path TFileStream::systemPath(std::u16string_view path) {
+    return utf16ToUtf8(path);
+}
 
 TFileStream::~TFileStream() {
     try {
@@ -71,39 +77,55 @@ std::size_t TFileStream::Read(void* buffer, std::size_t count) {
     if (blockIsDirty_) {
         Flush();
     }
-    if (blockPosition_ == blockFill_) {
-        leaveBlock();
-        if (count >= blockSize) {
-            const std::size_t got = readFromSystem(static_cast<std::byte*>(buffer), count);
-            blockStart_ += static_cast<std::int64_t>(got);
-            return got;
+    auto* const target = static_cast<std::byte*>(buffer);
+    std::size_t done = 0;
+    while (done < count) {
+        const std::size_t buffered = std::min(count - done, blockFill_ - blockPosition_);
+        if (buffered > 0) {
+            std::memcpy(target + done, block_.get() + blockPosition_, buffered);
+            blockPosition_ += buffered;
+            done += buffered;
+            continue;
         }
-        blockFill_ = readFromSystem(block_.get(), blockSize);
+        leaveBlock();
+        std::size_t got = 0;
+        if (count - done >= blockSize) {
+            got = readFromSystem(target + done, count - done);
+            blockStart_ += static_cast<std::int64_t>(got);
+            done += got;
+        } else {
+            got = readFromSystem(block_.get(), blockSize);
+            blockFill_ = got;
+        }
+        if (got == 0) {
+            break;
+        }
     }
-    const std::size_t taken = std::min(count, blockFill_ - blockPosition_);
-    std::memcpy(buffer, block_.get() + blockPosition_, taken);
-    blockPosition_ += taken;
-    return taken;
+    return done;
 }
 
 std::size_t TFileStream::Write(const void* buffer, std::size_t count) {
-    if (!blockIsDirty_ || blockFill_ == blockSize) {
+    if (!isWritable_) {
+        // At once, not when the buffer goes to the file: the caller can still tell somebody.
+        throwWriteError(EBADF);
+    }
+    if (count == 0) {
+        return 0;
+    }
+    if (!blockIsDirty_ || count > blockSize - blockFill_) {
         Flush();
         leaveBlock();
     }
     if (count >= blockSize) {
-        Flush();
-        leaveBlock();
         writeToSystem(static_cast<const std::byte*>(buffer), count);
         blockStart_ += static_cast<std::int64_t>(count);
         return count;
     }
-    const std::size_t taken = std::min(count, blockSize - blockFill_);
-    std::memcpy(block_.get() + blockFill_, buffer, taken);
-    blockFill_ += taken;
+    std::memcpy(block_.get() + blockFill_, buffer, count);
+    blockFill_ += count;
     blockPosition_ = blockFill_;
-    blockIsDirty_ = blockIsDirty_ || taken > 0;
-    return taken;
+    blockIsDirty_ = true;
+    return count;
 }
 
 std::int64_t TFileStream::Seek(std::int64_t offset, SeekOrigin origin) {
@@ -183,7 +205,7 @@ void TFileStream::writeToSystem(const std::byte* source, std::size_t count) {
             if (errno == EINTR) {
                 continue;
             }
-            throw EWriteError(formatMessage(u"Stream write error: %s", {systemReason(errno)}));
+            throwWriteError(errno);
         }
         source += taken;
         place += taken;

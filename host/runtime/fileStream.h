@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <memory>
 #include <string_view>
+#include <type_traits>
 
 #include "host/runtime/stream.h"
 
@@ -17,7 +18,8 @@ enum FileMode : unsigned {
     fmCreate = 0xFFFF,
 };
 
-/// A file as a stream, with a buffer of its own, so that small reads and writes are cheap.
+/// A file as a stream, with a buffer of its own, so that small reads and writes are cheap. Read
+/// gives less than asked only at the end of the file; Write takes everything.
 ///
 /// Opening throws EFileOpenError, a failing read EReadError, a failing write EWriteError, each with
 /// the system's reason. Written bytes reach the file at the latest with Flush; the destructor
@@ -25,8 +27,11 @@ enum FileMode : unsigned {
 class NUXML_API TFileStream final : public TStream {
 public:
     TFileStream(const std::filesystem::path& path, unsigned mode);
-    /// The path as UTF-16 text.
-    TFileStream(std::u16string_view path, unsigned mode);
+    /// The path as UTF-16 text of any kind.
+    template <class Text>
+    requires std::is_convertible_v<const Text&, std::u16string_view> TFileStream(const Text& path,
+                                                                                 unsigned mode)
+        : TFileStream(systemPath(path), mode) {}
     ~TFileStream() override;
 
     std::size_t Read(void* buffer, std::size_t count) override;
@@ -39,6 +44,7 @@ public:
     void Flush();
 
 private:
+    static std::filesystem::path systemPath(std::u16string_view path);
     [[nodiscard]] std::int64_t logicalPosition() const noexcept {
         return blockStart_ + static_cast<std::int64_t>(blockPosition_);
     }
@@ -47,6 +53,7 @@ private:
     void writeToSystem(const std::byte* source, std::size_t count);
 
     int descriptor_ = -1;
+    bool isWritable_;
     std::unique_ptr<std::byte[]> block_;
     std::int64_t blockStart_ = 0;   ///< place of the block's first byte in the file
     std::size_t blockPosition_ = 0; ///< next byte inside the block

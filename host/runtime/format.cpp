@@ -16,16 +16,14 @@ std::u16string formatMessage(std::u16string_view messageTemplate,
     const auto* argument = arguments.begin();
     while (argument != arguments.end()) {
         const std::size_t place = messageTemplate.find(u'%');
-        const bool isPlaceholder =
-            place != messageTemplate.npos && place + 1 < messageTemplate.size() &&
-            (messageTemplate[place + 1] == u's' || messageTemplate[place + 1] == u'd');
-        if (!isPlaceholder) {
+        if (place == messageTemplate.npos) {
             break;
         }
+        const std::u16string_view mark = messageTemplate.substr(place, 2);
+        const bool isPlaceholder = mark == u"%s" || mark == u"%d";
         result.append(messageTemplate.substr(0, place));
-        result.append(argument->text());
-        messageTemplate.remove_prefix(place + 2);
-        ++argument;
+        result.append(isPlaceholder ? (argument++)->text() : mark.substr(0, 1));
+        messageTemplate.remove_prefix(place + (isPlaceholder ? 2 : 1));
     }
     return result.append(messageTemplate);
 }

@@ -1,6 +1,7 @@
 #include "host/runtime/memoryStream.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
@@ -14,7 +15,7 @@ namespace {
 
 /// What a stream without a block of its own points to: reading in place and the slack behind it
 /// must work for the empty stream too. Nothing is ever written here.
-std::byte emptyBlock[TMemoryStream::readableSlack] = {};
+alignas(std::max_align_t) std::byte emptyBlock[TMemoryStream::readableSlack] = {};
 
 constexpr std::size_t largestSize =
     static_cast<std::size_t>(std::numeric_limits<std::int64_t>::max()) -

@@ -49,7 +49,8 @@ void UnregisterSAXVendor(const TSAXVendor& vendor) {
         return;
     }
     shared.vendors.erase(found);
-    if (findLocked(shared, shared.defaultVendor) == nullptr) {
+    const SAXString description = vendor.Description();
+    if (description == shared.defaultVendor && findLocked(shared, description) == nullptr) {
         shared.defaultVendor.clear();
     }
 }
