@@ -4,7 +4,7 @@
 #include <cstring>
 
 #if defined(__SSE2__)
-#include <emmintrin.h>
+#include <immintrin.h>
 #endif
 
 namespace nu {
@@ -55,7 +55,48 @@ inline StopMasks classifyUnits(PNuXmlChar units) noexcept {
     return masks;
 }
 
+/// The same, 32 units at a time.
+[[gnu::target("avx2")]] StopMasks classifyUnitsWide(PNuXmlChar units) noexcept {
+    StopMasks masks;
+    for (unsigned shift = 0; shift < MarkupBlock::length; shift += 32) {
+        const auto* blocks = reinterpret_cast<const __m256i*>(units + shift);
+        const __m256i packed =
+            _mm256_packs_epi16(_mm256_loadu_si256(blocks), _mm256_loadu_si256(blocks + 1));
+        // Packing works in halves; this puts the four quarters in the order of the text.
+        const __m256i bytes = _mm256_permute4x64_epi64(packed, 0b11011000);
+        const auto equals = [bytes](char wanted) __attribute__((target("avx2"))) {
+            return _mm256_cmpeq_epi8(bytes, _mm256_set1_epi8(wanted));
+        };
+        const auto maskOfWide = [shift](__m256i matches) __attribute__((target("avx2"))) {
+            return static_cast<std::uint64_t>(static_cast<unsigned>(_mm256_movemask_epi8(matches)))
+                   << shift;
+        };
+        const __m256i name =
+            _mm256_or_si256(_mm256_or_si256(_mm256_or_si256(equals(cNuSpaceA), equals(cNuGtA)),
+                                            _mm256_or_si256(equals(cNuSlashA), equals(cNuColonA))),
+                            equals(cNuEqualA));
+        const __m256i blank =
+            _mm256_cmpeq_epi8(_mm256_min_epu8(bytes, _mm256_set1_epi8(cNuSpaceA)), bytes);
+        masks.less |= maskOfWide(equals(cNuLtA));
+        masks.quote |= maskOfWide(equals(cNuQuoteA));
+        masks.name |= maskOfWide(name);
+        masks.solid |= maskOfWide(blank);
+        masks.nul |= maskOfWide(equals(0));
+    }
+    masks.solid = ~masks.solid;
+    return masks;
+}
+
+const bool hasWideBlocks = __builtin_cpu_supports("avx2") != 0;
+
+StopMasks classifyBlock(PNuXmlChar units) noexcept {
+    return hasWideBlocks ? classifyUnitsWide(units) : classifyUnits(units);
+}
+
 #else
+
+inline StopMasks classifyUnits(PNuXmlChar units) noexcept;
+StopMasks classifyBlock(PNuXmlChar units) noexcept { return classifyUnits(units); }
 
 inline StopMasks classifyUnits(PNuXmlChar units) noexcept {
     StopMasks masks;
@@ -114,7 +155,7 @@ void MarkupBlock::classify(PNuXmlChar from, PNuXmlChar last) noexcept {
         units = rest;
         end = std::uint64_t{1} << (available - 1);
     }
-    const StopMasks masks = classifyUnits(units);
+    const StopMasks masks = classifyBlock(units);
     end |= masks.nul;
     stops_[static_cast<std::size_t>(StopSet::Less)] = masks.less | end;
     stops_[static_cast<std::size_t>(StopSet::Quote)] = masks.quote | end;

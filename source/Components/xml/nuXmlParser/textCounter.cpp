@@ -1,6 +1,6 @@
 #include "nuXmlParser/textCounter.h"
 
-#include <bit>
+#include <algorithm>
 #include <cstddef>
 
 #if defined(__SSE2__)
@@ -13,56 +13,63 @@ namespace {
 
 constexpr NuXmlChar lineFeed = 0x0A;
 
-/// What a stretch of text holds.
+/// How many units of a text are of a kind.
 struct Tally {
-    std::int64_t visible = 0; ///< units from U+0020 on
+    std::int64_t controls = 0; ///< below U+0020
     std::int64_t lineFeeds = 0;
-    PNuXmlChar lastLineFeed = nullptr;
-    std::int64_t visibleAfterLineFeed = 0; ///< units from U+0020 on behind the last line feed
-
-    void add(PNuXmlChar place) noexcept {
-        if (*place >= cNuSpace) {
-            ++visible;
-            ++visibleAfterLineFeed;
-        } else if (*place == lineFeed) {
-            ++lineFeeds;
-            lastLineFeed = place;
-            visibleAfterLineFeed = 0;
-        }
-    }
 };
+
+#if defined(__SSE2__)
+
+std::int64_t sumOfBytes(__m128i bytes) noexcept {
+    const __m128i sums = _mm_sad_epu8(bytes, _mm_setzero_si128());
+    return _mm_cvtsi128_si64(sums) + _mm_cvtsi128_si64(_mm_unpackhi_epi64(sums, sums));
+}
+
+/// Tallies whole blocks of the text and steps over them.
+Tally tallyBlocks(PNuXmlChar& place, PNuXmlChar end) noexcept {
+    constexpr std::ptrdiff_t blockLength = 16;
+    constexpr std::ptrdiff_t blocksPerSum = 255; // a byte counts no further
+    Tally tally;
+    while (end - place >= blockLength) {
+        __m128i controls = _mm_setzero_si128();
+        __m128i lineFeeds = _mm_setzero_si128();
+        const auto blocks = std::min((end - place) / blockLength, blocksPerSum);
+        for (const PNuXmlChar stop = place + blocks * blockLength; place != stop;
+             place += blockLength) {
+            const auto* units = reinterpret_cast<const __m128i*>(place);
+            const __m128i bytes =
+                _mm_packs_epi16(_mm_loadu_si128(units), _mm_loadu_si128(units + 1));
+            const __m128i isControl =
+                _mm_cmpeq_epi8(_mm_min_epu8(bytes, _mm_set1_epi8(cNuSpaceA - 1)), bytes);
+            controls = _mm_sub_epi8(controls, isControl);
+            lineFeeds = _mm_sub_epi8(lineFeeds, _mm_cmpeq_epi8(bytes, _mm_set1_epi8(lineFeed)));
+        }
+        tally.controls += sumOfBytes(controls);
+        tally.lineFeeds += sumOfBytes(lineFeeds);
+    }
+    return tally;
+}
+
+#endif
 
 Tally tallyUnits(PNuXmlChar place, PNuXmlChar end) noexcept {
     Tally tally;
 #if defined(__SSE2__)
-    constexpr int blockLength = 16;
-    for (; end - place >= blockLength; place += blockLength) {
-        const auto* blocks = reinterpret_cast<const __m128i*>(place);
-        const __m128i bytes = _mm_packs_epi16(_mm_loadu_si128(blocks), _mm_loadu_si128(blocks + 1));
-        const auto controls = static_cast<unsigned>(_mm_movemask_epi8(
-            _mm_cmpeq_epi8(_mm_min_epu8(bytes, _mm_set1_epi8(cNuSpaceA - 1)), bytes)));
-        if (controls == 0) {
-            tally.visible += blockLength;
-            tally.visibleAfterLineFeed += blockLength;
-            continue;
-        }
-        const auto feeds = static_cast<unsigned>(
-            _mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(lineFeed))));
-        tally.visible += blockLength - std::popcount(controls);
-        if (feeds == 0) {
-            tally.visibleAfterLineFeed += blockLength - std::popcount(controls);
-            continue;
-        }
-        const int last = 31 - std::countl_zero(feeds);
-        tally.lineFeeds += std::popcount(feeds);
-        tally.lastLineFeed = place + last;
-        tally.visibleAfterLineFeed = blockLength - 1 - last - std::popcount(controls >> (last + 1));
-    }
+    tally = tallyBlocks(place, end);
 #endif
     for (; place < end; ++place) {
-        tally.add(place);
+        tally.controls += *place < cNuSpace ? 1 : 0;
+        tally.lineFeeds += *place == lineFeed ? 1 : 0;
     }
     return tally;
+}
+
+PNuXmlChar lastLineFeed(PNuXmlChar start, PNuXmlChar end) noexcept {
+    do {
+        --end;
+    } while (end != start && *end != lineFeed);
+    return end;
 }
 
 } // namespace
@@ -79,12 +86,15 @@ void TextCounter::countUpTo(PNuXmlChar end) noexcept {
         return;
     }
     const Tally tally = tallyUnits(counted_, end);
-    charCount += tally.visible + uncountedLineFeeds_;
+    const std::int64_t reads = (end - counted_) - tally.controls;
+    charCount += reads + uncountedLineFeeds_;
     line += tally.lineFeeds;
     if (tally.lineFeeds == 0) {
-        column += tally.visible;
+        column += reads;
     } else {
-        column = tally.visibleAfterLineFeed + (tally.lastLineFeed == deliveredLineFeed_ ? 1 : 0);
+        const PNuXmlChar last = lastLineFeed(counted_, end);
+        column = (end - last - 1) - tallyUnits(last + 1, end).controls +
+                 (last == deliveredLineFeed_ ? 1 : 0);
     }
     uncountedLineFeeds_ = 0;
     counted_ = end;

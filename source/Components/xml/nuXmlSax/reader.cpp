@@ -257,16 +257,6 @@ void TNuSAXXMLReader::RaiseEOF(TNuXmlBaseParser& source) {
     throw ENuSaxFatalError(nu::messages::abort);
 }
 
-/// The list of the last tag if nobody else holds it, a new one otherwise.
-TNuSAXAttributes& TNuSAXXMLReader::freshAttributes() {
-    if (attributes_ && attributes_->RefCount() == 1) {
-        attributes_->Clear();
-    } else {
-        attributes_ = new TNuSAXAttributes(*this);
-    }
-    return *attributes_;
-}
-
 host::ResultCode TNuSAXXMLReader::QueryInterface(const host::InterfaceId& id,
                                                  void** object) noexcept {
     *object = host::findInterface<host::IBufferedXMLReader>(this, id);

@@ -103,7 +103,15 @@ private:
     void finishParse();
     template <class Interface>
     void replaceHandler(host::Ref<Interface>& place, const host::Ref<Interface>& handler);
-    TNuSAXAttributes& freshAttributes();
+    /// The list of the last tag if nobody else holds it, a new one otherwise.
+    TNuSAXAttributes& freshAttributes() {
+        if (attributes_ && attributes_->RefCount() == 1) {
+            attributes_->Clear();
+        } else {
+            attributes_ = new TNuSAXAttributes(*this);
+        }
+        return *attributes_;
+    }
 
     host::Ref<host::IBufferedContentHandler> contentHandler_;
     host::Ref<host::IBufferedLexicalHandler> lexicalHandler_;

@@ -125,7 +125,7 @@ template <class Source> void SaxScanner<Source>::applyAttribute(const TNuSAXAttr
 /// The same for a tag that was scanned as a whole: whoever is told of a declaration finds the
 /// source at its closing quote.
 template <class Source>
-void SaxScanner<Source>::applyPlainAttributes(const TNuSAXAttributes& attributes) {
+inline void SaxScanner<Source>::applyPlainAttributes(const TNuSAXAttributes& attributes) {
     for (const TNuSAXAttribute& attribute : attributes.all()) {
         // Both kinds of attributes that mean something start with an x.
         if ((attribute.qNameSpan().front() | 0x20) == u'x') {

@@ -76,7 +76,7 @@ template <class Source> void SaxScanner<Source>::scanContent() {
 }
 
 /// Entered with "<" current.
-template <class Source> void SaxScanner<Source>::scanMarkup() {
+template <class Source> inline void SaxScanner<Source>::scanMarkup() {
     source_.keepFromHere();
     source_.ReadXmlChar();
     switch (source_.current()) {
@@ -116,7 +116,7 @@ template <class Source> void SaxScanner<Source>::skipOutsideText() {
 }
 
 /// Entered with a character other than "<" and ">" inside an element.
-template <class Source> void SaxScanner<Source>::scanText() {
+template <class Source> inline void SaxScanner<Source>::scanText() {
     source_.ResetBuffer();
     // 1. White space alone between tags is dropped unless it is to be kept.
     if (!preservesSpace()) {

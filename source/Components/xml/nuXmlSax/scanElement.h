@@ -10,7 +10,7 @@
 namespace nu {
 
 /// Entered with the first character of the name current; leaves ">" current.
-template <class Source> void SaxScanner<Source>::scanStartTag() {
+template <class Source> inline void SaxScanner<Source>::scanStartTag() {
     // 1. One level deeper; white space is treated as in the parent until an attribute says more.
     source_.ResetBuffer();
     ++reader_.depth_;
@@ -97,7 +97,7 @@ template <class Source> typename SaxScanner<Source>::Name SaxScanner<Source>::sc
 
 /// Entered with "/" current; leaves ">" current. Deliberate: the name is not compared with that of
 /// the open element, and a space before ">" belongs to it.
-template <class Source> void SaxScanner<Source>::scanEndTag() {
+template <class Source> inline void SaxScanner<Source>::scanEndTag() {
     source_.ResetBuffer();
     Name name{};
     PNuXmlChar end = scanPlainEndTag(source_.currentPlace(), name);
@@ -129,7 +129,7 @@ template <class Source> typename SaxScanner<Source>::Name SaxScanner<Source>::sc
     return {start, localStart, source_.currentPlace()};
 }
 
-template <class Source> void SaxScanner<Source>::closeElement() {
+template <class Source> inline void SaxScanner<Source>::closeElement() {
     reader_.namespaces_.RemoveLevel(reader_.depth_);
     --reader_.depth_;
     // A surplus end tag finds nothing to take away.
@@ -139,7 +139,8 @@ template <class Source> void SaxScanner<Source>::closeElement() {
 }
 
 /// The URI of an element's name: never null, empty where there is none.
-template <class Source> std::u16string_view SaxScanner<Source>::resolveNamespace(const Name& name) {
+template <class Source>
+inline std::u16string_view SaxScanner<Source>::resolveNamespace(const Name& name) {
     const std::u16string_view prefix = name.hasPrefix() ? name.prefix() : std::u16string_view();
     if (const TNuSaxNamespace* scope = reader_.namespaces_.GetNamespace(prefix)) {
         return scope->URI;

@@ -15,7 +15,7 @@ namespace nu {
 /// Looks at a start tag whose name begins at `name.start`. On success the attributes are in the
 /// list and the result is the place of the "/" or ">" that ends the tag; otherwise null.
 template <class Source>
-PNuXmlChar SaxScanner<Source>::scanPlainStartTag(Name& name, TNuSAXAttributes& attributes) {
+inline PNuXmlChar SaxScanner<Source>::scanPlainStartTag(Name& name, TNuSAXAttributes& attributes) {
     // 1. The name ends at a space or at the end of the tag.
     if (source_.hasEnded()) {
         return nullptr;
@@ -54,7 +54,8 @@ PNuXmlChar SaxScanner<Source>::scanPlainStartTag(Name& name, TNuSAXAttributes& a
 /// Looks at the attribute whose name begins at `start`. On success it is in the list and the result
 /// is the first character behind the spaces after its value; otherwise null.
 template <class Source>
-PNuXmlChar SaxScanner<Source>::scanPlainAttribute(PNuXmlChar start, TNuSAXAttributes& attributes) {
+inline PNuXmlChar SaxScanner<Source>::scanPlainAttribute(PNuXmlChar start,
+                                                         TNuSAXAttributes& attributes) {
     // 1. The name ends at "=", with a quote and the value right behind it.
     const PNuXmlChar last = source_.LastPtr();
     PNuXmlChar localStart = start;
@@ -100,7 +101,7 @@ PNuXmlChar SaxScanner<Source>::scanPlainAttribute(PNuXmlChar start, TNuSAXAttrib
 /// Looks at an end tag whose "/" stands at `slash`. Null where it is not plain, else the place of
 /// its ">".
 template <class Source>
-PNuXmlChar SaxScanner<Source>::scanPlainEndTag(PNuXmlChar slash, Name& name) {
+inline PNuXmlChar SaxScanner<Source>::scanPlainEndTag(PNuXmlChar slash, Name& name) {
     const PNuXmlChar last = source_.LastPtr();
     if (last - slash < 2 || slash[1] < cNuSpace) {
         return nullptr;

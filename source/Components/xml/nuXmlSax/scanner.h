@@ -45,39 +45,40 @@ private:
     // scanDocument.h
     void scanProlog();
     void scanContent();
-    void scanMarkup();
-    void skipOutsideText();
-    void scanText();
+    [[gnu::always_inline]] void scanMarkup();
+    [[gnu::noinline]] void skipOutsideText();
+    [[gnu::always_inline]] void scanText();
 
     // scanElement.h
-    void scanStartTag();
-    Name scanStartTagName();
-    void scanEndTag();
-    Name scanEndTagName();
-    void closeElement();
-    std::u16string_view resolveNamespace(const Name& name);
+    [[gnu::always_inline]] void scanStartTag();
+    [[gnu::noinline]] Name scanStartTagName();
+    [[gnu::always_inline]] void scanEndTag();
+    [[gnu::noinline]] Name scanEndTagName();
+    [[gnu::always_inline]] void closeElement();
+    [[gnu::always_inline]] std::u16string_view resolveNamespace(const Name& name);
 
     // scanPlainTag.h
-    PNuXmlChar scanPlainStartTag(Name& name, TNuSAXAttributes& attributes);
-    PNuXmlChar scanPlainAttribute(PNuXmlChar start, TNuSAXAttributes& attributes);
-    PNuXmlChar scanPlainEndTag(PNuXmlChar slash, Name& name);
+    [[gnu::always_inline]] PNuXmlChar scanPlainStartTag(Name& name, TNuSAXAttributes& attributes);
+    [[gnu::always_inline]] PNuXmlChar scanPlainAttribute(PNuXmlChar start,
+                                                         TNuSAXAttributes& attributes);
+    [[gnu::always_inline]] PNuXmlChar scanPlainEndTag(PNuXmlChar slash, Name& name);
     static bool isPlainTagEnd(PNuXmlChar place) noexcept {
         return place[0] == cNuSlash && place[1] == cNuGt;
     }
 
     // scanAttributes.h
-    void scanAttributes(TNuSAXAttributes& attributes);
+    [[gnu::noinline]] void scanAttributes(TNuSAXAttributes& attributes);
     void scanAttribute(TNuSAXAttributes& attributes);
     Name scanAttributeName();
     std::u16string_view scanAttributeValue();
     void applyAttribute(const TNuSAXAttribute& attribute);
-    void applyPlainAttributes(const TNuSAXAttributes& attributes);
+    [[gnu::always_inline]] void applyPlainAttributes(const TNuSAXAttributes& attributes);
 
     // scanMarkup.h
-    void scanComment();
-    void scanCData();
-    void scanProcessingInstruction();
-    void scanDocumentType();
+    [[gnu::noinline]] void scanComment();
+    [[gnu::noinline]] void scanCData();
+    [[gnu::noinline]] void scanProcessingInstruction();
+    [[gnu::noinline]] void scanDocumentType();
 
     static std::u16string_view text(PNuXmlChar start, PNuXmlChar end) noexcept {
         return {start, static_cast<std::size_t>(end - start)};
