@@ -1,0 +1,135 @@
+#include "eventsCommand.h"
+
+#include <cxxabi.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <typeinfo>
+
+#include "arguments.h"
+#include "eventHandler.h"
+#include "eventJson.h"
+#include "eventText.h"
+#include "host/runtime/exception.h"
+#include "host/runtime/unicode.h"
+#include "input.h"
+#include "nuXmlSax.h"
+
+namespace tool {
+
+namespace {
+
+struct Options {
+    bool asJson = false;
+    bool showsPlaces = false;
+};
+
+/// The class of an exception without its namespace.
+std::u16string className(const std::exception& exception) {
+    const char* mangled = typeid(exception).name();
+    int status = 0;
+    const std::unique_ptr<char, decltype(&std::free)> readable(
+        abi::__cxa_demangle(mangled, nullptr, nullptr, &status), &std::free);
+    const std::string_view name = status == 0 ? readable.get() : mangled;
+    return host::utf8ToUtf16(name.substr(name.rfind(':') + 1));
+}
+
+/// Shows the exception that is being handled as the last line of its document and returns its
+/// message.
+std::u16string showException(EventFormat& format, const std::exception& exception) {
+    std::u16string message = host::currentExceptionMessage();
+    const std::u16string name = className(exception);
+    const EventField fields[] = {{"class", name}, {"message", message}};
+    format.write({EventKind::Exception, fields});
+    return message;
+}
+
+/// Says on standard error why a document ended before its time.
+ExitCode explain(Console& console, std::string_view name,
+                 const std::optional<EventHandler::Fatality>& fatality,
+                 const std::u16string& exceptionMessage) {
+    if (!fatality) {
+        console.complain(name, exceptionMessage);
+        return exitFault;
+    }
+    if (fatality->isAboutReading) {
+        console.complain("cannot read " + std::string(name), fatality->message);
+        return exitInputOutput;
+    }
+    std::string place(name);
+    if (fatality->place.line > 0) {
+        place += ":" + std::to_string(fatality->place.line) + ":" +
+                 std::to_string(fatality->place.column);
+    }
+    console.complain(place, fatality->message);
+    return exitFault;
+}
+
+ExitCode showEvents(Console& console, host::TStream& stream, std::string_view name,
+                    EventFormat& format, bool showsPlaces) {
+    // 1. The reader tells everything to one object.
+    const auto handler = host::makeRef<EventHandler>(format, console, name, showsPlaces);
+    TNuSAXXMLReader reader;
+    reader.setContentHandler(handler);
+    reader.setLexicalHandler(handler);
+    reader.setErrorHandler(handler);
+
+    // 2. What leaves the parse is shown as well.
+    std::optional<std::u16string> exceptionMessage;
+    try {
+        reader.Parse(stream);
+    } catch (const std::exception& exception) {
+        exceptionMessage = showException(format, exception);
+    }
+    console.progress().clear();
+
+    // 3. A fatal error counts also where the reader returned normally.
+    if ((!exceptionMessage && !handler->fatality()) || !console.output().isOpen()) {
+        return exitDone;
+    }
+    return explain(console, name, handler->fatality(), exceptionMessage.value_or(u""));
+}
+
+ExitCode showInput(Console& console, std::string_view name, const Options& options,
+                   bool isOneOfSeveral) {
+    try {
+        const auto stream = openInput(name, console.progress());
+        if (options.asJson) {
+            EventJson format(console.output());
+            return showEvents(console, *stream, displayName(name), format, options.showsPlaces);
+        }
+        EventText format(console, options.showsPlaces,
+                         isOneOfSeveral ? host::utf8ToUtf16(displayName(name)) : u"");
+        return showEvents(console, *stream, displayName(name), format, options.showsPlaces);
+    } catch (const InputError& error) {
+        console.complain(error.what());
+    } catch (const host::EStreamError& error) {
+        console.complain(error.what());
+    }
+    return exitInputOutput;
+}
+
+} // namespace
+
+ExitCode runEvents(Console& console, Arguments arguments) {
+    Options options;
+    auto inputs = parseArguments(
+        arguments, {{"--json", options.asJson}, {"--positions", options.showsPlaces}});
+    if (inputs.empty()) {
+        inputs.push_back({standardInput, false});
+    }
+
+    // A bad input does not keep the others from being shown.
+    ExitCode worst = exitDone;
+    for (const Operand& input : inputs) {
+        worst = std::max(worst, showInput(console, input.text, options, inputs.size() > 1));
+        if (!console.output().isOpen()) {
+            break;
+        }
+    }
+    return worst;
+}
+
+} // namespace tool

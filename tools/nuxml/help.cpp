@@ -1,0 +1,90 @@
+#include "help.h"
+
+namespace tool::help {
+
+const std::string_view general = R"(usage: nuxml COMMAND [OPTION...] [ARGUMENT...]
+
+Shows and converts XML.
+
+Commands
+  events     show documents as the events of the SAX2 reader, one a line
+  escape     turn plain text into XML character data
+  unescape   turn XML character data into plain text
+
+Options
+  --help     show this, or with a command what it does
+  --version  show the version
+
+Examples
+  nuxml events library.xml                 what the reader sees in a document
+  nuxml events --json - < library.xml      the same for programs, from standard input
+  nuxml escape 'Tom & Jerry <tom@home>'    text to put into a document
+
+Data goes to standard output, everything else to standard error.
+
+Exit codes
+  0  done
+  1  nothing matched, or a difference
+  2  the command line is wrong
+  3  a fault in the XML ended the work on an input
+  4  an input cannot be read, or the output cannot be written
+The highest one counts when several inputs end differently.
+)";
+
+const std::string_view events = R"(usage: nuxml events [--json] [--positions] [FILE...]
+
+Shows each event that the SAX2 reader reports, one a line. "-" or no file is standard input. The
+reader forgives much: a fault that does not end the parse is a line "warning" or "error".
+
+Options
+  --json       each line is an object of JSON
+  --positions  with the line and the column where the reader stood at the event
+  --           everything behind it is a file
+
+Text stands as it was written: references such as "&amp;" are not expanded. Without --json,
+control characters, unpaired surrogates and the backslash are escaped.
+
+With several files the work goes on behind one that fails, and the highest exit code counts: 3 when a
+fault ended a parse, 4 when a file could not be read.
+
+Examples
+  nuxml events library.xml
+  nuxml events --positions --json library.xml | grep '"event":"warning"'
+  curl --silent https://example.org/feed.xml | nuxml events
+)";
+
+const std::string_view escape = R"(usage: nuxml escape [TEXT]
+
+Writes text as XML character data: ' " & < > become references. TEXT is followed by a line feed.
+Without TEXT, or with "-", standard input is converted as a whole and nothing is added. Both must be
+UTF-8.
+
+Options
+  --  what follows is the text, also if it begins with "-"
+
+Examples
+  nuxml escape 'Tom & Jerry <tom@home>'
+  nuxml escape < notes.txt
+  nuxml escape -- '-5 < x'
+)";
+
+const std::string_view unescape = R"(usage: nuxml unescape [TEXT]
+
+Writes XML character data as plain text: the references of XML and HTML 4.01 and numbers such as
+"&#233;" and "&#xE9;" become characters. What is no known reference stays as it is. TEXT is followed
+by a line feed. Without TEXT, or with "-", standard input is converted as a whole and nothing is
+added. Both must be UTF-8.
+
+A number gives 16 bits. Two that are the halves of one character are joined, one alone is written as
+"\uD83D". A number that cannot be read ends the command with exit code 3.
+
+Options
+  --  what follows is the text, also if it begins with "-"
+
+Examples
+  nuxml unescape 'caf&eacute; &amp; bar'
+  nuxml unescape '&#xD83D;&#xDE00;'
+  nuxml escape < notes.txt | nuxml unescape
+)";
+
+} // namespace tool::help

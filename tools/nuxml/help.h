@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string_view>
+
+namespace tool::help {
+
+extern const std::string_view general;
+extern const std::string_view events;
+extern const std::string_view escape;
+extern const std::string_view unescape;
+
+} // namespace tool::help
