@@ -28,22 +28,28 @@ constexpr auto replacements = [] {
     return table;
 }();
 
-/// Hands the escaped text to `target`. The characters to look for are `escaped`; one without a
-/// replacement is dropped.
+/// Hands the escaped text to `target`. `place` is that of the first of the characters `escaped`;
+/// one without a replacement is dropped.
 template <char... escaped, class Unit, class Target>
-void escapeTo(Target& target, std::basic_string_view<Unit> text) {
-    const Unit* const end = text.data() + text.size();
-    const Unit* place = nu::findOneOf<escaped...>(text.data(), end);
-    if (place == end) {
-        target.add(text);
-        return;
-    }
+void escapeFrom(const Unit* place, std::basic_string_view<Unit> text, Target& target) {
     nu::TextRewriter<Unit, Target> rewriter(text, target, text.size() + text.size() / 4);
     rewriter.addPiece(text.data(), place);
     rewriter.template replaceAll<escaped...>(place, [](Unit unit) -> const nu::Replacement<Unit>& {
         return replacements<Unit>[static_cast<std::size_t>(unit)];
     });
     rewriter.finish();
+}
+
+template <char... escaped, class Unit>
+std::basic_string<Unit> escapeString(std::basic_string_view<Unit> text) {
+    const Unit* const end = text.data() + text.size();
+    const Unit* const place = nu::findOneOf<escaped...>(text.data(), end);
+    if (place == end) {
+        return std::basic_string<Unit>(text);
+    }
+    nu::StringTarget<Unit> target;
+    escapeFrom<escaped...>(place, text, target);
+    return std::move(target.string);
 }
 
 struct StreamTarget {
@@ -65,18 +71,14 @@ void NuStrToXML(const char16_t* text, std::size_t length, TNuStringStream& targe
         return;
     }
     StreamTarget streamTarget{target};
-    escapeTo<cNuAposA, cNuQuoteA, cNuAmpA, cNuLtA, cNuGtA>(streamTarget,
-                                                           std::u16string_view(text, length));
+    escapeFrom<cNuAposA, cNuQuoteA, cNuAmpA, cNuLtA, cNuGtA>(
+        text, std::u16string_view(text, length), streamTarget);
 }
 
 std::u16string NuStrToXML(std::u16string_view text) {
-    nu::StringTarget<char16_t> target;
-    escapeTo<cNuAposA, cNuQuoteA, cNuAmpA, cNuLtA, cNuGtA, '\0'>(target, text);
-    return std::move(target.string);
+    return escapeString<cNuAposA, cNuQuoteA, cNuAmpA, cNuLtA, cNuGtA, '\0'>(text);
 }
 
 std::string NuStrToXML(std::string_view text) {
-    nu::StringTarget<char> target;
-    escapeTo<cNuAposA, cNuQuoteA, cNuAmpA, cNuLtA, cNuGtA>(target, text);
-    return std::move(target.string);
+    return escapeString<cNuAposA, cNuQuoteA, cNuAmpA, cNuLtA, cNuGtA>(text);
 }

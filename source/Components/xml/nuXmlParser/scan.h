@@ -41,14 +41,28 @@ inline __m128i loadCharacters(const char16_t* from) noexcept {
     return _mm_packs_epi16(loadBlock(from), loadBlock(from + 8));
 }
 
+/// Eight characters and eight others as bytes.
+inline __m128i loadHalves(const char* from, const char* others) noexcept {
+    return _mm_unpacklo_epi64(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(from)),
+                              _mm_loadl_epi64(reinterpret_cast<const __m128i*>(others)));
+}
+
+inline __m128i loadHalves(const char16_t* from, const char16_t* others) noexcept {
+    return _mm_packs_epi16(loadBlock(from), loadBlock(others));
+}
+
+/// One bit for each byte, set where it is one of `sought`.
+template <char... sought> unsigned findInBytes(__m128i bytes) noexcept {
+    __m128i marks = _mm_setzero_si128();
+    ((marks = _mm_or_si128(marks, _mm_cmpeq_epi8(bytes, _mm_set1_epi8(sought)))), ...);
+    return static_cast<unsigned>(_mm_movemask_epi8(marks));
+}
+
 } // namespace simd
 
 /// One bit for each of the scanBlock characters from `from` on, set where it is one of `sought`.
 template <char... sought, class Unit> unsigned findInBlock(const Unit* from) noexcept {
-    const __m128i block = simd::loadCharacters(from);
-    __m128i marks = _mm_setzero_si128();
-    ((marks = _mm_or_si128(marks, _mm_cmpeq_epi8(block, _mm_set1_epi8(sought)))), ...);
-    return static_cast<unsigned>(_mm_movemask_epi8(marks));
+    return simd::findInBytes<sought...>(simd::loadCharacters(from));
 }
 
 #else
@@ -62,6 +76,27 @@ template <char... sought, class Unit> unsigned findInBlock(const Unit* from) noe
 }
 
 #endif
+
+/// findOneOf for less than a block.
+template <char... sought, class Unit>
+const Unit* findInRest(const Unit* from, const Unit* end) noexcept {
+#if defined(__SSE2__)
+    constexpr int half = 8;
+    if (end - from >= half) {
+        // The halves overlap; a match that both hold is found in the first.
+        const unsigned found = simd::findInBytes<sought...>(simd::loadHalves(from, end - half));
+        if (found == 0) {
+            return end;
+        }
+        const int index = std::countr_zero(found);
+        return index < half ? from + index : end - (2 * half - index);
+    }
+#endif
+    while (from != end && !isOneOf<sought...>(*from)) {
+        ++from;
+    }
+    return from;
+}
 
 #if defined(__x86_64__)
 
@@ -104,10 +139,7 @@ template <char... sought, class Unit>
 const Unit* findOneOf(const Unit* from, const Unit* end) noexcept {
     constexpr auto step = static_cast<std::ptrdiff_t>(scanBlock);
     if (end - from < step) {
-        while (from != end && !isOneOf<sought...>(*from)) {
-            ++from;
-        }
-        return from;
+        return findInRest<sought...>(from, end);
     }
     for (; end - from >= step; from += step) {
         if (const unsigned found = findInBlock<sought...>(from); found != 0) {
