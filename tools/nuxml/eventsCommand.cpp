@@ -60,8 +60,10 @@ ExitCode explain(Console& console, std::string_view name,
     }
     std::string place(name);
     if (fatality->place.line > 0) {
-        place += ":" + std::to_string(fatality->place.line) + ":" +
-                 std::to_string(fatality->place.column);
+        place += ':';
+        place += std::to_string(fatality->place.line);
+        place += ':';
+        place += std::to_string(fatality->place.column);
     }
     console.complain(place, fatality->message);
     return exitFault;

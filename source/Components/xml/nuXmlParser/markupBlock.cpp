@@ -138,10 +138,17 @@ PNuXmlChar searchLess(PNuXmlChar place, PNuXmlChar last) noexcept {
 
 } // namespace
 
-PNuXmlChar MarkupBlock::findLess(PNuXmlChar place, PNuXmlChar last) noexcept {
-    const PNuXmlChar found = searchLess(place, last);
-    classify(found, last);
-    return found;
+PNuXmlChar MarkupBlock::findBeyond(StopSet set, PNuXmlChar place, PNuXmlChar last) noexcept {
+    // Text runs on for long as a rule, so it is searched for its end alone, and the next block
+    // starts there.
+    if (set == StopSet::Less) {
+        place = searchLess(place, last);
+    }
+    classify(place, last);
+    while (stops_[static_cast<std::size_t>(set)] == 0) {
+        classify(start_ + length, last);
+    }
+    return start_ + std::countr_zero(stops_[static_cast<std::size_t>(set)]);
 }
 
 void MarkupBlock::classify(PNuXmlChar from, PNuXmlChar last) noexcept {

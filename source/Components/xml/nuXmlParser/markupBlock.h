@@ -38,28 +38,19 @@ public:
         std::size_t offset =
             (reinterpret_cast<std::uintptr_t>(place) - reinterpret_cast<std::uintptr_t>(start_)) /
             sizeof(NuXmlChar);
-        if (offset >= length) {
-            classify(place, last);
-            offset = 0;
-        }
-        std::uint64_t stops = stops_[static_cast<std::size_t>(set)] >> offset;
-        if constexpr (set == StopSet::Less) {
-            if (stops == 0) {
-                return findLess(start_ + length, last);
+        if (offset < length) [[likely]] {
+            const std::uint64_t stops = stops_[static_cast<std::size_t>(set)] >> offset;
+            if (stops != 0) [[likely]] {
+                return place + std::countr_zero(stops);
             }
-        }
-        while (stops == 0) {
             place = start_ + length;
-            classify(place, last);
-            stops = stops_[static_cast<std::size_t>(set)];
         }
-        return place + std::countr_zero(stops);
+        return findBeyond(set, place, last);
     }
 
 private:
-    /// Text runs on for long as a rule, so the rest of it is searched for its end alone, and the
-    /// next block starts there.
-    [[nodiscard]] PNuXmlChar findLess(PNuXmlChar place, PNuXmlChar last) noexcept;
+    /// The same for a place outside the block; the block moves there.
+    [[nodiscard]] PNuXmlChar findBeyond(StopSet set, PNuXmlChar place, PNuXmlChar last) noexcept;
 
     PNuXmlChar start_ = nullptr;
     std::uint64_t stops_[4] = {};

@@ -11,8 +11,6 @@ namespace {
 /// What an empty text points to; two units, so that two can be read through any cursor.
 constexpr NuXmlChar noText[2] = {};
 
-constexpr NuXmlChar lineFeed = 0x0A;
-
 /// Half of a window must hold any sequence of bytes.
 constexpr std::size_t shortestWindow = 16;
 
@@ -73,6 +71,18 @@ void TNuXmlSmallStreamParser::openBytes(nu::TextDecoder::Opening opening) {
     memory_ = nu::TextMemory(windowLength_ * cNuXmlCharSize);
     auto* units = reinterpret_cast<NuXmlChar*>(memory_.data());
     useText(units, decoder_.decode(units, windowLength_));
+}
+
+PNuXmlChar TNuXmlSmallStreamParser::readBeyondControls() {
+    if (isExhausted_) {
+        raiseUnexpectedEof();
+    }
+    PNuXmlChar place = readPtr_;
+    while ((place != lastPtr_ || extendAt(place)) && *place < cNuSpace && *place != cNuEOF) {
+        ++place;
+    }
+    deliver(place);
+    return currPtr_;
 }
 
 /// Puts the kept text to the start of the window and more text behind it.
@@ -148,14 +158,6 @@ void TNuXmlSmallStreamParser::deliverEnd() noexcept {
     eof_ = true;
     isExhausted_ = true;
     endIsCounted_ = false;
-}
-
-void TNuXmlSmallStreamParser::deliverRawControl() noexcept {
-    if (*currPtr_ == lineFeed) {
-        counter_.deliverLineFeed(currPtr_);
-    } else {
-        counter_.deliverAny(currPtr_);
-    }
 }
 
 void TNuXmlSmallStreamParser::updateCounters() {

@@ -53,6 +53,10 @@ public:
     [[nodiscard]] PNuXmlChar LastPtr() const noexcept { return lastPtr_; }
     [[nodiscard]] PNuXmlChar PeekPtr() const noexcept { return peekPtr_; }
 
+    // For the scanner: the text around the current character can be looked at by pointer, and a
+    // read may move to any place of it.
+    static constexpr bool hasTextAtHand = true;
+
     // Run operations: each does what a loop over the character operations would do.
 
     /// ReadXmlChar, at least once, until the current character may be one of `set` or the input has
@@ -97,6 +101,9 @@ public:
     template <nu::StopSet set> [[nodiscard]] PNuXmlChar findFrom(PNuXmlChar place) noexcept {
         return block_.find<set>(place, lastPtr_);
     }
+    /// What ReadRawChar does to the counters for the character at `place`, whether it is a line
+    /// feed or no control character.
+    void countRaw(PNuXmlChar place) noexcept { counter_.deliverRaw(place); }
     /// Delivers the character at `place`, which is none of the control characters and not the last,
     /// as if all before it had been read.
     void moveTo(PNuXmlChar place) noexcept {
@@ -130,10 +137,10 @@ private:
         place = keep_ + offset;
         return true;
     }
+    PNuXmlChar readBeyondControls();
     bool decodeMore();
     void moveText(PNuXmlChar units) noexcept;
     void deliverEnd() noexcept;
-    void deliverRawControl() noexcept;
     void openText(TNuEncoding encoding, host::TStream& stream);
     void useUtf16(host::TStream& stream, std::size_t size);
     void openBytes(nu::TextDecoder::Opening opening);
@@ -166,23 +173,21 @@ inline PNuXmlChar TNuXmlSmallStreamParser::ReadRawChar() {
         deliverEnd();
     } else {
         ++readPtr_;
-        if (*currPtr_ < cNuSpace) {
-            deliverRawControl();
+        counter_.deliverRaw(currPtr_);
+        if (*currPtr_ < cNuSpace && *currPtr_ != nu::TextCounter::lineFeed) [[unlikely]] {
+            counter_.deliverAny(currPtr_);
         }
     }
     return currPtr_;
 }
 
 inline PNuXmlChar TNuXmlSmallStreamParser::ReadXmlChar() {
-    if (isExhausted_) {
-        raiseUnexpectedEof();
+    // Behind the last character, and behind a NUL that ended the text, this holds for none.
+    if (readPtr_ != lastPtr_ && *readPtr_ >= cNuSpace) [[likely]] {
+        currPtr_ = readPtr_++;
+        return currPtr_;
     }
-    PNuXmlChar place = readPtr_;
-    while ((place != lastPtr_ || extendAt(place)) && *place < cNuSpace && *place != cNuEOF) {
-        ++place;
-    }
-    deliver(place);
-    return currPtr_;
+    return readBeyondControls();
 }
 
 inline PNuXmlChar TNuXmlSmallStreamParser::PeekXmlChar() {

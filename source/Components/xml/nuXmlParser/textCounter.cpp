@@ -11,7 +11,7 @@ namespace nu {
 
 namespace {
 
-constexpr NuXmlChar lineFeed = 0x0A;
+constexpr NuXmlChar lineFeed = TextCounter::lineFeed;
 
 /// How many units of a text are of a kind.
 struct Tally {

@@ -15,6 +15,8 @@ namespace nu {
 /// each unit is looked at once, however often somebody asks.
 class TextCounter {
 public:
+    static constexpr NuXmlChar lineFeed = 0x0A;
+
     std::int64_t line = 1;
     std::int64_t column = 0;
     std::int64_t charCount = 0;
@@ -22,10 +24,12 @@ public:
     /// Starts at the first unit of a text.
     void start(PNuXmlChar text) noexcept { *this = {}, counted_ = text; }
 
-    /// A raw read has delivered the line feed at `place`: column 1 of the line it opens.
-    void deliverLineFeed(PNuXmlChar place) noexcept {
-        deliveredLineFeed_ = place;
-        ++uncountedLineFeeds_;
+    /// A raw read has delivered the unit at `place`. If it is a line feed, it has column 1 of the
+    /// line that it opens. Free of branches, because line feeds behind tags come as they like.
+    void deliverRaw(PNuXmlChar place) noexcept {
+        const bool isLineFeed = *place == lineFeed;
+        deliveredLineFeed_ = isLineFeed ? place : deliveredLineFeed_;
+        uncountedLineFeeds_ += isLineFeed ? 1 : 0;
     }
     /// A read has delivered the unit at `place`, which counts as one column whatever it is: another
     /// control character, or the end of the text.

@@ -15,6 +15,12 @@
 class NUXML_API TNuSAXAttribute {
 public:
     explicit TNuSAXAttribute(TNuSAXXMLReader& reader) noexcept : reader_(&reader) {}
+    /// An attribute as it stands in the buffer.
+    TNuSAXAttribute(TNuSAXXMLReader& reader, std::int32_t level, std::u16string_view qName,
+                    std::u16string_view localName, std::u16string_view value) noexcept
+        : reader_(&reader), level_(level), qName_(qName), localName_(localName), value_(value) {
+        classifyIfLikely();
+    }
 
     /// Stores the qualified name and classifies it: a declaration starts with the letters xmlns, in
     /// either case, followed in the buffer by ":" or, for the default namespace, "=".
@@ -23,9 +29,7 @@ public:
         qName_ = span(name, length);
         isNamespaceDecl_ = false;
         isDefaultNamespace_ = false;
-        if (length >= 5 && (*name | 0x20) == u'x') {
-            classify(name);
-        }
+        classifyIfLikely();
     }
     void SetLocalName(PNuXmlChar name, host::SAXLength length) noexcept {
         localName_ = span(name, length);
@@ -70,6 +74,11 @@ private:
     static std::u16string_view span(PNuXmlChar text, host::SAXLength length) noexcept {
         return {text, length <= 0 ? 0 : static_cast<std::size_t>(length)};
     }
+    void classifyIfLikely() noexcept {
+        if (qName_.size() >= 5 && (qName_.front() | 0x20) == u'x') {
+            classify(qName_.data());
+        }
+    }
     void classify(PNuXmlChar name) noexcept;
 
     TNuSAXXMLReader* reader_;
@@ -91,6 +100,11 @@ public:
 
     /// Appends an empty attribute. The reference is valid until the next one is appended.
     TNuSAXAttribute& CreateAttribute() { return attributes_.emplace_back(Reader()); }
+    /// Appends an attribute as it stands in the buffer.
+    void add(std::int32_t level, std::u16string_view qName, std::u16string_view localName,
+             std::u16string_view value) {
+        attributes_.emplace_back(Reader(), level, qName, localName, value);
+    }
     /// Throws host::EListError for an index outside.
     [[nodiscard]] const TNuSAXAttribute& GetAttribute(host::SAXLength index) const {
         host::checkListIndex(index, attributes_.size());

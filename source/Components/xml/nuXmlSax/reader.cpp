@@ -17,7 +17,7 @@
 #include "nuXmlSax/scanDocument.h"
 #include "nuXmlSax/scanElement.h"
 #include "nuXmlSax/scanMarkup.h"
-#include "nuXmlSax/scanPlainTag.h"
+#include "nuXmlSax/scanPlain.h"
 
 namespace {
 

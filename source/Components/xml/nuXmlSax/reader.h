@@ -16,6 +16,7 @@
 #include "nuXmlSax/events.h"
 #include "nuXmlSax/features.h"
 #include "nuXmlSax/namespaceList.h"
+#include "nuXmlSax/spaceStack.h"
 
 namespace nu {
 template <class Source> class SaxScanner;
@@ -122,7 +123,7 @@ private:
 
     TNuSaxFeatures features_;
     TNuSaxNamespaceList namespaces_;
-    std::vector<char> preserveSpace_; ///< one flag per open element and one below them
+    nu::SpaceStack space_;
     std::int32_t depth_ = 0;
     host::Ref<TNuSAXAttributes> attributes_;
 

@@ -115,24 +115,9 @@ template <class Source> void SaxScanner<Source>::applyAttribute(const TNuSAXAttr
         reader_.namespaces_.AddNamespace(reader_.depth_, attribute.localNameSpan(), value);
     } else if (attribute.qNameSpan() == u"xml:space") {
         if (value == u"preserve") {
-            reader_.preserveSpace_.back() = 1;
+            reader_.space_.set(reader_.depth_, true);
         } else if (value == u"default") {
-            reader_.preserveSpace_.back() = 0;
-        }
-    }
-}
-
-/// The same for a tag that was scanned as a whole: whoever is told of a declaration finds the
-/// source at its closing quote.
-template <class Source>
-inline void SaxScanner<Source>::applyPlainAttributes(const TNuSAXAttributes& attributes) {
-    for (const TNuSAXAttribute& attribute : attributes.all()) {
-        // Both kinds of attributes that mean something start with an x.
-        if ((attribute.qNameSpan().front() | 0x20) == u'x') {
-            if (attribute.IsNamespaceDecl()) {
-                source_.moveTo(attribute.valueSpan().data() + attribute.valueSpan().size());
-            }
-            applyAttribute(attribute);
+            reader_.space_.set(reader_.depth_, false);
         }
     }
 }

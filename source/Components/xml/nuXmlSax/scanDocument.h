@@ -59,13 +59,21 @@ template <class Source> void SaxScanner<Source>::scanProlog() {
 }
 
 template <class Source> void SaxScanner<Source>::scanContent() {
-    reader_.preserveSpace_.assign(1, false);
+    reader_.space_.clear();
     while (!source_.hasEnded()) {
+        // 1. As far as it goes the plain way.
+        if constexpr (Source::hasTextAtHand) {
+            scanPlainContent();
+            if (needsMoreText() && source_.extendWindow()) {
+                continue;
+            }
+        }
+        // 2. One step by the character that is current. The tags leave their ">" to this loop, and
+        //    text counts inside elements only.
         const NuXmlChar current = source_.current();
         if (current == cNuLt) {
             scanMarkup();
         } else if (current == cNuGt) {
-            // The tags leave their ">" current.
             source_.ReadRawChar();
         } else if (reader_.depth_ < 1) {
             skipOutsideText();
@@ -75,8 +83,19 @@ template <class Source> void SaxScanner<Source>::scanContent() {
     }
 }
 
+/// A tag that is not plain, or not all there, is scanned with the whole rest of the text at hand,
+/// because its scanner holds on to places in it.
+template <class Source> bool SaxScanner<Source>::needsMoreText() {
+    if (source_.current() != cNuLt) {
+        return false;
+    }
+    source_.keepFromHere();
+    const PNuXmlChar place = source_.currentPlace();
+    return place == source_.LastPtr() || (place[1] != cNuExcl && place[1] != cNuQuest);
+}
+
 /// Entered with "<" current.
-template <class Source> inline void SaxScanner<Source>::scanMarkup() {
+template <class Source> void SaxScanner<Source>::scanMarkup() {
     source_.keepFromHere();
     source_.ReadXmlChar();
     switch (source_.current()) {
@@ -116,10 +135,10 @@ template <class Source> void SaxScanner<Source>::skipOutsideText() {
 }
 
 /// Entered with a character other than "<" and ">" inside an element.
-template <class Source> inline void SaxScanner<Source>::scanText() {
+template <class Source> void SaxScanner<Source>::scanText() {
     source_.ResetBuffer();
     // 1. White space alone between tags is dropped unless it is to be kept.
-    if (!preservesSpace()) {
+    if (!reader_.space_.isPreserved()) {
         if (source_.current() <= cNuSpace) {
             source_.template readUntil<StopSet::Solid>();
         }

@@ -10,39 +10,20 @@
 namespace nu {
 
 /// Entered with the first character of the name current; leaves ">" current.
-template <class Source> inline void SaxScanner<Source>::scanStartTag() {
-    // 1. One level deeper; white space is treated as in the parent until an attribute says more.
+template <class Source> void SaxScanner<Source>::scanStartTag() {
+    // 1. One level deeper.
     source_.ResetBuffer();
     ++reader_.depth_;
-    reader_.preserveSpace_.push_back(preservesSpace());
 
-    // 2. The name and the attributes: as a whole where they are plain, else step by step.
-    Name name{source_.currentPlace(), nullptr, nullptr};
-    TNuSAXAttributes& attributes = reader_.freshAttributes();
-    PNuXmlChar end = scanPlainStartTag(name, attributes);
-    while (end == nullptr && source_.extendWindow()) {
-        // Not plain, or not all there: either way more text is needed.
-        attributes.Clear();
-        name.start = source_.currentPlace();
-        end = scanPlainStartTag(name, attributes);
+    // 2. The name and the attributes.
+    const Name name = scanStartTagName();
+    if (source_.hasEnded()) {
+        fail(messages::endInElementName);
     }
-    if (end != nullptr) {
-        applyPlainAttributes(attributes);
-        source_.moveTo(end);
-        // Deliberate: `<a />` draws this warning; a space is taken for the promise of an attribute.
-        if (*name.end == cNuSpace && attributes.getLength() == 0) {
-            warn(messages::spaceWithoutAttributes);
-        }
-    } else {
-        attributes.Clear();
-        name = scanStartTagName();
-        if (source_.hasEnded()) {
-            fail(messages::endInElementName);
-        }
-        if (source_.current() == cNuSpace) {
-            skipSpaces();
-            scanAttributes(attributes);
-        }
+    TNuSAXAttributes& attributes = reader_.freshAttributes();
+    if (source_.current() == cNuSpace) {
+        skipSpaces();
+        scanAttributes(attributes);
     }
 
     // 3. The namespace comes after the attributes, whose declarations count for the name.
@@ -97,26 +78,8 @@ template <class Source> typename SaxScanner<Source>::Name SaxScanner<Source>::sc
 
 /// Entered with "/" current; leaves ">" current. Deliberate: the name is not compared with that of
 /// the open element, and a space before ">" belongs to it.
-template <class Source> inline void SaxScanner<Source>::scanEndTag() {
+template <class Source> void SaxScanner<Source>::scanEndTag() {
     source_.ResetBuffer();
-    Name name{};
-    PNuXmlChar end = scanPlainEndTag(source_.currentPlace(), name);
-    while (end == nullptr && source_.extendWindow()) {
-        end = scanPlainEndTag(source_.currentPlace(), name);
-    }
-    if (end != nullptr) {
-        source_.moveTo(end);
-    } else {
-        name = scanEndTagName();
-    }
-    const std::u16string_view uri = resolveNamespace(name);
-    if (content() != nullptr) {
-        content()->endElement(uri, name.localName(), name.qName());
-    }
-    closeElement();
-}
-
-template <class Source> typename SaxScanner<Source>::Name SaxScanner<Source>::scanEndTagName() {
     source_.ReadXmlChar();
     const PNuXmlChar start = source_.currentPlace();
     PNuXmlChar localStart = start;
@@ -126,16 +89,21 @@ template <class Source> typename SaxScanner<Source>::Name SaxScanner<Source>::sc
             localStart = source_.currentPlace() + 1;
         }
     } while (source_.current() != cNuGt && !source_.hasEnded());
-    return {start, localStart, source_.currentPlace()};
+    reportElementEnd({start, localStart, source_.currentPlace()});
+}
+
+template <class Source> inline void SaxScanner<Source>::reportElementEnd(const Name& name) {
+    const std::u16string_view uri = resolveNamespace(name);
+    if (content() != nullptr) {
+        content()->endElement(uri, name.localName(), name.qName());
+    }
+    closeElement();
 }
 
 template <class Source> inline void SaxScanner<Source>::closeElement() {
     reader_.namespaces_.RemoveLevel(reader_.depth_);
+    reader_.space_.close(reader_.depth_);
     --reader_.depth_;
-    // A surplus end tag finds nothing to take away.
-    if (!reader_.preserveSpace_.empty()) {
-        reader_.preserveSpace_.pop_back();
-    }
 }
 
 /// The URI of an element's name: never null, empty where there is none.

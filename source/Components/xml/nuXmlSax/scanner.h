@@ -45,40 +45,41 @@ private:
     // scanDocument.h
     void scanProlog();
     void scanContent();
-    [[gnu::always_inline]] void scanMarkup();
-    [[gnu::noinline]] void skipOutsideText();
-    [[gnu::always_inline]] void scanText();
+    void scanMarkup();
+    bool needsMoreText();
+    void skipOutsideText();
+    void scanText();
+
+    // scanPlain.h: the hot loop, one function without a call but those of the handlers
+    void scanPlainContent();
+    [[gnu::always_inline]] PNuXmlChar scanPlainText(PNuXmlChar tagEnd);
+    [[gnu::always_inline]] PNuXmlChar scanPlainStartTag(PNuXmlChar less);
+    [[gnu::always_inline]] PNuXmlChar scanPlainEndTag(PNuXmlChar less);
+    [[gnu::always_inline]] PNuXmlChar findPlainTagEnd(Name& name, TNuSAXAttributes& attributes);
+    [[gnu::always_inline]] PNuXmlChar scanPlainAttribute(PNuXmlChar start,
+                                                         TNuSAXAttributes& attributes);
+    [[gnu::noinline]] void applyPlainAttributes(const TNuSAXAttributes& attributes);
 
     // scanElement.h
-    [[gnu::always_inline]] void scanStartTag();
-    [[gnu::noinline]] Name scanStartTagName();
-    [[gnu::always_inline]] void scanEndTag();
-    [[gnu::noinline]] Name scanEndTagName();
+    void scanStartTag();
+    Name scanStartTagName();
+    void scanEndTag();
+    [[gnu::always_inline]] void reportElementEnd(const Name& name);
     [[gnu::always_inline]] void closeElement();
     [[gnu::always_inline]] std::u16string_view resolveNamespace(const Name& name);
 
-    // scanPlainTag.h
-    [[gnu::always_inline]] PNuXmlChar scanPlainStartTag(Name& name, TNuSAXAttributes& attributes);
-    [[gnu::always_inline]] PNuXmlChar scanPlainAttribute(PNuXmlChar start,
-                                                         TNuSAXAttributes& attributes);
-    [[gnu::always_inline]] PNuXmlChar scanPlainEndTag(PNuXmlChar slash, Name& name);
-    static bool isPlainTagEnd(PNuXmlChar place) noexcept {
-        return place[0] == cNuSlash && place[1] == cNuGt;
-    }
-
     // scanAttributes.h
-    [[gnu::noinline]] void scanAttributes(TNuSAXAttributes& attributes);
+    void scanAttributes(TNuSAXAttributes& attributes);
     void scanAttribute(TNuSAXAttributes& attributes);
     Name scanAttributeName();
     std::u16string_view scanAttributeValue();
     void applyAttribute(const TNuSAXAttribute& attribute);
-    [[gnu::always_inline]] void applyPlainAttributes(const TNuSAXAttributes& attributes);
 
     // scanMarkup.h
-    [[gnu::noinline]] void scanComment();
-    [[gnu::noinline]] void scanCData();
-    [[gnu::noinline]] void scanProcessingInstruction();
-    [[gnu::noinline]] void scanDocumentType();
+    void scanComment();
+    void scanCData();
+    void scanProcessingInstruction();
+    void scanDocumentType();
 
     static std::u16string_view text(PNuXmlChar start, PNuXmlChar end) noexcept {
         return {start, static_cast<std::size_t>(end - start)};
@@ -102,14 +103,15 @@ private:
     void warn(std::u16string_view message) { reader_.Warning(source_, message); }
     [[noreturn]] void fail(std::u16string_view message) { reader_.FatalError(source_, message); }
 
-    bool preservesSpace() const {
-        return !reader_.preserveSpace_.empty() && reader_.preserveSpace_.back();
-    }
     host::IBufferedContentHandler* content() const { return reader_.contentHandler_.get(); }
     host::IBufferedLexicalHandler* lexical() const { return reader_.lexicalHandler_.get(); }
 
+    /// Declarations and xml:space, the attributes that mean something here, all start with an x.
+    static bool mayBeMeaningful(NuXmlChar first) noexcept { return (first | 0x20) == u'x'; }
+
     TNuSAXXMLReader& reader_;
     Source& source_;
+    bool hasMeaningfulAttribute_ = false; ///< the plain tag being scanned may have one
 };
 
 } // namespace nu

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+namespace nu {
+
+/// Whether white space alone between tags is kept: what xml:space says for the innermost element,
+/// inherited by its children. Only elements that change it are remembered.
+class SpaceStack {
+public:
+    /// Nothing is kept, whatever was said before.
+    void clear() noexcept {
+        isPreserved_ = false;
+        changes_.clear();
+    }
+    [[nodiscard]] bool isPreserved() const noexcept { return isPreserved_; }
+    /// The element at `depth`, the innermost one, says so.
+    void set(std::int32_t depth, bool isPreserved) {
+        if (changes_.empty() || changes_.back().depth != depth) {
+            changes_.push_back({depth, isPreserved_});
+        }
+        isPreserved_ = isPreserved;
+    }
+    /// The element at `depth` ends. A surplus end tag finds nothing to take away.
+    void close(std::int32_t depth) noexcept {
+        if (!changes_.empty() && changes_.back().depth == depth) {
+            isPreserved_ = changes_.back().wasPreserved;
+            changes_.pop_back();
+        }
+    }
+
+private:
+    struct Change {
+        std::int32_t depth;
+        bool wasPreserved;
+    };
+
+    bool isPreserved_ = false;
+    std::vector<Change> changes_;
+};
+
+} // namespace nu
