@@ -76,6 +76,33 @@ public:
     ~EFileOpenError() override;
 };
 
+/// A pointer used against its rules, such as an object destroyed while somebody still holds it.
+class NUXML_API EInvalidPointer : public Exception {
+public:
+    using Exception::Exception;
+    ~EInvalidPointer() override;
+};
+
+/// An object that is not of the class that an operation needs.
+class NUXML_API EInvalidCast : public Exception {
+public:
+    using Exception::Exception;
+    ~EInvalidCast() override;
+};
+
+/// A failure of the system or of a component that reports failures as codes. The codes of
+/// components are negative and pass unchanged through operations that give a host::ResultCode.
+class NUXML_API ESystemError : public Exception {
+public:
+    ESystemError(std::u16string_view message, std::int32_t code);
+    ~ESystemError() override;
+
+    [[nodiscard]] std::int32_t Code() const noexcept { return code_; }
+
+private:
+    std::int32_t code_;
+};
+
 /// Throws EAssertionFailed with "`message` (`location`, line `line`)".
 [[noreturn]] NUXML_API void failAssertion(std::u16string_view message, std::u16string_view location,
                                           int line);
@@ -90,8 +117,12 @@ inline void checkListIndex(std::int64_t index, std::size_t count) {
     }
 }
 
-/// The UTF-16 message of any exception: that of host::Exception as it is, what() of others read as
-/// UTF-8, and an empty text for what is not an exception object. Call it inside a catch block.
+/// The UTF-16 message of an exception: that of host::Exception as it is, what() of others read as
+/// UTF-8.
+NUXML_API std::u16string messageOf(const std::exception& exception);
+
+/// The message of the exception that is being handled; empty for what is not an exception object.
+/// Call it inside a catch block.
 NUXML_API std::u16string currentExceptionMessage();
 
 } // namespace host

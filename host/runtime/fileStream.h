@@ -41,7 +41,7 @@ public:
     void SetSize(std::int64_t size) override;
 
     /// Hands everything written so far to the system.
-    void Flush();
+    void Flush() override;
 
 private:
     static std::filesystem::path systemPath(std::u16string_view path);

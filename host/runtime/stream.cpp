@@ -24,6 +24,8 @@ void TStream::SetSize(std::int64_t /*size*/) {
     throw EStreamError(u"The size of this stream cannot be set");
 }
 
+void TStream::Flush() {}
+
 void TStream::ReadBuffer(void* buffer, std::size_t count) {
     auto* target = static_cast<std::byte*>(buffer);
     while (count > 0) {

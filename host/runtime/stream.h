@@ -31,6 +31,8 @@ public:
     virtual std::int64_t GetSize();
     /// Cuts or extends the stream. Throws EStreamError where a stream cannot.
     virtual void SetSize(std::int64_t size);
+    /// Hands on everything written so far; streams without a buffer have nothing to do.
+    virtual void Flush();
 
     [[nodiscard]] std::int64_t GetPosition() { return Seek(0, SeekOrigin::Current); }
     void SetPosition(std::int64_t position) { Seek(position, SeekOrigin::Beginning); }
