@@ -18,7 +18,12 @@ struct InterfaceId {
 using ResultCode = std::int32_t;
 
 constexpr ResultCode resultOk = 0;
+/// A success with nothing to give.
+constexpr ResultCode resultFalse = 1;
 constexpr ResultCode resultNoInterface = static_cast<ResultCode>(0x80004002U);
+/// A failure that has no code of its own; the error information says what happened.
+constexpr ResultCode resultUnexpected = static_cast<ResultCode>(0x8000FFFFU);
+constexpr ResultCode resultOutOfMemory = static_cast<ResultCode>(0x8007000EU);
 
 /// What every interface offers: counted references and the way to the object's other interfaces.
 ///
