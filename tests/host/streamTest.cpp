@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include "host/com/streamAdapter.h"
 #include "host/runtime/exception.h"
 #include "host/runtime/fileStream.h"
 #include "host/runtime/memoryStream.h"
@@ -128,6 +129,14 @@ TEST(MemoryStream, behavesLikeAStringWithZerosBehindIt) {
             ASSERT_EQ(std::count(end, end + host::TMemoryStream::readableSlack, std::byte{}),
                       static_cast<std::ptrdiff_t>(host::TMemoryStream::readableSlack));
         });
+    }
+}
+
+TEST(StreamInterface, behavesLikeTheStreamBehindIt) {
+    for (unsigned seed = 0; seed < 5; ++seed) {
+        host::TInterfaceStream stream(
+            host::makeStreamInterface(std::make_unique<host::TMemoryStream>()));
+        compareWithModel(stream, seed, 3000, 300, [] {});
     }
 }
 
