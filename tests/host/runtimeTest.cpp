@@ -3,8 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include "host/com/boundary.h"
 #include "host/com/implements.h"
 #include "host/com/ref.h"
+#include "host/dom/vendorRegistry.h"
 #include "host/runtime/exception.h"
 #include "host/runtime/format.h"
 #include "host/runtime/memoryStream.h"
@@ -182,6 +184,61 @@ TEST(SAXVendors, areFoundByDescription) {
     host::UnregisterSAXVendor(first);
     EXPECT_EQ(host::DefaultSAXVendor(), u"later");
     host::SetDefaultSAXVendor(u"");
+}
+
+class DOMImplementation final : public host::Implements<host::IDOMImplementation> {
+public:
+    host::ResultCode hasFeature(std::u16string_view, std::u16string_view,
+                                bool& hasIt) noexcept override {
+        return host::guardCall(hasIt, [] { return true; });
+    }
+    host::ResultCode createDocumentType(std::u16string_view, std::u16string_view,
+                                        std::u16string_view,
+                                        host::Ref<host::IDOMDocumentType>&) noexcept override {
+        return host::resultUnexpected;
+    }
+    host::ResultCode createDocument(std::u16string_view, std::u16string_view,
+                                    host::IDOMDocumentType*,
+                                    host::Ref<host::IDOMDocument>&) noexcept override {
+        return host::resultUnexpected;
+    }
+};
+
+class DOMVendor final : public host::TDOMVendor {
+public:
+    explicit DOMVendor(std::u16string description) : description_(std::move(description)) {}
+    [[nodiscard]] std::u16string Description() const override { return description_; }
+    host::Ref<host::IDOMImplementation> DOMImplementation() override {
+        return description_ == u"none" ? host::Ref<host::IDOMImplementation>()
+                                       : host::makeRef<::DOMImplementation>();
+    }
+
+private:
+    std::u16string description_;
+};
+
+TEST(DOMVendors, giveAnImplementation) {
+    DOMVendor first(u"a");
+    DOMVendor second(u"none");
+    EXPECT_EQ(host::DefaultDOMVendor(), u"");
+    EXPECT_THROW(host::CreateDOMImplementation(), host::Exception);
+    host::RegisterDOMVendor(first);
+    host::RegisterDOMVendor(second);
+    EXPECT_EQ(host::DOMVendors().Find(u"none"), &second);
+    EXPECT_EQ(host::DOMVendors().Find(u"A"), nullptr);
+    EXPECT_THROW(host::CreateDOMImplementation(u"none"), host::Exception);
+    EXPECT_THROW(host::CreateDOMImplementation(u"c"), host::Exception);
+
+    // Without a name the first one is meant, until a default is set.
+    bool hasFeature = false;
+    host::CreateDOMImplementation()->hasFeature(u"", u"", hasFeature);
+    EXPECT_TRUE(hasFeature);
+    host::SetDefaultDOMVendor(u"none");
+    EXPECT_THROW(host::CreateDOMImplementation(), host::Exception);
+    host::UnRegisterDOMVendor(second);
+    EXPECT_EQ(host::DefaultDOMVendor(), u"a");
+    host::UnRegisterDOMVendor(first);
+    EXPECT_TRUE(host::DOMVendors().All().empty());
 }
 
 } // namespace
