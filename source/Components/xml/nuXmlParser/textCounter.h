@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "host/runtime/export.h"
 #include "nuXmlParser/chars.h"
 
 namespace nu {
@@ -13,7 +14,7 @@ namespace nu {
 /// reads that skip them and count only when a raw read delivers them. So the reads tell nothing
 /// but the control characters they deliver, and the rest is found in the text when it is asked for:
 /// each unit is looked at once, however often somebody asks.
-class TextCounter {
+class NUXML_API TextCounter {
 public:
     static constexpr NuXmlChar lineFeed = 0x0A;
 
