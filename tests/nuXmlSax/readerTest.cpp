@@ -298,6 +298,7 @@ TEST(Reader, endsWithTheInput) {
         {u"<a></", "SD|EP|S a|X fatal eof"},
         {u"<a></a", "SD|EP|S a|X fatal eof"},
         {u"<a></ab", "SD|EP|S a|E a|ED"},
+        {u"<a></p:", R"(SD|EP|S a|W1:7 There is no NamespaceURI for the prefix "p"!|E p/|ED)"},
         {u"<a>\n", "SD|EP|S a|ED"},
         {u"<a>  ", "SD|EP|S a|T\" \"|ED"},
         {u"<a>xy", "SD|EP|S a|T\"x\"|ED"},

@@ -128,17 +128,19 @@ std::string EventTrace::state() const {
     if (!locator_) {
         return "-";
     }
-    std::string result = std::to_string(locator_->getLineNumber()) + ':' +
-                         std::to_string(locator_->getColumnNumber());
-    if (positions_ == Positions::State) {
-        auto& parser = dynamic_cast<TNuXmlBaseParser&>(*locator_);
-        result += ';' + std::to_string(parser.CharCount()) + (parser.Eof() ? "!" : "");
-    }
-    return result;
+    auto& parser = dynamic_cast<TNuXmlBaseParser&>(*locator_);
+    return place() + ';' + std::to_string(parser.CharCount()) + (parser.Eof() ? "!" : "");
+}
+
+std::string EventTrace::place() const {
+    return std::to_string(locator_->getLineNumber()) + ':' +
+           std::to_string(locator_->getColumnNumber());
 }
 
 void EventTrace::add(std::string line) {
-    lines_.push_back(positions_ == Positions::None ? line : state() + ' ' + line);
+    lines_.push_back(positions_ == Positions::None     ? line
+                     : positions_ == Positions::Events ? place() + ' ' + line
+                                                       : state() + ' ' + line);
     if (onEvent) {
         onEvent(line);
     }

@@ -17,7 +17,7 @@ namespace support {
 enum class Positions {
     None,
     Events, ///< "line:column " of the locator before each event
-    State,  ///< the same and the number of characters read; "!" once the input has ended
+    State,  ///< the same with all that state() tells
 };
 
 /// A handler that writes down a parse, one event a line:
@@ -46,7 +46,7 @@ public:
     /// The lines, separated by "|".
     [[nodiscard]] std::string text() const;
     [[nodiscard]] const std::vector<std::string>& lines() const { return lines_; }
-    /// The locator's line, column, character count and end flag now.
+    /// The locator's "line:column;characters", and "!" once the input has ended.
     [[nodiscard]] std::string state() const;
     /// Called with each event's line; may throw.
     std::function<void(const std::string& line)> onEvent;
@@ -78,6 +78,7 @@ public:
     void fatalError(host::ISAXParseError& error) override { addFault('F', error); }
 
 private:
+    [[nodiscard]] std::string place() const;
     void add(std::string line);
     void addFault(char kind, host::ISAXParseError& error);
 

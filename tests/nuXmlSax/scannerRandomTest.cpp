@@ -1,0 +1,66 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "host/runtime/memoryStream.h"
+#include "host/runtime/unicode.h"
+#include "nuXmlParser/smallStreamParser.h"
+#include "nuXmlSax.h"
+#include "nuXmlSax/scanAttributes.h"
+#include "nuXmlSax/scanDocument.h"
+#include "nuXmlSax/scanElement.h"
+#include "nuXmlSax/scanMarkup.h"
+#include "nuXmlSax/scanPlain.h"
+#include "support/eventTrace.h"
+#include "support/plainSource.h"
+#include "support/randomText.h"
+
+namespace {
+
+using support::EventTrace;
+using support::Positions;
+
+/// Events, exception and final counters of what the scanner reads from a new source, which `make`
+/// makes for the error handler it is given.
+template <class Make> std::string outcome(Positions positions, Make&& make) {
+    TNuSAXXMLReader reader;
+    const auto trace = host::makeRef<EventTrace>(positions);
+    trace->attachTo(reader);
+    auto* const source = make(trace);
+    const std::unique_ptr<TNuXmlBaseParser, void (*)(TNuXmlBaseParser*)> end(
+        source, [](TNuXmlBaseParser* parser) { parser->Free(); });
+    trace->record([&] {
+        nu::SaxScanner<std::remove_pointer_t<decltype(make(trace))>>(reader, *source)
+            .scanDocument();
+    });
+    return trace->text() + '|' + trace->state();
+}
+
+/// The runs of units, the look ahead over whole tags, the counting on demand and the text that
+/// moves while it is decoded change nothing: the same scanner over a source that knows none of them
+/// tells the same.
+TEST(Scanner, tellsTheSameUnitByUnit) {
+    const std::uint64_t inputs = support::randomInputs(75'000);
+    for (std::uint64_t seed = 0; seed < inputs; ++seed) {
+        support::Random random(seed);
+        const std::string bytes =
+            "\xEF\xBB\xBF<" + host::utf16ToUtf8(support::randomMarkup(random));
+        const std::u16string text = host::utf8ToUtf16(bytes.substr(3));
+        // Looking at the counters also moves them, so half of the inputs are read without.
+        const Positions positions = seed % 2 == 0 ? Positions::State : Positions::None;
+        const std::string expected = outcome(positions, [&](auto& errorHandler) {
+            return new support::PlainSource(text, errorHandler);
+        });
+        for (const std::size_t windowLength :
+             {TNuXmlSmallStreamParser::wholeText, random(100), random(1000)}) {
+            const std::string actual = outcome(positions, [&](auto& errorHandler) {
+                return new TNuXmlSmallStreamParser(new host::TMemoryViewStream(bytes), true,
+                                                   errorHandler, windowLength);
+            });
+            ASSERT_EQ(actual, expected) << "seed " << seed << ", window " << windowLength << ": "
+                                        << support::readable(text);
+        }
+    }
+}
+
+} // namespace
