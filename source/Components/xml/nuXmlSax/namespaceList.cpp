@@ -83,6 +83,7 @@ void TNuSaxNamespaceList::Clear() {
     }
     std::fill(slots_.begin(), slots_.end(), 0);
     count_ = 0;
+    default_ = nullptr;
     highestLevel_ = 0;
     isOrdered_ = true;
 }
@@ -90,6 +91,7 @@ void TNuSaxNamespaceList::Clear() {
 void TNuSaxNamespaceList::removeNewest() {
     const TNuSaxNamespace& entry = entries_[--count_];
     slots_[entry.Hash & (slots_.size() - 1)] = entry.Older;
+    default_ = entry.OlderDefault;
 }
 
 void TNuSaxNamespaceList::link(std::size_t index) {
@@ -97,10 +99,13 @@ void TNuSaxNamespaceList::link(std::size_t index) {
     std::size_t& slot = slots_[entry.Hash & (slots_.size() - 1)];
     entry.Older = slot;
     slot = index + 1;
+    entry.OlderDefault = default_;
+    default_ = entry.Prefix.empty() ? &entry : default_;
 }
 
 void TNuSaxNamespaceList::rebuildSlots(std::size_t slotCount) {
     slots_.assign(slotCount, 0);
+    default_ = nullptr;
     for (std::size_t index = 0; index < count_; ++index) {
         link(index);
     }

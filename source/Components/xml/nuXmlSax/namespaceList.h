@@ -14,7 +14,8 @@ struct TNuSaxNamespace {
     std::int32_t Level = 0; ///< depth of the declaring element
     std::u16string Prefix;  ///< empty for the default namespace
     std::u16string URI;
-    std::size_t Hash = 0;  ///< of the prefix, letter case ignored
+    std::size_t Hash = 0;                          ///< of the prefix, letter case ignored
+    const TNuSaxNamespace* OlderDefault = nullptr; ///< the default namespace behind this entry
     std::size_t Older = 0; ///< the next older entry with the same hash slot, counted from 1
 };
 
@@ -28,7 +29,8 @@ public:
     void AddNamespace(std::int32_t level, std::u16string_view prefix, std::u16string_view uri);
     /// The newest declaration of `prefix`, or null.
     [[nodiscard]] const TNuSaxNamespace* GetNamespace(std::u16string_view prefix) const {
-        return count_ == 0 ? nullptr : find(prefix);
+        // Elements without a prefix ask for the default namespace, tag by tag.
+        return prefix.empty() ? default_ : count_ == 0 ? nullptr : find(prefix);
     }
     /// Removes every declaration whose level is `level` or more.
     void RemoveLevel(std::int32_t level) {
@@ -50,6 +52,7 @@ private:
     /// declaration.
     std::deque<TNuSaxNamespace> entries_;
     std::size_t count_ = 0;
+    const TNuSaxNamespace* default_ = nullptr; ///< the newest entry without a prefix
     std::int32_t highestLevel_ = 0;
     bool isOrdered_ = true;          ///< no entry has a lower level than one before it
     std::vector<std::size_t> slots_; ///< newest entry per hash slot, counted from 1; 0 is none

@@ -47,11 +47,12 @@ template <class Source> inline PNuXmlChar SaxScanner<Source>::scanPlainText(PNuX
     // 1. The character behind a tag is read raw. The first solid one tells what follows.
     const PNuXmlChar last = source_.LastPtr();
     const PNuXmlChar start = tagEnd + 1;
-    if (tagEnd == last || start == last || reader_.depth_ < 1 || reader_.space_.isPreserved() ||
+    if (tagEnd == last || start == last || reader_.depth_ < 1 ||
         (*start < cNuSpace && *start != TextCounter::lineFeed)) {
         return nullptr;
     }
-    const PNuXmlChar solid = source_.template findFrom<StopSet::Solid>(start);
+    const PNuXmlChar solid =
+        reader_.space_.isPreserved() ? start : source_.template findFrom<StopSet::Solid>(start);
     if (*solid == cNuLt && solid != last) {
         source_.countRaw(start);
         return solid;
