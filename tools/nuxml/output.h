@@ -3,7 +3,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <string_view>
 
 namespace tool {
@@ -27,7 +26,7 @@ public:
             writeAround(bytes);
             return;
         }
-        std::memcpy(buffer_.data() + fill_, bytes.data(), bytes.size());
+        bytes.copy(buffer_.data() + fill_, bytes.size());
         fill_ += bytes.size();
     }
     void write(char byte) noexcept { write(std::string_view(&byte, 1)); }
