@@ -1,0 +1,52 @@
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include "host/sax/SaxHelpers.h"
+
+#ifdef NUXML_LIBRARY
+
+namespace {
+
+struct CountElements final : host::TBufferedDefaultHandler {
+    int count = 0;
+
+    void startElement(std::u16string_view, std::u16string_view, std::u16string_view,
+                      host::IBufferedAttributes&) override {
+        ++count;
+    }
+};
+
+/// This program knows the host's registry only; the library brings its vendor and takes it along.
+TEST(Package, bringsAndTakesItsVendor) {
+    for (int round = 0; round < 2; ++round) {
+        ASSERT_EQ(dlopen(NUXML_LIBRARY, RTLD_LAZY | RTLD_NOLOAD), nullptr);
+        EXPECT_EQ(host::DefaultSAXVendor(), u"");
+        EXPECT_THROW(host::CreateBufferedXMLReader(), host::ESAXException);
+
+        void* const library = dlopen(NUXML_LIBRARY, RTLD_NOW | RTLD_LOCAL);
+        ASSERT_NE(library, nullptr) << dlerror();
+        EXPECT_EQ(host::DefaultSAXVendor(), u"Keldon");
+        host::TSAXVendor* const vendor = host::FindSAXVendor(u"Keldon");
+        ASSERT_NE(vendor, nullptr);
+        EXPECT_EQ(vendor->Description(), u"Keldon");
+        EXPECT_FALSE(vendor->XMLReader());
+        {
+            const auto reader = host::CreateBufferedXMLReader();
+            const auto handler = host::makeRef<CountElements>();
+            reader->setContentHandler(host::Ref<host::IBufferedContentHandler>(handler.get()));
+            reader->Parse(u"<a><b/></a>");
+            EXPECT_EQ(handler->count, 2);
+            // Exceptions are known on both sides of the border.
+            EXPECT_THROW(reader->setDTDHandler(nullptr), host::ESAXNotSupportedException);
+        }
+
+        ASSERT_EQ(dlclose(library), 0);
+        EXPECT_EQ(dlopen(NUXML_LIBRARY, RTLD_LAZY | RTLD_NOLOAD), nullptr) << "still loaded";
+        EXPECT_EQ(host::FindSAXVendor(u"Keldon"), nullptr);
+        EXPECT_TRUE(host::RegisteredSAXVendors().empty());
+    }
+}
+
+} // namespace
+
+#endif
