@@ -23,7 +23,7 @@ template <class Source> void SaxScanner<Source>::scanComment() {
     source_.ReadXmlChar();
 
     // 2. The text up to and with its terminator. A dash that turns out to be text is put back.
-    std::u16string collected;
+    std::u16string& collected = emptyCollection();
     bool isClosed = false;
     while (!isClosed && !source_.hasEnded()) {
         collectTo(cNuLine, collected);
@@ -101,7 +101,7 @@ template <class Source> void SaxScanner<Source>::scanCData() {
 /// first "?".
 template <class Source> void SaxScanner<Source>::scanProcessingInstruction() {
     // 1. The text; its first space divides it and belongs to neither part.
-    std::u16string collected;
+    std::u16string& collected = emptyCollection();
     source_.ReadXmlChar();
     collectTo(cNuQuest, collected);
     const std::u16string_view instruction = collected;

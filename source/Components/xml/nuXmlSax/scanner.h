@@ -100,6 +100,11 @@ private:
             target.append(start, length);
         });
     }
+    /// Where text without its control characters is collected; its memory serves again and again.
+    std::u16string& emptyCollection() noexcept {
+        collected_.clear();
+        return collected_;
+    }
     void warn(std::u16string_view message) { reader_.Warning(source_, message); }
     [[noreturn]] void fail(std::u16string_view message) { reader_.FatalError(source_, message); }
 
@@ -111,6 +116,7 @@ private:
 
     TNuSAXXMLReader& reader_;
     Source& source_;
+    std::u16string collected_;
     bool hasMeaningfulAttribute_ = false; ///< the plain tag being scanned may have one
 };
 
