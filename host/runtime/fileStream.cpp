@@ -44,8 +44,8 @@ int systemFlags(unsigned mode) {
 } // namespace
 
 TFileStream::TFileStream(const std::filesystem::path& path, unsigned mode)
-    : isWritable_((systemFlags(mode) & O_ACCMODE) != O_RDONLY) {
-    descriptor_ = ::open(path.c_str(), systemFlags(mode) | O_CLOEXEC, 0666);
+    : descriptor_(::open(path.c_str(), systemFlags(mode) | O_CLOEXEC, 0666)),
+      isWritable_((systemFlags(mode) & O_ACCMODE) != O_RDONLY) {
     if (descriptor_ < 0) {
         const int error = errno;
         throw EFileOpenError(formatMessage(mode == fmCreate ? u"Cannot create file \"%s\". %s"

@@ -52,7 +52,7 @@ private:
     std::size_t readFromSystem(std::byte* target, std::size_t count);
     void writeToSystem(const std::byte* source, std::size_t count);
 
-    int descriptor_ = -1;
+    int descriptor_;
     bool isWritable_;
     std::unique_ptr<std::byte[]> block_;
     std::int64_t blockStart_ = 0;   ///< place of the block's first byte in the file

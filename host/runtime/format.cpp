@@ -6,7 +6,7 @@ namespace host {
 
 std::u16string FormatArgument::decimal(std::int64_t number) {
     char digits[24];
-    const auto end = std::to_chars(std::begin(digits), std::end(digits), number).ptr;
+    auto* const end = std::to_chars(std::begin(digits), std::end(digits), number).ptr;
     return {std::begin(digits), end};
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <type_traits>
 #include <utility>
 
 #include "host/runtime/exception.h"
@@ -16,7 +17,7 @@ template <class Unit>
 constexpr auto replacements = [] {
     std::array<nu::Replacement<Unit>, 64> table{};
     auto set = [&](char character, std::string_view text) {
-        auto& entry = table[static_cast<std::size_t>(character)];
+        auto& entry = table[static_cast<unsigned char>(character)];
         std::copy(text.begin(), text.end(), entry.text.begin());
         entry.length = text.size();
     };
@@ -35,7 +36,7 @@ void escapeFrom(const Unit* place, std::basic_string_view<Unit> text, Target& ta
     nu::TextRewriter<Unit, Target> rewriter(text, target, text.size() + text.size() / 4);
     rewriter.addPiece(text.data(), place);
     rewriter.template replaceAll<escaped...>(place, [](Unit unit) -> const nu::Replacement<Unit>& {
-        return replacements<Unit>[static_cast<std::size_t>(unit)];
+        return replacements<Unit>[static_cast<std::make_unsigned_t<Unit>>(unit)];
     });
     rewriter.finish();
 }
