@@ -14,9 +14,9 @@ std::vector<Operand> parseArguments(std::span<const std::string_view> arguments,
         } else if (argument == "--") {
             onlyOperands = true;
         } else {
-            const auto flag = std::find_if(flags.begin(), flags.end(), [&](const Flag& candidate) {
-                return candidate.name == argument;
-            });
+            const auto* const flag =
+                std::find_if(flags.begin(), flags.end(),
+                             [&](const Flag& candidate) { return candidate.name == argument; });
             if (flag == flags.end()) {
                 throw UsageError("unknown option " + std::string(argument));
             }

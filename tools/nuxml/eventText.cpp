@@ -1,9 +1,7 @@
 #include "eventText.h"
 
-#include <array>
-#include <charconv>
-
 #include "attributeSpans.h"
+#include "decimal.h"
 
 namespace tool {
 
@@ -39,20 +37,6 @@ constexpr std::string_view colourOf(EventKind kind) noexcept {
     }
 }
 
-/// A number as it will be written, to know its width.
-class Digits {
-public:
-    explicit Digits(std::int64_t number) noexcept
-        : length_(static_cast<std::size_t>(
-              std::to_chars(text_.data(), text_.data() + text_.size(), number).ptr -
-              text_.data())) {}
-    [[nodiscard]] std::string_view view() const noexcept { return {text_.data(), length_}; }
-
-private:
-    std::array<char, 24> text_;
-    std::size_t length_;
-};
-
 constexpr std::size_t spacesUpTo(std::size_t width, std::size_t used) noexcept {
     return used < width ? width - used : 1;
 }
@@ -73,8 +57,8 @@ void EventText::writePlace(const Event& event) {
         output_.writeSpaces(placeWidth);
         return;
     }
-    const Digits line(event.place->line);
-    const Digits column(event.place->column);
+    const Decimal line(event.place->line);
+    const Decimal column(event.place->column);
     const std::size_t indent = line.view().size() < lineWidth ? lineWidth - line.view().size() : 0;
     colour(faint);
     output_.writeSpaces(indent);

@@ -46,15 +46,15 @@ ExitCode runCommand(Console& console, const Command& command, Arguments argument
     try {
         return command.run(console, arguments);
     } catch (const UsageError& error) {
-        console.complain(std::string(error.what()) + "; see \"nuxml " + std::string(command.name) +
-                         " --help\"");
+        console.complain(std::string(error.what()) + R"(; see "nuxml )" +
+                         std::string(command.name) + " --help\"");
         return exitUsage;
     }
 }
 
 ExitCode run(Console& console, Arguments arguments) {
     if (arguments.empty()) {
-        console.complain("a command is missing; see \"nuxml --help\"");
+        console.complain(R"(a command is missing; see "nuxml --help")");
         return exitUsage;
     }
     const std::string_view word = arguments.front();
@@ -69,7 +69,7 @@ ExitCode run(Console& console, Arguments arguments) {
         console.output().write("nuxml " NUXML_VERSION "\n");
         return exitDone;
     }
-    console.complain("there is no command \"" + std::string(word) + "\"; see \"nuxml --help\"");
+    console.complain("there is no command \"" + std::string(word) + R"("; see "nuxml --help")");
     return exitUsage;
 }
 

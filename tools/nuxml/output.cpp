@@ -5,7 +5,8 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <charconv>
+
+#include "decimal.h"
 
 namespace tool {
 
@@ -99,21 +100,7 @@ char* putPair(char* target, char16_t high, char16_t low) noexcept {
 
 } // namespace
 
-/// What the buffer has no room for: the buffer goes first, and long texts go by themselves.
-void Output::writeAround(std::string_view bytes) noexcept {
-    flush();
-    if (bytes.size() > capacity) {
-        send(bytes.data(), bytes.size());
-    } else {
-        write(bytes);
-    }
-}
-
-void Output::writeNumber(std::int64_t number) noexcept {
-    std::array<char, 24> digits;
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
-    write(std::string_view(digits.data(), static_cast<std::size_t>(end - digits.data())));
-}
+void Output::writeNumber(std::int64_t number) noexcept { write(Decimal(number).view()); }
 
 void Output::writeSpaces(std::size_t count) noexcept {
     constexpr std::string_view spaces = "                                ";

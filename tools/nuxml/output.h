@@ -23,8 +23,11 @@ public:
 
     void write(std::string_view bytes) noexcept {
         if (bytes.size() > capacity - fill_) {
-            writeAround(bytes);
-            return;
+            flush();
+            if (bytes.size() > capacity) {
+                send(bytes.data(), bytes.size());
+                return;
+            }
         }
         bytes.copy(buffer_.data() + fill_, bytes.size());
         fill_ += bytes.size();
@@ -47,7 +50,6 @@ public:
 private:
     static constexpr std::size_t capacity = std::size_t{64} * 1024;
 
-    void writeAround(std::string_view bytes) noexcept;
     void send(const char* bytes, std::size_t count) noexcept;
 
     int descriptor_;
