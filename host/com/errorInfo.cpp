@@ -37,7 +37,11 @@ private:
     std::u16string description_;
 };
 
-thread_local Ref<IErrorInfo> publishedErrorInfo;
+/// The place of the calling thread.
+Ref<IErrorInfo>& publishedErrorInfo() noexcept {
+    thread_local Ref<IErrorInfo> place;
+    return place;
+}
 
 /// The record is empty for what is no exception object.
 void publishMessage(const std::exception* failure) noexcept {
@@ -72,12 +76,12 @@ ResultCode CreateErrorInfo(Ref<ICreateErrorInfo>& errorInfo) noexcept {
 }
 
 ResultCode SetErrorInfo(IErrorInfo* errorInfo) noexcept {
-    publishedErrorInfo = Ref<IErrorInfo>(errorInfo);
+    publishedErrorInfo() = Ref<IErrorInfo>(errorInfo);
     return resultOk;
 }
 
 ResultCode GetErrorInfo(Ref<IErrorInfo>& errorInfo) noexcept {
-    errorInfo = std::exchange(publishedErrorInfo, {});
+    errorInfo = std::exchange(publishedErrorInfo(), {});
     return errorInfo ? resultOk : resultFalse;
 }
 

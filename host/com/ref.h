@@ -21,6 +21,9 @@ public:
     template <class Derived>
     requires std::is_convertible_v<Derived*, Object*> Ref(const Ref<Derived>& other)
     noexcept : Ref(other.get()) {}
+    template <class Derived>
+    requires std::is_convertible_v<Derived*, Object*> Ref(Ref<Derived>&& other)
+    noexcept : object_(std::exchange(other.object_, nullptr)) {}
     ~Ref() { drop(); }
 
     Ref& operator=(const Ref& other) noexcept {
@@ -51,6 +54,8 @@ public:
     }
 
 private:
+    template <class Other> friend class Ref;
+
     void take() const noexcept {
         if (object_ != nullptr) {
             object_->_AddRef();

@@ -15,16 +15,17 @@ namespace {
 thread_local bool memoryIsGone = false;
 }
 
-// Everything in this program allocates through these, the libraries included.
-void* operator new(std::size_t size) {
+// Everything in this program allocates through these, the libraries included. Inlined one by one
+// they would look to the compiler like memory that is freed in another way than it was taken.
+[[gnu::noinline]] void* operator new(std::size_t size) {
     void* const memory = memoryIsGone ? nullptr : std::malloc(size == 0 ? 1 : size);
     if (memory == nullptr) {
         throw std::bad_alloc();
     }
     return memory;
 }
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 
 namespace {
 
