@@ -18,7 +18,7 @@ public:
     static constexpr InterfaceId Id{0x2C85A6E1F7094D3B, 0x93D14B7A60E50031};
 };
 
-/// A reference to an entity (`&name;`) that stays in the tree.
+/// A reference to an entity that stays in the tree unexpanded.
 class NUXML_API IDOMEntityReference : public IDOMNode {
 public:
     using Base = IDOMNode;

@@ -139,6 +139,7 @@ public:
     virtual ResultCode getNamedItemNS(std::u16string_view namespaceURI,
                                       std::u16string_view localName,
                                       Ref<IDOMNode>& node) noexcept = 0;
+    /// The same under namespace and local name.
     virtual ResultCode setNamedItemNS(IDOMNode* node, Ref<IDOMNode>& replaced) noexcept = 0;
     virtual ResultCode removeNamedItemNS(std::u16string_view namespaceURI,
                                          std::u16string_view localName,

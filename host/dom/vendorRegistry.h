@@ -25,6 +25,7 @@ public:
     virtual Ref<IDOMImplementation> DOMImplementation() = 0;
 };
 
+/// The DOM implementations that are there.
 using TDOMVendorList = VendorList<TDOMVendor>;
 
 /// The vendors that are registered.
@@ -38,6 +39,8 @@ NUXML_API void UnRegisterDOMVendor(const TDOMVendor& vendor);
 /// The description of the vendor that applications get when they name none: the one that was set,
 /// else that of the vendor registered first; empty when there is none.
 NUXML_API std::u16string DefaultDOMVendor();
+/// Any description may be set, also that of a vendor that is yet to come; an empty one takes the
+/// choice back.
 NUXML_API void SetDefaultDOMVendor(std::u16string_view description);
 
 /// A new implementation object of the named vendor, or of the default vendor when the name is
