@@ -129,19 +129,6 @@ std::optional<std::size_t> NuDecodeUtf8(std::string_view bytes, char16_t* units)
     return prefix.Units;
 }
 
-bool NuIsUtf8(std::string_view bytes) noexcept {
-    // Decoding into memory that stays in the nearest cache is as fast as any check would be.
-    constexpr std::size_t pieceSize = 4096;
-    char16_t units[pieceSize];
-    while (!bytes.empty()) {
-        const std::size_t decoded = NuDecodeUtf8Prefix(bytes.substr(0, pieceSize), units).Bytes;
-        if (decoded == 0)
-            return false;
-        bytes.remove_prefix(decoded);
-    }
-    return true;
-}
-
 std::optional<std::u16string> NuUtf8ToWideString(std::string_view bytes) {
     std::u16string text(bytes.size(), u'\0');
     const std::optional<std::size_t> count = NuDecodeUtf8(bytes, text.data());

@@ -110,6 +110,7 @@ void checkDecoders(std::string_view text) {
         })) << hex(text);
         ASSERT_EQ(NuToUtf8(expected.units), text);
     }
+    ASSERT_EQ(NuIsUtf8(exact), count.has_value()) << hex(text);
     const TNuUtf8Prefix prefix = NuDecodeUtf8Prefix(exact, units);
     ASSERT_EQ(prefix.Bytes, expected.goodBytes) << hex(text);
     ASSERT_EQ(std::u16string_view(units, prefix.Units),
@@ -166,7 +167,7 @@ TEST(Utf8, decodesEveryKindOfSequenceAtEveryPlaceOfABlock) {
     pieces.insert(pieces.end(), malformed.begin(), malformed.end());
     for (const std::string_view filler : {"a"sv, "\xD0\xB6"sv, "\xE4\xB8\xAD"sv}) {
         for (const std::string& piece : pieces) {
-            for (std::size_t before = 0; before < 70; ++before) {
+            for (std::size_t before = 0; before < 140; ++before) {
                 std::string text;
                 while (text.size() < before)
                     text += before - text.size() < filler.size() ? "a"sv : filler;
