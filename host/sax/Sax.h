@@ -16,7 +16,9 @@
 
 namespace host {
 
+/// A character: a UTF-16 code unit.
 using SAXChar = char16_t;
+/// A text of UTF-16 code units.
 using SAXString = std::u16string;
 /// A length in characters; -1 where an operation says so.
 using SAXLength = std::ptrdiff_t;

@@ -116,6 +116,7 @@ NUXML_API TSAXVendor* FindSAXVendor(std::u16string_view description);
 NUXML_API std::vector<TSAXVendor*> RegisteredSAXVendors();
 /// The description of the vendor that applications get when they name none; may be empty.
 NUXML_API SAXString DefaultSAXVendor();
+/// Changes the default; the vendor need not be registered yet.
 NUXML_API void SetDefaultSAXVendor(std::u16string_view description);
 
 /// A new buffered reader of the named vendor, or of the default vendor when the name is empty.

@@ -14,7 +14,9 @@ using PNuXmlChar = const NuXmlChar*;
 /// A text of UTF-16 code units.
 using NuXmlString = std::u16string;
 
-// Each character stands in three forms: "A" as 8-bit, "W" as UTF-16, and plain as an XML character.
+/// \name Markup
+/// Each character stands in three forms: "A" as 8-bit, "W" as UTF-16, and plain as an XML character.
+/// @{
 
 inline constexpr char cNuAmpA = '&';
 inline constexpr char16_t cNuAmpW = u'&';
@@ -68,6 +70,8 @@ inline constexpr NuXmlChar cNuColon = cNuColonW;
 inline constexpr char cNuSemiColonA = ';';
 inline constexpr char16_t cNuSemiColonW = u';';
 inline constexpr NuXmlChar cNuSemiColon = cNuSemiColonW;
+
+/// @}
 
 /// The character that stands for the end of the input.
 inline constexpr char cNuEOF = 0;
