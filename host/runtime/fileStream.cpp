@@ -61,7 +61,13 @@ TFileStream::TFileStream(const std::filesystem::path& path, unsigned mode)
 }
 
 std::filesystem::path TFileStream::systemPath(std::u16string_view path) {
-    return utf16ToUtf8(path);
+    // A name that the system cannot have must not open the file of another one.
+    const std::string name = utf16ToUtf8(path);
+    if (name.find('\0') != name.npos || utf8ToUtf16(name) != path) {
+        throw EFileOpenError(
+            formatMessage(u"Cannot open file \"%s\". %s", {path, systemReason(EINVAL)}));
+    }
+    return name;
 }
 
 TFileStream::~TFileStream() {

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <limits>
 #include <new>
 
@@ -78,6 +79,10 @@ std::size_t TMemoryStream::Write(const void* buffer, std::size_t count) {
     if (position_ > largestSize || count > largestSize - position_) {
         throw std::bad_alloc();
     }
+    // What is written may lie in this very block, which moves when it grows.
+    const auto* source = static_cast<const std::byte*>(buffer);
+    const bool isOwn = !std::less<>()(source, block_) && std::less<>()(source, block_ + size_);
+    const std::ptrdiff_t ownOffset = isOwn ? source - block_ : 0;
     const std::size_t end = position_ + count;
     if (end > size_) {
         const std::size_t formerSize = size_;
@@ -87,7 +92,7 @@ std::size_t TMemoryStream::Write(const void* buffer, std::size_t count) {
         }
         changeSize(end);
     }
-    std::memcpy(block_ + position_, buffer, count);
+    std::memmove(block_ + position_, isOwn ? block_ + ownOffset : source, count);
     position_ = end;
     return count;
 }

@@ -28,9 +28,11 @@ std::int64_t TNuXmlBaseParser::GetStreamPos() {
 }
 
 void TNuXmlBaseParser::RaiseFatalError(std::u16string_view message) {
-    const auto error =
-        host::makeRef<host::TSAXParseError>(message, u"", u"", LineNumber(), ColumnNumber());
-    errorHandler_->fatalError(*error);
+    if (errorHandler_) {
+        const auto error =
+            host::makeRef<host::TSAXParseError>(message, u"", u"", LineNumber(), ColumnNumber());
+        errorHandler_->fatalError(*error);
+    }
     throw ENuSaxHandledAbort(nu::messages::abort);
 }
 

@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <cstdint>
-#include <memory>
 
 #include "host/runtime/stream.h"
 #include "host/sax/Sax.h"

@@ -6,7 +6,7 @@
 #include "host/runtime/export.h"
 
 /// \file
-/// Booleans as XML text, after the lexical forms of XML Schema Part 2.
+/// Booleans as XML text, after the lexical forms of XML Schema Datatypes.
 
 /// "true" or "false".
 NUXML_API std::u16string NuBoolToXML(bool value);

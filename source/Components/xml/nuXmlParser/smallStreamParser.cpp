@@ -116,6 +116,7 @@ void TNuXmlSmallStreamParser::moveText(PNuXmlChar units) noexcept {
     counter_.follow(keep_, units);
     currPtr_ = units + (currPtr_ - keep_);
     readPtr_ = units + (readPtr_ - keep_);
+    peekPtr_ = peekPtr_ < keep_ ? nullptr : units + (peekPtr_ - keep_);
     buffer_ = units;
     keep_ = units;
     block_.forget();
@@ -124,7 +125,11 @@ void TNuXmlSmallStreamParser::moveText(PNuXmlChar units) noexcept {
 void TNuXmlSmallStreamParser::useUtf16(host::TStream& stream, std::size_t size) {
     const std::size_t length = size / cNuXmlCharSize;
     const auto* inMemory = dynamic_cast<host::TCustomMemoryStream*>(&stream);
-    if (inMemory != nullptr && length > 0) {
+    if (inMemory != nullptr && length == 0) {
+        ownsBuffer_ = false;
+        return;
+    }
+    if (inMemory != nullptr) {
         const std::byte* text = inMemory->Memory() + stream.GetPosition();
         if (reinterpret_cast<std::uintptr_t>(text) % alignof(NuXmlChar) == 0) {
             useText(reinterpret_cast<PNuXmlChar>(text), length);
@@ -173,5 +178,8 @@ void TNuXmlSmallStreamParser::updateCounters() {
 void TNuXmlSmallStreamParser::releaseText() noexcept {
     endIsCounted_ = true;
     useText(noText, 0);
-    memory_.release();
+    peekPtr_ = nullptr;
+    block_.forget();
+    decoder_ = {};
+    memory_ = {};
 }

@@ -15,7 +15,8 @@ constexpr std::uint32_t codePageWindows1252 = 1252;
 
 /// Whether the first tag, or whatever ends at the first ">", speaks of UTF-8.
 bool declaresUtf8(std::string_view header) {
-    const std::u16string text(header.begin(), header.end());
+    const auto* bytes = reinterpret_cast<const unsigned char*>(header.data());
+    const std::u16string text(bytes, bytes + header.size());
     return NuContainsText(text, u"utf-8");
 }
 

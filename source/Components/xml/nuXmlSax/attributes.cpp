@@ -89,8 +89,8 @@ void TNuSAXAttributes::getQName(host::SAXLength index, PNuXmlChar& name, host::S
     put(GetAttribute(index).qNameSpan(), name, length);
 }
 
-void TNuSAXAttributes::getType(host::SAXLength /*index*/, PNuXmlChar& type,
-                               host::SAXLength& length) {
+void TNuSAXAttributes::getType(host::SAXLength index, PNuXmlChar& type, host::SAXLength& length) {
+    host::checkListIndex(index, attributes_.size());
     type = attributeType.data();
     length = -1;
 }
@@ -144,8 +144,8 @@ host::SAXString TNuSAXAttributes::getQName(host::SAXLength index) {
     return GetAttribute(index).GetQName();
 }
 
-host::SAXString TNuSAXAttributes::getType(host::SAXLength /*index*/) {
-    return host::SAXString(attributeType);
+host::SAXString TNuSAXAttributes::getType(host::SAXLength index) {
+    return GetAttribute(index).GetType();
 }
 
 host::SAXString TNuSAXAttributes::getValue(host::SAXLength index) {

@@ -10,6 +10,9 @@ class TNuSAXXMLReader;
 /// The events of a reader: assign a callable to each that you want to see. An event that is not
 /// assigned costs one test.
 ///
+/// An event may be assigned anew at any time but by itself: what it is made of would go while it
+/// runs.
+///
 /// Text comes as a UTF-16 string stream at position 0 that lives during the call. An exception
 /// thrown by an event with text arguments becomes a host::ESAXException that names the event; one
 /// thrown by any other event goes on as it is.

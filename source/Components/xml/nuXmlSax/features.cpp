@@ -7,7 +7,7 @@
 
 namespace {
 
-std::u16string_view nameOf(std::u16string_view line) { return line.substr(0, line.find(u'=')); }
+std::u16string_view nameOf(std::u16string_view line) { return line.substr(0, line.rfind(u'=')); }
 
 } // namespace
 

@@ -16,7 +16,6 @@ public:
     TNuSaxFeatures();
 
     /// The value stored under `name`; nothing when there is none.
-    /// A name with "=" in it can be set but never found, as the name of a line ends there.
     [[nodiscard]] std::optional<bool> Get(std::u16string_view name) const;
     void Set(std::u16string_view name, bool value);
 

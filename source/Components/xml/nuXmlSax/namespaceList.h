@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <string>
@@ -22,7 +23,8 @@ struct TNuSaxNamespace {
 /// The namespace declarations in scope, oldest first. Prefixes are compared ignoring letter case
 /// (unlike Namespaces in XML), so `P:x` finds a declaration of `p`.
 ///
-/// Lookup takes constant time however many declarations are open.
+/// Lookup goes through a hash table: its time does not grow with the number of declarations, unless
+/// their prefixes were chosen to collide.
 class NUXML_API TNuSaxNamespaceList {
 public:
     /// Adds a declaration; one of the same prefix is hidden, not replaced.

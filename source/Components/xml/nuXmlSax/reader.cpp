@@ -1,5 +1,6 @@
 #include "nuXmlSax/reader.h"
 
+#include <algorithm>
 #include <exception>
 
 #include "common/caseFolding.h"
@@ -28,6 +29,18 @@ constexpr std::u16string_view lexicalHandlerProperty =
 struct ParserFreer {
     void operator()(TNuXmlBaseParser* parser) const { parser->Free(); }
 };
+/// Tells that a parse is running, however it ends.
+class ParsingMark {
+public:
+    explicit ParsingMark(bool& isParsing) noexcept : isParsing_(isParsing) { isParsing_ = true; }
+    ParsingMark(const ParsingMark&) = delete;
+    ParsingMark& operator=(const ParsingMark&) = delete;
+    ~ParsingMark() { isParsing_ = false; }
+
+private:
+    bool& isParsing_;
+};
+
 template <class Source> using OwnedParser = std::unique_ptr<Source, ParserFreer>;
 
 } // namespace
@@ -46,6 +59,7 @@ void TNuSAXXMLReader::Parse(host::TStream* stream, bool ownsStream) {
     if (isParsing_) {
         throw host::ESAXException(nu::messages::alreadyParsing);
     }
+    const ParsingMark mark(isParsing_);
 
     // 1. Whoever listens to the start can still set handlers.
     if (OnStart) {
@@ -56,10 +70,9 @@ void TNuSAXXMLReader::Parse(host::TStream* stream, bool ownsStream) {
 
     // 2. The parse proper. What leaves it is kept until everything is in order again.
     std::exception_ptr failure;
-    isParsing_ = true;
     try {
         try {
-            parseDocument(owned, stream);
+            parseDocument(std::move(owned), stream);
         } catch (const ENuSaxHandledAbort&) {
             // Deliberate: swallowed here, while a foreign exception leaves as an abort. Whoever
             // raises an abort has already told what there was to tell.
@@ -71,7 +84,6 @@ void TNuSAXXMLReader::Parse(host::TStream* stream, bool ownsStream) {
     } catch (...) {
         failure = std::current_exception();
     }
-    isParsing_ = false;
 
     // 3. Always: only what the application has set stays.
     finishParse();
@@ -105,12 +117,13 @@ void TNuSAXXMLReader::ParseBytes(std::string_view bytes) {
     Parse(&stream);
 }
 
-void TNuSAXXMLReader::parseDocument(std::unique_ptr<host::TStream>& owned, host::TStream* stream) {
+void TNuSAXXMLReader::parseDocument(std::unique_ptr<host::TStream> owned, host::TStream* stream) {
     using Source = TNuXmlSmallStreamParser;
     // Text that stays in the nearer caches from its decoding to its last use.
     constexpr std::size_t windowLength = 32 * 1024;
 
-    // The stream goes with the character source, and first of all if that cannot be made.
+    // The stream goes with the character source, or here if that cannot be made: in any case before
+    // anybody is told of a fault in it.
     OwnedParser<Source> source(new Source(stream, false, errorHandler_, windowLength));
     if (owned) {
         source->AdoptStream();
@@ -221,8 +234,11 @@ void TNuSAXXMLReader::setEntityResolver(const host::Ref<host::IEntityResolver>& 
 template <class Interface>
 void TNuSAXXMLReader::replaceHandler(host::Ref<Interface>& place,
                                      const host::Ref<Interface>& handler) {
-    if (isParsing_ && place) {
-        replacedHandlers_.emplace_back(place);
+    const host::Ref<host::IUnknown> former(place);
+    if (isParsing_ && former &&
+        std::find(replacedHandlers_.begin(), replacedHandlers_.end(), former) ==
+            replacedHandlers_.end()) {
+        replacedHandlers_.push_back(former);
     }
     place = handler;
 }

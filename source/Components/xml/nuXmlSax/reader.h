@@ -43,7 +43,8 @@ public:
     [[nodiscard]] static host::Ref<TNuSAXXMLReader> CreateCounted();
 
     /// Parses the rest of the stream from its position. With `ownsStream` the stream is destroyed
-    /// at the end, however the parse ends.
+    /// at the end, however the parse ends. A stream in memory is read in
+    /// place: it must stay unchanged during the parse.
     ///
     /// Throws ENuSaxFatalError for a fatal fault. Any other exception, also of a handler, is told
     /// to the error handler as a fatal error without a place, and ENuSaxHandledAbort with an empty
@@ -58,7 +59,8 @@ public:
     void Parse(std::nullptr_t) = delete;
     /// Parses a file. Throws host::EFileOpenError when it cannot be opened.
     void ParseFile(const std::filesystem::path& path);
-    /// Parses bytes in memory, without a copy of them: UTF-8, UTF-16 with a mark, or 8-bit text.
+    /// Parses bytes in memory, without a copy of them, so they must stay unchanged meanwhile:
+    /// UTF-8, UTF-16 with a mark, or 8-bit text.
     void ParseBytes(std::string_view bytes);
 
     [[nodiscard]] bool getFeature(std::u16string_view name) override;
@@ -99,7 +101,7 @@ private:
     template <class Source> friend class nu::SaxScanner;
 
     void installDefaultHandlers();
-    void parseDocument(std::unique_ptr<host::TStream>& owned, host::TStream* stream);
+    void parseDocument(std::unique_ptr<host::TStream> owned, host::TStream* stream);
     [[noreturn]] void reportForeignException();
     void finishParse();
     template <class Interface>

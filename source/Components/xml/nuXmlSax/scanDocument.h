@@ -74,6 +74,7 @@ template <class Source> void SaxScanner<Source>::scanContent() {
         if (current == cNuLt) {
             scanMarkup();
         } else if (current == cNuGt) {
+            source_.keepFromHere();
             source_.ReadRawChar();
         } else if (reader_.depth_ < 1) {
             skipOutsideText();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+
 #include "common/caseFolding.h"
 #include "host/runtime/format.h"
 #include "nuXmlSax/messages.h"

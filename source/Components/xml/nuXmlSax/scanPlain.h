@@ -119,9 +119,8 @@ inline PNuXmlChar SaxScanner<Source>::findPlainTagEnd(Name& name, TNuSAXAttribut
         return place[1] == cNuGt && place + 1 != last;
     };
 
-    // 1. The name ends at a space or at the end of the tag. A control character cannot begin it
-    // here,
-    //    because a read would skip it; "!" and "?" begin other markup, a space draws a warning.
+    // 1. The name ends at a space or at the end of the tag. It cannot begin with a control
+    //    character, which a read would skip, or with what begins other markup or draws a warning.
     if (name.start == last || *name.start <= cNuQuest) {
         return nullptr;
     }
