@@ -259,11 +259,7 @@ TEST(Parse, letsHandlersChange) {
     // 2. The application's own stay; one that only the reader holds lives until the parse is over.
     auto first = host::makeRef<EventTrace>();
     first->attachTo(reader);
-    EventTrace* const only = first.get();
-    first->onEvent = [&reader, &second, only](const std::string&) {
-        only->onEvent = nullptr;
-        second->attachTo(reader);
-    };
+    first->onEvent = [&](const std::string&) { second->attachTo(reader); };
     first.reset();
     reader.OnStartDocument = nullptr;
     reader.Parse(u"<b/>");
@@ -297,7 +293,7 @@ TEST(Parse, lendsWhatHandlersMayKeep) {
     reader.setContentHandler(host::Ref<host::IBufferedContentHandler>(keeper.get()));
     reader.Parse(new OddStream("<a b=\"1\" c=\"2\">\n<d e=\"3\"/></a>"), true);
     EXPECT_EQ(OddStream::alive, 0);
-    EXPECT_EQ(keeper->locator->getLineNumber() * 100 + keeper->locator->getColumnNumber(), 216);
+    EXPECT_EQ(keeper->locator->getLineNumber() * 100 + keeper->locator->getColumnNumber(), 215);
     ASSERT_EQ(keeper->lists.size(), 2U);
     EXPECT_EQ(keeper->lists[0]->getLength() * 10 + keeper->lists[1]->getLength(), 21);
 }
@@ -307,7 +303,7 @@ TEST(Attributes, areFoundByNameAndPlace) {
     host::Ref<host::IAttributes> kept;
     std::string log;
     reader.OnStartElement = [&](TNuSAXXMLReader&, auto&, auto&, auto&, host::IAttributes& list) {
-        if (kept) {
+        if (kept || list.getLength() == 0) {
             return;
         }
         kept = &list;
