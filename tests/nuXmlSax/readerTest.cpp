@@ -212,12 +212,12 @@ TEST(Reader, reportsText) {
         {u"\0<a/>"sv, "SD|EP|ED"},
         {u"<a\0/>"sv, "SD|EP|F1:3 name|X fatal name"},
         {u"<\0a>x</a>"sv, "SD|EP|X fatal eof"},
-        {u"<a \0b=\"1\"/>"sv, "SD|EP|X fatal eof"},
-        {u"<a b=\"1\"\0c=\"2\"/>"sv, "SD|EP|F1:9 unclosed|X fatal unclosed"},
-        {u"<a b=\"\0\"/>"sv, "SD|EP|F1:7 noquote|X fatal noquote"},
-        {u"<a b=\"1\0\"/>"sv, "SD|EP|F1:8 novalue|X fatal novalue"},
-        {u"<a></\0a>"sv, "SD|EP|S a|X fatal eof"},
-        {u"<a></a\0>"sv, "SD|EP|S a|E a|ED"},
+        {u"<a \0b=\"1\"/>x</a>"sv, "SD|EP|X fatal eof"},
+        {u"<a b=\"1\"\0c=\"2\"/>x</a>"sv, "SD|EP|F1:9 unclosed|X fatal unclosed"},
+        {u"<a b=\"\0\"/>x</a>"sv, "SD|EP|F1:7 noquote|X fatal noquote"},
+        {u"<a b=\"1\0\"/>x</a>"sv, "SD|EP|F1:8 novalue|X fatal novalue"},
+        {u"<a></\0a>x</a>"sv, "SD|EP|S a|X fatal eof"},
+        {u"<a></a\0>x</a>"sv, "SD|EP|S a|E a|ED"},
     });
 }
 
