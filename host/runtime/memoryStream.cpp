@@ -16,6 +16,7 @@ namespace {
 
 /// What a stream without a block of its own points to: reading in place and the slack behind it
 /// must work for the empty stream too. Nothing is ever written here.
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): stands in for a block
 alignas(std::max_align_t) std::byte emptyBlock[TMemoryStream::readableSlack] = {};
 
 constexpr std::size_t largestSize =

@@ -153,14 +153,14 @@ PNuXmlChar MarkupBlock::findBeyond(StopSet set, PNuXmlChar place, PNuXmlChar las
 
 void MarkupBlock::classify(PNuXmlChar from, PNuXmlChar last) noexcept {
     start_ = from;
-    const auto available = static_cast<std::size_t>(last - from) + 1;
+    const auto lastIndex = static_cast<std::size_t>(last - from);
     NuXmlChar rest[length];
     std::uint64_t end = 0;
     PNuXmlChar units = from;
-    if (available <= length) [[unlikely]] {
-        std::fill(std::copy_n(from, available, rest), std::end(rest), NuXmlChar{0});
+    if (lastIndex < length) [[unlikely]] {
+        std::fill(std::copy_n(from, lastIndex + 1, rest), std::end(rest), NuXmlChar{0});
         units = rest;
-        end = std::uint64_t{1} << (available - 1);
+        end = std::uint64_t{1} << lastIndex;
     }
     const StopMasks masks = classifyBlock(units);
     end |= masks.nul;

@@ -22,7 +22,7 @@ void put(std::u16string_view source, PNuXmlChar& text, host::SAXLength& length) 
 /// the buffer is not read past.
 bool startsLikeDeclaration(PNuXmlChar name) noexcept {
     for (const NuXmlChar letter : declarationPrefix) {
-        const NuXmlChar upper = static_cast<NuXmlChar>(letter - (u'a' - u'A'));
+        const auto upper = static_cast<NuXmlChar>(letter - (u'a' - u'A'));
         if (*name != letter && *name != upper) {
             return false;
         }
