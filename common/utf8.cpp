@@ -138,16 +138,26 @@ std::optional<std::u16string> NuUtf8ToWideString(std::string_view bytes) {
     return text;
 }
 
+TNuUtf8Prefix NuDecodeUtf8Run(std::string_view bytes, bool isAll, char16_t* units) noexcept {
+    const TNuUtf8Prefix wellFormed = NuDecodeUtf8Prefix(bytes, units);
+    if (wellFormed.Bytes != 0 || bytes.empty())
+        return wellFormed;
+    const auto malformed = nu::readUtf8Sequence(beginOf(bytes), beginOf(bytes) + bytes.size());
+    if (malformed.truncated && !isAll)
+        return wellFormed;
+    *units = nu::replacementCharacter;
+    return {malformed.length, 1};
+}
+
 std::u16string NuFromUtf8(std::string_view bytes) {
     std::u16string text(bytes.size(), u'\0');
-    const unsigned char* const end = beginOf(bytes) + bytes.size();
-    DecodeCursor cursor = decodePrefix({beginOf(bytes), text.data()}, end);
-    while (cursor.next != end) {
-        cursor.next += nu::readUtf8Sequence(cursor.next, end).length;
-        *cursor.units++ = nu::replacementCharacter;
-        cursor = decodePrefix(cursor, end);
+    std::size_t length = 0;
+    while (!bytes.empty()) {
+        const TNuUtf8Prefix run = NuDecodeUtf8Run(bytes, true, text.data() + length);
+        bytes.remove_prefix(run.Bytes);
+        length += run.Units;
     }
-    text.resize(static_cast<std::size_t>(cursor.units - text.data()));
+    text.resize(length);
     return text;
 }
 

@@ -33,6 +33,14 @@ NUXML_API bool NuIsUtf8(std::string_view bytes) noexcept;
 /// Decodes all or nothing into a string.
 NUXML_API std::optional<std::u16string> NuUtf8ToWideString(std::string_view bytes);
 
+/// Decodes anything, a run at a time: the well-formed text up to the first malformed sequence or,
+/// if one comes first, its maximal bad prefix (at least one byte) as U+FFFD. A sequence that the
+/// end of `bytes` cuts off is malformed if `isAll`; otherwise nothing is made of it, because the
+/// rest may come. `units` needs room for `bytes.size()` units; those behind the returned count may
+/// be overwritten.
+NUXML_API TNuUtf8Prefix NuDecodeUtf8Run(std::string_view bytes, bool isAll,
+                                        char16_t* units) noexcept;
+
 /// Decodes anything: each maximal bad prefix of a sequence (at least one byte) becomes U+FFFD.
 NUXML_API std::u16string NuFromUtf8(std::string_view bytes);
 
