@@ -17,7 +17,8 @@ public:
 
     std::size_t Read(void* buffer, std::size_t count) override;
     std::int64_t Seek(std::int64_t offset, SeekOrigin origin) override;
-    std::int64_t GetSize() override { return static_cast<std::int64_t>(size_); }
+    /// Final, because whoever reads in place relies on it.
+    std::int64_t GetSize() final { return static_cast<std::int64_t>(size_); }
 
 protected:
     TCustomMemoryStream() = default;
