@@ -7,8 +7,7 @@
 #include <type_traits>
 
 #include "common/codePage.h"
-#include "host/runtime/exception.h"
-#include "host/runtime/format.h"
+#include "nuXmlParser/conversionErrors.h"
 
 namespace nu {
 
@@ -86,16 +85,12 @@ template <class Unit> std::basic_string<Unit> namedInError(std::basic_string_vie
     return text;
 }
 
-[[noreturn]] void failConversion(std::u16string_view text) {
-    throw host::EConvertError(host::formatMessage(u"'%s' is not a valid integer value", {text}));
-}
-
 } // namespace
 
 char16_t referencedUnit(std::u16string_view digits) {
     const auto number = parseInteger(digits);
     if (!number) {
-        failConversion(namedInError(digits));
+        failConversion(messages::noInteger, namedInError(digits));
     }
     return static_cast<char16_t>(*number);
 }
@@ -103,7 +98,7 @@ char16_t referencedUnit(std::u16string_view digits) {
 char16_t referencedUnit(std::string_view digits) {
     const auto number = parseInteger(digits);
     if (!number) {
-        failConversion(NuAnsiStringToWideString(namedInError(digits)));
+        failConversion(messages::noInteger, NuAnsiStringToWideString(namedInError(digits)));
     }
     return static_cast<char16_t>(*number);
 }
