@@ -1,0 +1,30 @@
+#pragma once
+
+#include <limits>
+#include <optional>
+#include <string_view>
+
+#include "host/runtime/decimalText.h"
+#include "nuXmlParser/whiteSpace.h"
+
+namespace nu {
+
+/// Reads a number as NuXMLToDouble does; nothing when the text is none. For float and double.
+template <class Float> std::optional<Float> readFloating(std::u16string_view text) noexcept {
+    const std::u16string_view number = trimmed(text);
+    if (const auto value = host::parseFloating<Float>(number)) {
+        return value;
+    }
+    if (number == u"INF" || number == u"+INF") {
+        return std::numeric_limits<Float>::infinity();
+    }
+    if (number == u"-INF") {
+        return -std::numeric_limits<Float>::infinity();
+    }
+    if (number == u"NaN") {
+        return std::numeric_limits<Float>::quiet_NaN();
+    }
+    return std::nullopt;
+}
+
+} // namespace nu

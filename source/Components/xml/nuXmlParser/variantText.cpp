@@ -1,0 +1,187 @@
+#include "nuXmlParser/variantText.h"
+
+#include <type_traits>
+
+#include "common/codePage.h"
+#include "host/runtime/numberText.h"
+#include "nuXmlParser/base64Text.h"
+#include "nuXmlParser/boolText.h"
+#include "nuXmlParser/conversionErrors.h"
+#include "nuXmlParser/dateTimeText.h"
+#include "nuXmlParser/escape.h"
+#include "nuXmlParser/floatingText.h"
+#include "nuXmlParser/numberText.h"
+#include "nuXmlParser/unescape.h"
+#include "nuXmlParser/whiteSpace.h"
+
+namespace {
+
+using host::WideString;
+
+constexpr char16_t quote = u'"';
+
+// Each kind of string to UTF-16 and back.
+std::u16string_view wide(const std::u16string& text) noexcept { return text; }
+std::u16string_view wide(const WideString& text) noexcept { return text.text; }
+std::u16string wide(const std::string& text) { return NuAnsiStringToWideString(text); }
+
+template <class String> String stringOf(std::u16string text) {
+    if constexpr (std::is_same_v<String, std::string>) {
+        return NuWideStringToAnsiString(text);
+    } else {
+        return String{std::move(text)};
+    }
+}
+
+void addQuoted(NuXmlString& list, std::u16string_view item) {
+    list.push_back(quote);
+    for (const char16_t unit : item) {
+        list.append(unit == quote ? 2 : 1, unit);
+    }
+    list.push_back(quote);
+}
+
+template <class Items, class Add> NuXmlString joined(const Items& items, Add add) {
+    NuXmlString list;
+    for (const auto& item : items) {
+        if (!list.empty()) {
+            list.push_back(u' ');
+        }
+        add(list, item);
+    }
+    return list;
+}
+
+struct VariantWriter {
+    NuXmlString operator()(std::monostate) const { return {}; }
+    NuXmlString operator()(host::Null) const { return {}; }
+    NuXmlString operator()(bool value) const { return NuBoolToXML(value); }
+    NuXmlString operator()(host::TDateTime value) const { return NuDateTimeToXML(value); }
+    template <class Number>
+    requires std::is_arithmetic_v<Number> || std::is_same_v<Number, host::Currency>
+        NuXmlString operator()(Number value) const {
+        return host::NumberText(value).string();
+    }
+    template <class String>
+    requires requires(const String& text) { wide(text); }
+    NuXmlString operator()(const String& text) const { return NuStrToXML(wide(text)); }
+    NuXmlString operator()(const std::vector<std::uint8_t>& bytes) const {
+        return NuBytesToXML(bytes);
+    }
+    NuXmlString operator()(const std::vector<std::int32_t>& numbers) const {
+        return joined(numbers, [](NuXmlString& list, std::int32_t number) {
+            list += host::NumberText(number).view();
+        });
+    }
+    template <class String> NuXmlString operator()(const std::vector<String>& strings) const {
+        return NuStrToXML(joined(
+            strings, [](NuXmlString& list, const String& text) { addQuoted(list, wide(text)); }));
+    }
+};
+
+/// Removes a string in quotes, which stands at the front, and gives what it holds.
+NuXmlString takeQuoted(std::u16string_view& text) {
+    NuXmlString content;
+    text.remove_prefix(1);
+    while (true) {
+        const std::size_t end = text.find(quote);
+        if (end == text.npos) {
+            throw host::EConvertError(nu::messages::noStringArray);
+        }
+        content += text.substr(0, end);
+        text.remove_prefix(end + 1);
+        if (!text.starts_with(quote)) {
+            return content;
+        }
+        content.push_back(quote);
+        text.remove_prefix(1);
+    }
+}
+
+template <class String> std::vector<String> readStrings(std::u16string_view text) {
+    const NuXmlString plain = NuXMLToStr(text);
+    std::vector<String> strings;
+    for (std::u16string_view rest = nu::trimmed(plain); !rest.empty(); rest = nu::trimmed(rest)) {
+        if (!rest.starts_with(quote)) {
+            strings.push_back(stringOf<String>(NuXmlString(nu::takeWord(rest))));
+            continue;
+        }
+        strings.push_back(stringOf<String>(takeQuoted(rest)));
+        if (!rest.empty() && !nu::isWhiteSpace(rest.front())) {
+            throw host::EConvertError(nu::messages::noStringArray);
+        }
+    }
+    return strings;
+}
+
+std::vector<std::int32_t> readIntegers(std::u16string_view text) {
+    std::vector<std::int32_t> numbers;
+    for (auto word = nu::takeWord(text); !word.empty(); word = nu::takeWord(text)) {
+        numbers.push_back(NuXMLToInt(word));
+    }
+    return numbers;
+}
+
+template <class Number> Number readInteger(std::u16string_view text) {
+    return nu::valueOrFail(host::parseInteger<Number>(nu::trimmed(text)), nu::messages::noInteger,
+                           text);
+}
+
+} // namespace
+
+NuXmlString NuVariantToXml(const host::Variant& value) {
+    return std::visit(VariantWriter(), value.Held());
+}
+
+host::Variant NuXmlToVariant(std::u16string_view text, host::VarType type) {
+    switch (type) {
+    case host::varEmpty:
+        return {};
+    case host::varNull:
+        return host::null;
+    case host::varInt8:
+        return readInteger<std::int8_t>(text);
+    case host::varInt16:
+        return readInteger<std::int16_t>(text);
+    case host::varInt32:
+        return readInteger<std::int32_t>(text);
+    case host::varInt64:
+        return readInteger<std::int64_t>(text);
+    case host::varUInt8:
+        return readInteger<std::uint8_t>(text);
+    case host::varUInt16:
+        return readInteger<std::uint16_t>(text);
+    case host::varUInt32:
+        return readInteger<std::uint32_t>(text);
+    case host::varUInt64:
+        return readInteger<std::uint64_t>(text);
+    case host::varSingle:
+        return nu::valueOrFail(nu::readFloating<float>(text), nu::messages::noFloating, text);
+    case host::varDouble:
+        return NuXMLToDouble(text);
+    case host::varCurrency:
+        return NuXMLToCurrency(text);
+    case host::varDate:
+        return NuXMLToDateTime(text);
+    case host::varBoolean:
+        return NuXMLToBool(text);
+    case host::varAnsiString:
+        return stringOf<std::string>(NuXMLToStr(text));
+    case host::varWideString:
+        return stringOf<WideString>(NuXMLToStr(text));
+    case host::varString:
+        return NuXMLToStr(text);
+    case host::varByteArray:
+        return NuXMLToBytes(text);
+    case host::varInt32Array:
+        return readIntegers(text);
+    case host::varAnsiStringArray:
+        return readStrings<std::string>(text);
+    case host::varWideStringArray:
+        return readStrings<WideString>(text);
+    case host::varStringArray:
+        return readStrings<NuXmlString>(text);
+    default:
+        throw host::EConvertError(host::formatMessage(nu::messages::noVariantType, {type}));
+    }
+}
