@@ -1,0 +1,29 @@
+#pragma once
+
+#include <new>
+
+#include "host/runtime/exception.h"
+#include "nuXmlDOM/core/document.h"
+#include "nuXmlDOM/core/domMessages.h"
+#include "nuXmlDOM/core/nodeAccess.h"
+
+/// \file
+/// How nodes come into being; for the files that define or make a class of nodes.
+
+namespace nu {
+
+template <class Node> Node& NodeAccess::make(TNuDOMDocument& document) {
+    // The constructors do not throw once there is a document.
+    void* memory = document.memory().allocate(sizeof(Node));
+    return *new (memory) Node(&document, Node::Class.type);
+}
+
+/// What TNuDOMNodeClass::create is for a class of nodes.
+template <class Node> TNuDOMNode* createNode(TNuDOMDocument* document) {
+    if (document == nullptr) {
+        host::failAssertion(cOwnerRequired, cDomLocation, __LINE__);
+    }
+    return &NodeAccess::make<Node>(*document);
+}
+
+} // namespace nu
