@@ -34,6 +34,10 @@ public:
         : TFileStream(systemPath(path), mode) {}
     ~TFileStream() override;
 
+    /// The path that a name stands for. Throws EFileOpenError for a name that the system cannot have
+    /// (a NUL inside, an unpaired surrogate).
+    static std::filesystem::path systemPath(std::u16string_view path);
+
     std::size_t Read(void* buffer, std::size_t count) override;
     std::size_t Write(const void* buffer, std::size_t count) override;
     std::int64_t Seek(std::int64_t offset, SeekOrigin origin) override;
@@ -44,7 +48,6 @@ public:
     void Flush() override;
 
 private:
-    static std::filesystem::path systemPath(std::u16string_view path);
     [[nodiscard]] std::int64_t logicalPosition() const noexcept {
         return blockStart_ + static_cast<std::int64_t>(blockPosition_);
     }

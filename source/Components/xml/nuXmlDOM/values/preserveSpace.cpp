@@ -1,0 +1,55 @@
+#include "nuXmlDOM/values/preserveSpace.h"
+
+#include "common/caseFolding.h"
+#include "nuXmlDOM/core/document.h"
+#include "nuXmlDOM/core/element.h"
+#include "nuXmlDOM/core/nodeAccess.h"
+
+namespace nu {
+
+namespace {
+
+constexpr std::u16string_view spaceName = u"xml:space";
+constexpr std::u16string_view preserveValue = u"preserve";
+constexpr std::u16string_view defaultValue = u"default";
+
+} // namespace
+
+const NodeName* findSpaceName(TNuDOMDocument& document) noexcept {
+    return document.names().find(spaceName);
+}
+
+const TNuDOMAttribute* findSpaceAttribute(const TNuDOMElement& element,
+                                          const NodeName& name) noexcept {
+    for (const TNuDOMAttribute& attribute : element.Attributes()) {
+        if (NodeAccess::name(attribute).plain == &name) {
+            return &attribute;
+        }
+    }
+    return nullptr;
+}
+
+bool saysPreserve(const TNuDOMAttribute& attribute) {
+    return NuEqualFolded(attribute.get_nodeValue(), preserveValue);
+}
+
+} // namespace nu
+
+bool TNuDOMElement::GetPreserveSpace() const {
+    const nu::NodeName* name = nu::findSpaceName(*OwnerDocument());
+    if (name == nullptr) {
+        return false;
+    }
+    // Here, else at the nearest element around this one that says something.
+    for (const TNuDOMElement* element = this; element != nullptr;
+         element = nu::NodeAccess::parentElement(*element)) {
+        if (const TNuDOMAttribute* attribute = nu::findSpaceAttribute(*element, *name)) {
+            return nu::saysPreserve(*attribute);
+        }
+    }
+    return false;
+}
+
+void TNuDOMElement::SetPreseveSpace(bool preserve) {
+    setAttribute(nu::spaceName, preserve ? nu::preserveValue : nu::defaultValue);
+}

@@ -1,0 +1,130 @@
+#include "nuXmlDOM/write/nodeSaving.h"
+
+#include "host/runtime/fileStream.h"
+#include "nuXmlDOM/core/document.h"
+#include "nuXmlDOM/write/nodeWriter.h"
+#include "nuXmlDOM/write/targets.h"
+
+namespace nu {
+
+namespace {
+
+/// The length of the block in front of a string, where a small one does.
+constexpr std::size_t stringCapacity = 4096;
+
+/// The depth that is not indented when a node is written by itself.
+std::int64_t ownLevel(const TNuDOMNode& node) noexcept {
+    return NodeAccess::is<TNuDOMElement>(node) ? depthOf(node) : 0;
+}
+
+bool isInPreservedSpace(const TNuDOMNode& node) {
+    const TNuDOMElement* parent = NodeAccess::parentElement(node);
+    return parent != nullptr && parent->GetPreserveSpace();
+}
+
+template <class Unit>
+void putNode(const TNuDOMNode& node, Output<Unit>& output, const WriteOptions& options) {
+    NodeWriter<Unit> writer(output, *node.OwnerDocument(), options.formatted, options.baseLevel);
+    if (NodeAccess::is<TNuDOMDocument>(node)) {
+        writer.writeDocument(static_cast<const TNuDOMDocument&>(node));
+        return;
+    }
+    // Where it stands shows only in the line breaks.
+    const std::int64_t depth = options.formatted ? depthOf(node) : 0;
+    const bool preserves = options.formatted && isInPreservedSpace(node);
+    if (NodeAccess::is<TNuDOMElement>(node)) {
+        writer.writeElement(static_cast<const TNuDOMElement&>(node), depth, preserves);
+    } else {
+        writer.writeSingle(node, depth, preserves);
+    }
+}
+
+NuXmlString textOf(const TNuDOMNode& node, bool formatted) {
+    checkWritable(node, formatted);
+    NuXmlString text;
+    WideStringTarget target(text);
+    Output<char16_t> output(target, stringCapacity);
+    putNode(node, output, {formatted, false, ownLevel(node)});
+    output.finish();
+    return text;
+}
+
+/// Deliberate: only the child elements. One that is formatted and not the first begins a line.
+NuXmlString innerTextOf(const TNuDOMNode& node, bool formatted) {
+    if (!NodeAccess::is<TNuDOMElement>(node)) {
+        return textOf(node, formatted);
+    }
+    const auto& element = static_cast<const TNuDOMElement&>(node);
+    const std::int64_t level = depthOf(element) + 1;
+    const bool preserves = formatted && element.GetPreserveSpace();
+    NuXmlString text;
+    WideStringTarget target(text);
+    Output<char16_t> output(target, stringCapacity);
+    NodeWriter<char16_t> writer(output, *element.OwnerDocument(), formatted, level);
+    for (const TNuDOMElement& child : element.ChildElements()) {
+        writer.writeElement(child, level, preserves);
+    }
+    output.finish();
+    return text;
+}
+
+} // namespace
+
+std::int64_t depthOf(const TNuDOMNode& node) noexcept {
+    std::int64_t depth = 0;
+    for (const TNuDOMElement* element = NodeAccess::parentElement(node); element != nullptr;
+         element = NodeAccess::parentElement(*element)) {
+        ++depth;
+    }
+    return depth;
+}
+
+void checkWritable(const TNuDOMNode& node, bool formatted) {
+    if (formatted && NodeAccess::is<TNuDOMCDATA>(node) &&
+        NodeAccess::parentElement(node) == nullptr) {
+        raiseInvalidCast(TNuDOMElement::Class.name);
+    }
+}
+
+void saveWide(const TNuDOMNode& node, host::TStream& stream, WriteOptions options) {
+    checkWritable(node, options.formatted);
+    // Deliberate: a document puts a mark at the start of a file by itself, in memory it does not.
+    options.marked = options.marked || (NodeAccess::is<TNuDOMDocument>(node) &&
+                                        dynamic_cast<host::TFileStream*>(&stream) != nullptr &&
+                                        stream.GetPosition() == 0);
+    WideStreamTarget target(stream);
+    writeNode(node, target, options);
+}
+
+template <class Unit>
+void writeNode(const TNuDOMNode& node, OutputTarget<Unit>& target, const WriteOptions& options) {
+    Output<Unit> output(target);
+    if (options.marked) {
+        output.putMark();
+    }
+    putNode(node, output, options);
+    output.finish();
+}
+
+template void writeNode(const TNuDOMNode&, OutputTarget<char>&, const WriteOptions&);
+template void writeNode(const TNuDOMNode&, OutputTarget<char16_t>&, const WriteOptions&);
+
+} // namespace nu
+
+void TNuDOMNode::SaveToStream(host::TStream& stream) { _SaveToStream(stream, false, 0); }
+
+void TNuDOMNode::_SaveToStream(host::TStream& stream, bool formatted) {
+    nu::saveWide(*this, stream, {formatted, false, nu::ownLevel(*this)});
+}
+
+void TNuDOMNode::_SaveToStream(host::TStream& stream, bool formatted, std::int32_t baseLevel) {
+    nu::saveWide(*this, stream, {formatted, false, baseLevel});
+}
+
+NuXmlString TNuDOMNode::get_xml() const { return nu::textOf(*this, false); }
+
+NuXmlString TNuDOMNode::get_formattedXml() const { return nu::textOf(*this, true); }
+
+NuXmlString TNuDOMNode::get_innerxml() const { return nu::innerTextOf(*this, false); }
+
+NuXmlString TNuDOMNode::get_formattedInnerXml() const { return nu::innerTextOf(*this, true); }

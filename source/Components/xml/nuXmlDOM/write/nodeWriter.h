@@ -1,0 +1,208 @@
+#pragma once
+
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+#include "nuXmlDOM/core/document.h"
+#include "nuXmlDOM/core/element.h"
+#include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/values/preserveSpace.h"
+#include "nuXmlDOM/write/output.h"
+
+namespace nu {
+
+/// Says what every kind of node writes, as UTF-16 (char16_t) or UTF-8 (char).
+///
+/// A formatted text has elements, comments, CDATA sections and instructions on lines of their own,
+/// each indented by its depth, except inside elements that preserve space. Text is written as it
+/// is.
+template <class Unit> class NodeWriter {
+public:
+    /// \param document  the document of all nodes to write
+    /// \param baseLevel the depth that is not indented
+    NodeWriter(Output<Unit>& output, TNuDOMDocument& document, bool formatted,
+               std::int64_t baseLevel)
+        : out_(output), isFormatted_(formatted), baseLevel_(baseLevel),
+          spaceName_(formatted ? findSpaceName(document) : nullptr) {}
+
+    /// The prolog, then the document element.
+    void writeDocument(const TNuDOMDocument& document) {
+        for (const TNuDOMNode* node = NodeAccess::children(document)->first(); node != nullptr;
+             node = NodeAccess::next(*node)) {
+            writeLeaf(*node);
+        }
+        if (const TNuDOMElement* root = document.GetRootNode()) {
+            writeElement(*root, 0, false);
+        }
+    }
+
+    /// An element with everything below it.
+    /// \param depth     the number of elements around it
+    /// \param preserves whether the elements around it preserve space
+    void writeElement(const TNuDOMElement& root, std::int64_t depth, bool preserves) {
+        level_ = depth - baseLevel_;
+        preserves_ = preserves;
+        const TNuDOMNode* node = &root;
+        for (;;) {
+            // 1. The node, and down to its children.
+            if (node->get_nodeType() != host::ELEMENT_NODE) {
+                writeLeaf(*node);
+            } else {
+                const auto& element = static_cast<const TNuDOMElement&>(*node);
+                if (const TNuDOMNode* child = openElement(element)) {
+                    node = child;
+                    continue;
+                }
+            }
+            // 2. On, after the end of each element that has no more children.
+            while (node != &root && NodeAccess::next(*node) == nullptr) {
+                node = NodeAccess::parent(*node);
+                closeElement(static_cast<const TNuDOMElement&>(*node));
+            }
+            if (node == &root) {
+                return;
+            }
+            node = NodeAccess::next(*node);
+        }
+    }
+
+    /// A node that cannot have children and is written by itself.
+    /// \param depth     the number of elements around it
+    /// \param preserves whether these preserve space
+    void writeSingle(const TNuDOMNode& node, std::int64_t depth, bool preserves) {
+        // What stands in no element is not indented, whatever the base level.
+        level_ = depth > 0 ? depth - baseLevel_ : 0;
+        preserves_ = preserves;
+        writeLeaf(node);
+    }
+
+private:
+    /// Writes the start of an element; gives its first child, null when that was all.
+    const TNuDOMNode* openElement(const TNuDOMElement& element) {
+        if (spaceName_ != nullptr) {
+            enterSpace(element);
+        }
+        const NodeName& name = NodeAccess::name(element);
+        if (isBroken()) {
+            if (out_.breaksBeforeElement()) {
+                out_.put("\r\n", Indentation{level_}, "<", name);
+            } else {
+                out_.put(Indentation{level_}, "<", name);
+            }
+        } else {
+            out_.put("<", name);
+        }
+        for (const TNuDOMAttribute& attribute : element.Attributes()) {
+            writeAttribute(attribute);
+        }
+        const TNuDOMNode* child = element.get_firstChild();
+        if (child == nullptr) {
+            out_.put("/>");
+            leaveElement(element);
+        } else {
+            out_.put(">");
+            ++level_;
+            hasElements_ = false;
+        }
+        return child;
+    }
+
+    void closeElement(const TNuDOMElement& element) {
+        --level_;
+        const NodeName& name = NodeAccess::name(element);
+        if (hasElements_ && isBroken()) {
+            out_.put("\r\n", Indentation{level_}, "</", name, ">");
+        } else {
+            out_.put("</", name, ">");
+        }
+        leaveElement(element);
+    }
+
+    void writeAttribute(const TNuDOMAttribute& attribute) {
+        out_.put(" ", NodeAccess::name(attribute), "=\"", NodeAccess::stored(attribute), "\"");
+    }
+
+    void writeLeaf(const TNuDOMNode& node) {
+        switch (node.get_nodeType()) {
+        case host::ATTRIBUTE_NODE:
+            return writeAttribute(static_cast<const TNuDOMAttribute&>(node));
+        case host::TEXT_NODE:
+            return out_.putText(NodeAccess::stored(static_cast<const TNuDOMText&>(node)));
+        case host::CDATA_SECTION_NODE:
+            return writeCData(static_cast<const TNuDOMCDATA&>(node));
+        case host::COMMENT_NODE:
+            return writeComment(static_cast<const TNuDOMComment&>(node));
+        default:
+            return writeInstruction(static_cast<const TNuDOMProcessingInstruction&>(node));
+        }
+    }
+
+    void writeCData(const TNuDOMCDATA& section) {
+        const StoredText& text = NodeAccess::stored(section);
+        if (isBroken()) {
+            out_.put("\r\n", Indentation{level_}, "<![CDATA[", text, "]]>\r\n",
+                     Indentation{level_ - 1});
+        } else {
+            out_.put("<![CDATA[", text, "]]>");
+        }
+    }
+
+    void writeComment(const TNuDOMComment& comment) {
+        // Deliberate: a formatted comment begins a line even first of all and inside elements that
+        // preserve space; only its indentation depends on them.
+        if (isFormatted_) {
+            out_.put("\r\n", Indentation{preserves_ ? 0 : level_});
+        }
+        out_.put("<!--", NodeAccess::stored(comment), "-->");
+    }
+
+    void writeInstruction(const TNuDOMProcessingInstruction& instruction) {
+        // Deliberate: the same here, once the stream holds a few bytes.
+        if (isFormatted_ && out_.breaksBeforeInstruction()) {
+            out_.put("\r\n", Indentation{preserves_ ? 0 : level_});
+        }
+        out_.put("<?", NodeAccess::name(instruction), " ", NodeAccess::stored(instruction), "?>");
+    }
+
+    /// Whether what is written now stands on a line of its own.
+    [[nodiscard]] bool isBroken() const noexcept { return isFormatted_ && !preserves_; }
+
+    /// From here on what the element itself says about space counts.
+    void enterSpace(const TNuDOMElement& element) {
+        if (const TNuDOMAttribute* attribute = findSpaceAttribute(element, *spaceName_)) {
+            outerSpaces_.push_back({&element, preserves_});
+            preserves_ = saysPreserve(*attribute);
+        }
+    }
+
+    void leaveElement(const TNuDOMElement& element) {
+        hasElements_ = true;
+        if (!outerSpaces_.empty() && outerSpaces_.back().element == &element) {
+            preserves_ = outerSpaces_.back().preserves;
+            outerSpaces_.pop_back();
+        }
+    }
+
+    /// What counted around an element that says something about space.
+    struct OuterSpace {
+        const TNuDOMElement* element;
+        bool preserves;
+    };
+
+    Output<Unit>& out_;
+    bool isFormatted_;
+    std::int64_t baseLevel_;
+    /// The name xml:space when the text is formatted and any node has that name.
+    const NodeName* spaceName_;
+
+    /// How far the nodes at this place are indented.
+    std::int64_t level_ = 0;
+    /// Whether space is preserved at this place.
+    bool preserves_ = false;
+    /// Whether there was an element among the children so far.
+    bool hasElements_ = false;
+    std::vector<OuterSpace> outerSpaces_;
+};
+
+} // namespace nu

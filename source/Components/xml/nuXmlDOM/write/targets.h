@@ -1,0 +1,89 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "common/codePage.h"
+#include "host/runtime/exception.h"
+#include "host/runtime/stream.h"
+#include "nuXmlDOM/core/domMessages.h"
+#include "nuXmlDOM/write/outputTarget.h"
+
+namespace nu {
+
+/// UTF-16 at the position of a stream, low byte first.
+class WideStreamTarget final : public OutputTarget<char16_t> {
+public:
+    explicit WideStreamTarget(host::TStream& stream) : stream_(stream) {}
+
+    void take(std::u16string_view block) override {
+        stream_.WriteBuffer(block.data(), block.size() * sizeof(NuXmlChar));
+    }
+    std::int64_t position() override { return stream_.GetPosition(); }
+    std::int64_t size() override { return stream_.GetSize(); }
+    NuXmlChar firstCharacter() override {
+        const std::int64_t position = stream_.GetPosition();
+        unsigned char bytes[2] = {};
+        stream_.SetPosition(0);
+        stream_.ReadBuffer(bytes, sizeof bytes);
+        stream_.SetPosition(position);
+        return static_cast<NuXmlChar>(bytes[0] | bytes[1] << 8);
+    }
+
+private:
+    host::TStream& stream_;
+};
+
+/// UTF-16 in a string.
+class WideStringTarget final : public OutputTarget<char16_t> {
+public:
+    explicit WideStringTarget(NuXmlString& text) : text_(text) {}
+    void take(std::u16string_view block) override { text_ += block; }
+
+private:
+    NuXmlString& text_;
+};
+
+/// UTF-8 at the position of a stream, as if that was its start.
+class Utf8Target final : public OutputTarget<char> {
+public:
+    explicit Utf8Target(host::TStream& stream) : stream_(stream) {}
+    void take(std::string_view block) override { stream_.WriteBuffer(block.data(), block.size()); }
+
+private:
+    host::TStream& stream_;
+};
+
+/// Writes 8-bit text of a code page; throws when the stream takes less.
+inline void writeEightBit(host::TStream& stream, std::string_view text) {
+    if (stream.Write(text.data(), text.size()) < text.size()) {
+        throw host::Exception(cIncompleteWrite);
+    }
+}
+
+/// UTF-8 where that is the code page.
+class EightBitUtf8Target final : public OutputTarget<char> {
+public:
+    explicit EightBitUtf8Target(host::TStream& stream) : stream_(stream) {}
+    void take(std::string_view block) override { writeEightBit(stream_, block); }
+
+private:
+    host::TStream& stream_;
+};
+
+/// A code page of single bytes, which is converted character by character.
+class CodePageTarget final : public OutputTarget<char16_t> {
+public:
+    CodePageTarget(host::TStream& stream, std::uint32_t codePage)
+        : stream_(stream), codePage_(codePage) {}
+    void take(std::u16string_view block) override {
+        writeEightBit(stream_, NuWideStringToAnsiString(block, codePage_));
+    }
+
+private:
+    host::TStream& stream_;
+    std::uint32_t codePage_;
+};
+
+} // namespace nu
