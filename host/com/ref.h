@@ -7,6 +7,10 @@
 
 namespace host {
 
+template <class Object> class Ref;
+template <class Interface, class Object>
+[[nodiscard]] Ref<Interface> queryInterface(Object* object) noexcept;
+
 /// A counted handle: takes a reference when it gets an object, drops it when it lets go.
 ///
 /// Works for everything with _AddRef and _Release. One handle is used by one thread at a time.
@@ -73,7 +77,7 @@ private:
 /// The interface `Interface` of `object`, or an empty handle when the object is null or lacks it.
 /// The object may be an interface or a class that offers several.
 template <class Interface, class Object>
-[[nodiscard]] Ref<Interface> queryInterface(Object* object) noexcept {
+Ref<Interface> queryInterface(Object* object) noexcept {
     void* found = nullptr;
     if (object == nullptr || object->QueryInterface(Interface::Id, &found) != resultOk) {
         return {};

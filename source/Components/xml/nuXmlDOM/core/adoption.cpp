@@ -1,0 +1,37 @@
+#include "nuXmlDOM/core/adoption.h"
+
+#include <cstdint>
+
+#include "nuXmlDOM/core/document.h"
+#include "nuXmlDOM/core/liveLists.h"
+#include "nuXmlDOM/core/nodeAccess.h"
+
+namespace nu {
+
+void adopt(TNuDOMNode& root, TNuDOMDocument& document) {
+    TNuDOMDocument& former = *root.OwnerDocument();
+    // 1. Everything that may fail: the names of the new document, and its hold on the memory.
+    document.memory().retain(former.memory());
+    const auto visit = [&root](auto&& action) {
+        static_cast<void>(NodeAccess::firstInSubtree(root, [&action](const TNuDOMNode& node) {
+            action(const_cast<TNuDOMNode&>(node));
+            return false;
+        }));
+    };
+    visit(
+        [&](TNuDOMNode& node) { static_cast<void>(document.names().get(NodeAccess::name(node))); });
+    // 2. The nodes change their names and their document.
+    std::int64_t held = 0;
+    visit([&](TNuDOMNode& node) {
+        held += NodeAccess::heldCount(node);
+        former.forgetNode(node);
+        NodeAccess::setName(node, document.names().get(NodeAccess::name(node)));
+        document.take(node);
+    });
+    // 3. What is held is counted there from now on.
+    document.lifetime().moveHeld(held);
+    former.lifetime().moveHeld(-held);
+    former.lifetime().collectDocument();
+}
+
+} // namespace nu

@@ -1,0 +1,14 @@
+#pragma once
+
+class TNuDOMDocument;
+class TNuDOMNode;
+
+namespace nu {
+
+/// Moves a node outside of the tree, and everything below it, to another document. Its memory stays
+/// where it is; the new document keeps that of the old one alive. References that are held move
+/// along, so the old document may go. Lists of the old document that are selections lose the nodes.
+/// Throws std::bad_alloc and changes nothing then.
+void adopt(TNuDOMNode& root, TNuDOMDocument& document);
+
+} // namespace nu

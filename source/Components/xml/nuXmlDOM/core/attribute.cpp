@@ -1,0 +1,46 @@
+#include "nuXmlDOM/core/attribute.h"
+
+#include "nuXmlDOM/core/document.h"
+#include "nuXmlDOM/core/element.h"
+#include "nuXmlDOM/core/escapedText.h"
+#include "nuXmlDOM/core/makeNode.h"
+#include "nuXmlDOM/core/namespaces.h"
+#include "nuXmlDOM/core/nodeAccess.h"
+
+const TNuDOMNodeClass TNuDOMAttribute::Class{u"TNuDOMAttribute", host::ATTRIBUTE_NODE,
+                                             nu::createNode<TNuDOMAttribute>};
+
+NuXmlString TNuDOMAttribute::get_nodeValue() const {
+    NuXmlString value;
+    nu::NodeAccess::appendValue(*this, value);
+    return value;
+}
+
+void TNuDOMAttribute::set_nodeValue(std::u16string_view value) {
+    nu::assignEscaped(text_, OwnerDocument()->memory(), value);
+}
+
+bool TNuDOMAttribute::get_IsNamespace() const noexcept {
+    return nu::NodeAccess::name(*this).declaresNamespace();
+}
+
+NuXmlString TNuDOMAttribute::get_prefix() const {
+    return get_IsNamespace() ? NuXmlString(u"xmlns") : TNuDOMNode::get_prefix();
+}
+
+NuXmlString TNuDOMAttribute::get_localName() const {
+    const nu::NodeName& name = nu::NodeAccess::name(*this);
+    return name.declaresNamespace() && !name.hasPrefix() ? NuXmlString()
+                                                         : NuXmlString(name.local());
+}
+
+NuXmlString TNuDOMAttribute::get_namespaceURI() const {
+    const TNuDOMElement* element = get_ownerElement();
+    return get_IsNamespace() || element == nullptr
+               ? NuXmlString()
+               : nu::resolveNamespace(nu::NodeAccess::name(*this), *element);
+}
+
+TNuDOMElement* TNuDOMAttribute::get_ownerElement() const {
+    return nu::NodeAccess::parentElement(*this);
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <string_view>
+
+#include "nuXmlDOM/core/node.h"
+#include "nuXmlDOM/core/storedText.h"
+
+/// An attribute: a name and a value. Its parent is the element that carries it. The value that
+/// operations take and give is the text that is meant; what is kept and written is escaped.
+class NUXML_API TNuDOMAttribute final : public TNuDOMNode {
+public:
+    static const TNuDOMNodeClass Class;
+
+    [[nodiscard]] NuXmlString get_nodeValue() const override;
+    void set_nodeValue(std::u16string_view value) override;
+    [[nodiscard]] NuXmlString get_name() const { return get_nodeName(); }
+    [[nodiscard]] NuXmlString get_value() const { return get_nodeValue(); }
+    void set_value(std::u16string_view value) { set_nodeValue(value); }
+
+    /// "xmlns" for every namespace declaration, also for the default one.
+    [[nodiscard]] NuXmlString get_prefix() const override;
+    /// "" for the declaration of the default namespace.
+    [[nodiscard]] NuXmlString get_localName() const override;
+    /// "" for namespace declarations.
+    /// Deliberate: an attribute without a prefix is in the default namespace in scope, which the
+    /// namespaces standard does not say.
+    [[nodiscard]] NuXmlString get_namespaceURI() const override;
+    /// Whether the attribute declares a namespace.
+    [[nodiscard]] bool get_IsNamespace() const noexcept;
+    /// The element that carries the attribute, or null.
+    [[nodiscard]] TNuDOMElement* get_ownerElement() const;
+    /// Deliberate: always false; the reader does not tell attributes of a document type apart.
+    [[nodiscard]] bool get_specified() const noexcept { return false; }
+
+private:
+    using TNuDOMNode::TNuDOMNode;
+    friend class nu::NodeAccess;
+
+    nu::StoredText text_;
+};

@@ -1,0 +1,239 @@
+#include "nuXmlDOM/core/document.h"
+
+#include <algorithm>
+
+#include "host/runtime/exception.h"
+#include "nuXmlDOM/core/domErrors.h"
+#include "nuXmlDOM/core/domMessages.h"
+#include "nuXmlDOM/core/face.h"
+#include "nuXmlDOM/core/implementation.h"
+#include "nuXmlDOM/core/liveLists.h"
+#include "nuXmlDOM/core/nodeAccess.h"
+
+const TNuDOMNodeClass TNuDOMDocument::Class{u"TNuDOMDocument", host::DOCUMENT_NODE, nullptr};
+
+// Coming and going
+
+TNuDOMDocument::TNuDOMDocument()
+    : TNuDOMNode(shared_, nullptr), names_(memory_), lifetime_(*this), shared_{this} {
+    nu::NodeAccess::setName(*this, names_.nameless());
+}
+
+TNuDOMDocument::~TNuDOMDocument() {
+    // Nodes, names and texts are in the memory of the document and go with it.
+    while (firstLists_ != nullptr) {
+        nu::NodeLists* lists = firstLists_;
+        firstLists_ = lists->next;
+        delete lists;
+    }
+    while (firstResultList_ != nullptr) {
+        delete firstResultList_;
+    }
+}
+
+NuRef<TNuDOMDocument> TNuDOMDocument::Create() { return {new TNuDOMDocument}; }
+
+void TNuDOMDocument::Destroy() {
+    if (lifetime_.held() != 0) {
+        throw host::EInvalidPointer(nu::cStillHeld);
+    }
+    delete this;
+}
+
+void TNuDOMDocument::Clear() {
+    // Without this the document could go with the last held node that is taken out.
+    const NuRef<TNuDOMDocument> self(this);
+    if (documentElement_ != nullptr) {
+        documentElement_->_delete();
+    }
+    if (documentElement_ != nullptr) {
+        host::failAssertion(nu::cAssertionFailure, nu::cDomLocation, __LINE__);
+    }
+    while (TNuDOMNode* node = topLevel_.last()) {
+        if (nu::NodeAccess::heldCount(*node) != 0) {
+            throw host::EInvalidPointer(nu::cStillHeld);
+        }
+        node->_delete();
+    }
+}
+
+nu::NodeLists* TNuDOMDocument::makeLists(TNuDOMNode& node) {
+    auto* lists = new nu::NodeLists(node);
+    enterLists(*lists);
+    return lists;
+}
+
+void TNuDOMDocument::enterLists(nu::NodeLists& lists) noexcept {
+    lists.previous = nullptr;
+    lists.next = firstLists_;
+    if (firstLists_ != nullptr) {
+        firstLists_->previous = &lists;
+    }
+    firstLists_ = &lists;
+}
+
+void TNuDOMDocument::removeLists(nu::NodeLists& lists) noexcept {
+    (lists.previous != nullptr ? lists.previous->next : firstLists_) = lists.next;
+    if (lists.next != nullptr) {
+        lists.next->previous = lists.previous;
+    }
+}
+
+void TNuDOMDocument::enterResultList(TNuDOMNodeList& list) noexcept {
+    list.next_ = firstResultList_;
+    if (firstResultList_ != nullptr) {
+        firstResultList_->previous_ = &list;
+    }
+    firstResultList_ = &list;
+}
+
+void TNuDOMDocument::leaveResultList(TNuDOMNodeList& list) noexcept {
+    (list.previous_ != nullptr ? list.previous_->next_ : firstResultList_) = list.next_;
+    if (list.next_ != nullptr) {
+        list.next_->previous_ = list.previous_;
+    }
+}
+
+void TNuDOMDocument::freeExtras(nu::NodeExtras& extras) noexcept {
+    if (extras.lists != nullptr) {
+        removeLists(*extras.lists);
+        delete extras.lists;
+    }
+    if (extras.face != nullptr) {
+        memory_.release(extras.face, extras.face->size());
+    }
+    memory_.release(&extras, sizeof(nu::NodeExtras));
+}
+
+void TNuDOMDocument::take(TNuDOMNode& node) noexcept {
+    nu::NodeExtras* extras = nu::NodeAccess::extrasIfAny(node);
+    if (extras == nullptr) {
+        node.context_ = &shared_;
+        return;
+    }
+    if (extras->lists != nullptr) {
+        extras->document->removeLists(*extras->lists);
+        enterLists(*extras->lists);
+    }
+    extras->document = this;
+}
+
+void TNuDOMDocument::noteRefused(TNuDOMNode& node) noexcept {
+    try {
+        refused_.push_back(&node);
+    } catch (...) {
+        nu::NodeAccess::setParent(node, nullptr); // what is not noted must not point anywhere
+        node.clearFlag(nu::isRefused);
+    }
+}
+
+void TNuDOMDocument::forgetRefused(TNuDOMNode& node) noexcept {
+    refused_.erase(std::remove(refused_.begin(), refused_.end(), &node), refused_.end());
+    node.clearFlag(nu::isRefused);
+}
+
+void TNuDOMDocument::forgetNode(TNuDOMNode& node) noexcept {
+    if (node.hasFlag(nu::isCandidate)) {
+        lifetime_.withdraw(node);
+    }
+    if (node.hasFlag(nu::isInResultList)) {
+        for (TNuDOMNodeList* list = firstResultList_; list != nullptr; list = list->next_) {
+            list->forgetNode(node);
+        }
+        node.clearFlag(nu::isInResultList);
+    }
+    if (refused_.empty()) {
+        return;
+    }
+    if (node.hasFlag(nu::isRefused)) {
+        forgetRefused(node);
+    }
+    for (TNuDOMNode* other : refused_) {
+        if (other->get_parentNode() == &node) {
+            nu::NodeAccess::setParent(*other, nullptr);
+        }
+    }
+}
+
+// Children
+
+void TNuDOMDocument::_addChild(TNuDOMNode& child, TNuDOMPosition position, TNuDOMNode* reference) {
+    // 1. The document element; its position is its own.
+    if (auto* element = nu::NodeAccess::as<TNuDOMElement>(&child)) {
+        if (documentElement_ != nullptr) {
+            throw ENuDomHierarchyRequest(nu::cOneRootNode);
+        }
+        documentElement_ = element;
+    } else if (nu::NodeAccess::is<TNuDOMComment>(child) ||
+               nu::NodeAccess::is<TNuDOMProcessingInstruction>(child)) {
+        // 2. Instructions and comments; those at the document element go to the end.
+        TNuDOMNode* place = nullptr;
+        if (position == rdpFirst) {
+            place = topLevel_.first();
+        } else if (position != rdpLast && reference == nullptr) {
+            throw ENuDomException(nu::cReferenceRequired);
+        } else if (position != rdpLast && reference != documentElement_) {
+            const bool isKnown = reference != &child && reference->get_parentNode() == this &&
+                                 nu::NodeAccess::isLinked(*reference);
+            if (!isKnown && position == rdpBefore) {
+                host::raiseListIndex(-1);
+            }
+            // Deliberate: behind a reference that is not there, a node becomes the first.
+            place = !isKnown                ? topLevel_.first()
+                    : position == rdpBefore ? reference
+                                            : nu::NodeChain::next(*reference);
+        }
+        topLevel_.insert(child, place);
+    } else {
+        raiseNoParentOf(child);
+    }
+    if (nu::NodeLists* lists = listsIfAny()) {
+        lists->childChanged(child, true, false);
+    }
+}
+
+void TNuDOMDocument::_removeChild(TNuDOMNode& child) {
+    if (&child == documentElement_) {
+        documentElement_ = nullptr;
+    } else {
+        topLevel_.remove(child);
+    }
+    if (nu::NodeLists* lists = listsIfAny()) {
+        lists->childChanged(child, false, false);
+    }
+}
+
+void TNuDOMDocument::appendChild(TNuDOMNode& child) { child._linkToParent(this, rdpLast, nullptr); }
+
+void TNuDOMDocument::insertBefore(TNuDOMNode& child, TNuDOMNode* reference) {
+    child._linkToParent(this, rdpBefore, reference);
+}
+
+NuRef<TNuDOMNode> TNuDOMDocument::removeChild(TNuDOMNode& child) {
+    NuRef<TNuDOMNode> taken(&child);
+    child._linkToParent(nullptr, rdpLast, nullptr);
+    return taken;
+}
+
+void TNuDOMDocument::set_documentElement(TNuDOMElement& element) {
+    if (documentElement_ != nullptr) {
+        throw ENuDomNoModificationAllowed(nu::cRootNodeIsFixed);
+    }
+    element._linkToParent(this, rdpLast, nullptr);
+}
+
+NuXmlString TNuDOMDocument::get_nodeName() const { return u"#document"; }
+
+TNuDOMNodeList& TNuDOMDocument::get_childNodes() { return lists().childNodes(); }
+
+TNuDOMNode* TNuDOMDocument::get_firstChild() const {
+    return !topLevel_.empty() ? topLevel_.first() : documentElement_;
+}
+
+TNuDOMNode* TNuDOMDocument::get_lastChild() const {
+    return documentElement_ != nullptr ? documentElement_ : topLevel_.last();
+}
+
+NuRef<TNuDOMImplementation> TNuDOMDocument::get_domImplementation() const {
+    return TNuDOMImplementation::Create();
+}

@@ -1,0 +1,220 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string_view>
+#include <vector>
+
+#include "host/com/stream.h"
+#include "host/dom/extensions.h"
+#include "host/runtime/stream.h"
+#include "nuXmlDOM/core/adoption.h"
+#include "nuXmlDOM/core/characterData.h"
+#include "nuXmlDOM/core/documentMemory.h"
+#include "nuXmlDOM/core/element.h"
+#include "nuXmlDOM/core/lifetime.h"
+#include "nuXmlDOM/core/nameTable.h"
+#include "nuXmlDOM/core/node.h"
+
+class TNuDOMImplementation;
+class TNuSaxToDomHandler;
+
+/// A document: the root of a tree, and what makes and owns all nodes of it.
+///
+/// Right below it stand one element at most, the document element, and processing instructions and
+/// comments. Hold a document in a handle (NuRef): it goes with the last handle or interface to
+/// anything in it. One document is for one thread at a time, apart from taking and dropping
+/// references.
+class NUXML_API TNuDOMDocument final : public TNuDOMNode {
+public:
+    static const TNuDOMNodeClass Class;
+
+    /// An empty document.
+    [[nodiscard]] static NuRef<TNuDOMDocument> Create();
+    /// Destroys the document although nobody has let go of it. Throws host::EInvalidPointer, and
+    /// changes nothing, when a reference to anything in it is held.
+    void Destroy();
+
+    /// \name The document element
+    /// @{
+    [[nodiscard]] TNuDOMElement* GetRootNode() const noexcept { return documentElement_; }
+    [[nodiscard]] TNuDOMElement* get_rootNode() const noexcept { return documentElement_; }
+    [[nodiscard]] TNuDOMElement* get_documentElement() const noexcept { return documentElement_; }
+    /// Throws ENuDomNoModificationAllowed when there is one.
+    void set_documentElement(TNuDOMElement& element);
+    /// Makes the document element. Throws ENuDomHierarchyRequest when there is one.
+    TNuDOMElement& CreateRootNode(std::u16string_view name);
+    TNuDOMElement& CreateRootNode(std::u16string_view name, std::u16string_view namespaceURI);
+    /// Takes everything out of the document. Throws host::EInvalidPointer before an instruction or
+    /// comment that is held.
+    void Clear();
+    /// @}
+
+    /// \name Making nodes
+    /// Nodes outside of the tree, until they are put somewhere. Names throw as
+    /// TNuDOMNode::set_nodeName does, values as the set_nodeValue of the kind.
+    /// @{
+    [[nodiscard]] NuRef<TNuDOMElement> createElement(std::u16string_view name);
+    [[nodiscard]] NuRef<TNuDOMElement> createElementNS(std::u16string_view namespaceURI,
+                                                       std::u16string_view qualifiedName);
+    [[nodiscard]] NuRef<TNuDOMAttribute> createAttribute(std::u16string_view name);
+    [[nodiscard]] NuRef<TNuDOMAttribute> createAttributeNS(std::u16string_view namespaceURI,
+                                                           std::u16string_view qualifiedName);
+    [[nodiscard]] NuRef<TNuDOMText> createTextNode(std::u16string_view data);
+    [[nodiscard]] NuRef<TNuDOMComment> createComment(std::u16string_view data);
+    [[nodiscard]] NuRef<TNuDOMCDATA> createCDATASection(std::u16string_view data);
+    [[nodiscard]] NuRef<TNuDOMProcessingInstruction>
+    createProcessingInstruction(std::u16string_view target, std::u16string_view data);
+    /// Never supported.
+    void createDocumentFragment();
+    void createEntityReference(std::u16string_view name);
+    void get_doctype() const;
+    NuRef<TNuDOMNode> importNode(TNuDOMNode& node, bool deep);
+
+    /// Makes a node of a class that has a name and puts it below `parent`, if there is one.
+    TNuDOMNode& _CreateNode(const TNuDOMNodeClass& nodeClass, std::u16string_view name,
+                            std::u16string_view namespaceURI, TNuDOMNode* parent,
+                            TNuDOMPosition position, TNuDOMNode* reference);
+    /// Makes a node of a class of character data and puts it below `parent`, if there is one.
+    TNuDOMCharacterData& _CreateCharacterData(const TNuDOMNodeClass& nodeClass,
+                                              std::u16string_view value, TNuDOMNode* parent,
+                                              TNuDOMPosition position, TNuDOMNode* reference);
+    TNuDOMElement& _CreateElement(std::u16string_view name, std::u16string_view namespaceURI,
+                                  TNuDOMNode* parent, TNuDOMPosition position,
+                                  TNuDOMNode* reference);
+    /// @}
+
+    /// \name Processing instructions right below the document
+    /// @{
+    /// The data of the first one of that target, "" without one.
+    [[nodiscard]] NuXmlString GetProcessingInstruction(std::u16string_view target) const;
+    /// Sets the data of the first one of that target, or makes one: at the front for "xml", in any
+    /// letter case, else at the end.
+    void SetProcessingInstruction(std::u16string_view target, std::u16string_view data);
+    void AddProcessingInstruction(std::u16string_view target, std::u16string_view data);
+    /// @}
+
+    /// \name Finding elements
+    /// @{
+    /// The first element with an attribute whose local name is "id" and whose value is `id`, both
+    /// in any letter case; in the order of a path "//*".
+    [[nodiscard]] TNuDOMElement* getElementById(std::u16string_view id);
+    [[nodiscard]] NuRef<TNuDOMElementList> getElementsByTagName(std::u16string_view name);
+    [[nodiscard]] NuRef<TNuDOMElementList> getElementsByTagNameNS(std::u16string_view namespaceURI,
+                                                                  std::u16string_view localName);
+    [[nodiscard]] NuRef<TNuDOMElementList> CreateElementList(std::u16string_view path,
+                                                             TNuDOMSelectOptions options = {});
+    TNuDOMElement* SelectSingleElement(std::u16string_view path, TNuDOMSelectOptions options = {});
+    /// @}
+
+    /// \name Loading
+    /// Deliberate: only loadxml and set_innerxml clear the document before; the others put what
+    /// they read behind what is there, so a second document element throws ENuDomHierarchyRequest.
+    /// What is wrong with the XML throws as TNuSAXXMLReader::Parse does; what was read before
+    /// stays.
+    /// @{
+    /// Throws host::EReadError when there is no such file.
+    bool LoadFromFile(const std::filesystem::path& fileName);
+    /// From the position of the stream on.
+    bool LoadFromStream(host::TStream& stream);
+    bool loadFromStream(host::IStream* stream);
+    bool loadxml(std::u16string_view xml);
+    /// XML text (it begins with "<"), the name of a file, or a stream.
+    bool load(const host::DOMSource& source);
+    /// Always 0: loading is done when the call is.
+    [[nodiscard]] std::int32_t asyncLoadState() const noexcept { return 0; }
+    /// Whether the document is being loaded.
+    [[nodiscard]] bool IsLoading() const noexcept { return isLoading_; }
+    /// @}
+
+    /// \name Saving
+    /// In the encoding that the document's XML declaration names: UTF-8, UTF-16 (or UCS), else the
+    /// 8-bit code page of the system.
+    /// @{
+    /// The encoding of the declaration in lower case, "" without one.
+    [[nodiscard]] NuXmlString GetEncoding() const;
+    void SaveToStream(host::TStream& stream) { SaveToStream(stream, false, false); }
+    /// Throws host::Exception ("Failed to write all the data!") when an 8-bit save is cut short,
+    /// and what the stream throws.
+    void SaveToStream(host::TStream& stream, bool formatted, bool writeByteOrderMark);
+    void SaveToStream(host::IStream* stream);
+    /// Replaces the file when everything is written; after a failure the old file is there as it
+    /// was. Begins with a byte-order mark.
+    void SaveToFile(const std::filesystem::path& fileName, bool formatted);
+    void save(std::u16string_view fileName);
+    /// @}
+
+    /// A new object that tells what the implementation can do.
+    [[nodiscard]] NuRef<TNuDOMImplementation> get_domImplementation() const;
+
+    // TNuDOMNode
+    [[nodiscard]] NuXmlString get_nodeName() const override;
+    void set_innerxml(std::u16string_view xml) override;
+    /// The instructions and comments, then the document element.
+    [[nodiscard]] TNuDOMNodeList& get_childNodes() override;
+    [[nodiscard]] TNuDOMNode* get_firstChild() const override;
+    [[nodiscard]] TNuDOMNode* get_lastChild() const override;
+    [[nodiscard]] bool hasChildNodes() const override { return get_firstChild() != nullptr; }
+    [[nodiscard]] TNuDOMNode* FirstChild() const override { return get_firstChild(); }
+    [[nodiscard]] TNuDOMNode* LastChild() const override { return get_lastChild(); }
+    void appendChild(TNuDOMNode& child) override;
+    void insertBefore(TNuDOMNode& child, TNuDOMNode* reference) override;
+    NuRef<TNuDOMNode> removeChild(TNuDOMNode& child) override;
+    NuRef<TNuDOMNodeList> CreateNodeList(std::u16string_view path,
+                                         TNuDOMSelectOptions options = {}) override;
+    TNuDOMNode* SelectSingleNode(std::u16string_view path,
+                                 TNuDOMSelectOptions options = {}) override;
+
+    /// \cond internal
+    [[nodiscard]] nu::DocumentMemory& memory() noexcept { return memory_; }
+    [[nodiscard]] nu::NameTable& names() noexcept { return names_; }
+    [[nodiscard]] nu::DocumentLifetime& lifetime() noexcept { return lifetime_; }
+    /// \endcond
+
+private:
+    friend class TNuDOMObject;
+    friend class TNuDOMNode;
+    friend class TNuDOMNodeList;
+    friend class nu::DocumentLifetime;
+    friend class ::TNuSaxToDomHandler;
+    friend class nu::NodeAccess;
+    friend void nu::adopt(TNuDOMNode& root, TNuDOMDocument& document);
+
+    TNuDOMDocument();
+    ~TNuDOMDocument();
+
+    void _addChild(TNuDOMNode& child, TNuDOMPosition position, TNuDOMNode* reference) override;
+    void _removeChild(TNuDOMNode& child) override;
+    [[nodiscard]] nu::NodeLists* makeLists(TNuDOMNode& node);
+    void enterLists(nu::NodeLists& lists) noexcept;
+    void removeLists(nu::NodeLists& lists) noexcept;
+    void enterResultList(TNuDOMNodeList& list) noexcept;
+    void leaveResultList(TNuDOMNodeList& list) noexcept;
+    void noteRefused(TNuDOMNode& node) noexcept;
+    void forgetRefused(TNuDOMNode& node) noexcept;
+    /// Makes a node of another document one of this.
+    void take(TNuDOMNode& node) noexcept;
+    /// A node goes or leaves the document: nothing refers to it any more.
+    void forgetNode(TNuDOMNode& node) noexcept;
+    void freeExtras(nu::NodeExtras& extras) noexcept;
+    [[nodiscard]] TNuDOMProcessingInstruction* findInstruction(std::u16string_view target) const;
+    template <class Node>
+    NuRef<Node> createNamed(std::u16string_view name, std::u16string_view uri);
+    template <class Node> NuRef<Node> createText(std::u16string_view data);
+
+    // Everything below is made in and goes back to it, so it comes first.
+    nu::DocumentMemory memory_;
+    nu::NameTable names_;
+    nu::DocumentLifetime lifetime_;
+    nu::ObjectContext shared_;
+
+    nu::NodeChain topLevel_;
+    TNuDOMElement* documentElement_ = nullptr;
+    bool isLoading_ = false;
+
+    /// What has to be told when nodes go, or goes with the document.
+    nu::NodeLists* firstLists_ = nullptr;
+    TNuDOMNodeList* firstResultList_ = nullptr;
+    /// Nodes outside of the tree whose parent has refused them.
+    std::vector<TNuDOMNode*> refused_;
+};

@@ -1,0 +1,174 @@
+#include "nuXmlDOM/core/documentMemory.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstdlib>
+#include <limits>
+#include <new>
+
+namespace nu {
+
+namespace {
+
+constexpr std::size_t smallestBlock = 4096;
+constexpr std::size_t largestBlock = std::size_t{1} << 20;
+
+/// 256 is the first power of two with a list.
+constexpr std::size_t powerIndex(std::size_t size) noexcept {
+    return static_cast<std::size_t>(std::bit_width(size)) - 9;
+}
+
+} // namespace
+
+/// The blocks themselves, which documents share after nodes have moved from one to another.
+class DocumentMemory::Blocks {
+public:
+    Blocks() = default;
+    Blocks(const Blocks&) = delete;
+    Blocks& operator=(const Blocks&) = delete;
+    ~Blocks() {
+        for (std::byte* block : blocks_) {
+            std::free(block);
+        }
+        while (own_ != nullptr) {
+            std::free(std::exchange(own_, own_->next));
+        }
+    }
+
+    /// A new block for many pieces; its size follows what the document holds already, so that at
+    /// most about a tenth stands empty.
+    std::byte* addBlock(std::size_t needed, std::size_t& size) {
+        size = rounded(std::clamp(total_ / 8, smallestBlock, largestBlock));
+        size = std::max(size, needed);
+        blocks_.reserve(blocks_.size() + 1);
+        auto* block = static_cast<std::byte*>(obtain(size));
+        blocks_.push_back(block);
+        total_ += size;
+        return block;
+    }
+
+    /// A block for one piece alone.
+    void* addOwn(std::size_t size) {
+        if (size > std::numeric_limits<std::size_t>::max() - sizeof(OwnBlock)) {
+            throw std::bad_alloc();
+        }
+        auto* block = new (obtain(sizeof(OwnBlock) + size)) OwnBlock{nullptr, own_, this};
+        if (own_ != nullptr) {
+            own_->previous = block;
+        }
+        own_ = block;
+        return block + 1;
+    }
+
+    /// Frees a block of addOwn when it is one of these. Blocks that came with nodes from another
+    /// document stay until that document's memory goes, which may be in use by another thread.
+    void removeOwn(void* piece) noexcept {
+        OwnBlock* block = static_cast<OwnBlock*>(piece) - 1;
+        if (block->owner != this) {
+            return;
+        }
+        (block->previous != nullptr ? block->previous->next : own_) = block->next;
+        if (block->next != nullptr) {
+            block->next->previous = block->previous;
+        }
+        std::free(block);
+    }
+
+private:
+    struct OwnBlock {
+        OwnBlock* previous;
+        OwnBlock* next;
+        Blocks* owner;
+    };
+
+    static void* obtain(std::size_t size) {
+        void* memory = std::malloc(size);
+        if (memory == nullptr) {
+            throw std::bad_alloc();
+        }
+        return memory;
+    }
+
+    std::vector<std::byte*> blocks_;
+    OwnBlock* own_ = nullptr;
+    std::size_t total_ = 0;
+};
+
+DocumentMemory::DocumentMemory() : blocks_(std::make_shared<Blocks>()) {}
+
+DocumentMemory::~DocumentMemory() = default;
+
+void* DocumentMemory::allocateSlow(std::size_t needed) {
+    if (needed >= smallestOwn) {
+        return blocks_->addOwn(needed);
+    }
+    if (void* piece = reusePiece(needed)) {
+        return piece;
+    }
+    if (needed > static_cast<std::size_t>(end_ - free_)) {
+        startBlock(needed);
+    }
+    return std::exchange(free_, free_ + needed);
+}
+
+void* DocumentMemory::reusePiece(std::size_t needed) noexcept {
+    if (needed <= largestExact) {
+        return nullptr;
+    }
+    // Of the list for its own power of two only the first few pieces are looked at: a size that
+    // comes and goes again and again is among them. Further on the first piece is large enough.
+    constexpr int mostLooks = 8;
+    for (std::size_t index = powerIndex(needed); index < powerCount; ++index) {
+        FreePiece** place = &powers_[index];
+        for (int looks = 0; *place != nullptr && looks < mostLooks; ++looks) {
+            FreePiece* piece = *place;
+            if (piece->size >= needed) {
+                *place = piece->next;
+                if (piece->size > needed) {
+                    release(reinterpret_cast<std::byte*>(piece) + needed, piece->size - needed);
+                }
+                return piece;
+            }
+            place = &piece->next;
+        }
+    }
+    return nullptr;
+}
+
+void DocumentMemory::startBlock(std::size_t needed) {
+    std::size_t size = 0;
+    std::byte* block = blocks_->addBlock(needed, size);
+    if (free_ != end_) {
+        release(free_, static_cast<std::size_t>(end_ - free_));
+    }
+    free_ = block;
+    end_ = block + size;
+}
+
+void DocumentMemory::release(void* piece, std::size_t size) noexcept {
+    const std::size_t used = rounded(size);
+    if (used >= smallestOwn) {
+        blocks_->removeOwn(piece);
+        return;
+    }
+    auto* free = static_cast<FreePiece*>(piece);
+    FreePiece*& list = used <= largestExact ? exact_[used / granule] : powers_[powerIndex(used)];
+    free->next = list;
+    if (used > largestExact) {
+        free->size = used;
+    }
+    list = free;
+}
+
+void DocumentMemory::retain(const DocumentMemory& other) {
+    const auto keep = [this](const std::shared_ptr<Blocks>& blocks) {
+        if (blocks != blocks_ &&
+            std::find(retained_.begin(), retained_.end(), blocks) == retained_.end()) {
+            retained_.push_back(blocks);
+        }
+    };
+    keep(other.blocks_);
+    std::for_each(other.retained_.begin(), other.retained_.end(), keep);
+}
+
+} // namespace nu

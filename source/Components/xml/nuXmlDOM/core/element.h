@@ -1,0 +1,188 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+#include "nuXmlDOM/core/attribute.h"
+#include "nuXmlDOM/core/characterData.h"
+#include "nuXmlDOM/core/node.h"
+#include "nuXmlDOM/core/nodeList.h"
+#include "nuXmlDOM/core/nodeRange.h"
+
+/// An element: the only kind of node with attributes, and with children of all kinds.
+///
+/// Lookups by name take the first match in order. Their options (TNuDOMSelectOptions) say whether
+/// letter case and prefix count and what happens when nothing matches; without soCreate and soRaise
+/// the result is then null.
+class NUXML_API TNuDOMElement final : public TNuDOMNode {
+public:
+    static const TNuDOMNodeClass Class;
+
+    /// \name Names and namespaces
+    /// @{
+    [[nodiscard]] NuXmlString get_tagName() const { return get_nodeName(); }
+    [[nodiscard]] NuXmlString get_namespaceURI() const override;
+    /// The first declaration of the namespace `uri` on this element or, when `recursive`, on the
+    /// nearest element around it; null when there is none.
+    [[nodiscard]] TNuDOMAttribute* FindNamespace(std::u16string_view uri, bool recursive) const;
+    /// The same for the declaration of that prefix; "" is the default namespace.
+    [[nodiscard]] TNuDOMAttribute* FindNamespace(std::u16string_view uri,
+                                                 std::u16string_view prefix, bool recursive) const;
+    /// @}
+
+    /// \name Attributes
+    /// soCreate makes the attribute under the name as given; soRaise throws ENuDomNotFound.
+    /// @{
+    TNuDOMAttribute* getAttributeNodeObj(std::u16string_view name,
+                                         TNuDOMSelectOptions options = {});
+    /// By local name and resolved namespace. soIgnoreNamespace changes nothing.
+    TNuDOMAttribute* getAttributeNodeObj(std::u16string_view localName,
+                                         std::u16string_view namespaceURI,
+                                         TNuDOMSelectOptions options);
+    TNuDOMAttribute* AttribNodeByName(std::u16string_view name, TNuDOMSelectOptions options = {});
+    /// The value, "" without the attribute.
+    NuXmlString AttributeByName(std::u16string_view name, TNuDOMSelectOptions options = {});
+    NuXmlString AttributeByName(std::u16string_view localName, std::u16string_view namespaceURI,
+                                TNuDOMSelectOptions options);
+
+    [[nodiscard]] NuXmlString getAttribute(std::u16string_view name) const;
+    [[nodiscard]] TNuDOMAttribute* getAttributeNode(std::u16string_view name) const;
+    [[nodiscard]] NuXmlString getAttributeNS(std::u16string_view namespaceURI,
+                                             std::u16string_view localName) const;
+    [[nodiscard]] TNuDOMAttribute* getAttributeNodeNS(std::u16string_view namespaceURI,
+                                                      std::u16string_view localName) const;
+    [[nodiscard]] bool HasAttribute(std::u16string_view name) const;
+    [[nodiscard]] bool HasAttributeNS(std::u16string_view namespaceURI,
+                                      std::u16string_view localName) const;
+    void setAttribute(std::u16string_view name, std::u16string_view value);
+    /// Sets the attribute of that namespace and local name, else the one of that qualified name;
+    /// makes it without either.
+    void setAttributeNS(std::u16string_view namespaceURI, std::u16string_view qualifiedName,
+                        std::u16string_view value);
+    /// Puts an attribute behind the others.
+    /// Deliberate: one of the same name is not replaced; both are there and written.
+    void setAttributeNode(TNuDOMAttribute& attribute);
+    void setAttributeNodeNS(TNuDOMAttribute& attribute) { setAttributeNode(attribute); }
+    void removeAttribute(std::u16string_view name);
+    void removeAttributeNS(std::u16string_view namespaceURI, std::u16string_view localName);
+    /// Deliberate: takes away the first attribute of this one's name, even if that is another.
+    void removeAttributeNode(const TNuDOMAttribute& attribute);
+
+    [[nodiscard]] TNuDOMAttrList& get_attributes() override;
+    /// The attributes for a range-based for loop.
+    [[nodiscard]] TNuDOMRange<TNuDOMAttribute> Attributes() const noexcept {
+        return TNuDOMRange<TNuDOMAttribute>(attributes_.first());
+    }
+    /// @}
+
+    /// \name Making children
+    /// @{
+    TNuDOMElement& AddElement(std::u16string_view name);
+    TNuDOMElement& AddElement(std::u16string_view name, std::u16string_view namespaceURI);
+    TNuDOMElement& InsertElement(std::u16string_view name, TNuDOMPosition position,
+                                 TNuDOMNode* reference);
+    TNuDOMElement& InsertElement(std::u16string_view name, std::u16string_view namespaceURI,
+                                 TNuDOMPosition position, TNuDOMNode* reference);
+    TNuDOMComment& AddComment(std::u16string_view text);
+    TNuDOMComment& InsertComment(std::u16string_view text, TNuDOMPosition position,
+                                 TNuDOMNode* reference);
+    TNuDOMCDATA& AddCDATA(std::u16string_view text);
+    TNuDOMCDATA& InsertCDATA(std::u16string_view text, TNuDOMPosition position,
+                             TNuDOMNode* reference);
+    /// @}
+
+    /// \name Finding and removing children
+    /// soCreate makes the element under the name as given; soRaise throws ENuDomException.
+    /// @{
+    TNuDOMElement* GetChildElement(std::u16string_view name, TNuDOMSelectOptions options = {});
+    /// By local name and resolved namespace.
+    /// Deliberate: soCreate adds no declaration. Unless `namespaceURI` is declared in scope for the
+    /// name, the new element is in another namespace and is not found again.
+    TNuDOMElement* GetChildElement(std::u16string_view name, std::u16string_view namespaceURI,
+                                   TNuDOMSelectOptions options);
+    /// The only element at `path`, without regard to letter case and namespace. Throws when there
+    /// is none, or more than one.
+    TNuDOMElement& GetChildElementEx(std::u16string_view path);
+    /// Takes the first child element of that name out of the tree; an empty handle without one.
+    NuRef<TNuDOMElement> RemoveElement(std::u16string_view name);
+    NuRef<TNuDOMElement> RemoveElement(std::u16string_view name, std::u16string_view namespaceURI);
+    /// Takes the element out of the tree, whatever its parent is.
+    NuRef<TNuDOMElement> RemoveElement(TNuDOMElement& element);
+
+    [[nodiscard]] TNuDOMElement* FirstChildElement() const;
+    /// Throws host::EInvalidCast when the parent is the document; null without a parent.
+    [[nodiscard]] TNuDOMElement* GetParentElement() const;
+    /// The position among the child elements of the parent; 0 when that is no element.
+    [[nodiscard]] std::ptrdiff_t get_index() const;
+    /// The child elements as a list that follows the changes of the tree.
+    [[nodiscard]] TNuDOMElementList& get_childElements();
+    /// The children for a range-based for loop.
+    [[nodiscard]] TNuDOMRange<TNuDOMNode> ChildNodes() const noexcept {
+        return TNuDOMRange<TNuDOMNode>(children_.first());
+    }
+    /// The child elements for a range-based for loop, in the order of the document.
+    [[nodiscard]] TNuDOMRange<TNuDOMElement> ChildElements() const noexcept {
+        return TNuDOMRange<TNuDOMElement>(children_.first());
+    }
+    /// The elements below this one of that name, in the order of a path "//name"; "*" is any name.
+    [[nodiscard]] NuRef<TNuDOMElementList> getElementsByTagName(std::u16string_view name);
+    [[nodiscard]] NuRef<TNuDOMElementList> getElementsByTagNameNS(std::u16string_view namespaceURI,
+                                                                  std::u16string_view localName);
+    /// @}
+
+    /// \name Text
+    /// @{
+    /// The texts and CDATA sections right below the element, joined.
+    [[nodiscard]] NuXmlString get_nodeValue() const override;
+    /// Puts one text in place of all texts and CDATA sections right below the element; none when
+    /// `value` is empty.
+    void set_nodeValue(std::u16string_view value) override;
+    [[nodiscard]] NuXmlString get_text() const override { return get_nodeValue(); }
+    void set_text(std::u16string_view text) override { set_nodeValue(text); }
+    /// The CDATA sections right below the element, joined.
+    [[nodiscard]] NuXmlString GetCDATA() const;
+    /// Whether white space is to be kept: the nearest attribute xml:space, here or further up, is
+    /// "preserve" in any letter case.
+    [[nodiscard]] bool GetPreserveSpace() const;
+    /// Writes xml:space="preserve" or "default".
+    /// Deliberate: the name lacks an r; applications know it so.
+    void SetPreseveSpace(bool preserve);
+    /// @}
+
+    // TNuDOMNode
+    void set_innerxml(std::u16string_view xml) override;
+    [[nodiscard]] TNuDOMNodeList& get_childNodes() override;
+    [[nodiscard]] TNuDOMNode* get_firstChild() const override { return children_.first(); }
+    [[nodiscard]] TNuDOMNode* get_lastChild() const override { return children_.last(); }
+    [[nodiscard]] TNuDOMNode* get_previousSibling() const override;
+    [[nodiscard]] TNuDOMNode* get_nextSibling() const override;
+    [[nodiscard]] bool hasChildNodes() const override { return !children_.empty(); }
+    [[nodiscard]] TNuDOMNode* FirstChild() const override { return children_.first(); }
+    [[nodiscard]] TNuDOMNode* LastChild() const override { return children_.last(); }
+    void appendChild(TNuDOMNode& child) override;
+    void insertBefore(TNuDOMNode& child, TNuDOMNode* reference) override;
+    NuRef<TNuDOMNode> removeChild(TNuDOMNode& child) override;
+    NuRef<TNuDOMNodeList> CreateNodeList(std::u16string_view path,
+                                         TNuDOMSelectOptions options = {}) override;
+    TNuDOMNode* SelectSingleNode(std::u16string_view path,
+                                 TNuDOMSelectOptions options = {}) override;
+    /// A new list of the elements at `path`, in the order of selection.
+    [[nodiscard]] NuRef<TNuDOMElementList> CreateElementList(std::u16string_view path,
+                                                             TNuDOMSelectOptions options = {});
+    /// The only element at `path`; null without one. Throws ENuDomException when there are more.
+    TNuDOMElement* SelectSingleElement(std::u16string_view path, TNuDOMSelectOptions options = {});
+
+private:
+    using TNuDOMNode::TNuDOMNode;
+    friend class nu::NodeAccess;
+
+    void _addChild(TNuDOMNode& child, TNuDOMPosition position, TNuDOMNode* reference) override;
+    void _removeChild(TNuDOMNode& child) override;
+    /// From now on the child elements have an order of their own, whatever moves in the tree.
+    void keepElementOrder();
+    void placeInElementOrder(TNuDOMElement& child, TNuDOMPosition position,
+                             TNuDOMNode* besideElement, bool isReferenceKnown);
+
+    nu::NodeChain children_;
+    nu::NodeChain attributes_;
+};

@@ -1,0 +1,114 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "nuXmlDOM/core/documentMemory.h"
+#include "nuXmlParser/chars.h"
+
+class TNuDOMAttribute;
+class TNuDOMElement;
+
+namespace nu {
+
+/// The name of nodes: prefix, local name and the namespace URI that was given at their creation.
+/// There is one object for each such name in a document, so equal names are equal pointers.
+class NodeName {
+public:
+    static constexpr std::uint32_t noPrefix = 0xFFFFFFFF;
+
+    /// Prefix, colon and local name as far as they are there; empty without a local name.
+    [[nodiscard]] std::u16string_view qualified() const noexcept {
+        return hasLocal ? std::u16string_view(text, length) : std::u16string_view();
+    }
+    [[nodiscard]] bool hasPrefix() const noexcept { return prefixLength != noPrefix; }
+    [[nodiscard]] std::u16string_view prefix() const noexcept {
+        return {text, hasPrefix() ? prefixLength : 0};
+    }
+    [[nodiscard]] std::u16string_view local() const noexcept {
+        const std::size_t start = hasPrefix() ? prefixLength + std::size_t{1} : 0;
+        return hasLocal ? std::u16string_view(text + start, length - start) : std::u16string_view();
+    }
+    [[nodiscard]] bool isNamed() const noexcept { return hasLocal || hasPrefix(); }
+    /// The qualified name in UTF-8, as it is written.
+    [[nodiscard]] std::string_view utf8() const noexcept { return {utf8Text, utf8Length}; }
+    [[nodiscard]] std::u16string_view creationURI() const noexcept { return {uri, uriLength}; }
+    /// Whether an attribute of this name declares a namespace: "xmlns" or "xmlns:…".
+    [[nodiscard]] bool declaresNamespace() const noexcept { return isDeclaration; }
+
+    const NuXmlChar* text;
+    const NuXmlChar* uri;
+    const char* utf8Text;
+    /// The name that reads the same, split at the first colon and without a creation URI: two names
+    /// read the same when these are equal.
+    const NodeName* plain;
+    std::uint32_t length;
+    std::uint32_t prefixLength;
+    std::uint32_t uriLength;
+    std::uint32_t utf8Length;
+    std::uint32_t hash;
+    bool hasLocal;
+    /// Whether the prefix is what stands before the first colon.
+    bool isSplitAtColon;
+    bool isDeclaration;
+    /// Whether a space stands in it, which only a parser's name can have.
+    bool hasSpace;
+
+    /// While elements are loaded: the last one that got an attribute of this name, and that
+    /// attribute.
+    mutable const TNuDOMElement* loadedElement = nullptr;
+    mutable TNuDOMAttribute* loadedAttribute = nullptr;
+};
+
+/// The names of one document.
+class NameTable {
+public:
+    explicit NameTable(DocumentMemory& memory) : memory_(memory), places_(32) {}
+    NameTable(const NameTable&) = delete;
+    NameTable& operator=(const NameTable&) = delete;
+
+    /// The name of nodes that have none yet.
+    [[nodiscard]] const NodeName* nameless();
+    /// The name that reads `qualified`, split at the first colon.
+    [[nodiscard]] const NodeName* get(std::u16string_view qualified, std::u16string_view uri = {});
+    /// The name of these parts.
+    [[nodiscard]] const NodeName* get(bool hasPrefix, std::u16string_view prefix, bool hasLocal,
+                                      std::u16string_view local, std::u16string_view uri);
+    /// The same name as one of another document.
+    [[nodiscard]] const NodeName* get(const NodeName& other) {
+        return get(other.hasPrefix(), other.prefix(), other.hasLocal, other.local(),
+                   other.creationURI());
+    }
+    /// The plain name that reads so, or null when no node of the document ever had such a name.
+    [[nodiscard]] const NodeName* find(std::u16string_view qualified) const noexcept;
+    /// The same for the name "prefix:local".
+    [[nodiscard]] const NodeName* find(std::u16string_view prefix, std::u16string_view local) const;
+    /// Whether a namespace declaration was ever made in the document.
+    [[nodiscard]] bool hasDeclarations() const noexcept { return hasDeclarations_; }
+
+private:
+    struct Key {
+        std::u16string_view text;
+        std::u16string_view uri;
+        std::uint32_t prefixLength;
+        std::uint32_t hash;
+        bool hasLocal;
+        bool isSplitAtColon;
+    };
+
+    [[nodiscard]] static bool matches(const NodeName& name, const Key& key) noexcept;
+    [[nodiscard]] const NodeName* lookUp(const Key& key);
+    [[nodiscard]] NodeName* make(const Key& key);
+    void grow();
+    void enter(NodeName* name) noexcept;
+
+    DocumentMemory& memory_;
+    /// Open addressing, a power of two of places.
+    std::vector<NodeName*> places_;
+    std::size_t count_ = 0;
+    bool hasDeclarations_ = false;
+};
+
+} // namespace nu

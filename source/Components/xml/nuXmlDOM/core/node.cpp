@@ -1,0 +1,258 @@
+#include "nuXmlDOM/core/node.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "host/runtime/format.h"
+#include "nuXmlDOM/core/adoption.h"
+#include "nuXmlDOM/core/document.h"
+#include "nuXmlDOM/core/domErrors.h"
+#include "nuXmlDOM/core/domMessages.h"
+#include "nuXmlDOM/core/face.h"
+#include "nuXmlDOM/core/features.h"
+#include "nuXmlDOM/core/liveLists.h"
+#include "nuXmlDOM/core/nameTable.h"
+#include "nuXmlDOM/core/nodeAccess.h"
+
+TNuDOMNode::TNuDOMNode(TNuDOMDocument* document, host::DOMNodeType type)
+    : TNuDOMObject(document), name_(document->names().nameless()) {
+    nodeType_ = type;
+}
+
+TNuDOMNode::TNuDOMNode(nu::ObjectContext& own, const nu::NodeName* name) noexcept
+    : TNuDOMObject(&own), name_(name) {
+    nodeType_ = host::DOCUMENT_NODE;
+}
+
+const TNuDOMNodeClass& TNuDOMNode::NodeClass() const noexcept {
+    switch (get_nodeType()) {
+    case host::ELEMENT_NODE:
+        return TNuDOMElement::Class;
+    case host::ATTRIBUTE_NODE:
+        return TNuDOMAttribute::Class;
+    case host::TEXT_NODE:
+        return TNuDOMText::Class;
+    case host::CDATA_SECTION_NODE:
+        return TNuDOMCDATA::Class;
+    case host::PROCESSING_INSTRUCTION_NODE:
+        return TNuDOMProcessingInstruction::Class;
+    case host::COMMENT_NODE:
+        return TNuDOMComment::Class;
+    default:
+        return TNuDOMDocument::Class;
+    }
+}
+
+bool TNuDOMNode::supports(std::u16string_view feature, std::u16string_view version) const {
+    return nu::hasFeature(feature, version);
+}
+
+// Names
+
+NuXmlString TNuDOMNode::get_nodeName() const { return NuXmlString(name_->qualified()); }
+
+NuXmlString TNuDOMNode::get_prefix() const { return NuXmlString(name_->prefix()); }
+
+NuXmlString TNuDOMNode::get_localName() const { return NuXmlString(name_->local()); }
+
+NuXmlString TNuDOMNode::get_namespaceURI() const { return {}; }
+
+NuXmlString TNuDOMNode::GetCreationNamespaceURI() const {
+    return NuXmlString(name_->creationURI());
+}
+
+void TNuDOMNode::set_nodeName(std::u16string_view name) {
+    // 1. A node is named once, and not by nothing.
+    if (name_->isNamed()) {
+        throw ENuDomNoModificationAllowed(nu::cNameIsFixed);
+    }
+    if (name.empty()) {
+        throw ENuDomSyntax(nu::cEmptyName);
+    }
+    // 2. Deliberate: the name is taken up to a character that is refused, and the node is named
+    // then; a name is built character by character.
+    const std::size_t refused = name.find(cNuSpace);
+    name_ = OwnerDocument()->names().get(name.substr(0, refused), name_->creationURI());
+    if (refused != std::u16string_view::npos) {
+        throw ENuDomInvalidCharacter(nu::cInvalidName);
+    }
+}
+
+void TNuDOMNode::set_prefix(std::u16string_view prefix) {
+    const bool isRefused = prefix.find_first_of(u" :") != std::u16string_view::npos;
+    const std::u16string_view taken = isRefused ? std::u16string_view() : prefix;
+    name_ = OwnerDocument()->names().get(!prefix.empty(), taken, name_->hasLocal, name_->local(),
+                                         name_->creationURI());
+    if (isRefused) {
+        throw ENuDomInvalidCharacter(nu::cInvalidName);
+    }
+}
+
+NuXmlString TNuDOMNode::NodePath(bool localNamesOnly) const {
+    std::vector<const TNuDOMNode*> nodes;
+    const TNuDOMNode* node = this;
+    for (; node != nullptr && node->nodeType_ != host::DOCUMENT_NODE; node = node->parent_) {
+        nodes.push_back(node);
+    }
+    const bool isInDocument = node != nullptr;
+    NuXmlString path;
+    for (std::size_t index = nodes.size(); index > 0; --index) {
+        if (isInDocument || index < nodes.size()) {
+            path += cNuSlash;
+        }
+        path +=
+            localNamesOnly ? nodes[index - 1]->get_localName() : nodes[index - 1]->get_nodeName();
+    }
+    return path;
+}
+
+// What only some kinds of nodes provide
+
+void TNuDOMNode::raiseNotSupported() { throw ENuDomNotSupported(nu::cNotSupported); }
+
+void TNuDOMNode::raiseNoParentOf(const TNuDOMNode& child) const {
+    throw ENuDomHierarchyRequest(
+        host::formatMessage(nu::cNoParentOf, {NodeClass().name, child.NodeClass().name}));
+}
+
+NuXmlString TNuDOMNode::get_nodeValue() const { return {}; }
+void TNuDOMNode::set_nodeValue(std::u16string_view /*value*/) { raiseNotSupported(); }
+NuXmlString TNuDOMNode::get_text() const { raiseNotSupported(); }
+void TNuDOMNode::set_text(std::u16string_view /*text*/) { raiseNotSupported(); }
+TNuDOMNodeList& TNuDOMNode::get_childNodes() { raiseNotSupported(); }
+TNuDOMNode* TNuDOMNode::get_firstChild() const { raiseNotSupported(); }
+TNuDOMNode* TNuDOMNode::get_lastChild() const { raiseNotSupported(); }
+TNuDOMNode* TNuDOMNode::get_previousSibling() const { raiseNotSupported(); }
+TNuDOMNode* TNuDOMNode::get_nextSibling() const { raiseNotSupported(); }
+TNuDOMAttrList& TNuDOMNode::get_attributes() { raiseNotSupported(); }
+bool TNuDOMNode::hasChildNodes() const { return false; }
+TNuDOMNode* TNuDOMNode::FirstChild() const { raiseNotSupported(); }
+TNuDOMNode* TNuDOMNode::LastChild() const { raiseNotSupported(); }
+void TNuDOMNode::appendChild(TNuDOMNode& /*child*/) { raiseNotSupported(); }
+void TNuDOMNode::insertBefore(TNuDOMNode& /*child*/, TNuDOMNode* /*reference*/) {
+    raiseNotSupported();
+}
+NuRef<TNuDOMNode> TNuDOMNode::removeChild(TNuDOMNode& /*child*/) { raiseNotSupported(); }
+NuRef<TNuDOMNode> TNuDOMNode::replaceChild(TNuDOMNode& /*child*/, TNuDOMNode& /*former*/) {
+    raiseNotSupported();
+}
+NuRef<TNuDOMNode> TNuDOMNode::cloneNode(bool /*deep*/) const { raiseNotSupported(); }
+void TNuDOMNode::normalize() { raiseNotSupported(); }
+NuXmlString TNuDOMNode::transformNode(TNuDOMNode& /*stylesheet*/) const { raiseNotSupported(); }
+void TNuDOMNode::transformNode(TNuDOMNode& /*stylesheet*/, TNuDOMDocument& /*output*/) const {
+    raiseNotSupported();
+}
+NuRef<TNuDOMNodeList> TNuDOMNode::CreateNodeList(std::u16string_view /*path*/,
+                                                 TNuDOMSelectOptions /*options*/) {
+    raiseNotSupported();
+}
+TNuDOMNode* TNuDOMNode::SelectSingleNode(std::u16string_view /*path*/,
+                                         TNuDOMSelectOptions /*options*/) {
+    raiseNotSupported();
+}
+
+// Places in the tree
+
+void TNuDOMNode::_addChild(TNuDOMNode& child, TNuDOMPosition /*position*/,
+                           TNuDOMNode* /*reference*/) {
+    raiseNoParentOf(child);
+}
+
+void TNuDOMNode::_removeChild(TNuDOMNode& child) { raiseNoParentOf(child); }
+
+void TNuDOMNode::_linkToParent(TNuDOMNode* parent, TNuDOMPosition position, TNuDOMNode* reference) {
+    // 1. What can stand nowhere, or would stand below itself, stays where it is.
+    if (parent != nullptr) {
+        checkNotInside(*parent);
+    }
+    // 2. It leaves its old place, and its document when the new parent is in another.
+    unlink();
+    if (parent == nullptr) {
+        return;
+    }
+    if (parent->OwnerDocument() != OwnerDocument()) {
+        nu::adopt(*this, *parent->OwnerDocument());
+    }
+    // 3. The new parent may refuse it.
+    TNuDOMDocument& document = *OwnerDocument();
+    parent_ = parent;
+    setFlag(nu::isRefused);
+    try {
+        parent->_addChild(*this, position, reference);
+    } catch (...) {
+        document.noteRefused(*this);
+        throw;
+    }
+    clearFlag(nu::isRefused);
+    if (hasFlag(nu::isCandidate)) {
+        document.lifetime().withdraw(*this);
+    }
+}
+
+void TNuDOMNode::unlink() {
+    if (parent_ == nullptr) {
+        return;
+    }
+    if (hasFlag(nu::isRefused)) {
+        OwnerDocument()->forgetRefused(*this);
+    } else {
+        parent_->_removeChild(*this);
+    }
+    parent_ = nullptr;
+}
+
+void TNuDOMNode::checkNotInside(const TNuDOMNode& parent) const {
+    if (nodeType_ == host::DOCUMENT_NODE) {
+        parent.raiseNoParentOf(*this);
+    }
+    const nu::NodeChain* below = nu::NodeAccess::children(*this);
+    if (below == nullptr || (below->empty() && &parent != this)) {
+        return;
+    }
+    for (const TNuDOMNode* node = &parent; node != nullptr; node = node->parent_) {
+        if (node == this) {
+            parent.raiseNoParentOf(*this);
+        }
+    }
+}
+
+void TNuDOMNode::_delete() {
+    TNuDOMDocument& document = *OwnerDocument();
+    _linkToParent(nullptr, rdpLast, nullptr);
+    document.lifetime().collect(*this);
+}
+
+// What only few nodes have
+
+nu::NodeExtras& TNuDOMNode::extras() {
+    if (!hasFlag(nu::hasExtras)) {
+        TNuDOMDocument* document = OwnerDocument();
+        void* memory = document->memory().allocate(sizeof(nu::NodeExtras));
+        auto* own = new (memory) nu::NodeExtras;
+        own->document = document;
+        context_ = own;
+        setFlag(nu::hasExtras);
+    }
+    return static_cast<nu::NodeExtras&>(*context_);
+}
+
+nu::Face& TNuDOMNode::face() {
+    nu::NodeExtras& own = extras();
+    if (own.face == nullptr) {
+        own.face = nu::makeFace(*this, own.document->memory());
+    }
+    return *own.face;
+}
+
+nu::NodeLists* TNuDOMNode::listsIfAny() const noexcept {
+    const nu::NodeExtras* own = nu::NodeAccess::extrasIfAny(*this);
+    return own != nullptr ? own->lists : nullptr;
+}
+
+nu::NodeLists& TNuDOMNode::lists() {
+    nu::NodeExtras& own = extras();
+    if (own.lists == nullptr) {
+        own.lists = own.document->makeLists(*this);
+    }
+    return *own.lists;
+}

@@ -1,0 +1,186 @@
+#include "nuXmlDOM/core/nodeAccess.h"
+
+#include <algorithm>
+#include <new>
+
+#include "host/runtime/exception.h"
+#include "host/runtime/format.h"
+#include "nuXmlDOM/core/document.h"
+#include "nuXmlDOM/core/domMessages.h"
+#include "nuXmlDOM/core/face.h"
+#include "nuXmlDOM/core/liveLists.h"
+#include "nuXmlParser/unescape.h"
+
+namespace nu {
+
+void raiseInvalidCast(std::u16string_view className) {
+    throw host::EInvalidCast(host::formatMessage(cInvalidCast, {className}));
+}
+
+TNuDOMElement* NodeAccess::parentElement(const TNuDOMNode& node) noexcept {
+    return as<TNuDOMElement>(node.parent_);
+}
+
+void NodeAccess::appendLoaded(TNuDOMElement& element, TNuDOMNode& node) noexcept {
+    node.parent_ = &element;
+    const bool isAttribute = node.nodeType_ == host::ATTRIBUTE_NODE;
+    (isAttribute ? element.attributes_ : element.children_).append(node);
+}
+
+NodeChain* NodeAccess::children(TNuDOMNode& node) noexcept {
+    if (auto* element = as<TNuDOMElement>(&node)) {
+        return &element->children_;
+    }
+    auto* document = as<TNuDOMDocument>(&node);
+    return document != nullptr ? &document->topLevel_ : nullptr;
+}
+
+const NodeChain* NodeAccess::children(const TNuDOMNode& node) noexcept {
+    return children(const_cast<TNuDOMNode&>(node));
+}
+
+NodeChain* NodeAccess::attributes(TNuDOMNode& node) noexcept {
+    auto* element = as<TNuDOMElement>(&node);
+    return element != nullptr ? &element->attributes_ : nullptr;
+}
+
+const NodeChain* NodeAccess::attributes(const TNuDOMNode& node) noexcept {
+    return attributes(const_cast<TNuDOMNode&>(node));
+}
+
+const std::vector<TNuDOMElement*>* NodeAccess::elementOrder(const TNuDOMElement& element) noexcept {
+    return element.hasFlag(hasElementOrder) ? &element.listsIfAny()->elementOrder : nullptr;
+}
+
+StoredText* NodeAccess::text(TNuDOMNode& node) noexcept {
+    switch (node.get_nodeType()) {
+    case host::ATTRIBUTE_NODE:
+        return &static_cast<TNuDOMAttribute&>(node).text_;
+    case host::TEXT_NODE:
+    case host::CDATA_SECTION_NODE:
+    case host::COMMENT_NODE:
+        return &static_cast<TNuDOMCharacterData&>(node).text_;
+    case host::PROCESSING_INSTRUCTION_NODE:
+        return &static_cast<TNuDOMProcessingInstruction&>(node).text_;
+    default:
+        return nullptr;
+    }
+}
+
+const StoredText* NodeAccess::text(const TNuDOMNode& node) noexcept {
+    return text(const_cast<TNuDOMNode&>(node));
+}
+
+void NodeAccess::appendValue(const TNuDOMNode& node, NuXmlString& target) {
+    const StoredText* stored = text(node);
+    if (stored == nullptr) {
+        return;
+    }
+    const host::DOMNodeType type = node.get_nodeType();
+    const bool isEscaped = type == host::TEXT_NODE || type == host::ATTRIBUTE_NODE;
+    if (isEscaped && stored->contains(cNuAmp)) {
+        target += NuXMLToStr(stored->toString());
+    } else {
+        stored->appendTo(target);
+    }
+}
+
+NodeExtras* NodeAccess::extrasIfAny(const TNuDOMNode& node) noexcept {
+    return node.hasFlag(hasExtras) ? static_cast<NodeExtras*>(node.context_) : nullptr;
+}
+
+void NodeAccess::reorder(TNuDOMNode& owner, LiveMembers shown,
+                         const std::vector<TNuDOMNode*>& order) {
+    auto* element = as<TNuDOMElement>(&owner);
+    if (shown != LiveMembers::attributes && element != nullptr) {
+        element->keepElementOrder();
+    }
+    if (shown == LiveMembers::childElements && element != nullptr) {
+        std::transform(order.begin(), order.end(), element->lists().elementOrder.begin(),
+                       [](TNuDOMNode* node) { return static_cast<TNuDOMElement*>(node); });
+        return;
+    }
+    // The chain is taken apart and put together again; the document element stands in none.
+    NodeChain& chain = shown == LiveMembers::attributes ? *attributes(owner) : *children(owner);
+    for (TNuDOMNode* node : order) {
+        if (as<TNuDOMDocument>(node->parent_) == nullptr || !is<TNuDOMElement>(*node)) {
+            chain.remove(*node);
+            chain.append(*node);
+        }
+    }
+}
+
+namespace {
+
+std::size_t sizeOf(host::DOMNodeType type) noexcept {
+    switch (type) {
+    case host::ELEMENT_NODE:
+        return sizeof(TNuDOMElement);
+    case host::ATTRIBUTE_NODE:
+        return sizeof(TNuDOMAttribute);
+    case host::TEXT_NODE:
+        return sizeof(TNuDOMText);
+    case host::CDATA_SECTION_NODE:
+        return sizeof(TNuDOMCDATA);
+    case host::COMMENT_NODE:
+        return sizeof(TNuDOMComment);
+    default:
+        return sizeof(TNuDOMProcessingInstruction);
+    }
+}
+
+} // namespace
+
+void NodeAccess::destroy(TNuDOMNode& node) noexcept {
+    TNuDOMDocument& document = *node.OwnerDocument();
+    DocumentMemory& memory = document.memory();
+    document.forgetNode(node);
+    if (NodeExtras* extras = extrasIfAny(node)) {
+        document.freeExtras(*extras);
+    }
+    if (StoredText* stored = text(node)) {
+        stored->clear(memory);
+    }
+    memory.release(&node, sizeOf(node.get_nodeType()));
+}
+
+void NodeAccess::destroySubtree(TNuDOMNode& root) noexcept {
+    // Down to the last node without children, which goes, and on from its parent: what is still to
+    // be done is the tree itself, however deep it is.
+    TNuDOMNode* node = &root;
+    for (;;) {
+        if (auto* element = as<TNuDOMElement>(node)) {
+            if (TNuDOMNode* child = element->children_.last()) {
+                element->children_.remove(*child);
+                node = child;
+                continue;
+            }
+            while (TNuDOMNode* attribute = element->attributes_.last()) {
+                element->attributes_.remove(*attribute);
+                destroy(*attribute);
+            }
+        }
+        TNuDOMNode* parent = node->parent_;
+        const bool isLast = node == &root;
+        destroy(*node);
+        if (isLast) {
+            return;
+        }
+        node = parent;
+    }
+}
+
+std::int64_t NodeAccess::heldCount(const TNuDOMNode& node) noexcept {
+    const NodeExtras* extras = extrasIfAny(node);
+    const std::int64_t lists =
+        extras != nullptr && extras->lists != nullptr ? extras->lists->heldCount() : 0;
+    return lists + (node.count_.load() != 0 ? 1 : 0);
+}
+
+bool NodeAccess::isHeld(const TNuDOMNode& node) noexcept { return heldCount(node) != 0; }
+
+bool NodeAccess::isSubtreeHeld(const TNuDOMNode& root) noexcept {
+    return firstInSubtree(root, [](const TNuDOMNode& node) { return isHeld(node); }) != nullptr;
+}
+
+} // namespace nu

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string_view>
+
+#include "host/dom/node.h"
+#include "host/runtime/export.h"
+
+class TNuDOMDocument;
+class TNuDOMNode;
+
+/// A class of nodes as a value: what messages call it, and how a node of it is made. Each class of
+/// nodes has one as its static member Class.
+struct TNuDOMNodeClass {
+    std::u16string_view name;
+    host::DOMNodeType type;
+    /// Makes a node outside of the tree, in the memory of the document; throws
+    /// host::EAssertionFailed without a document. Null for the document, which makes itself.
+    TNuDOMNode* (*create)(TNuDOMDocument* document);
+};

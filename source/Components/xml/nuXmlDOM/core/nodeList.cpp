@@ -1,0 +1,221 @@
+#include "nuXmlDOM/core/nodeList.h"
+
+#include <algorithm>
+
+#include "host/runtime/exception.h"
+#include "nuXmlDOM/core/document.h"
+#include "nuXmlDOM/core/domErrors.h"
+#include "nuXmlDOM/core/domMessages.h"
+#include "nuXmlDOM/core/face.h"
+#include "nuXmlDOM/core/nameTest.h"
+#include "nuXmlDOM/core/nodeAccess.h"
+
+TNuDOMNodeList::TNuDOMNodeList(TNuDOMNode* node, TNuDOMDocument* document, bool ownsItems)
+    : TNuDOMObject(document), node_(node), ownsItems_(ownsItems) {
+    document->enterResultList(*this);
+    setFlag(nu::selfOwned);
+}
+
+TNuDOMNodeList::TNuDOMNodeList(TNuDOMNode& node)
+    : TNuDOMObject(nu::NodeAccess::context(node)), node_(&node), ownsItems_(true) {}
+
+TNuDOMNodeList::~TNuDOMNodeList() {
+    if (!hasFlag(nu::selfOwned)) {
+        return;
+    }
+    OwnerDocument()->leaveResultList(*this);
+    if (ownsItems_) {
+        for (TNuDOMNode*& item : items_) {
+            if (item != nullptr && item->get_parentNode() == nullptr) {
+                OwnerDocument()->lifetime().collect(*std::exchange(item, nullptr));
+            }
+        }
+    }
+}
+
+NuRef<TNuDOMNodeList> TNuDOMNodeList::Create(TNuDOMNode* node, TNuDOMDocument* document,
+                                             bool ownsItems) {
+    return {new TNuDOMNodeList(node, document, ownsItems)};
+}
+
+void TNuDOMNodeList::_GC() noexcept { OwnerDocument()->lifetime().discard(*this); }
+
+nu::Face& TNuDOMNodeList::face() {
+    if (!face_) {
+        face_.reset(nu::makeFace(*this));
+    }
+    return *face_;
+}
+
+std::ptrdiff_t TNuDOMNodeList::Add(TNuDOMNode& node) {
+    if (!OwnerDocument()->IsLoading()) {
+        if (const std::ptrdiff_t index = IndexOf(node); index >= 0) {
+            return index;
+        }
+    }
+    append(node);
+    return static_cast<std::ptrdiff_t>(items_.size()) - 1;
+}
+
+std::ptrdiff_t TNuDOMNodeList::Insert(std::ptrdiff_t index, TNuDOMNode& node) {
+    if (const std::ptrdiff_t known = IndexOf(node); known >= 0) {
+        return known;
+    }
+    host::checkListIndex(index, items_.size() + 1);
+    items_.insert(items_.begin() + index, &node);
+    places_.clear();
+    node.setFlag(nu::isInResultList);
+    return index;
+}
+
+std::ptrdiff_t TNuDOMNodeList::Remove(TNuDOMNode& node) {
+    const std::ptrdiff_t index = IndexOf(node);
+    if (index >= 0) {
+        items_.erase(items_.begin() + index);
+        places_.clear();
+    }
+    return index;
+}
+
+std::ptrdiff_t TNuDOMNodeList::IndexOf(const TNuDOMNode& node) const {
+    OwnerDocument()->lifetime().reclaim();
+    const auto found = std::find(items_.begin(), items_.end(), &node);
+    return found != items_.end() ? found - items_.begin() : -1;
+}
+
+void TNuDOMNodeList::Clear() {
+    OwnerDocument()->lifetime().reclaim();
+    while (ownsItems_ && !items_.empty()) {
+        TNuDOMNode* node = items_.back();
+        if (node != nullptr) {
+            if (nu::NodeAccess::isSubtreeHeld(*node)) {
+                throw host::EInvalidPointer(nu::cStillHeld);
+            }
+            node->_delete(); // empties every entry that it has
+        }
+        items_.pop_back();
+    }
+    items_.clear();
+    places_.clear();
+}
+
+std::size_t TNuDOMNodeList::Count() const { return items_.size(); }
+
+TNuDOMNode* TNuDOMNodeList::item(std::ptrdiff_t index) const {
+    OwnerDocument()->lifetime().reclaim();
+    host::checkListIndex(index, items_.size());
+    return items_[static_cast<std::size_t>(index)];
+}
+
+TNuDOMNode* TNuDOMNodeList::Last() const {
+    return GetItem(static_cast<std::ptrdiff_t>(Count()) - 1);
+}
+
+void TNuDOMNodeList::reorder(std::vector<TNuDOMNode*> order) {
+    items_ = std::move(order);
+    places_.clear();
+}
+
+void TNuDOMNodeList::append(TNuDOMNode& node) {
+    items_.push_back(&node);
+    places_.clear();
+    node.setFlag(nu::isInResultList);
+}
+
+void TNuDOMNodeList::forgetNode(const TNuDOMNode& node) noexcept {
+    // Many nodes of a list may go one after the other: after the first their places are known.
+    if (places_.empty()) {
+        try {
+            places_.reserve(items_.size());
+        } catch (...) {
+            std::replace(items_.begin(), items_.end(), const_cast<TNuDOMNode*>(&node),
+                         static_cast<TNuDOMNode*>(nullptr));
+            return;
+        }
+        for (std::size_t index = 0; index < items_.size(); ++index) {
+            places_.emplace_back(items_[index], index);
+        }
+        std::sort(places_.begin(), places_.end());
+    }
+    const std::pair<const TNuDOMNode*, std::size_t> lowest(&node, 0);
+    for (auto place = std::lower_bound(places_.begin(), places_.end(), lowest);
+         place != places_.end() && place->first == &node; ++place) {
+        if (items_[place->second] == &node) {
+            items_[place->second] = nullptr;
+        }
+    }
+}
+
+// Lists of one kind of nodes
+
+NuRef<TNuDOMElementList> TNuDOMElementList::Create(TNuDOMNode* node, TNuDOMDocument* document,
+                                                   bool ownsItems) {
+    return {new TNuDOMElementList(node, document, ownsItems)};
+}
+
+TNuDOMElement* TNuDOMElementList::GetItem(std::ptrdiff_t index) const {
+    TNuDOMNode* node = item(index);
+    return node != nullptr ? &nu::NodeAccess::cast<TNuDOMElement>(*node) : nullptr;
+}
+
+NuRef<TNuDOMAttrList> TNuDOMAttrList::Create(TNuDOMNode* node, TNuDOMDocument* document,
+                                             bool ownsItems) {
+    return {new TNuDOMAttrList(node, document, ownsItems)};
+}
+
+TNuDOMAttribute* TNuDOMAttrList::GetItem(std::ptrdiff_t index) const {
+    TNuDOMNode* node = item(index);
+    return node != nullptr ? &nu::NodeAccess::cast<TNuDOMAttribute>(*node) : nullptr;
+}
+
+template <class Test> TNuDOMAttribute* TNuDOMAttrList::findIf(Test&& test) const {
+    const auto count = static_cast<std::ptrdiff_t>(Count());
+    for (std::ptrdiff_t index = 0; index < count; ++index) {
+        TNuDOMAttribute* attribute = GetItem(index);
+        if (attribute != nullptr && test(*attribute)) {
+            return attribute;
+        }
+    }
+    return nullptr;
+}
+
+TNuDOMAttribute* TNuDOMAttrList::getNamedItem(std::u16string_view name) const {
+    return findIf(nu::NameTest(name, {}, *OwnerDocument()));
+}
+
+TNuDOMAttribute* TNuDOMAttrList::getNamedItemNS(std::u16string_view namespaceURI,
+                                                std::u16string_view localName) const {
+    return findIf([&](const TNuDOMAttribute& attribute) {
+        return attribute.get_localName() == localName &&
+               attribute.get_namespaceURI() == namespaceURI;
+    });
+}
+
+namespace {
+
+NuRef<TNuDOMAttribute> takeOut(TNuDOMAttribute* attribute) {
+    NuRef<TNuDOMAttribute> taken(attribute);
+    if (attribute != nullptr) {
+        attribute->_linkToParent(nullptr, rdpLast, nullptr);
+    }
+    return taken;
+}
+
+} // namespace
+
+NuRef<TNuDOMAttribute> TNuDOMAttrList::removeNamedItem(std::u16string_view name) {
+    return takeOut(getNamedItem(name));
+}
+
+NuRef<TNuDOMAttribute> TNuDOMAttrList::removeNamedItemNS(std::u16string_view namespaceURI,
+                                                         std::u16string_view localName) {
+    return takeOut(getNamedItemNS(namespaceURI, localName));
+}
+
+void TNuDOMAttrList::setNamedItem(TNuDOMNode& /*node*/) {
+    throw ENuDomNotSupported(nu::cNotImplemented);
+}
+
+void TNuDOMAttrList::setNamedItemNS(TNuDOMNode& /*node*/) {
+    throw ENuDomNotSupported(nu::cNotImplemented);
+}

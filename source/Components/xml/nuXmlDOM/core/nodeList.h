@@ -1,0 +1,155 @@
+#pragma once
+
+#include <cstddef>
+#include <iterator>
+#include <memory>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "nuXmlDOM/core/domObject.h"
+#include "nuXmlParser/chars.h"
+
+class TNuDOMAttribute;
+class TNuDOMElement;
+class TNuDOMNode;
+
+/// Nodes in order.
+///
+/// There are two kinds. The lists of a node (its children, child elements, attributes) follow the
+/// changes of the tree; changing them changes the tree. Lists that are made by Create, or by a
+/// selection, are snapshots of nodes that live elsewhere; an entry whose node has been freed reads
+/// as null. An index counts from 0; one that is out of range throws host::EListError.
+class NUXML_API TNuDOMNodeList : public TNuDOMObject {
+public:
+    /// An empty list for nodes of `document`, which began at `node`. It lives as long as it is
+    /// held, and keeps the document. When it owns its items, Clear frees them. Throws
+    /// host::EAssertionFailed without a document.
+    [[nodiscard]] static NuRef<TNuDOMNodeList> Create(TNuDOMNode* node, TNuDOMDocument* document,
+                                                      bool ownsItems);
+
+    /// Appends a node; gives its index. A node that is in the list already stays where it is,
+    /// unless its document is being loaded.
+    virtual std::ptrdiff_t Add(TNuDOMNode& node);
+    /// Puts a node at `index`, unless it is in the list already; gives its index.
+    virtual std::ptrdiff_t Insert(std::ptrdiff_t index, TNuDOMNode& node);
+    /// Takes the first occurrence of a node out; gives the index it had, or -1.
+    virtual std::ptrdiff_t Remove(TNuDOMNode& node);
+    /// The index of the first occurrence, or -1.
+    [[nodiscard]] virtual std::ptrdiff_t IndexOf(const TNuDOMNode& node) const;
+    /// Empties the list; frees its members, the last one first, when it owns them. Throws
+    /// host::EInvalidPointer before a member that is held, or below which something is.
+    virtual void Clear();
+    [[nodiscard]] virtual std::size_t Count() const;
+    /// The node at `index`; null when that node was freed.
+    [[nodiscard]] TNuDOMNode* GetItem(std::ptrdiff_t index) const { return item(index); }
+    /// The last node. Throws host::EListError when the list is empty.
+    [[nodiscard]] TNuDOMNode* Last() const;
+    /// Orders the members by what SelectSingleNode finds at `path` from each of them: by typed
+    /// value when those are elements, else by node value. Throws, and changes nothing, when it
+    /// finds no single node from one of them.
+    void Sort(std::u16string_view path);
+    /// The node whose list it is, or from which the selection began.
+    [[nodiscard]] TNuDOMNode* Node() const noexcept { return node_; }
+
+    /// For range-based for loops over the members, `for (TNuDOMNode* node : list)`.
+    class Iterator {
+    public:
+        using iterator_category = std::input_iterator_tag;
+        using value_type = TNuDOMNode*;
+        using difference_type = std::ptrdiff_t;
+        using pointer = TNuDOMNode* const*;
+        using reference = TNuDOMNode*;
+
+        Iterator(const TNuDOMNodeList& list, std::size_t index) noexcept
+            : list_(&list), index_(index) {}
+        TNuDOMNode* operator*() const {
+            return list_->GetItem(static_cast<std::ptrdiff_t>(index_));
+        }
+        Iterator& operator++() noexcept {
+            ++index_;
+            return *this;
+        }
+        friend bool operator==(Iterator, Iterator) noexcept = default;
+
+    private:
+        const TNuDOMNodeList* list_;
+        std::size_t index_;
+    };
+    [[nodiscard]] Iterator begin() const noexcept { return {*this, 0}; }
+    [[nodiscard]] Iterator end() const { return {*this, Count()}; }
+
+protected:
+    /// A snapshot, which belongs to those who hold it.
+    TNuDOMNodeList(TNuDOMNode* node, TNuDOMDocument* document, bool ownsItems);
+    /// A list of a node's own.
+    explicit TNuDOMNodeList(TNuDOMNode& node);
+    virtual ~TNuDOMNodeList();
+
+    void _GC() noexcept override;
+    nu::Face& face() override;
+
+    [[nodiscard]] virtual TNuDOMNode* item(std::ptrdiff_t index) const;
+    /// The order of the members is to become this one.
+    virtual void reorder(std::vector<TNuDOMNode*> order);
+
+private:
+    friend class nu::DocumentLifetime;
+    friend class nu::NodeAccess;
+    friend class TNuDOMDocument;
+
+    /// Appends without looking whether the node is there.
+    void append(TNuDOMNode& node);
+    /// Empties the entries of a node that goes.
+    void forgetNode(const TNuDOMNode& node) noexcept;
+
+    TNuDOMNode* node_;
+    std::vector<TNuDOMNode*> items_;
+    /// The members with their indexes, ordered by address; made when members go, until the list
+    /// changes.
+    std::vector<std::pair<const TNuDOMNode*, std::size_t>> places_;
+    std::unique_ptr<nu::Face> face_;
+    /// The other snapshots of the document.
+    TNuDOMNodeList* previous_ = nullptr;
+    TNuDOMNodeList* next_ = nullptr;
+    bool ownsItems_;
+};
+
+/// A list of elements.
+class NUXML_API TNuDOMElementList : public TNuDOMNodeList {
+public:
+    [[nodiscard]] static NuRef<TNuDOMElementList> Create(TNuDOMNode* node, TNuDOMDocument* document,
+                                                         bool ownsItems);
+    [[nodiscard]] TNuDOMElement* GetItem(std::ptrdiff_t index) const;
+
+protected:
+    using TNuDOMNodeList::TNuDOMNodeList;
+};
+
+/// Attributes by name: the attributes of an element.
+class NUXML_API TNuDOMAttrList : public TNuDOMNodeList {
+public:
+    [[nodiscard]] static NuRef<TNuDOMAttrList> Create(TNuDOMNode* node, TNuDOMDocument* document,
+                                                      bool ownsItems);
+    [[nodiscard]] TNuDOMAttribute* GetItem(std::ptrdiff_t index) const;
+
+    /// The first attribute of that qualified name, or null.
+    [[nodiscard]] TNuDOMAttribute* getNamedItem(std::u16string_view name) const;
+    /// The first attribute of that namespace and local name, or null.
+    [[nodiscard]] TNuDOMAttribute* getNamedItemNS(std::u16string_view namespaceURI,
+                                                  std::u16string_view localName) const;
+    /// Takes the attribute from its element; it goes when the handle is dropped and nobody else
+    /// holds it. An empty handle when there is none.
+    NuRef<TNuDOMAttribute> removeNamedItem(std::u16string_view name);
+    NuRef<TNuDOMAttribute> removeNamedItemNS(std::u16string_view namespaceURI,
+                                             std::u16string_view localName);
+    /// Always throws ENuDomNotSupported ("Not implemented"); see TNuDOMElement::setAttributeNode.
+    void setNamedItem(TNuDOMNode& node);
+    void setNamedItemNS(TNuDOMNode& node);
+
+protected:
+    using TNuDOMNodeList::TNuDOMNodeList;
+
+private:
+    template <class Test> [[nodiscard]] TNuDOMAttribute* findIf(Test&& test) const;
+};

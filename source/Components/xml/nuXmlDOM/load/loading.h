@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string_view>
+
+#include "host/dom/document.h"
+#include "host/runtime/stream.h"
+#include "nuXmlDOM/core/document.h"
+
+/// \file
+/// Documents made and loaded in one call. What is wrong with the XML throws as
+/// TNuSAXXMLReader::Parse does; there is no document then.
+
+/// A document of XML text. The text is no file name, whatever it looks like; without markup in it
+/// the document is empty.
+[[nodiscard]] NUXML_API NuRef<TNuDOMDocument> NuCreateDOMDocument(std::u16string_view xml);
+
+/// The same as an interface.
+[[nodiscard]] NUXML_API host::Ref<host::IDOMDocument> NuGetDOMDocument(std::u16string_view xml);
+
+/// A document of what a stream holds from its position on. With `freeStream` the stream is
+/// destroyed, also when loading fails.
+[[nodiscard]] NUXML_API host::Ref<host::IDOMDocument> NuGetDOMDocument(host::TStream* stream,
+                                                                       bool freeStream);
+
+/// A document of a file, opened in a mode of host::TFileStream.
+[[nodiscard]] NUXML_API host::Ref<host::IDOMDocument>
+NuGetDOMDocument(const std::filesystem::path& fileName, std::uint16_t mode);

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <exception>
+#include <string_view>
+
+#include "host/sax/BSaxExt.h"
+#include "nuXmlDOM/core/document.h"
+#include "nuXmlSax/contentHandler.h"
+#include "nuXmlSax/handler.h"
+
+/// Builds a tree from what a reader reports. Set it as content handler and as lexical handler.
+///
+/// It has no rule of its own about white space: what the reader reports becomes text, one node for
+/// each run. Its operations throw as those of the tree do; the first exception is kept, because a
+/// reader turns it into an abort without a message.
+class NUXML_API TNuSaxToDomHandler final
+    : public TNuSAXHandlerOf<INuSaxContentHandler, host::IBufferedLexicalHandler> {
+public:
+    /// Builds into `document`, which must outlive the handler, right below it or below `parent`, a
+    /// node of it.
+    TNuSaxToDomHandler(TNuSAXXMLReader& reader, TNuDOMDocument& document,
+                       TNuDOMNode* parent = nullptr);
+    ~TNuSaxToDomHandler() override;
+
+    /// What has left one of the operations first.
+    [[nodiscard]] std::exception_ptr Failure() const noexcept { return failure_; }
+
+    // INuSaxContentHandler
+    void setDocumentLocator(host::ILocator& locator) override;
+    void startDocument() override;
+    void endDocument() override;
+    void EndProlog() override;
+    void startPrefixMapping(std::u16string_view prefix, std::u16string_view uri) override;
+    void endPrefixMapping(std::u16string_view prefix) override;
+    void startElement(std::u16string_view uri, std::u16string_view localName,
+                      std::u16string_view qName, host::IBufferedAttributes& attributes) override;
+    void endElement(std::u16string_view uri, std::u16string_view localName,
+                    std::u16string_view qName) override;
+    void characters(std::u16string_view text) override;
+    void ignorableWhitespace(std::u16string_view text) override;
+    void processingInstruction(std::u16string_view target, std::u16string_view data) override;
+    void skippedEntity(std::u16string_view name) override;
+
+    // host::IBufferedLexicalHandler
+    void comment(std::u16string_view text) override;
+    void startCDATA() override;
+    void endCDATA() override;
+    void startDTD(std::u16string_view name, std::u16string_view publicId,
+                  std::u16string_view systemId) override;
+    void endDTD() override;
+    void startEntity(std::u16string_view name) override;
+    void endEntity(std::u16string_view name) override;
+
+private:
+    template <class Operation> void remember(Operation&& operation);
+    void setLoading(bool isLoading) noexcept;
+    template <class Node> void append(Node& node);
+    void addAttribute(TNuDOMElement& element, std::u16string_view name, std::u16string_view value);
+    [[nodiscard]] const nu::NodeName* nameFor(std::u16string_view name, std::u16string_view uri);
+
+    TNuDOMDocument& document_;
+    TNuDOMNode* current_;
+    bool isInCData_ = false;
+    std::exception_ptr failure_;
+};
