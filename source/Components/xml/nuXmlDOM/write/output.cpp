@@ -12,12 +12,12 @@ constexpr bool isSecondHalf(NuXmlChar unit) noexcept { return (unit & 0xFC00) ==
 } // namespace
 
 template <class Unit> bool Output<Unit>::isBrokenAtStart() {
-    const std::int64_t position = target_.position() + fillBytes();
+    const std::int64_t position = target_.position() + writtenBytes();
     if (position != sizeof(NuXmlChar)) {
         return position > 0;
     }
     const NuXmlChar first =
-        fill() > 0 ? static_cast<NuXmlChar>(*block_.get()) : target_.firstCharacter();
+        written() > 0 ? static_cast<NuXmlChar>(*block_.get()) : target_.firstCharacter();
     return first != byteOrderMark;
 }
 

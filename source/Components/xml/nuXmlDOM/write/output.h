@@ -72,7 +72,7 @@ public:
     [[nodiscard]] bool breaksBeforeInstruction() {
         constexpr std::int64_t enough = 5;
         return isBeyondStart() || target_.size() >= enough ||
-               (fill() > 0 && target_.position() + fillBytes() >= enough);
+               (written() > 0 && target_.position() + writtenBytes() >= enough);
     }
 
 private:
@@ -86,13 +86,17 @@ private:
     [[nodiscard]] std::size_t fill() const noexcept {
         return static_cast<std::size_t>(next_ - block_.get());
     }
-    [[nodiscard]] std::int64_t fillBytes() const noexcept {
-        return static_cast<std::int64_t>(fill() * sizeof(NuXmlChar));
+    /// How much is written as long as nothing is handed on.
+    [[nodiscard]] std::size_t written() const noexcept {
+        return static_cast<std::size_t>(next_ - start_);
+    }
+    [[nodiscard]] std::int64_t writtenBytes() const noexcept {
+        return static_cast<std::int64_t>(written() * sizeof(NuXmlChar));
     }
 
     /// Whether so much is written that it does not matter any more where it began. No node writes
     /// less than three characters before an element or an instruction, unless it writes none.
-    [[nodiscard]] bool isBeyondStart() const noexcept { return isHandedOn_ || next_ - start_ >= 3; }
+    [[nodiscard]] bool isBeyondStart() const noexcept { return isHandedOn_ || written() >= 3; }
     [[nodiscard]] bool isBrokenAtStart();
 
     template <class... Piece> [[gnu::noinline]] void putInParts(const Piece&... pieces) {
