@@ -108,7 +108,7 @@ std::size_t TNuUTF8StreamAdapter::readUnits(std::size_t room) {
                 rest = std::string_view(bytes_.get(), rest.size() + more);
                 continue;
             }
-            char16_t pair[2];
+            char16_t pair[2] = {};
             const bool isPair = nu::appendCodePoint(pair, sequence.codePoint) - pair == 2;
             const bool fits = !isPair || room - length >= 2;
             run = {fits ? sequence.length : std::size_t{sequence.length} - 1,
@@ -150,7 +150,7 @@ bool TNuUTF8StreamAdapter::readSecondHalf(std::size_t bytesRead) {
     const nu::Utf8Sequence sequence = readSequence({bytes, longestSequence});
     const bool isSecondHalf = sequence.length == longestSequence && sequence.wellFormed;
     if (isSecondHalf) {
-        char16_t pair[2];
+        char16_t pair[2] = {};
         nu::appendCodePoint(pair, sequence.codePoint);
         units_[0] = pair[1];
     }

@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <string_view>
 
+#include "host/runtime/dateTime.h"
+#include "host/runtime/variant.h"
 #include "nuXmlDOM/core/attribute.h"
 #include "nuXmlDOM/core/characterData.h"
 #include "nuXmlDOM/core/node.h"
@@ -103,6 +105,8 @@ public:
     /// The only element at `path`, without regard to letter case and namespace. Throws when there
     /// is none, or more than one.
     TNuDOMElement& GetChildElementEx(std::u16string_view path);
+    /// The typed value of that element, see GetVarValue.
+    host::Variant GetValueEx(std::u16string_view path);
     /// Takes the first child element of that name out of the tree; an empty handle without one.
     NuRef<TNuDOMElement> RemoveElement(std::u16string_view name);
     NuRef<TNuDOMElement> RemoveElement(std::u16string_view name, std::u16string_view namespaceURI);
@@ -147,6 +151,34 @@ public:
     /// Writes xml:space="preserve" or "default".
     /// Deliberate: the name lacks an r; applications know it so.
     void SetPreseveSpace(bool preserve);
+    /// @}
+
+    /// \name Typed values
+    /// The text of the element as a value, with the attributes type and nil of XML Schema instances
+    /// where their namespace is declared on the element or around it.
+    /// @{
+    /// The value of the type that the type attribute names; null when nil is "true" and where
+    /// neither a type nor a text is; else the text. Throws ENuDomException for a type that is empty
+    /// or unknown, and host::EConvertError for text that is no such value.
+    [[nodiscard]] host::Variant GetVarValue() const;
+    /// Writes a value with its type; null and empty as nil. Throws host::EConvertError, and changes
+    /// nothing, for values that have no text.
+    void SetVarValue(const host::Variant& value);
+    /// The getters look at the text alone and give 0 for text that is no such value.
+    [[nodiscard]] NuXmlString GetAsString() const;
+    [[nodiscard]] std::int32_t GetAsInteger() const;
+    [[nodiscard]] std::int64_t GetAsInt64() const;
+    /// Throws host::EConvertError for text that is no boolean.
+    [[nodiscard]] bool GetAsBoolean() const;
+    [[nodiscard]] double GetAsDouble() const;
+    [[nodiscard]] host::TDateTime GetAsDateTime() const;
+    /// The setters name the type only where the namespace of types is declared.
+    void SetAsString(std::u16string_view value);
+    void SetAsInteger(std::int32_t value);
+    void SetAsInt64(std::int64_t value);
+    void SetAsBoolean(bool value);
+    void SetAsDouble(double value);
+    void SetAsDateTime(host::TDateTime value);
     /// @}
 
     // TNuDOMNode

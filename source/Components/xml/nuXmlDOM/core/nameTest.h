@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "common/caseFolding.h"
+#include "host/runtime/exception.h"
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/domMessages.h"
 #include "nuXmlDOM/core/nodeAccess.h"

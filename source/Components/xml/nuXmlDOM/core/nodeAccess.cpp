@@ -89,6 +89,13 @@ NodeExtras* NodeAccess::extrasIfAny(const TNuDOMNode& node) noexcept {
     return node.hasFlag(hasExtras) ? static_cast<NodeExtras*>(node.context_) : nullptr;
 }
 
+void NodeAccess::fill(TNuDOMNodeList& list, std::vector<TNuDOMNode*> nodes) {
+    for (TNuDOMNode* node : nodes) {
+        node->setFlag(isInResultList);
+    }
+    list.items_ = std::move(nodes);
+}
+
 void NodeAccess::reorder(TNuDOMNode& owner, LiveMembers shown,
                          const std::vector<TNuDOMNode*>& order) {
     auto* element = as<TNuDOMElement>(&owner);

@@ -96,6 +96,8 @@ public:
     [[nodiscard]] static NodeExtras* extrasIfAny(const TNuDOMNode& node) noexcept;
     /// The context that a list of the node's own shares with it.
     [[nodiscard]] static ObjectContext* context(TNuDOMNode& node) { return &node.extras(); }
+    /// Puts nodes into an empty list without looking whether one is there twice.
+    static void fill(TNuDOMNodeList& list, std::vector<TNuDOMNode*> nodes);
     /// Puts the members of one of the node's lists into another order.
     static void reorder(TNuDOMNode& owner, LiveMembers shown,
                         const std::vector<TNuDOMNode*>& order);

@@ -1,44 +1,130 @@
-#include "nuXmlDOM/core/document.h"
+#include <algorithm>
 
-NuRef<TNuDOMNodeList> TNuDOMElement::CreateNodeList(std::u16string_view, TNuDOMSelectOptions) {
-    raiseNotSupported();
+#include "host/runtime/exception.h"
+#include "nuXmlDOM/core/document.h"
+#include "nuXmlDOM/core/nameTest.h"
+#include "nuXmlDOM/path/path.h"
+#include "nuXmlDOM/path/pathMessages.h"
+#include "nuXmlDOM/path/pathSelection.h"
+
+// Selection from elements
+
+NuRef<TNuDOMNodeList> TNuDOMElement::CreateNodeList(std::u16string_view path,
+                                                    TNuDOMSelectOptions options) {
+    return TNuDOMPath(path, options).CreateNodeList(*this);
 }
-TNuDOMNode* TNuDOMElement::SelectSingleNode(std::u16string_view, TNuDOMSelectOptions) {
-    raiseNotSupported();
+
+TNuDOMNode* TNuDOMElement::SelectSingleNode(std::u16string_view path, TNuDOMSelectOptions options) {
+    return TNuDOMPath(path, options).SelectSingleNode(*this);
 }
-NuRef<TNuDOMElementList> TNuDOMElement::CreateElementList(std::u16string_view,
-                                                          TNuDOMSelectOptions) {
-    raiseNotSupported();
+
+NuRef<TNuDOMElementList> TNuDOMElement::CreateElementList(std::u16string_view path,
+                                                          TNuDOMSelectOptions options) {
+    return TNuDOMPath(path, options).CreateElementList(*this);
 }
-TNuDOMElement* TNuDOMElement::SelectSingleElement(std::u16string_view, TNuDOMSelectOptions) {
-    raiseNotSupported();
+
+TNuDOMElement* TNuDOMElement::SelectSingleElement(std::u16string_view path,
+                                                  TNuDOMSelectOptions options) {
+    return TNuDOMPath(path, options).SelectSingleElement(*this);
 }
-NuRef<TNuDOMElementList> TNuDOMElement::getElementsByTagName(std::u16string_view) {
-    raiseNotSupported();
+
+// Selection from documents
+
+NuRef<TNuDOMNodeList> TNuDOMDocument::CreateNodeList(std::u16string_view path,
+                                                     TNuDOMSelectOptions options) {
+    return TNuDOMPath(path, options).CreateNodeList(*this);
 }
-NuRef<TNuDOMElementList> TNuDOMElement::getElementsByTagNameNS(std::u16string_view,
-                                                               std::u16string_view) {
-    raiseNotSupported();
+
+TNuDOMNode* TNuDOMDocument::SelectSingleNode(std::u16string_view path,
+                                             TNuDOMSelectOptions options) {
+    return TNuDOMPath(path, options).SelectSingleNode(*this);
 }
-NuRef<TNuDOMNodeList> TNuDOMDocument::CreateNodeList(std::u16string_view, TNuDOMSelectOptions) {
-    raiseNotSupported();
+
+NuRef<TNuDOMElementList> TNuDOMDocument::CreateElementList(std::u16string_view path,
+                                                           TNuDOMSelectOptions options) {
+    return TNuDOMPath(path, options).CreateElementList(*this);
 }
-TNuDOMNode* TNuDOMDocument::SelectSingleNode(std::u16string_view, TNuDOMSelectOptions) {
-    raiseNotSupported();
+
+TNuDOMElement* TNuDOMDocument::SelectSingleElement(std::u16string_view path,
+                                                   TNuDOMSelectOptions options) {
+    return TNuDOMPath(path, options).SelectSingleElement(*this);
 }
-NuRef<TNuDOMElementList> TNuDOMDocument::CreateElementList(std::u16string_view,
-                                                           TNuDOMSelectOptions) {
-    raiseNotSupported();
+
+// Elements by name
+
+namespace {
+
+/// Deliberate: the name is part of a path and is read as one.
+NuRef<TNuDOMElementList> elementsByName(TNuDOMNode& context, std::u16string_view name) {
+    return TNuDOMPath(NuXmlString(u"//").append(name)).CreateElementList(context);
 }
-TNuDOMElement* TNuDOMDocument::SelectSingleElement(std::u16string_view, TNuDOMSelectOptions) {
-    raiseNotSupported();
+
+NuRef<TNuDOMElementList> elementsByName(TNuDOMNode& context, std::u16string_view namespaceURI,
+                                        std::u16string_view localName) {
+    nu::PathNodes found;
+    nu::selectNodes(*nu::readPath(u"//*", {}), context, true, found);
+    const auto isOther = [&](TNuDOMNode* node) {
+        const bool hasName = localName == u"*" || nu::NodeAccess::name(*node).local() == localName;
+        return !hasName || (namespaceURI != u"*" && node->get_namespaceURI() != namespaceURI);
+    };
+    found.erase(std::remove_if(found.begin(), found.end(), isOther), found.end());
+    NuRef<TNuDOMElementList> list =
+        TNuDOMElementList::Create(&context, context.OwnerDocument(), false);
+    nu::NodeAccess::fill(*list, std::move(found));
+    return list;
 }
-NuRef<TNuDOMElementList> TNuDOMDocument::getElementsByTagName(std::u16string_view) {
-    raiseNotSupported();
+
+} // namespace
+
+NuRef<TNuDOMElementList> TNuDOMElement::getElementsByTagName(std::u16string_view name) {
+    return elementsByName(*this, name);
 }
-NuRef<TNuDOMElementList> TNuDOMDocument::getElementsByTagNameNS(std::u16string_view,
-                                                                std::u16string_view) {
-    raiseNotSupported();
+
+NuRef<TNuDOMElementList> TNuDOMElement::getElementsByTagNameNS(std::u16string_view namespaceURI,
+                                                               std::u16string_view localName) {
+    return elementsByName(*this, namespaceURI, localName);
 }
-TNuDOMElement* TNuDOMDocument::getElementById(std::u16string_view) { raiseNotSupported(); }
-void TNuDOMNodeList::Sort(std::u16string_view) {}
+
+NuRef<TNuDOMElementList> TNuDOMDocument::getElementsByTagName(std::u16string_view name) {
+    return elementsByName(*this, name);
+}
+
+NuRef<TNuDOMElementList> TNuDOMDocument::getElementsByTagNameNS(std::u16string_view namespaceURI,
+                                                                std::u16string_view localName) {
+    return elementsByName(*this, namespaceURI, localName);
+}
+
+TNuDOMElement* TNuDOMDocument::getElementById(std::u16string_view id) {
+    if (documentElement_ == nullptr) {
+        return nullptr;
+    }
+    // Deliberate: the id is part of a path, //*[@ID="…"], so " | " in it divides the path and
+    // apostrophes in it never match. One with a quotation mark is what no path can say; it is
+    // looked for by the same rule.
+    constexpr TNuDOMSelectOptions options{soCaseInsensitive, soIgnoreNamespace};
+    if (id.find(cNuQuote) == std::u16string_view::npos) {
+        NuXmlString path(u"//*[@ID=\"");
+        path.append(id).append(u"\"]");
+        nu::PathNodes found;
+        nu::selectNodes(*nu::readPath(path, options), *this, true, found);
+        return found.empty() ? nullptr : static_cast<TNuDOMElement*>(found.front());
+    }
+    nu::PathFilter filter;
+    filter.comparison = nu::PathOperator::equal;
+    filter.literal.isText = true;
+    for (const NuXmlChar unit : id) {
+        if (unit != cNuQuote && unit != cNuApos) {
+            filter.literal.text += unit;
+        }
+    }
+    filter.literal.folded = NuFolded(filter.literal.text);
+    nu::PathNodes found;
+    nu::selectNodes(*nu::readPath(u"//*[@id]", options), *this, true, found);
+    for (TNuDOMNode* node : found) {
+        auto* element = static_cast<TNuDOMElement*>(node);
+        if (nu::comparePathValue(filter, *element->getAttributeNodeObj(u"id", options))) {
+            return element;
+        }
+    }
+    return nullptr;
+}

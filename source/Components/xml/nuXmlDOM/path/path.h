@@ -1,0 +1,39 @@
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "nuXmlDOM/core/node.h"
+#include "nuXmlDOM/core/nodeList.h"
+#include "nuXmlDOM/core/selectOptions.h"
+
+namespace nu {
+struct PathProgram;
+}
+
+/// A path whose text has been read once, for selecting many times: what an application uses that
+/// selects in a loop. It belongs to no document and never changes, so threads may share one.
+///
+/// Mistakes in the text throw when a selection gets to them, not here.
+class NUXML_API TNuDOMPath {
+public:
+    explicit TNuDOMPath(std::u16string_view path, TNuDOMSelectOptions options = {});
+    ~TNuDOMPath();
+
+    [[nodiscard]] NuXmlString Text() const;
+    [[nodiscard]] TNuDOMSelectOptions Options() const noexcept;
+
+    /// \name Selecting from an element or a document
+    /// Other nodes throw ENuDomNotSupported.
+    /// @{
+    [[nodiscard]] NuRef<TNuDOMNodeList> CreateNodeList(TNuDOMNode& context) const;
+    [[nodiscard]] NuRef<TNuDOMElementList> CreateElementList(TNuDOMNode& context) const;
+    /// The only node; null when there is none, or more than one.
+    TNuDOMNode* SelectSingleNode(TNuDOMNode& context) const;
+    /// The only element; null without one. Throws ENuDomException when there are more.
+    TNuDOMElement* SelectSingleElement(TNuDOMNode& context) const;
+    /// @}
+
+private:
+    std::shared_ptr<const nu::PathProgram> program_;
+};

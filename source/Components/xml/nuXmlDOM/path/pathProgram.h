@@ -1,0 +1,104 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "nuXmlDOM/core/selectOptions.h"
+#include "nuXmlParser/chars.h"
+
+/// \file
+/// A path as it is after its text has been read: what a selection goes by. Mistakes in the text are
+/// kept where they stand, because they count only when a selection gets there.
+
+namespace nu {
+
+struct PathProgram;
+
+/// A value that a filter compares with.
+struct PathLiteral {
+    /// Whether it is text; else an integer is meant.
+    bool isText = false;
+    /// The text without quotes; the text as it stood where an integer was meant.
+    NuXmlString text;
+    /// The same without regard to letter case.
+    NuXmlString folded;
+    /// The integer, if the text is one.
+    std::optional<std::int64_t> integer;
+};
+
+/// How a filter compares. Deliberate: every other sequence of "<", "=" and ">" keeps nothing.
+enum class PathOperator : std::uint8_t { equal, greater, greaterOrEqual, less, lessOrEqual, none };
+
+/// What a bracketed text asks of a candidate.
+enum class TNuXPathFilter : std::uint8_t {
+    ftHasAttribute,
+    ftAttributeValue,
+    ftChildElementX,
+    ftLastChildElement,
+    ftFirstChildElement,
+    ftChildValue,
+    ftChildName,
+    ftNodeValue,
+};
+
+struct PathFilter {
+    TNuXPathFilter kind = TNuXPathFilter::ftChildName;
+    /// The attribute's name, or the path of the child.
+    NuXmlString name;
+    PathOperator comparison = PathOperator::none;
+    PathLiteral literal;
+    std::int32_t position = 0;
+    /// Where the name is nothing but the name of a child element: no path is needed to find it.
+    bool isPlainName = false;
+    /// The path of the child; null for a plain name, and where brackets stand too deep.
+    std::shared_ptr<const PathProgram> child;
+};
+
+enum class PathTest : std::uint8_t {
+    everyAttribute,
+    attribute,
+    parent,
+    self,
+    everyElement,
+    everyNode,
+    elementWithText,
+    name,
+};
+
+enum class PathMistake : std::uint8_t { none, invalidPath, openQuote, openBracket };
+
+struct PathStep {
+    /// Whether it looks at everything below the context.
+    bool isDeep = false;
+    PathTest test = PathTest::everyElement;
+    NuXmlString name;
+    std::vector<PathFilter> filters;
+    PathMistake mistake = PathMistake::none;
+    /// What soCreate makes when nothing matches: the text before the first bracket.
+    NuXmlString nameToCreate;
+};
+
+enum class PathStart : std::uint8_t { context, parent, grandparent, document };
+
+struct PathAlternative {
+    PathStart start = PathStart::context;
+    std::vector<PathStep> steps;
+};
+
+struct PathProgram {
+    NuXmlString text;
+    TNuDOMSelectOptions options;
+    std::vector<PathAlternative> alternatives;
+};
+
+/// Reads a path. `depth` is the number of brackets around it.
+[[nodiscard]] std::shared_ptr<const PathProgram>
+readPath(std::u16string_view path, TNuDOMSelectOptions options, int depth = 0);
+
+/// Reads an integer: blanks may lead, then a sign; nothing else but decimal digits.
+[[nodiscard]] std::optional<std::int64_t> readPathInteger(std::u16string_view text) noexcept;
+
+} // namespace nu

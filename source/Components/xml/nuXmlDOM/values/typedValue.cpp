@@ -1,0 +1,157 @@
+#include "common/caseFolding.h"
+#include "host/runtime/variant.h"
+#include "nuXmlDOM/core/document.h"
+#include "nuXmlDOM/core/domErrors.h"
+#include "nuXmlDOM/core/domMessages.h"
+#include "nuXmlDOM/core/element.h"
+#include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlParser.h"
+
+namespace {
+
+constexpr std::u16string_view instanceURI = u"http://www.w3.org/2001/XMLSchema-instance";
+constexpr std::u16string_view schemaURI = u"http://www.w3.org/2001/XMLSchema";
+
+/// A namespace of typed values as it is in scope at an element.
+struct Prefix {
+    /// The declared prefix with its colon; empty when there is none, or for the default namespace.
+    NuXmlString text;
+    bool isDeclared = false;
+
+    [[nodiscard]] NuXmlString name(std::u16string_view local) const {
+        return text + NuXmlString(local);
+    }
+};
+
+Prefix findPrefix(const TNuDOMElement& element, std::u16string_view uri) {
+    const TNuDOMAttribute* declaration = element.FindNamespace(uri, true);
+    if (declaration == nullptr) {
+        return {};
+    }
+    NuXmlString text = declaration->get_localName();
+    if (!text.empty()) {
+        text += cNuColon;
+    }
+    return {text, true};
+}
+
+host::VarType typeNamed(std::u16string_view name) {
+    host::VarType type = host::varEmpty;
+    try {
+        type = NuSchemaTypeToVariantType(name, true);
+    } catch (const host::Exception&) {
+        type = host::varEmpty; // unknown, which has a text of its own here
+    }
+    if (type == host::varEmpty) {
+        throw ENuDomException(nu::cUnknownType);
+    }
+    return type;
+}
+
+bool isStringType(host::VarType type) noexcept {
+    return type == host::varWideString || type == host::varAnsiString || type == host::varString;
+}
+
+bool hasTextChild(const TNuDOMElement& element) {
+    return !TNuDOMRange<TNuDOMText>(element.FirstChild()).empty();
+}
+
+/// Writes a value with its type where the types have a namespace, else as text alone.
+template <class Write>
+void setTyped(TNuDOMElement& element, const host::Variant& value, Write&& write) {
+    if (element.FindNamespace(instanceURI, true) != nullptr) {
+        element.SetVarValue(value);
+    } else {
+        element.set_nodeValue(write());
+    }
+}
+
+} // namespace
+
+host::Variant TNuDOMElement::GetVarValue() const {
+    // 1. No value.
+    const Prefix instance = findPrefix(*this, instanceURI);
+    const TNuDOMAttribute* nil = getAttributeNode(instance.name(u"nil"));
+    if (nil != nullptr && NuEqualFolded(nil->get_nodeValue(), u"true")) {
+        return host::null;
+    }
+    // 2. A value of the type that is named.
+    if (const TNuDOMAttribute* type = getAttributeNode(instance.name(u"type"))) {
+        const NuXmlString name = type->get_nodeValue();
+        if (name.empty()) {
+            throw ENuDomException(nu::cEmptyType);
+        }
+        const host::VarType varType = typeNamed(name);
+        return isStringType(varType) ? host::Variant(get_nodeValue())
+                                     : NuXmlToVariant(get_nodeValue(), varType);
+    }
+    // 3. Text, if there is any.
+    return hasTextChild(*this) ? host::Variant(get_nodeValue()) : host::Variant(host::null);
+}
+
+void TNuDOMElement::SetVarValue(const host::Variant& value) {
+    const Prefix instance = findPrefix(*this, instanceURI);
+    const NuXmlString nil = instance.name(u"nil");
+    // 1. No value. Deliberate: a type that is there already stays.
+    if (value.IsEmpty() || value.IsNull()) {
+        setAttribute(nil, u"true");
+        set_nodeValue({});
+        return;
+    }
+    // 2. What may fail comes before anything changes.
+    const bool isString = value.IsString();
+    const NuXmlString text = isString ? value.AsString() : NuVariantToXml(value);
+    // Deliberate: text has its type only where the types have a namespace, other values always;
+    // without a namespace as a bare "type".
+    const bool namesType = !isString || instance.isDeclared;
+    const NuXmlString type =
+        namesType ? findPrefix(*this, schemaURI).name(NuSchemaType(value)) : NuXmlString();
+    // 3. The text, and the type.
+    removeAttribute(nil);
+    set_nodeValue(text);
+    if (namesType) {
+        setAttribute(instance.name(u"type"), type);
+    }
+}
+
+NuXmlString TNuDOMElement::GetAsString() const { return get_nodeValue(); }
+
+std::int32_t TNuDOMElement::GetAsInteger() const { return NuXMLToIntDef(get_nodeValue(), 0); }
+
+std::int64_t TNuDOMElement::GetAsInt64() const { return NuXMLToInt64Def(get_nodeValue(), 0); }
+
+bool TNuDOMElement::GetAsBoolean() const { return NuXMLToBool(get_nodeValue()); }
+
+double TNuDOMElement::GetAsDouble() const { return NuXMLToDoubleDef(get_nodeValue(), 0); }
+
+host::TDateTime TNuDOMElement::GetAsDateTime() const {
+    return NuXMLToDateTimeDef(get_nodeValue(), host::TDateTime{});
+}
+
+void TNuDOMElement::SetAsString(std::u16string_view value) {
+    setTyped(*this, value, [value] { return value; });
+}
+
+void TNuDOMElement::SetAsInteger(std::int32_t value) {
+    setTyped(*this, value, [value] { return NuIntToXML(value); });
+}
+
+void TNuDOMElement::SetAsInt64(std::int64_t value) {
+    setTyped(*this, value, [value] { return NuInt64ToXML(value); });
+}
+
+void TNuDOMElement::SetAsBoolean(bool value) {
+    setTyped(*this, value, [value] { return NuBoolToXML(value); });
+}
+
+void TNuDOMElement::SetAsDouble(double value) {
+    setTyped(*this, value, [value] { return NuDoubleToXML(value); });
+}
+
+void TNuDOMElement::SetAsDateTime(host::TDateTime value) {
+    setTyped(*this, value, [value] { return NuDateTimeToXML(value, xdtfLocal); });
+}
+
+host::Variant TNuDOMElement::GetValueEx(std::u16string_view path) {
+    return GetChildElementEx(path).GetVarValue();
+}
