@@ -4,6 +4,7 @@
 
 #include "host/runtime/memoryStream.h"
 #include "host/runtime/unicode.h"
+#include "nuXmlParser/largeStreamParser.h"
 #include "nuXmlParser/smallStreamParser.h"
 #include "nuXmlSax.h"
 #include "nuXmlSax/scanAttributes.h"
@@ -12,6 +13,8 @@
 #include "nuXmlSax/scanMarkup.h"
 #include "nuXmlSax/scanPlain.h"
 #include "support/eventTrace.h"
+#include "support/oddStream.h"
+#include "support/plainLargeSource.h"
 #include "support/plainSource.h"
 #include "support/randomText.h"
 
@@ -59,6 +62,28 @@ TEST(Scanner, tellsTheSameUnitByUnit) {
             });
             ASSERT_EQ(actual, expected) << "seed " << seed << ", window " << windowLength << ": "
                                         << support::readable(text);
+        }
+    }
+}
+
+TEST(Scanner, tellsTheSameOfALargeStreamUnitByUnit) {
+    const std::uint64_t inputs = support::randomInputs(20'000);
+    for (std::uint64_t seed = 0; seed < inputs; ++seed) {
+        support::Random random(seed);
+        const std::string bytes = support::randomEncoding(random, support::randomMarkup(random));
+        const Positions positions = seed % 2 == 0 ? Positions::State : Positions::None;
+        const std::string expected = outcome(positions, [&](auto& errorHandler) {
+            return new support::PlainLargeSource(new host::TMemoryViewStream(bytes), true,
+                                                 errorHandler, 4096);
+        });
+        for (const std::size_t blockLength :
+             {TNuXmlLargeStreamParser::standardBlockLength, random(100)}) {
+            const std::string actual = outcome(positions, [&](auto& errorHandler) {
+                auto* const stream = new support::OddStream(bytes);
+                stream->readsAtMost = random(2) == 0 ? 1 + random(40) : bytes.size() + 1;
+                return new TNuXmlLargeStreamParser(stream, true, errorHandler, blockLength);
+            });
+            ASSERT_EQ(actual, expected) << "seed " << seed << ", block " << blockLength;
         }
     }
 }

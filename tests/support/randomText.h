@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "host/runtime/unicode.h"
+
 namespace support {
 
 /// Random numbers that are the same everywhere: each seed names one sequence.
@@ -83,6 +85,34 @@ inline std::u16string randomMarkup(Random& random) {
     }
     text.resize(length);
     return text;
+}
+
+/// The text in one of the encodings that a stream can have, often with bytes that are none of it:
+/// marked, declared (in a tag before the text) or 8-bit text (behind a tag).
+inline std::string randomEncoding(Random& random, std::u16string_view text) {
+    const auto utf8 = [&] {
+        std::string bytes = host::utf16ToUtf8(text);
+        for (std::size_t faults = random(3) == 0 ? random(8) : 0; faults > 0; --faults) {
+            static constexpr std::string_view parts[] = {"\x80", "\xF0\x9F\x98\x80", "\xE2\x82",
+                                                         "\xF0\x9F", "\xFF"};
+            bytes.insert(random(bytes.size() + 1), parts[random(std::size(parts))]);
+        }
+        return bytes;
+    };
+    switch (random(4)) {
+    case 0:
+        return "\xEF\xBB\xBF" + utf8();
+    case 1:
+        return "<?UTF-8?>" + utf8();
+    case 2: {
+        std::string bytes = "\xFF\xFE<";
+        bytes += '\0';
+        bytes.append(reinterpret_cast<const char*>(text.data()), 2 * text.size());
+        return bytes.substr(0, bytes.size() - random(2));
+    }
+    default:
+        return "<?x?>" + utf8();
+    }
 }
 
 } // namespace support

@@ -9,6 +9,7 @@
 #include "nuXmlParser/chars.h"
 #include "nuXmlParser/dateTimeText.h"
 #include "nuXmlParser/escape.h"
+#include "nuXmlParser/largeStreamParser.h"
 #include "nuXmlParser/numberText.h"
 #include "nuXmlParser/parserErrors.h"
 #include "nuXmlParser/schemaTypes.h"

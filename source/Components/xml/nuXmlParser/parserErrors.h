@@ -32,6 +32,9 @@ inline constexpr std::u16string_view noXml =
     u"The sourcestream does not contain XML or is not positioned at the beginning of an XML block!";
 // Deliberate: "sourcestream" as one word; applications compare these texts.
 inline constexpr std::u16string_view invalidUtf8 = u"The sourcestream contains invalid UTF-8 data!";
+// Deliberate: "enought", for the same reason.
+inline constexpr std::u16string_view bufferTooSmall =
+    u"The buffersize is not large enought to hold all the data!";
 inline constexpr std::u16string_view invalidEncoding = u"Invalid encoding";
 inline constexpr std::u16string_view copyNotAllowed = u"Copy not allowed";
 

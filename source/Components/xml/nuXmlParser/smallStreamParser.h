@@ -110,6 +110,10 @@ public:
         currPtr_ = place;
         readPtr_ = place + 1;
     }
+    /// Looking ahead has no consequences here.
+    void countPeek() noexcept {}
+    /// Text goes when keepFromHere says so.
+    void releaseBefore(PNuXmlChar /*place*/) noexcept {}
     [[nodiscard]] NuXmlChar current() const noexcept { return *currPtr_; }
     [[nodiscard]] PNuXmlChar currentPlace() const noexcept { return currPtr_; }
     [[nodiscard]] bool hasEnded() const noexcept { return eof_; }

@@ -86,18 +86,26 @@ void TextCounter::countUpTo(PNuXmlChar end) noexcept {
         return;
     }
     const Tally tally = tallyUnits(counted_, end);
-    const std::int64_t reads = (end - counted_) - tally.controls;
+    const std::int64_t reads = (end - counted_) - (everyUnit_ ? 0 : tally.controls);
     charCount += reads + uncountedLineFeeds_;
     line += tally.lineFeeds;
     if (tally.lineFeeds == 0) {
         column += reads;
     } else {
         const PNuXmlChar last = lastLineFeed(counted_, end);
-        column = (end - last - 1) - tallyUnits(last + 1, end).controls +
-                 (last == deliveredLineFeed_ ? 1 : 0);
+        column = everyUnit_ ? end - last
+                            : (end - last - 1) - tallyUnits(last + 1, end).controls +
+                                  (last == deliveredLineFeed_ ? 1 : 0);
     }
     uncountedLineFeeds_ = 0;
     counted_ = end;
+}
+
+void TextCounter::countExtra(PNuXmlChar from, PNuXmlChar end) noexcept {
+    const PNuXmlChar counted = counted_;
+    counted_ = from;
+    countUpTo(end);
+    counted_ = counted;
 }
 
 } // namespace nu

@@ -13,7 +13,8 @@ namespace nu {
 /// Every unit from U+0020 on is one read and one column; control characters are dropped by the
 /// reads that skip them and count only when a raw read delivers them. So the reads tell nothing
 /// but the control characters they deliver, and the rest is found in the text when it is asked for:
-/// each unit is looked at once, however often somebody asks.
+/// each unit is looked at once, however often somebody asks. A source that counts every unit it
+/// passes, control characters too, says so at the start and tells nothing.
 class NUXML_API TextCounter {
 public:
     static constexpr NuXmlChar lineFeed = 0x0A;
@@ -23,7 +24,13 @@ public:
     std::int64_t charCount = 0;
 
     /// Starts at the first unit of a text.
-    void start(PNuXmlChar text) noexcept { *this = {}, counted_ = text; }
+    /// \param everyUnit whether control characters count like any other character; the reads need
+    ///                  not tell of any then, and a line feed is column 1 of the line that it opens
+    void start(PNuXmlChar text, bool everyUnit = false) noexcept {
+        *this = {};
+        counted_ = text;
+        everyUnit_ = everyUnit;
+    }
 
     /// A raw read has delivered the unit at `place`. If it is a line feed, it has column 1 of the
     /// line that it opens. Free of branches, because line feeds behind tags come as they like.
@@ -42,13 +49,18 @@ public:
                                  ? nullptr
                                  : to + (deliveredLineFeed_ - from);
     }
+    /// What follows the text counted so far is at `place`.
+    void continueAt(PNuXmlChar place) noexcept { counted_ = place; }
     /// Counts everything before `end`.
     void countUpTo(PNuXmlChar end) noexcept;
+    /// Counts a stretch that is going to be counted once more, or was already.
+    void countExtra(PNuXmlChar from, PNuXmlChar end) noexcept;
 
 private:
     PNuXmlChar counted_ = nullptr;           ///< everything before it is in the counters
     PNuXmlChar deliveredLineFeed_ = nullptr; ///< the last line feed that a raw read delivered
     std::int64_t uncountedLineFeeds_ = 0;    ///< delivered line feeds behind `counted_`
+    bool everyUnit_ = false;
 };
 
 } // namespace nu

@@ -13,13 +13,6 @@ namespace {
 
 constexpr std::uint32_t codePageWindows1252 = 1252;
 
-/// Whether the first tag, or whatever ends at the first ">", speaks of UTF-8.
-bool declaresUtf8(std::string_view header) {
-    const auto* bytes = reinterpret_cast<const unsigned char*>(header.data());
-    const std::u16string text(bytes, bytes + header.size());
-    return NuContainsText(text, u"utf-8");
-}
-
 /// The code page in which unmarked text is read; it can never fail to decode.
 std::uint32_t pageOfUnmarked(std::string_view bytes, std::string_view header) {
     const std::uint32_t systemPage = NuGetSystemCodePage();
@@ -31,6 +24,12 @@ std::uint32_t pageOfUnmarked(std::string_view bytes, std::string_view header) {
 }
 
 } // namespace
+
+bool declaresUtf8(std::string_view header) {
+    const auto* bytes = reinterpret_cast<const unsigned char*>(header.data());
+    const std::u16string text(bytes, bytes + header.size());
+    return NuContainsText(text, u"utf-8");
+}
 
 TextDecoder::Opening TextDecoder::open(std::string_view bytes, bool isMarkedUtf8) {
     if (isMarkedUtf8) {

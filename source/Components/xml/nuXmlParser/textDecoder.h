@@ -9,6 +9,9 @@
 
 namespace nu {
 
+/// Whether the first tag, or whatever ends at the first ">", speaks of UTF-8.
+bool declaresUtf8(std::string_view header);
+
 /// Turns the bytes of a document into UTF-16, a stretch at a time.
 ///
 /// What the bytes are is settled when they are opened, so that decoding cannot fail half-way.

@@ -9,6 +9,7 @@
 #include "host/runtime/format.h"
 #include "host/runtime/memoryStream.h"
 #include "host/sax/SaxHelpers.h"
+#include "nuXmlParser/largeStreamParser.h"
 #include "nuXmlParser/parserErrors.h"
 #include "nuXmlParser/smallStreamParser.h"
 #include "nuXmlSax/eventHandlers.h"
@@ -117,14 +118,33 @@ void TNuSAXXMLReader::ParseBytes(std::string_view bytes) {
     Parse(&stream);
 }
 
-void TNuSAXXMLReader::parseDocument(std::unique_ptr<host::TStream> owned, host::TStream* stream) {
-    using Source = TNuXmlSmallStreamParser;
-    // Text that stays in the nearer caches from its decoding to its last use.
-    constexpr std::size_t windowLength = 32 * 1024;
+void TNuSAXXMLReader::ParseFragment(std::u16string_view text) {
+    // The NUL ends the text: a character that is the last one of the input would be lost.
+    auto stream = std::make_unique<TNuStringStream>(NuXmlString(text) + u'\0');
+    depth_ = 1;
+    isFragment_ = true;
+    Parse(stream.release(), true);
+}
 
-    // The stream goes with the character source, or here if that cannot be made: in any case before
-    // anybody is told of a fault in it.
-    OwnedParser<Source> source(new Source(stream, false, errorHandler_, windowLength));
+void TNuSAXXMLReader::parseDocument(std::unique_ptr<host::TStream> owned, host::TStream* stream) {
+    const bool isLarge = parserChoice_ == TNuSaxParserChoice::LargeStream ||
+                         (parserChoice_ == TNuSaxParserChoice::BySize && stream != nullptr &&
+                          stream->GetSize() >= largeStreamSize);
+    if (isLarge) {
+        scan(new TNuXmlLargeStreamParser(stream, false, errorHandler_), std::move(owned));
+    } else {
+        // Text that stays in the nearer caches from its decoding to its last use.
+        constexpr std::size_t windowLength = 32 * 1024;
+        scan(new TNuXmlSmallStreamParser(stream, false, errorHandler_, windowLength),
+             std::move(owned));
+    }
+}
+
+/// The stream goes with the character source, or with the caller's if that could not be made: in
+/// any case before anybody is told of a fault in it.
+template <class Source>
+void TNuSAXXMLReader::scan(Source* newSource, std::unique_ptr<host::TStream> owned) {
+    OwnedParser<Source> source(newSource);
     if (owned) {
         source->AdoptStream();
         static_cast<void>(owned.release());

@@ -22,6 +22,13 @@ namespace nu {
 template <class Source> class SaxScanner;
 }
 
+/// Which character source a reader takes.
+enum class TNuSaxParserChoice : std::uint8_t {
+    BySize,      ///< the large-stream parser from TNuSAXXMLReader::largeStreamSize bytes on
+    SmallStream, ///< always TNuXmlSmallStreamParser
+    LargeStream, ///< always TNuXmlLargeStreamParser
+};
+
 /// The SAX2 reader: reads an XML document in one pass and reports it to a content, a lexical and an
 /// error handler, or, where a handler is not set, to the events of TNuSAXReaderEvents.
 ///
@@ -35,6 +42,9 @@ template <class Source> class SaxScanner;
 /// elements leaves its count for the next one, which then also reports text outside the root.
 class NUXML_API TNuSAXXMLReader : public host::IBufferedXMLReader, public TNuSAXReaderEvents {
 public:
+    /// The size in bytes from which on a stream is read with the large-stream parser.
+    static constexpr std::int64_t largeStreamSize = 0x2000000;
+
     TNuSAXXMLReader();
     TNuSAXXMLReader(const TNuSAXXMLReader&) = delete;
     TNuSAXXMLReader& operator=(const TNuSAXXMLReader&) = delete;
@@ -42,9 +52,17 @@ public:
     /// A reader that lives as long as somebody holds it; one made otherwise belongs to its maker.
     [[nodiscard]] static host::Ref<TNuSAXXMLReader> CreateCounted();
 
+    /// The character source of the next parse. The whole size of a stream decides, wherever it
+    /// stands, unless something else is chosen; with a choice the size is not asked for, so that a
+    /// stream without one can be read.
+    [[nodiscard]] TNuSaxParserChoice ParserChoice() const noexcept { return parserChoice_; }
+    void SetParserChoice(TNuSaxParserChoice choice) noexcept { parserChoice_ = choice; }
+
     /// Parses the rest of the stream from its position. With `ownsStream` the stream is destroyed
     /// at the end, however the parse ends. A stream in memory is read in
-    /// place: it must stay unchanged during the parse.
+    /// place: it must stay unchanged during the parse. A stream of 32 MiB and more is read in
+    /// pieces, by TNuXmlLargeStreamParser, whose differences show in columns and at the end of
+    /// faulty documents.
     ///
     /// Throws ENuSaxFatalError for a fatal fault. Any other exception, also of a handler, is told
     /// to the error handler as a fatal error without a place, and ENuSaxHandledAbort with an empty
@@ -62,6 +80,9 @@ public:
     /// Parses bytes in memory, without a copy of them, so they must stay unchanged meanwhile:
     /// UTF-8, UTF-16 with a mark, or 8-bit text.
     void ParseBytes(std::string_view bytes);
+    /// Parses what may stand between the tags of an element: text counts from the first character
+    /// on. For a reader that has not parsed anything yet.
+    void ParseFragment(std::u16string_view text);
 
     [[nodiscard]] bool getFeature(std::u16string_view name) override;
     void setFeature(std::u16string_view name, bool value) override;
@@ -102,6 +123,7 @@ private:
 
     void installDefaultHandlers();
     void parseDocument(std::unique_ptr<host::TStream> owned, host::TStream* stream);
+    template <class Source> void scan(Source* newSource, std::unique_ptr<host::TStream> owned);
     [[noreturn]] void reportForeignException();
     void finishParse();
     template <class Interface>
@@ -127,6 +149,8 @@ private:
     TNuSaxNamespaceList namespaces_;
     nu::SpaceStack space_;
     std::int32_t depth_ = 0;
+    bool isFragment_ = false;
+    TNuSaxParserChoice parserChoice_ = TNuSaxParserChoice::BySize;
     host::Ref<TNuSAXAttributes> attributes_;
 
     bool isParsing_ = false;

@@ -55,6 +55,9 @@ template <class Source> inline PNuXmlChar SaxScanner<Source>::scanPlainText(PNuX
         reader_.space_.isPreserved() ? start : source_.template findFrom<StopSet::Solid>(start);
     if (*solid == cNuLt && solid != last) {
         source_.countRaw(start);
+        if (solid != start) {
+            source_.releaseBefore(start);
+        }
         return solid;
     }
 
@@ -64,6 +67,7 @@ template <class Source> inline PNuXmlChar SaxScanner<Source>::scanPlainText(PNuX
         return nullptr;
     }
     source_.countRaw(start);
+    source_.releaseBefore(start);
     source_.moveTo(end);
     if (content() != nullptr) {
         content()->characters(text(start, end));
@@ -86,10 +90,14 @@ template <class Source> inline PNuXmlChar SaxScanner<Source>::scanPlainStartTag(
 
     // 2. What the attributes mean, then the namespace of the name.
     ++reader_.depth_;
+    source_.releaseBefore(name.start);
     if (hasMeaningfulAttribute_) {
         applyPlainAttributes(attributes);
     }
     source_.moveTo(end);
+    if (*name.end == cNuSlash) {
+        source_.countPeek(); // whether the name ends there shows only behind it
+    }
     if (*name.end == cNuSpace && attributes.getLength() == 0) {
         warn(messages::spaceWithoutAttributes);
     }
@@ -231,6 +239,7 @@ template <class Source> inline PNuXmlChar SaxScanner<Source>::scanPlainEndTag(PN
             name.localStart = name.end + 1;
         }
     } while (*name.end != cNuGt);
+    source_.releaseBefore(less + 1);
     source_.moveTo(name.end);
     reportElementEnd(name);
     return name.end;
