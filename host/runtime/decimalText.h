@@ -42,13 +42,19 @@ NUXML_API std::optional<DecimalText> parseDecimal(std::u16string_view text) noex
 /// is less, equal or greater.
 NUXML_API int compareDecimals(const DecimalText& left, const DecimalText& right) noexcept;
 
-/// The nearest value of `Float` (float or double); infinite beyond the largest and zero below the
-/// smallest. Nothing when the text is no decimal number.
+/// Puts the nearest value of `Float` (float or double) into `value`: infinite beyond the largest
+/// and zero below the smallest. False when the text is no decimal number.
 template <class Float>
-NUXML_API std::optional<Float> parseFloating(std::u16string_view text) noexcept;
+NUXML_API bool parseFloating(std::u16string_view text, Float& value) noexcept;
 
-extern template NUXML_API std::optional<float> parseFloating(std::u16string_view) noexcept;
-extern template NUXML_API std::optional<double> parseFloating(std::u16string_view) noexcept;
+extern template NUXML_API bool parseFloating(std::u16string_view, float&) noexcept;
+extern template NUXML_API bool parseFloating(std::u16string_view, double&) noexcept;
+
+/// The same as a result; nothing when the text is no decimal number.
+template <class Float> std::optional<Float> parseFloating(std::u16string_view text) noexcept {
+    Float value = 0;
+    return parseFloating(text, value) ? std::optional(value) : std::nullopt;
+}
 
 /// The amount, rounded to four decimals, a tie to the even digit. Nothing when the text is no
 /// decimal number or the amount does not fit.

@@ -19,6 +19,8 @@ namespace host {
 /// gives the same number.
 class NUXML_API NumberText {
 public:
+    NumberText(const NumberText&) = delete;
+    NumberText& operator=(const NumberText&) = delete;
     /// Decimal, with "-" before a negative number.
     explicit NumberText(std::integral auto number) noexcept {
         if constexpr (std::is_signed_v<decltype(number)>) {
@@ -34,29 +36,27 @@ public:
     /// Up to four decimals, those that are zero at the end left out.
     explicit NumberText(Currency amount) noexcept;
 
-    /// The text; valid as long as this object.
-    [[nodiscard]] std::u16string_view view() const noexcept { return {units_.data(), length_}; }
-    [[nodiscard]] std::u16string string() const { return std::u16string(view()); }
+    [[nodiscard]] std::u16string string() const { return {characters_.data(), end_}; }
+    void appendTo(std::u16string& text) const { text.append(characters_.data(), end_); }
 
 private:
     static constexpr std::size_t capacity = 32;
-    using Characters = std::array<char, capacity>;
-
     void write(std::int64_t number) noexcept;
     void write(std::uint64_t number) noexcept;
+    void write(Currency amount) noexcept;
     template <class Float> void writeFloating(Float number) noexcept;
-    void widen(const Characters& characters, const char* end) noexcept;
+    template <class Float> bool writeShort(Float number) noexcept;
 
-    std::array<char16_t, capacity> units_;
-    std::size_t length_;
+    std::array<char, capacity> characters_; // filled up to end_
+    const char* end_;
 };
 
 /// The whole number that a text stands for: an optional sign and decimal digits, and nothing else.
 /// Nothing when the text is none, or the number does not fit into `Number`.
 template <std::integral Number>
 std::optional<Number> parseInteger(std::u16string_view text) noexcept {
-    const bool isNegative = text.starts_with(u'-');
-    text.remove_prefix(isNegative || text.starts_with(u'+') ? 1 : 0);
+    const bool isNegative = !text.empty() && text.front() == u'-';
+    text.remove_prefix(isNegative || (!text.empty() && text.front() == u'+') ? 1 : 0);
     if (text.empty()) {
         return std::nullopt;
     }

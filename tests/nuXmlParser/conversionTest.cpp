@@ -79,7 +79,7 @@ TEST(NumberText, readsIntegers) {
     };
     for (const auto& [text, expected] : table) {
         SCOPED_TRACE(host::utf16ToUtf8(text));
-        EXPECT_EQ(outcome([&] { return NuIntToXML(NuXMLToInt(text)); }), expected);
+        EXPECT_EQ(outcome([&text = text] { return NuIntToXML(NuXMLToInt(text)); }), expected);
         EXPECT_EQ(NuIntToXML(NuXMLToIntDef(text, -77)), expected == u"error" ? u"-77" : expected);
     }
     const Row wide[] = {
@@ -90,7 +90,7 @@ TEST(NumberText, readsIntegers) {
         {u"18446744073709551617", u"error"},
     };
     for (const auto& [text, expected] : wide) {
-        EXPECT_EQ(outcome([&] { return NuInt64ToXML(NuXMLToInt64(text)); }), expected);
+        EXPECT_EQ(outcome([&text = text] { return NuInt64ToXML(NuXMLToInt64(text)); }), expected);
         EXPECT_EQ(NuInt64ToXML(NuXMLToInt64Def(text, 5)), expected == u"error" ? u"5" : expected);
     }
 }
@@ -140,7 +140,7 @@ TEST(NumberText, readsDoubles) {
     };
     for (const auto& [text, expected] : table) {
         SCOPED_TRACE(host::utf16ToUtf8(text));
-        EXPECT_EQ(outcome([&] { return NuDoubleToXML(NuXMLToDouble(text)); }), expected);
+        EXPECT_EQ(outcome([&text = text] { return NuDoubleToXML(NuXMLToDouble(text)); }), expected);
         EXPECT_EQ(NuDoubleToXML(NuXMLToDoubleDef(text, 2.5)),
                   expected == u"error" ? u"2.5" : expected);
         // Behind zeros the text is too long for the short way, and means the same.
@@ -183,7 +183,8 @@ TEST(NumberText, countsTenThousandths) {
         {u"1,5", u"error"},
     };
     for (const auto& [text, expected] : table) {
-        EXPECT_EQ(outcome([&] { return NuCurrencyToXML(NuXMLToCurrency(text)); }), expected)
+        EXPECT_EQ(outcome([&text = text] { return NuCurrencyToXML(NuXMLToCurrency(text)); }),
+                  expected)
             << host::utf16ToUtf8(text);
     }
 }
@@ -243,7 +244,8 @@ TEST(DateTimeText, readsEveryShape) {
     const TDateTime standIn = NuXMLToDateTime(u"2000-01-01");
     for (const auto& [text, expected] : table) {
         SCOPED_TRACE(host::utf16ToUtf8(text));
-        EXPECT_EQ(outcome([&] { return NuDateTimeToXML(NuXMLToDateTime(text)); }), expected);
+        EXPECT_EQ(outcome([&text = text] { return NuDateTimeToXML(NuXMLToDateTime(text)); }),
+                  expected);
         EXPECT_EQ(NuDateTimeToXML(NuXMLToDateTimeDef(text, standIn)),
                   expected == u"error" ? u"2000-01-01T00:00:00" : expected);
     }

@@ -12,7 +12,8 @@ namespace nu {
 /// Reads a number as NuXMLToDouble does; nothing when the text is none. For float and double.
 template <class Float> std::optional<Float> readFloating(std::u16string_view text) noexcept {
     const std::u16string_view number = trimmed(text);
-    if (const auto value = host::parseFloating<Float>(number)) {
+    Float value = 0;
+    if (host::parseFloating(number, value)) {
         return value;
     }
     if (number == u"INF" || number == u"+INF") {

@@ -70,7 +70,7 @@ struct VariantWriter {
     }
     NuXmlString operator()(const std::vector<std::int32_t>& numbers) const {
         return joined(numbers, [](NuXmlString& list, std::int32_t number) {
-            list += host::NumberText(number).view();
+            host::NumberText(number).appendTo(list);
         });
     }
     template <class String> NuXmlString operator()(const std::vector<String>& strings) const {
