@@ -15,13 +15,19 @@ template <class Source> void SaxScanner<Source>::scanDocument() {
     if (content() != nullptr) {
         content()->setDocumentLocator(source_);
     }
-    // 2. Whatever stands before the first "<" means nothing.
-    source_.template readUntil<StopSet::Less>();
+    // 2. Whatever stands before the first "<" means nothing, unless it is inside an element.
+    if (reader_.isFragment_) {
+        source_.ReadRawChar();
+    } else {
+        source_.template readUntil<StopSet::Less>();
+    }
     if (content() != nullptr) {
         content()->startDocument();
     }
     // 3. The prolog, and word of its end to those who want it.
-    scanProlog();
+    if (!reader_.isFragment_) {
+        scanProlog();
+    }
     if (const auto extended = host::queryInterface<INuSaxContentHandler>(content())) {
         extended->EndProlog();
     }

@@ -15,7 +15,8 @@ const TNuDOMNodeClass TNuDOMDocument::Class{u"TNuDOMDocument", host::DOCUMENT_NO
 // Coming and going
 
 TNuDOMDocument::TNuDOMDocument()
-    : TNuDOMNode(shared_, nullptr), names_(memory_), lifetime_(*this), shared_{this} {
+    : TNuDOMNode(shared_, host::DOCUMENT_NODE, nullptr), names_(memory_),
+      lifetime_(*this), shared_{this} {
     nu::NodeAccess::setName(*this, names_.nameless());
 }
 

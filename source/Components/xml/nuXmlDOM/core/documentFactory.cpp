@@ -32,7 +32,9 @@ TNuDOMNode& TNuDOMDocument::_CreateNode(const TNuDOMNodeClass& nodeClass, std::u
     lifetime_.reclaim();
     TNuDOMNode& node = *nodeClass.create(this);
     Unfinished guard(node);
-    nu::NodeAccess::setName(node, names_.get(false, {}, false, {}, namespaceURI));
+    if (!namespaceURI.empty()) {
+        nu::NodeAccess::setName(node, names_.get(false, {}, false, {}, namespaceURI));
+    }
     node.set_nodeName(name);
     if (parent != nullptr) {
         node._linkToParent(parent, position, reference);

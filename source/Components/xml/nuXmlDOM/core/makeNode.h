@@ -12,10 +12,18 @@
 
 namespace nu {
 
-template <class Node> Node& NodeAccess::make(TNuDOMDocument& document) {
-    // The constructors do not throw once there is a document.
+template <class Node> Node& NodeAccess::make(TNuDOMDocument& document, const NodeName* name) {
     void* memory = document.memory().allocate(sizeof(Node));
-    return *new (memory) Node(&document, Node::Class.type);
+    return *new (memory) Node(document.shared_, Node::Class.type, name);
+}
+
+template <class Node> void NodeAccess::appendLoaded(TNuDOMElement& element, Node& node) noexcept {
+    node.parent_ = &element;
+    if constexpr (std::is_same_v<Node, TNuDOMAttribute>) {
+        element.attributes_.append(node);
+    } else {
+        element.children_.append(node);
+    }
 }
 
 /// What TNuDOMNodeClass::create is for a class of nodes.
@@ -23,7 +31,7 @@ template <class Node> TNuDOMNode* createNode(TNuDOMDocument* document) {
     if (document == nullptr) {
         host::failAssertion(cOwnerRequired, cDomLocation, __LINE__);
     }
-    return &NodeAccess::make<Node>(*document);
+    return &NodeAccess::make<Node>(*document, document->names().nameless());
 }
 
 } // namespace nu

@@ -127,9 +127,10 @@ void NameTable::enter(NodeName* name) noexcept {
     places_[place] = name;
 }
 
-const NodeName* NameTable::nameless() { return get(false, {}, false, {}, {}); }
+NameTable::NameTable(DocumentMemory& memory)
+    : memory_(memory), places_(32), nameless_(get(false, {}, false, {}, {})) {}
 
-const NodeName* NameTable::get(std::u16string_view qualified, std::u16string_view uri) {
+const NodeName* NameTable::getFromTable(std::u16string_view qualified, std::u16string_view uri) {
     return lookUp({qualified, uri, 0, hashOf(qualified), true, true});
 }
 

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 #include <vector>
 
@@ -65,14 +67,24 @@ public:
 /// The names of one document.
 class NameTable {
 public:
-    explicit NameTable(DocumentMemory& memory) : memory_(memory), places_(32) {}
+    explicit NameTable(DocumentMemory& memory);
     NameTable(const NameTable&) = delete;
     NameTable& operator=(const NameTable&) = delete;
 
     /// The name of nodes that have none yet.
-    [[nodiscard]] const NodeName* nameless();
+    [[nodiscard]] const NodeName* nameless() const noexcept { return nameless_; }
     /// The name that reads `qualified`, split at the first colon.
-    [[nodiscard]] const NodeName* get(std::u16string_view qualified, std::u16string_view uri = {});
+    [[nodiscard]] const NodeName* get(std::u16string_view qualified, std::u16string_view uri = {}) {
+        // Nearly every name of a document has just been asked for.
+        if (qualified.empty()) {
+            return getFromTable(qualified, uri);
+        }
+        const NodeName*& recent = recent_[recentPlace(qualified)];
+        if (recent == nullptr || !readsSame(*recent, qualified, uri)) {
+            recent = getFromTable(qualified, uri);
+        }
+        return recent;
+    }
     /// The name of these parts.
     [[nodiscard]] const NodeName* get(bool hasPrefix, std::u16string_view prefix, bool hasLocal,
                                       std::u16string_view local, std::u16string_view uri);
@@ -89,6 +101,39 @@ public:
     [[nodiscard]] bool hasDeclarations() const noexcept { return hasDeclarations_; }
 
 private:
+    static constexpr std::size_t recentCount = 64;
+
+    /// A place among the recent names, by what is quick to get hold of.
+    static std::size_t recentPlace(std::u16string_view text) noexcept {
+        const std::size_t mixed =
+            text.size() * 7 + text.front() + text.back() * std::size_t{5} + text[text.size() / 2];
+        return mixed % recentCount;
+    }
+    static bool areEqual(const NuXmlChar* left, const NuXmlChar* right,
+                         std::size_t length) noexcept {
+        for (; length >= 4; length -= 4, left += 4, right += 4) {
+            std::uint64_t four[2];
+            std::memcpy(&four[0], left, sizeof four[0]);
+            std::memcpy(&four[1], right, sizeof four[1]);
+            if (four[0] != four[1]) {
+                return false;
+            }
+        }
+        while (length > 0 && left[length - 1] == right[length - 1]) {
+            --length;
+        }
+        return length == 0;
+    }
+    /// For names split at the first colon, which the recent ones all are.
+    static bool readsSame(const NodeName& name, std::u16string_view qualified,
+                          std::u16string_view uri) noexcept {
+        return name.length == qualified.size() && name.uriLength == uri.size() &&
+               areEqual(name.text, qualified.data(), qualified.size()) &&
+               areEqual(name.uri, uri.data(), uri.size());
+    }
+    [[nodiscard]] const NodeName* getFromTable(std::u16string_view qualified,
+                                               std::u16string_view uri);
+
     struct Key {
         std::u16string_view text;
         std::u16string_view uri;
@@ -107,8 +152,11 @@ private:
     DocumentMemory& memory_;
     /// Open addressing, a power of two of places.
     std::vector<NodeName*> places_;
+    std::array<const NodeName*, recentCount> recent_{};
     std::size_t count_ = 0;
     bool hasDeclarations_ = false;
+    /// The first name that is made, so it stands behind everything that making needs.
+    const NodeName* nameless_;
 };
 
 } // namespace nu

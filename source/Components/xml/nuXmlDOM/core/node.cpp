@@ -14,16 +14,6 @@
 #include "nuXmlDOM/core/nameTable.h"
 #include "nuXmlDOM/core/nodeAccess.h"
 
-TNuDOMNode::TNuDOMNode(TNuDOMDocument* document, host::DOMNodeType type)
-    : TNuDOMObject(document), name_(document->names().nameless()) {
-    nodeType_ = type;
-}
-
-TNuDOMNode::TNuDOMNode(nu::ObjectContext& own, const nu::NodeName* name) noexcept
-    : TNuDOMObject(&own), name_(name) {
-    nodeType_ = host::DOCUMENT_NODE;
-}
-
 const TNuDOMNodeClass& TNuDOMNode::NodeClass() const noexcept {
     switch (get_nodeType()) {
     case host::ELEMENT_NODE:

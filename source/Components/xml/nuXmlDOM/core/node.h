@@ -174,9 +174,11 @@ public:
     /// @}
 
 protected:
-    TNuDOMNode(TNuDOMDocument* document, host::DOMNodeType type);
-    /// For the document, which is its own owner.
-    TNuDOMNode(nu::ObjectContext& own, const nu::NodeName* name) noexcept;
+    TNuDOMNode(nu::ObjectContext& context, host::DOMNodeType type,
+               const nu::NodeName* name) noexcept
+        : TNuDOMObject(&context), name_(name) {
+        nodeType_ = type;
+    }
     ~TNuDOMNode() = default;
 
     /// Puts a node below this one that has no place; the parent is set already.
@@ -204,5 +206,5 @@ private:
     TNuDOMNode* parent_ = nullptr;
     TNuDOMNode* previous_ = nullptr;
     TNuDOMNode* next_ = nullptr;
-    const nu::NodeName* name_ = nullptr;
+    const nu::NodeName* name_;
 };

@@ -21,12 +21,6 @@ TNuDOMElement* NodeAccess::parentElement(const TNuDOMNode& node) noexcept {
     return as<TNuDOMElement>(node.parent_);
 }
 
-void NodeAccess::appendLoaded(TNuDOMElement& element, TNuDOMNode& node) noexcept {
-    node.parent_ = &element;
-    const bool isAttribute = node.nodeType_ == host::ATTRIBUTE_NODE;
-    (isAttribute ? element.attributes_ : element.children_).append(node);
-}
-
 NodeChain* NodeAccess::children(TNuDOMNode& node) noexcept {
     if (auto* element = as<TNuDOMElement>(&node)) {
         return &element->children_;

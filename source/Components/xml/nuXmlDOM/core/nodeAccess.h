@@ -39,7 +39,7 @@ public:
     static void setParent(TNuDOMNode& node, TNuDOMNode* parent) noexcept { node.parent_ = parent; }
     /// Puts a node that has no place behind the children (or attributes) of `element`, which is
     /// known to be able to hold it.
-    static void appendLoaded(TNuDOMElement& element, TNuDOMNode& node) noexcept;
+    template <class Node> static void appendLoaded(TNuDOMElement& element, Node& node) noexcept;
 
     /// The chain of children; null for nodes that cannot have any. Of a document only instructions
     /// and comments stand there.
@@ -78,8 +78,9 @@ public:
     /// The same, but throws host::EInvalidCast when it is of another class.
     template <class Node> [[nodiscard]] static Node& cast(TNuDOMNode& node);
 
-    /// Makes a node of the class in the memory of the document, without a name.
-    template <class Node> [[nodiscard]] static Node& make(TNuDOMDocument& document);
+    /// Makes a node of the class in the memory of the document.
+    template <class Node>
+    [[nodiscard]] static Node& make(TNuDOMDocument& document, const NodeName* name);
     /// Frees a node that has no children and no place, with its attributes, lists and faces.
     static void destroy(TNuDOMNode& node) noexcept;
     /// Frees a node outside of the tree and everything below it, whatever is held.

@@ -65,8 +65,7 @@ void TNuSaxToDomHandler::startElement(std::u16string_view uri, std::u16string_vi
     remember([&] {
         // 1. The element, behind the children of the current one.
         const nu::NodeName* name = nameFor(qName, uri);
-        auto& element = nu::NodeAccess::make<TNuDOMElement>(document_);
-        nu::NodeAccess::setName(element, name);
+        auto& element = nu::NodeAccess::make<TNuDOMElement>(document_, name);
         append(element);
         // 2. Its attributes, namespace declarations among them.
         const host::SAXLength count = attributes.getLength();
@@ -89,8 +88,7 @@ void TNuSaxToDomHandler::addAttribute(TNuDOMElement& element, std::u16string_vie
     const nu::NodeName* known = nameFor(name, {});
     TNuDOMAttribute* attribute = known->loadedAttribute;
     if (known->loadedElement != &element) {
-        attribute = &nu::NodeAccess::make<TNuDOMAttribute>(document_);
-        nu::NodeAccess::setName(*attribute, known);
+        attribute = &nu::NodeAccess::make<TNuDOMAttribute>(document_, known);
         nu::NodeAccess::appendLoaded(element, *attribute);
         known->loadedElement = &element;
         known->loadedAttribute = attribute;
@@ -120,7 +118,7 @@ void TNuSaxToDomHandler::characters(std::u16string_view text) {
             nu::NodeAccess::cast<TNuDOMElement>(*current_).AddCDATA(text);
             return;
         }
-        auto& node = nu::NodeAccess::make<TNuDOMText>(document_);
+        auto& node = nu::NodeAccess::make<TNuDOMText>(document_, document_.names().nameless());
         nu::NodeAccess::text(node)->assign(document_.memory(), text);
         append(node);
     });
@@ -136,8 +134,7 @@ void TNuSaxToDomHandler::processingInstruction(std::u16string_view target,
                                                std::u16string_view data) {
     remember([&] {
         const nu::NodeName* name = nameFor(target, {});
-        auto& instruction = nu::NodeAccess::make<TNuDOMProcessingInstruction>(document_);
-        nu::NodeAccess::setName(instruction, name);
+        auto& instruction = nu::NodeAccess::make<TNuDOMProcessingInstruction>(document_, name);
         nu::NodeAccess::text(instruction)->assign(document_.memory(), data);
         // The XML declaration always comes first in the document.
         if (current_ == &document_ && NuEqualFolded(target, u"xml")) {
