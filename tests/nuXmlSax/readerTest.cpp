@@ -277,7 +277,8 @@ TEST(Reader, reportsOtherMarkup) {
         {u"<a><![CDATA[\n<&>\t]]></a>", R"(SD|EP|S a|SC|T"\n<&>\t"|EC|E a|ED)"},
         {u"<a><![CDATA[a]]b]]]></a>", R"(SD|EP|S a|SC|T"a]]b]"|EC|E a|ED)"},
         {u"<a><![CDATA[x]\n]></a>", R"(SD|EP|S a|SC|T"x"|EC|E a|ED)"},
-        {u"<a><![CDATA[x]]\n>y]]></a>", R"(SD|EP|S a|SC|T"x]]\n>y"|EC|E a|ED)"},
+        {u"<a><![CDATA[x]]\n>y]]></a>", R"(SD|EP|S a|SC|T"x]]\n>y"|EC|E a|ED)",
+         R"(SD|EP|S a|SC|T"x"|EC|T"y]]>"|E a|ED)"},
         {u"<a/><![CDATA[x]]><b/>", R"(SD|EP|S a|E a|SC|T"x"|EC|S b|E b|ED)"},
         {u"<a><!x></a>", R"(SD|EP|S a|F1:6 Invalid XML after "<!" on line 1 and pos 6!)"
                          R"(|X fatal Invalid XML after "<!" on line 1 and pos 6!)"},

@@ -131,11 +131,7 @@ public:
     /// ReadRawChar counts like any other read here.
     void countRaw(PNuXmlChar /*place*/) noexcept {}
     /// What a look ahead to the next character, from U+0020 on, does to the counters.
-    void countPeek() noexcept {
-        counter_.countUpTo(readPtr_);
-        ++counter_.column;
-        ++counter_.charCount;
-    }
+    void countPeek() noexcept { counter_.countLook(currPtr_); }
     /// What ResetBuffer would have done when the character at `place` was current.
     void releaseBefore(PNuXmlChar place) noexcept { bufferStart_ = numberOf(place); }
     [[nodiscard]] NuXmlChar current() const noexcept { return *currPtr_; }

@@ -89,16 +89,35 @@ void TextCounter::countUpTo(PNuXmlChar end) noexcept {
     const std::int64_t reads = (end - counted_) - (everyUnit_ ? 0 : tally.controls);
     charCount += reads + uncountedLineFeeds_;
     line += tally.lineFeeds;
+    PNuXmlChar last = nullptr;
     if (tally.lineFeeds == 0) {
         column += reads;
     } else {
-        const PNuXmlChar last = lastLineFeed(counted_, end);
+        last = lastLineFeed(counted_, end);
         column = everyUnit_ ? end - last
                             : (end - last - 1) - tallyUnits(last + 1, end).controls +
                                   (last == deliveredLineFeed_ ? 1 : 0);
     }
     uncountedLineFeeds_ = 0;
     counted_ = end;
+    if (lookCount_ > 0) {
+        addLooks(last, end);
+    }
+}
+
+/// Looks before `end` are reads, and columns where no line feed follows.
+void TextCounter::addLooks(PNuXmlChar lastLineFeed, PNuXmlChar end) noexcept {
+    std::size_t left = 0;
+    for (std::size_t index = 0; index < lookCount_; ++index) {
+        const PNuXmlChar place = looks_[index];
+        if (place >= end) {
+            looks_[left++] = place;
+            continue;
+        }
+        ++charCount;
+        column += lastLineFeed == nullptr || place > lastLineFeed ? 1 : 0;
+    }
+    lookCount_ = left;
 }
 
 void TextCounter::countExtra(PNuXmlChar from, PNuXmlChar end) noexcept {

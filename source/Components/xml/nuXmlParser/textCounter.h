@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <iterator>
 
 #include "host/runtime/export.h"
 #include "nuXmlParser/chars.h"
@@ -27,8 +29,13 @@ public:
     /// \param everyUnit whether control characters count like any other character; the reads need
     ///                  not tell of any then, and a line feed is column 1 of the line that it opens
     void start(PNuXmlChar text, bool everyUnit = false) noexcept {
-        *this = {};
+        line = 1;
+        column = 0;
+        charCount = 0;
         counted_ = text;
+        deliveredLineFeed_ = nullptr;
+        uncountedLineFeeds_ = 0;
+        lookCount_ = 0;
         everyUnit_ = everyUnit;
     }
 
@@ -42,9 +49,25 @@ public:
     /// A read has delivered the unit at `place`, which counts as one column whatever it is: another
     /// control character, or the end of the text.
     void deliverAny(PNuXmlChar place) noexcept;
+    /// When the unit at `place` was current, the next one, which is no line feed, was looked at and
+    /// counted for that.
+    void countLook(PNuXmlChar place) noexcept {
+        if (lookCount_ == std::size(looks_)) [[unlikely]] {
+            countUpTo(place + 1);
+        }
+        if (place < counted_) {
+            ++column;
+            ++charCount;
+        } else {
+            looks_[lookCount_++] = place;
+        }
+    }
     /// The text from `from` on, and all before it counted, has moved to `to`.
     void follow(PNuXmlChar from, PNuXmlChar to) noexcept {
         counted_ = to + (counted_ - from);
+        for (std::size_t index = 0; index < lookCount_; ++index) {
+            looks_[index] = to + (looks_[index] - from);
+        }
         deliveredLineFeed_ = deliveredLineFeed_ == nullptr || deliveredLineFeed_ < from
                                  ? nullptr
                                  : to + (deliveredLineFeed_ - from);
@@ -57,10 +80,14 @@ public:
     void countExtra(PNuXmlChar from, PNuXmlChar end) noexcept;
 
 private:
+    void addLooks(PNuXmlChar lastLineFeed, PNuXmlChar end) noexcept;
+
     PNuXmlChar counted_ = nullptr;           ///< everything before it is in the counters
     PNuXmlChar deliveredLineFeed_ = nullptr; ///< the last line feed that a raw read delivered
     std::int64_t uncountedLineFeeds_ = 0;    ///< delivered line feeds behind `counted_`
     bool everyUnit_ = false;
+    std::size_t lookCount_ = 0;
+    PNuXmlChar looks_[64]; ///< where uncounted looks were made, in order
 };
 
 } // namespace nu
