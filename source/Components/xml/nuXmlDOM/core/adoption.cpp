@@ -25,8 +25,7 @@ void adopt(TNuDOMNode& root, TNuDOMDocument& document) {
     visit([&](TNuDOMNode& node) {
         held += NodeAccess::heldCount(node);
         former.forgetNode(node);
-        NodeAccess::setName(node, document.names().get(NodeAccess::name(node)));
-        document.take(node);
+        document.take(node, document.names().get(NodeAccess::name(node)));
     });
     // 3. What is held is counted there from now on.
     document.lifetime().moveHeld(held);

@@ -15,8 +15,7 @@ const TNuDOMNodeClass TNuDOMDocument::Class{u"TNuDOMDocument", host::DOCUMENT_NO
 // Coming and going
 
 TNuDOMDocument::TNuDOMDocument()
-    : TNuDOMNode(shared_, host::DOCUMENT_NODE, nullptr), names_(memory_),
-      lifetime_(*this), shared_{this} {
+    : TNuDOMNode(nullptr, host::DOCUMENT_NODE), names_(memory_, *this), lifetime_(*this) {
     nu::NodeAccess::setName(*this, names_.nameless());
 }
 
@@ -106,10 +105,10 @@ void TNuDOMDocument::freeExtras(nu::NodeExtras& extras) noexcept {
     memory_.release(&extras, sizeof(nu::NodeExtras));
 }
 
-void TNuDOMDocument::take(TNuDOMNode& node) noexcept {
+void TNuDOMDocument::take(TNuDOMNode& node, const nu::NodeName* name) noexcept {
+    nu::NodeAccess::setName(node, name);
     nu::NodeExtras* extras = nu::NodeAccess::extrasIfAny(node);
     if (extras == nullptr) {
-        node.context_ = &shared_;
         return;
     }
     if (extras->lists != nullptr) {

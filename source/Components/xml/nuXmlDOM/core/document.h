@@ -192,8 +192,8 @@ private:
     void leaveResultList(TNuDOMNodeList& list) noexcept;
     void noteRefused(TNuDOMNode& node) noexcept;
     void forgetRefused(TNuDOMNode& node) noexcept;
-    /// Makes a node of another document one of this.
-    void take(TNuDOMNode& node) noexcept;
+    /// Makes a node of another document one of this, under a name of this.
+    void take(TNuDOMNode& node, const nu::NodeName* name) noexcept;
     /// A node goes or leaves the document: nothing refers to it any more.
     void forgetNode(TNuDOMNode& node) noexcept;
     void freeExtras(nu::NodeExtras& extras) noexcept;
@@ -206,7 +206,6 @@ private:
     nu::DocumentMemory memory_;
     nu::NameTable names_;
     nu::DocumentLifetime lifetime_;
-    nu::ObjectContext shared_;
 
     nu::NodeChain topLevel_;
     TNuDOMElement* documentElement_ = nullptr;

@@ -63,12 +63,6 @@ inline constexpr std::u16string_view cNoStreamContents =
 // host::EReadError
 inline constexpr std::u16string_view cNoFile = u"There is no file \"%s\"";
 
-// host::EFileOpenError
-inline constexpr std::u16string_view cFileNotCreated = u"Cannot create file \"%s\". %s";
-
-// host::EWriteError
-inline constexpr std::u16string_view cFileNotReplaced = u"Cannot replace file \"%s\". %s";
-
 // host::Exception
 inline constexpr std::u16string_view cIncompleteWrite = u"Failed to write all the data!";
 

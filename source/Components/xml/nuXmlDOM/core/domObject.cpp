@@ -7,7 +7,7 @@
 #include "nuXmlDOM/core/face.h"
 
 TNuDOMObject::TNuDOMObject(TNuDOMDocument* document)
-    : context_(document != nullptr ? &document->shared_ : nullptr) {
+    : context_(document != nullptr ? document->names_.nameless() : nullptr) {
     if (document == nullptr) {
         host::failAssertion(nu::cOwnerRequired, nu::cDomLocation, __LINE__);
     }

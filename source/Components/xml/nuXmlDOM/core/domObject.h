@@ -23,7 +23,8 @@ class Face;
 class FaceAccess;
 class NodeAccess;
 
-/// What an object of a document knows about its place: most objects share that of their document.
+/// What an object of a document shares with others and leads to the document. For most nodes this
+/// is their name; for those that need more, an object of their own.
 struct ObjectContext {
     TNuDOMDocument* document;
 };
@@ -88,7 +89,7 @@ protected:
     /// Throws host::EAssertionFailed ("A owner document is required!") without a document.
     explicit TNuDOMObject(TNuDOMDocument* document);
     /// For the two kinds that have no owner at first: document and implementation.
-    explicit TNuDOMObject(nu::ObjectContext* context) noexcept : context_(context) {}
+    explicit TNuDOMObject(const nu::ObjectContext* context) noexcept : context_(context) {}
     ~TNuDOMObject() = default;
 
     /// Lets the object go that belongs to nobody but those who hold it; run when the count of an
@@ -117,7 +118,7 @@ private:
     friend class TNuDOMNode;
     friend class TNuDOMNodeList;
 
-    nu::ObjectContext* context_;
+    const nu::ObjectContext* context_;
     std::atomic<std::int32_t> count_ = 0;
 
 protected:

@@ -92,6 +92,7 @@ NodeName* NameTable::make(const Key& key) {
     const std::string utf8 = key.hasLocal ? NuToUtf8(key.text) : std::string();
     auto* name = static_cast<NodeName*>(memory_.allocate(sizeof(NodeName)));
     new (name) NodeName{};
+    name->document = &document_;
     name->text = keep(memory_, key.text);
     name->length = static_cast<std::uint32_t>(key.text.size());
     name->prefixLength = prefixLength;
@@ -127,8 +128,8 @@ void NameTable::enter(NodeName* name) noexcept {
     places_[place] = name;
 }
 
-NameTable::NameTable(DocumentMemory& memory)
-    : memory_(memory), places_(32), nameless_(get(false, {}, false, {}, {})) {}
+NameTable::NameTable(DocumentMemory& memory, TNuDOMDocument& document)
+    : memory_(memory), document_(document), places_(32), nameless_(get(false, {}, false, {}, {})) {}
 
 const NodeName* NameTable::getFromTable(std::u16string_view qualified, std::u16string_view uri) {
     return lookUp({qualified, uri, 0, hashOf(qualified), true, true});

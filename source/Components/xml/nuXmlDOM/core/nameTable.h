@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "nuXmlDOM/core/documentMemory.h"
+#include "nuXmlDOM/core/domObject.h"
 #include "nuXmlParser/chars.h"
 
 class TNuDOMAttribute;
@@ -17,7 +18,7 @@ namespace nu {
 
 /// The name of nodes: prefix, local name and the namespace URI that was given at their creation.
 /// There is one object for each such name in a document, so equal names are equal pointers.
-class NodeName {
+class NodeName : public ObjectContext {
 public:
     static constexpr std::uint32_t noPrefix = 0xFFFFFFFF;
 
@@ -67,7 +68,7 @@ public:
 /// The names of one document.
 class NameTable {
 public:
-    explicit NameTable(DocumentMemory& memory);
+    NameTable(DocumentMemory& memory, TNuDOMDocument& document);
     NameTable(const NameTable&) = delete;
     NameTable& operator=(const NameTable&) = delete;
 
@@ -150,6 +151,7 @@ private:
     void enter(NodeName* name) noexcept;
 
     DocumentMemory& memory_;
+    TNuDOMDocument& document_;
     /// Open addressing, a power of two of places.
     std::vector<NodeName*> places_;
     std::array<const NodeName*, recentCount> recent_{};

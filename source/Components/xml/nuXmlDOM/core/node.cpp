@@ -39,21 +39,28 @@ bool TNuDOMNode::supports(std::u16string_view feature, std::u16string_view versi
 
 // Names
 
-NuXmlString TNuDOMNode::get_nodeName() const { return NuXmlString(name_->qualified()); }
+NuXmlString TNuDOMNode::get_nodeName() const {
+    return NuXmlString(nu::NodeAccess::name(*this).qualified());
+}
 
-NuXmlString TNuDOMNode::get_prefix() const { return NuXmlString(name_->prefix()); }
+NuXmlString TNuDOMNode::get_prefix() const {
+    return NuXmlString(nu::NodeAccess::name(*this).prefix());
+}
 
-NuXmlString TNuDOMNode::get_localName() const { return NuXmlString(name_->local()); }
+NuXmlString TNuDOMNode::get_localName() const {
+    return NuXmlString(nu::NodeAccess::name(*this).local());
+}
 
 NuXmlString TNuDOMNode::get_namespaceURI() const { return {}; }
 
 NuXmlString TNuDOMNode::GetCreationNamespaceURI() const {
-    return NuXmlString(name_->creationURI());
+    return NuXmlString(nu::NodeAccess::name(*this).creationURI());
 }
 
 void TNuDOMNode::set_nodeName(std::u16string_view name) {
     // 1. A node is named once, and not by nothing.
-    if (name_->isNamed()) {
+    const nu::NodeName& named = nu::NodeAccess::name(*this);
+    if (named.isNamed()) {
         throw ENuDomNoModificationAllowed(nu::cNameIsFixed);
     }
     if (name.empty()) {
@@ -62,7 +69,8 @@ void TNuDOMNode::set_nodeName(std::u16string_view name) {
     // 2. Deliberate: the name is taken up to a character that is refused, and the node is named
     // then; a name is built character by character.
     const std::size_t refused = name.find(cNuSpace);
-    name_ = OwnerDocument()->names().get(name.substr(0, refused), name_->creationURI());
+    nu::NodeAccess::setName(
+        *this, OwnerDocument()->names().get(name.substr(0, refused), named.creationURI()));
     if (refused != std::u16string_view::npos) {
         throw ENuDomInvalidCharacter(nu::cInvalidName);
     }
@@ -71,8 +79,10 @@ void TNuDOMNode::set_nodeName(std::u16string_view name) {
 void TNuDOMNode::set_prefix(std::u16string_view prefix) {
     const bool isRefused = prefix.find_first_of(u" :") != std::u16string_view::npos;
     const std::u16string_view taken = isRefused ? std::u16string_view() : prefix;
-    name_ = OwnerDocument()->names().get(!prefix.empty(), taken, name_->hasLocal, name_->local(),
-                                         name_->creationURI());
+    const nu::NodeName& name = nu::NodeAccess::name(*this);
+    nu::NodeAccess::setName(*this,
+                            OwnerDocument()->names().get(!prefix.empty(), taken, name.hasLocal,
+                                                         name.local(), name.creationURI()));
     if (isRefused) {
         throw ENuDomInvalidCharacter(nu::cInvalidName);
     }
@@ -220,10 +230,11 @@ nu::NodeExtras& TNuDOMNode::extras() {
         void* memory = document->memory().allocate(sizeof(nu::NodeExtras));
         auto* own = new (memory) nu::NodeExtras;
         own->document = document;
+        own->name = &nu::NodeAccess::name(*this);
         context_ = own;
         setFlag(nu::hasExtras);
     }
-    return static_cast<nu::NodeExtras&>(*context_);
+    return *nu::NodeAccess::extrasIfAny(*this);
 }
 
 nu::Face& TNuDOMNode::face() {

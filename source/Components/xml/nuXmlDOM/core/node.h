@@ -23,6 +23,7 @@ class NodeName;
 /// What only few nodes have: those that an application has looked at through an interface or a
 /// list.
 struct NodeExtras : ObjectContext {
+    const NodeName* name = nullptr;
     Face* face = nullptr;
     NodeLists* lists = nullptr;
 };
@@ -174,9 +175,8 @@ public:
     /// @}
 
 protected:
-    TNuDOMNode(nu::ObjectContext& context, host::DOMNodeType type,
-               const nu::NodeName* name) noexcept
-        : TNuDOMObject(&context), name_(name) {
+    TNuDOMNode(const nu::ObjectContext* context, host::DOMNodeType type) noexcept
+        : TNuDOMObject(context) {
         nodeType_ = type;
     }
     ~TNuDOMNode() = default;
@@ -206,5 +206,4 @@ private:
     TNuDOMNode* parent_ = nullptr;
     TNuDOMNode* previous_ = nullptr;
     TNuDOMNode* next_ = nullptr;
-    const nu::NodeName* name_;
 };

@@ -80,7 +80,18 @@ void NodeAccess::appendValue(const TNuDOMNode& node, NuXmlString& target) {
 }
 
 NodeExtras* NodeAccess::extrasIfAny(const TNuDOMNode& node) noexcept {
-    return node.hasFlag(hasExtras) ? static_cast<NodeExtras*>(node.context_) : nullptr;
+    // Names are shared and never change; the extras of a node are its own.
+    return node.hasFlag(hasExtras)
+               ? const_cast<NodeExtras*>(static_cast<const NodeExtras*>(node.context_))
+               : nullptr;
+}
+
+void NodeAccess::setName(TNuDOMNode& node, const NodeName* name) noexcept {
+    if (NodeExtras* extras = extrasIfAny(node)) {
+        extras->name = name;
+    } else {
+        node.context_ = name;
+    }
 }
 
 void NodeAccess::fill(TNuDOMNodeList& list, std::vector<TNuDOMNode*> nodes) {

@@ -23,9 +23,10 @@ enum class LiveMembers : std::uint8_t { childNodes, childElements, attributes };
 class NodeAccess {
 public:
     [[nodiscard]] static const NodeName& name(const TNuDOMNode& node) noexcept {
-        return *node.name_;
+        return node.hasFlag(hasExtras) ? *static_cast<const NodeExtras*>(node.context_)->name
+                                       : *static_cast<const NodeName*>(node.context_);
     }
-    static void setName(TNuDOMNode& node, const NodeName* name) noexcept { node.name_ = name; }
+    static void setName(TNuDOMNode& node, const NodeName* name) noexcept;
     [[nodiscard]] static TNuDOMNode* parent(const TNuDOMNode& node) noexcept {
         return node.parent_;
     }
@@ -96,7 +97,7 @@ public:
     [[nodiscard]] static bool isSubtreeHeld(const TNuDOMNode& root) noexcept;
     [[nodiscard]] static NodeExtras* extrasIfAny(const TNuDOMNode& node) noexcept;
     /// The context that a list of the node's own shares with it.
-    [[nodiscard]] static ObjectContext* context(TNuDOMNode& node) { return &node.extras(); }
+    [[nodiscard]] static const ObjectContext* context(TNuDOMNode& node) { return &node.extras(); }
     /// Puts nodes into an empty list without looking whether one is there twice.
     static void fill(TNuDOMNodeList& list, std::vector<TNuDOMNode*> nodes);
     /// Puts the members of one of the node's lists into another order.
