@@ -10,6 +10,7 @@
 class NUXML_API TNuDOMAttribute final : public TNuDOMNode {
 public:
     static const TNuDOMNodeClass Class;
+    static constexpr host::DOMNodeType Type = host::ATTRIBUTE_NODE;
 
     [[nodiscard]] NuXmlString get_nodeValue() const override;
     void set_nodeValue(std::u16string_view value) override;

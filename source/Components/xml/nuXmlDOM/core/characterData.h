@@ -50,6 +50,7 @@ private:
 class NUXML_API TNuDOMText : public TNuDOMCharacterData {
 public:
     static const TNuDOMNodeClass Class;
+    static constexpr host::DOMNodeType Type = host::TEXT_NODE;
 
     void set_nodeValue(std::u16string_view value) override;
 
@@ -74,6 +75,7 @@ protected:
 class NUXML_API TNuDOMCDATA final : public TNuDOMText {
 public:
     static const TNuDOMNodeClass Class;
+    static constexpr host::DOMNodeType Type = host::CDATA_SECTION_NODE;
 
     [[nodiscard]] NuXmlString get_nodeName() const override;
     /// Throws ENuDomInvalidCharacter when "]]>" or "<![" stands at an offset that 3 divides; the
@@ -95,6 +97,7 @@ private:
 class NUXML_API TNuDOMComment final : public TNuDOMCharacterData {
 public:
     static const TNuDOMNodeClass Class;
+    static constexpr host::DOMNodeType Type = host::COMMENT_NODE;
 
     [[nodiscard]] NuXmlString get_nodeName() const override;
     /// Throws ENuDomInvalidCharacter when "--" stands at an even offset; the comment is empty then.
@@ -135,6 +138,7 @@ private:
 class NUXML_API TNuDOMProcessingInstruction final : public TNuDOMNode {
 public:
     static const TNuDOMNodeClass Class;
+    static constexpr host::DOMNodeType Type = host::PROCESSING_INSTRUCTION_NODE;
 
     [[nodiscard]] NuXmlString get_nodeValue() const override;
     void set_nodeValue(std::u16string_view value) override;

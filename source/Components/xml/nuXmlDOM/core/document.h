@@ -28,6 +28,7 @@ class TNuSaxToDomHandler;
 class NUXML_API TNuDOMDocument final : public TNuDOMNode {
 public:
     static const TNuDOMNodeClass Class;
+    static constexpr host::DOMNodeType Type = host::DOCUMENT_NODE;
 
     /// An empty document.
     [[nodiscard]] static NuRef<TNuDOMDocument> Create();

@@ -19,6 +19,7 @@
 class NUXML_API TNuDOMElement final : public TNuDOMNode {
 public:
     static const TNuDOMNodeClass Class;
+    static constexpr host::DOMNodeType Type = host::ELEMENT_NODE;
 
     /// \name Names and namespaces
     /// @{

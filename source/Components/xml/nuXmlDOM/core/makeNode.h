@@ -14,7 +14,7 @@ namespace nu {
 
 template <class Node> Node& NodeAccess::make(TNuDOMDocument& document, const NodeName* name) {
     void* memory = document.memory().allocate(sizeof(Node));
-    return *new (memory) Node(name, Node::Class.type);
+    return *new (memory) Node(name, Node::Type);
 }
 
 template <class Node> void NodeAccess::appendLoaded(TNuDOMElement& element, Node& node) noexcept {

@@ -117,7 +117,7 @@ template <class Node> bool NodeAccess::is(const TNuDOMNode& node) noexcept {
     } else if constexpr (std::is_same_v<Node, TNuDOMText>) {
         return type == host::TEXT_NODE || type == host::CDATA_SECTION_NODE;
     } else {
-        return type == Node::Class.type;
+        return type == Node::Type;
     }
 }
 

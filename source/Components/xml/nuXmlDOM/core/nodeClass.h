@@ -9,7 +9,7 @@ class TNuDOMDocument;
 class TNuDOMNode;
 
 /// A class of nodes as a value: what messages call it, and how a node of it is made. Each class of
-/// nodes has one as its static member Class.
+/// nodes has one as its static member Class, and its type as the constant Type.
 struct TNuDOMNodeClass {
     std::u16string_view name;
     host::DOMNodeType type;
