@@ -1,6 +1,7 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
+#include "host/dom/vendorRegistry.h"
 #include "host/sax/SaxHelpers.h"
 
 #ifdef NUXML_LIBRARY
@@ -16,8 +17,9 @@ struct CountElements final : host::TBufferedDefaultHandler {
     }
 };
 
-/// This program knows the host's registry only; the library brings its vendor and takes it along.
-TEST(Package, bringsAndTakesItsVendor) {
+/// This program knows the host's registries only; the library brings its vendors and takes them
+/// along.
+TEST(Package, bringsAndTakesItsVendors) {
     for (int round = 0; round < 2; ++round) {
         ASSERT_EQ(dlopen(NUXML_LIBRARY, RTLD_LAZY | RTLD_NOLOAD), nullptr);
         EXPECT_EQ(host::DefaultSAXVendor(), u"");
@@ -38,13 +40,34 @@ TEST(Package, bringsAndTakesItsVendor) {
             EXPECT_EQ(handler->count, 2);
             // Exceptions are known on both sides of the border.
             EXPECT_THROW(reader->setDTDHandler(nullptr), host::ESAXNotSupportedException);
+
+            host::Ref<host::IDOMDocument> document;
+            EXPECT_EQ(host::CreateDOMImplementation()->createDocument(u"", u"a", nullptr, document),
+                      host::resultOk);
+            EXPECT_TRUE(document);
         }
 
         ASSERT_EQ(dlclose(library), 0);
         EXPECT_EQ(dlopen(NUXML_LIBRARY, RTLD_LAZY | RTLD_NOLOAD), nullptr) << "still loaded";
         EXPECT_EQ(host::FindSAXVendor(u"Keldon"), nullptr);
         EXPECT_TRUE(host::RegisteredSAXVendors().empty());
+        EXPECT_TRUE(host::DOMVendors().All().empty());
     }
+}
+
+TEST(Package, leavesATreeOfItsDescriptionAlone) {
+    struct Namesake final : host::TDOMVendor {
+        [[nodiscard]] std::u16string Description() const override { return u"Keldon"; }
+        host::Ref<host::IDOMImplementation> DOMImplementation() override { return {}; }
+    } namesake;
+    host::RegisterDOMVendor(namesake);
+    const std::vector<host::TDOMVendor*> onlyThat = {&namesake};
+    void* const library = dlopen(NUXML_LIBRARY, RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(library, nullptr) << dlerror();
+    EXPECT_EQ(host::DOMVendors().All(), onlyThat);
+    ASSERT_EQ(dlclose(library), 0);
+    EXPECT_EQ(host::DOMVendors().All(), onlyThat);
+    host::UnRegisterDOMVendor(namesake);
 }
 
 } // namespace

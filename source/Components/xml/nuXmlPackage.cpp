@@ -1,3 +1,5 @@
+#include "host/dom/vendorRegistry.h"
+#include "nuXmlDOM/core/implementation.h"
 #include "nuXmlSax/vendor.h"
 
 namespace {
@@ -10,13 +12,20 @@ public:
         // both in place.
         host::SetDefaultSAXVendor(saxVendor_.Description());
         host::RegisterSAXVendor(saxVendor_);
+        if (host::DOMVendors().Find(domVendor_.Description()) == nullptr) {
+            host::RegisterDOMVendor(domVendor_);
+        }
     }
     Package(const Package&) = delete;
     Package& operator=(const Package&) = delete;
-    ~Package() { host::UnregisterSAXVendor(saxVendor_); }
+    ~Package() {
+        host::UnRegisterDOMVendor(domVendor_);
+        host::UnregisterSAXVendor(saxVendor_);
+    }
 
 private:
     TNuSAXReaderVendor saxVendor_;
+    TNuDOMVendor domVendor_;
 };
 
 const Package package;
