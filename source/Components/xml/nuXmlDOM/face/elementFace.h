@@ -234,6 +234,51 @@ public:
     Result SetPreseveSpace(bool preserve) noexcept override {
         return host::guardCall([&] { object_.SetPreseveSpace(preserve); });
     }
+    Result GetVarValue(host::Variant& value) noexcept override {
+        return host::guardCall(value, [&] { return object_.GetVarValue(); });
+    }
+    Result SetVarValue(const host::Variant& value) noexcept override {
+        return host::guardCall([&] { object_.SetVarValue(value); });
+    }
+    Result GetValueEx(std::u16string_view path, host::Variant& value) noexcept override {
+        return host::guardCall(value, [&] { return object_.GetValueEx(path); });
+    }
+    Result GetAsString(std::u16string& value) noexcept override {
+        return host::guardCall(value, [&] { return object_.GetAsString(); });
+    }
+    Result SetAsString(std::u16string_view value) noexcept override {
+        return host::guardCall([&] { object_.SetAsString(value); });
+    }
+    Result GetAsInteger(std::int32_t& value) noexcept override {
+        return host::guardCall(value, [&] { return object_.GetAsInteger(); });
+    }
+    Result SetAsInteger(std::int32_t value) noexcept override {
+        return host::guardCall([&] { object_.SetAsInteger(value); });
+    }
+    Result GetAsInt64(std::int64_t& value) noexcept override {
+        return host::guardCall(value, [&] { return object_.GetAsInt64(); });
+    }
+    Result SetAsInt64(std::int64_t value) noexcept override {
+        return host::guardCall([&] { object_.SetAsInt64(value); });
+    }
+    Result GetAsBoolean(bool& value) noexcept override {
+        return host::guardCall(value, [&] { return object_.GetAsBoolean(); });
+    }
+    Result SetAsBoolean(bool value) noexcept override {
+        return host::guardCall([&] { object_.SetAsBoolean(value); });
+    }
+    Result GetAsDouble(double& value) noexcept override {
+        return host::guardCall(value, [&] { return object_.GetAsDouble(); });
+    }
+    Result SetAsDouble(double value) noexcept override {
+        return host::guardCall([&] { object_.SetAsDouble(value); });
+    }
+    Result GetAsDateTime(host::TDateTime& value) noexcept override {
+        return host::guardCall(value, [&] { return object_.GetAsDateTime(); });
+    }
+    Result SetAsDateTime(host::TDateTime value) noexcept override {
+        return host::guardCall([&] { object_.SetAsDateTime(value); });
+    }
 };
 
 } // namespace nu

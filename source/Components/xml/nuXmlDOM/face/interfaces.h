@@ -6,7 +6,9 @@
 
 #include "host/dom/document.h"
 #include "host/dom/extensions.h"
+#include "host/runtime/dateTime.h"
 #include "host/runtime/stream.h"
+#include "host/runtime/variant.h"
 #include "nuXmlDOM/core/domObject.h"
 #include "nuXmlDOM/core/node.h"
 #include "nuXmlDOM/core/selectOptions.h"
@@ -163,6 +165,26 @@ public:
     virtual host::ResultCode GetCDATA(std::u16string& text) noexcept = 0;
     virtual host::ResultCode GetPreserveSpace(bool& preserve) noexcept = 0;
     virtual host::ResultCode SetPreseveSpace(bool preserve) noexcept = 0;
+
+    /// \name Typed values
+    /// @{
+    virtual host::ResultCode GetVarValue(host::Variant& value) noexcept = 0;
+    virtual host::ResultCode SetVarValue(const host::Variant& value) noexcept = 0;
+    virtual host::ResultCode GetValueEx(std::u16string_view path,
+                                        host::Variant& value) noexcept = 0;
+    virtual host::ResultCode GetAsString(std::u16string& value) noexcept = 0;
+    virtual host::ResultCode SetAsString(std::u16string_view value) noexcept = 0;
+    virtual host::ResultCode GetAsInteger(std::int32_t& value) noexcept = 0;
+    virtual host::ResultCode SetAsInteger(std::int32_t value) noexcept = 0;
+    virtual host::ResultCode GetAsInt64(std::int64_t& value) noexcept = 0;
+    virtual host::ResultCode SetAsInt64(std::int64_t value) noexcept = 0;
+    virtual host::ResultCode GetAsBoolean(bool& value) noexcept = 0;
+    virtual host::ResultCode SetAsBoolean(bool value) noexcept = 0;
+    virtual host::ResultCode GetAsDouble(double& value) noexcept = 0;
+    virtual host::ResultCode SetAsDouble(double value) noexcept = 0;
+    virtual host::ResultCode GetAsDateTime(host::TDateTime& value) noexcept = 0;
+    virtual host::ResultCode SetAsDateTime(host::TDateTime value) noexcept = 0;
+    /// @}
 };
 
 /// A document; see TNuDOMDocument.
