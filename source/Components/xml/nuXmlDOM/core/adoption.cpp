@@ -28,9 +28,8 @@ void adopt(TNuDOMNode& root, TNuDOMDocument& document) {
         document.take(node, document.names().get(NodeAccess::name(node)));
     });
     // 3. What is held is counted there from now on.
-    document.lifetime().moveHeld(held);
-    former.lifetime().moveHeld(-held);
-    former.lifetime().collectDocument();
+    document.lifetime().takeHeld(held);
+    former.lifetime().giveHeld(held);
 }
 
 } // namespace nu

@@ -21,13 +21,13 @@ TNuDOMDocument::TNuDOMDocument()
 
 TNuDOMDocument::~TNuDOMDocument() {
     // Nodes, names and texts are in the memory of the document and go with it.
+    while (firstResultList_ != nullptr) {
+        delete firstResultList_;
+    }
     while (firstLists_ != nullptr) {
         nu::NodeLists* lists = firstLists_;
         firstLists_ = lists->next;
         delete lists;
-    }
-    while (firstResultList_ != nullptr) {
-        delete firstResultList_;
     }
 }
 
@@ -121,6 +121,7 @@ void TNuDOMDocument::take(TNuDOMNode& node, const nu::NodeName* name) noexcept {
 void TNuDOMDocument::noteRefused(TNuDOMNode& node) noexcept {
     try {
         refused_.push_back(&node);
+        node.get_parentNode()->setFlag(nu::hasRefused);
     } catch (...) {
         nu::NodeAccess::setParent(node, nullptr); // what is not noted must not point anywhere
         node.clearFlag(nu::isRefused);
@@ -133,25 +134,27 @@ void TNuDOMDocument::forgetRefused(TNuDOMNode& node) noexcept {
 }
 
 void TNuDOMDocument::forgetNode(TNuDOMNode& node) noexcept {
-    if (node.hasFlag(nu::isCandidate)) {
-        lifetime_.withdraw(node);
-    }
+    lifetime_.withdraw(node);
     if (node.hasFlag(nu::isInResultList)) {
         for (TNuDOMNodeList* list = firstResultList_; list != nullptr; list = list->next_) {
             list->forgetNode(node);
         }
         node.clearFlag(nu::isInResultList);
     }
-    if (refused_.empty()) {
-        return;
-    }
     if (node.hasFlag(nu::isRefused)) {
         forgetRefused(node);
     }
-    for (TNuDOMNode* other : refused_) {
-        if (other->get_parentNode() == &node) {
+    if (node.hasFlag(nu::hasRefused)) {
+        const auto isOfNode = [&node](TNuDOMNode* other) {
+            if (other->get_parentNode() != &node) {
+                return false;
+            }
             nu::NodeAccess::setParent(*other, nullptr);
-        }
+            other->clearFlag(nu::isRefused);
+            return true;
+        };
+        refused_.erase(std::remove_if(refused_.begin(), refused_.end(), isOfNode), refused_.end());
+        node.clearFlag(nu::hasRefused);
     }
 }
 

@@ -38,23 +38,38 @@ std::int32_t TNuDOMObject::_AddRef() noexcept {
 std::int32_t TNuDOMObject::_Release() noexcept {
     // What is asked of the object is asked first: once the count is down it may be freed elsewhere.
     TNuDOMDocument* document = OwnerDocument();
-    TNuDOMNode* detached = nullptr;
-    bool isDetached = hasFlag(nu::selfOwned);
-    if (nodeType_ != 0 && nodeType_ != host::DOCUMENT_NODE) {
-        auto* node = static_cast<TNuDOMNode*>(this);
-        isDetached = !nu::NodeAccess::isLinked(*node);
-        detached = isDetached && !hasFlag(nu::isCandidate) ? node : nullptr;
-    }
-    const std::int32_t left = count_.fetch_sub(1, std::memory_order_acq_rel) - 1;
-    if (left == 0) {
-        if (hasFlag(nu::selfOwned)) {
+    const bool isSelfOwned = hasFlag(nu::selfOwned);
+    bool asksDocument = !isSelfOwned;
+    std::int32_t count = count_.load(std::memory_order_relaxed);
+    do {
+        if (count == 1 && !isSelfOwned) {
+            asksDocument = noteLastRelease(document->lifetime_);
+        }
+    } while (!count_.compare_exchange_weak(count, count - 1, std::memory_order_acq_rel,
+                                           std::memory_order_relaxed));
+    if (count == 1) {
+        if (isSelfOwned) {
             _GC();
         }
         if (document != nullptr) {
-            document->lifetime_.forget(detached, !isDetached);
+            document->lifetime_.forget(asksDocument);
         }
     }
-    return left;
+    return count - 1;
+}
+
+bool TNuDOMObject::noteLastRelease(nu::DocumentLifetime& lifetime) noexcept {
+    if (nodeType_ == host::DOCUMENT_NODE) {
+        return true;
+    }
+    const bool isList = nodeType_ == 0;
+    auto& node =
+        isList ? *static_cast<TNuDOMNodeList*>(this)->Node() : *static_cast<TNuDOMNode*>(this);
+    const bool isDetached = !isList && !nu::NodeAccess::isLinked(node);
+    if (isDetached || node.hasFlag(nu::isWitness)) {
+        lifetime.note(node);
+    }
+    return !isDetached;
 }
 
 host::ResultCode TNuDOMObject::SafeCallException(const std::exception& exception) noexcept {

@@ -36,7 +36,7 @@ enum ObjectFlag : std::uint16_t {
     isCandidate = 2,
     /// A node whose parent refused it: the parent does not know it.
     isRefused = 4,
-    /// A node that stands in a list of its document that does not own it.
+    /// A node that a snapshot of its document refers to.
     isInResultList = 8,
     /// A node that has a NodeExtras of its own.
     hasExtras = 16,
@@ -44,6 +44,10 @@ enum ObjectFlag : std::uint16_t {
     hasElementOrder = 32,
     /// A text that reads the same after it is unescaped and escaped again.
     isCanonicalText = 64,
+    /// A held node for whose sake DocumentLifetime keeps what it stands in.
+    isWitness = 128,
+    /// A node that is the parent of refused ones.
+    hasRefused = 256,
 };
 
 } // namespace nu
@@ -111,6 +115,10 @@ protected:
     }
 
 private:
+    /// The last reference to a node, or to one of its lists, is about to be dropped. Gives whether
+    /// that lets the document go.
+    bool noteLastRelease(nu::DocumentLifetime& lifetime) noexcept;
+
     friend class nu::DocumentLifetime;
     friend class nu::FaceAccess;
     friend class nu::NodeAccess;

@@ -65,11 +65,11 @@ void TNuDOMElement::keepElementOrder() {
     if (hasFlag(nu::hasElementOrder)) {
         return;
     }
-    std::vector<TNuDOMElement*>& order = lists().elementOrder;
-    order.clear();
+    std::vector<TNuDOMElement*> order;
     for (TNuDOMElement& element : ChildElements()) {
         order.push_back(&element);
     }
+    lists().elementOrder.swap(order);
     setFlag(nu::hasElementOrder);
 }
 
@@ -104,9 +104,11 @@ void TNuDOMElement::_removeChild(TNuDOMNode& child) {
     if (lists == nullptr) {
         return;
     }
-    if (hasFlag(nu::hasElementOrder)) {
+    if (hasFlag(nu::hasElementOrder) && nu::NodeAccess::is<TNuDOMElement>(child)) {
         std::vector<TNuDOMElement*>& order = lists->elementOrder;
-        order.erase(std::remove(order.begin(), order.end(), &child), order.end());
+        // Children go from the end more often than from elsewhere.
+        order.erase(order.back() == &child ? order.end() - 1
+                                           : std::find(order.begin(), order.end(), &child));
         if (order.empty()) {
             clearFlag(nu::hasElementOrder);
         }

@@ -1,8 +1,6 @@
 #include "nuXmlDOM/core/lifetime.h"
 
-#include <algorithm>
 #include <thread>
-#include <utility>
 
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/nodeAccess.h"
@@ -25,15 +23,10 @@ private:
     std::atomic_flag& flag_;
 };
 
-void DocumentLifetime::forget(TNuDOMNode* detached, bool asksDocument) noexcept {
-    // 1. A node outside of the tree may go now, and so may one in which it was the last held.
-    if (detached != nullptr) {
-        addCandidate(*detached);
-    }
-    if (hasCandidates_.load()) {
-        sweep();
-    }
-    // 2. The document may go. Noted before the count: afterwards others may free the document.
+// The document
+
+void DocumentLifetime::forget(bool asksDocument) noexcept {
+    // Noted before the count: afterwards others may free the document.
     if (asksDocument) {
         documentAsked_.store(true, std::memory_order_relaxed);
     }
@@ -42,55 +35,35 @@ void DocumentLifetime::forget(TNuDOMNode* detached, bool asksDocument) noexcept 
     }
 }
 
-void DocumentLifetime::collect(TNuDOMNode& detached) noexcept {
-    reclaim();
-    if (NodeAccess::isSubtreeHeld(detached)) {
-        if (!detached.hasFlag(isCandidate)) {
-            addCandidate(detached);
-        }
-        return;
+void DocumentLifetime::giveHeld(std::int64_t count) noexcept {
+    if (count != 0 && held_.fetch_sub(count) == count) {
+        collectDocument();
     }
-    NodeAccess::destroySubtree(detached);
 }
 
-void DocumentLifetime::addCandidate(TNuDOMNode& node) noexcept {
+void DocumentLifetime::ask() noexcept {
+    documentAsked_.store(true, std::memory_order_relaxed);
+    if (held() == 0) {
+        collectDocument();
+    }
+}
+
+void DocumentLifetime::collectDocument() noexcept {
+    if (documentAsked_.load(std::memory_order_relaxed)) {
+        delete &document_;
+    }
+}
+
+// Notes
+
+void DocumentLifetime::note(TNuDOMNode& node) noexcept {
     const Lock lock(lock_);
     try {
-        candidates_.push_back(&node);
+        notes_.insert(&node);
     } catch (...) {
         return; // without memory for the note it goes with the document
     }
-    node.setFlag(isCandidate);
-    hasCandidates_.store(true);
-}
-
-void DocumentLifetime::withdraw(TNuDOMNode& node) noexcept {
-    const Lock lock(lock_);
-    candidates_.erase(std::remove(candidates_.begin(), candidates_.end(), &node),
-                      candidates_.end());
-    node.clearFlag(isCandidate);
-    hasCandidates_.store(!candidates_.empty());
-}
-
-void DocumentLifetime::sweep() noexcept {
-    const Lock lock(lock_);
-    const auto isKept = [this](TNuDOMNode* node) {
-        if (NodeAccess::isSubtreeHeld(*node)) {
-            return true;
-        }
-        try {
-            garbage_.push_back(node);
-        } catch (...) {
-            return true;
-        }
-        return false;
-    };
-    candidates_.erase(std::stable_partition(candidates_.begin(), candidates_.end(), isKept),
-                      candidates_.end());
-    hasCandidates_.store(!candidates_.empty());
-    if (!garbage_.empty()) {
-        hasGarbage_.store(true, std::memory_order_release);
-    }
+    hasNotes_.store(true, std::memory_order_release);
 }
 
 void DocumentLifetime::discard(TNuDOMNodeList& list) noexcept {
@@ -100,31 +73,118 @@ void DocumentLifetime::discard(TNuDOMNodeList& list) noexcept {
     } catch (...) {
         return; // goes with the document
     }
-    hasGarbage_.store(true, std::memory_order_release);
+    hasNotes_.store(true, std::memory_order_release);
 }
 
-void DocumentLifetime::freeGarbage() noexcept {
-    std::vector<TNuDOMNode*> garbage;
+void DocumentLifetime::followNotes() noexcept {
+    // 1. Snapshots.
     std::vector<TNuDOMNodeList*> discarded;
     {
         const Lock lock(lock_);
-        garbage.swap(garbage_);
         discarded.swap(discarded_);
-        hasGarbage_.store(false, std::memory_order_relaxed);
     }
     for (TNuDOMNodeList* list : discarded) {
         delete list;
     }
-    for (TNuDOMNode* node : garbage) {
-        node->clearFlag(isCandidate);
-        NodeAccess::destroySubtree(*node);
+    // 2. Nodes, one by one: with each of them others may go that are noted as well.
+    while (TNuDOMNode* node = takeNote()) {
+        if (TNuDOMNode* root = clearWitness(*node)) {
+            look(*root, *node);
+        } else if (!NodeAccess::isLinked(*node)) {
+            look(*node, *node);
+        }
     }
 }
 
-void DocumentLifetime::collectDocument() noexcept {
-    if (documentAsked_.load(std::memory_order_relaxed) && held() == 0) {
-        delete &document_;
+TNuDOMNode* DocumentLifetime::takeNote() noexcept {
+    const Lock lock(lock_);
+    if (notes_.empty()) {
+        hasNotes_.store(!discarded_.empty(), std::memory_order_relaxed);
+        return nullptr;
     }
+    TNuDOMNode* node = *notes_.begin();
+    notes_.erase(notes_.begin());
+    return node;
+}
+
+void DocumentLifetime::eraseNote(TNuDOMNode& node) noexcept {
+    if (hasNotes_.load(std::memory_order_acquire)) {
+        const Lock lock(lock_);
+        notes_.erase(&node);
+    }
+}
+
+// Nodes outside of the tree
+
+void DocumentLifetime::collect(TNuDOMNode& detached) noexcept {
+    // What was noted about it must not free it under our hands.
+    withdraw(detached);
+    reclaim();
+    look(detached, detached);
+}
+
+void DocumentLifetime::look(TNuDOMNode& root, const TNuDOMNode& start) noexcept {
+    if (const TNuDOMNode* held = NodeAccess::firstHeld(root, start)) {
+        setWitness(root, const_cast<TNuDOMNode&>(*held));
+    } else {
+        NodeAccess::destroySubtree(root);
+    }
+}
+
+void DocumentLifetime::setWitness(TNuDOMNode& root, TNuDOMNode& witness) noexcept {
+    // 1. It may be the witness of a candidate in which it stood before.
+    if (TNuDOMNode* other = clearWitness(witness); other != nullptr && other != &root) {
+        note(*other);
+    }
+    // 2. Without memory for the entries the candidate goes with the document.
+    try {
+        TNuDOMNode*& known = witnesses_[&root];
+        if (known != nullptr) {
+            clearWitness(*known);
+        }
+        candidates_[&witness] = &root;
+        known = &witness;
+    } catch (...) {
+        withdraw(root);
+        return;
+    }
+    root.setFlag(isCandidate);
+    witness.setFlag(isWitness);
+}
+
+TNuDOMNode* DocumentLifetime::clearWitness(TNuDOMNode& witness) noexcept {
+    if (!witness.hasFlag(isWitness)) {
+        return nullptr;
+    }
+    witness.clearFlag(isWitness);
+    const auto place = candidates_.find(&witness);
+    TNuDOMNode* root = place->second;
+    candidates_.erase(place);
+    witnesses_[root] = nullptr;
+    return root;
+}
+
+void DocumentLifetime::witnessMoved(TNuDOMNode& witness) noexcept {
+    if (TNuDOMNode* root = clearWitness(witness); root != nullptr && root != &witness) {
+        note(*root);
+    }
+}
+
+void DocumentLifetime::withdraw(TNuDOMNode& node) noexcept {
+    // 1. As a candidate.
+    if (node.hasFlag(isCandidate)) {
+        const auto place = witnesses_.find(&node);
+        if (place != witnesses_.end()) {
+            if (TNuDOMNode* witness = place->second) {
+                clearWitness(*witness);
+            }
+            witnesses_.erase(&node);
+        }
+        node.clearFlag(isCandidate);
+    }
+    // 2. As a witness, and in a note.
+    witnessMoved(node);
+    eraseNote(node);
 }
 
 } // namespace nu

@@ -2,6 +2,8 @@
 
 #include <atomic>
 #include <cstdint>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 class TNuDOMDocument;
@@ -14,64 +16,87 @@ namespace nu {
 /// Decides when a document goes, and when nodes outside of its tree do.
 ///
 /// The document is held as long as the count of any of its objects is above zero. Instead of
-/// looking at all of them, the number of held objects is counted. A node outside of the tree goes
-/// when neither it nor anything below it is held; until then it is a candidate that is looked at
-/// whenever a count drops to zero.
+/// looking at all of them, the number of held objects is counted.
+///
+/// A node outside of the tree goes when neither it nor anything below it is held. Until then it is
+/// a candidate, and one of the held nodes in it is its witness: only when that one is let go, or
+/// moves elsewhere, the candidate is looked at again. So letting go of many nodes one by one takes
+/// a time in proportion to their number, however large what they stand in is.
 ///
 /// Counts may drop on several threads at once. Two rules make that safe. After an object's count
 /// has become zero it is not touched unless nobody else can free it, and the document is not
-/// touched after its number of held objects was decremented. And dropping a reference frees no
-/// memory of the document, which another thread may be using: what goes is set aside as garbage,
-/// and reclaim() frees it when the tree is worked on again.
+/// touched after its number of held objects was decremented. And dropping a reference neither looks
+/// at the tree nor frees memory of the document, which another thread may be using: it leaves a
+/// note, and reclaim() does the rest when the tree is worked on again.
 class DocumentLifetime {
 public:
     explicit DocumentLifetime(TNuDOMDocument& document) noexcept : document_(document) {}
     DocumentLifetime(const DocumentLifetime&) = delete;
     DocumentLifetime& operator=(const DocumentLifetime&) = delete;
 
+    /// \name For any thread
+    /// @{
     /// The count of an object of the document has left zero.
     void hold() noexcept { held_.fetch_add(1, std::memory_order_relaxed); }
-    /// The count of an object of the document has become zero; `detached` is that object when it is
-    /// a node outside of the tree that is no candidate yet. The document may be gone afterwards.
-    /// `asksDocument` is false for nodes outside of the tree: Deliberate: their last release frees
+    /// The count of an object of the document has become zero. The document may be gone afterwards.
+    /// `asksDocument` is false for what is outside of the tree: Deliberate: its last release frees
     /// the document only if another object has asked for that before.
-    void forget(TNuDOMNode* detached, bool asksDocument) noexcept;
+    void forget(bool asksDocument) noexcept;
+    /// A node outside of the tree, or a witness, is about to be let go.
+    void note(TNuDOMNode& node) noexcept;
+    /// The last reference to a snapshot was dropped.
+    void discard(TNuDOMNodeList& list) noexcept;
+    /// @}
+
+    /// \name For the thread that works on the tree
+    /// @{
+    /// Frees what dropped references have left behind.
+    void reclaim() noexcept {
+        if (hasNotes_.load(std::memory_order_acquire)) [[unlikely]] {
+            followNotes();
+        }
+    }
     /// Frees a node outside of the tree at once if it and everything below it is unheld; else it
     /// becomes a candidate.
     void collect(TNuDOMNode& detached) noexcept;
-    /// A candidate goes or comes into the tree.
+    /// A node comes into the tree, goes, or goes to another document: nothing here refers to it
+    /// any more.
     void withdraw(TNuDOMNode& node) noexcept;
-    /// The last reference to a snapshot was dropped.
-    void discard(TNuDOMNodeList& list) noexcept;
-    /// Frees what dropped references have left behind.
-    void reclaim() noexcept {
-        if (hasGarbage_.load(std::memory_order_acquire)) [[unlikely]] {
-            freeGarbage();
-        }
-    }
-    /// Held objects come from, or go to, another document together with the nodes they belong to.
-    void moveHeld(std::int64_t count) noexcept { held_.fetch_add(count); }
+    /// A witness has left its place.
+    void witnessMoved(TNuDOMNode& witness) noexcept;
+    /// Held objects come from another document together with the nodes they belong to.
+    void takeHeld(std::int64_t count) noexcept { held_.fetch_add(count); }
+    /// Held objects go to another document. This one may be gone afterwards.
+    void giveHeld(std::int64_t count) noexcept;
+    /// @}
+
     [[nodiscard]] std::int64_t held() const noexcept { return held_.load(); }
-    /// Frees the document if it was asked to go before and nothing of it is held now.
-    void collectDocument() noexcept;
+    /// Somebody wants the document to go as soon as nothing of it is held.
+    void ask() noexcept;
 
 private:
     class Lock;
 
-    void addCandidate(TNuDOMNode& node) noexcept;
-    void sweep() noexcept;
-    void freeGarbage() noexcept;
+    void collectDocument() noexcept;
+    void followNotes() noexcept;
+    [[nodiscard]] TNuDOMNode* takeNote() noexcept;
+    void eraseNote(TNuDOMNode& node) noexcept;
+    void look(TNuDOMNode& root, const TNuDOMNode& start) noexcept;
+    void setWitness(TNuDOMNode& root, TNuDOMNode& witness) noexcept;
+    TNuDOMNode* clearWitness(TNuDOMNode& witness) noexcept;
 
     TNuDOMDocument& document_;
     std::atomic<std::int64_t> held_ = 0;
     std::atomic<bool> documentAsked_ = false;
-    std::atomic<bool> hasGarbage_ = false;
-    std::atomic<bool> hasCandidates_ = false;
-    /// Guards the lists.
+    std::atomic<bool> hasNotes_ = false;
+    /// Guards what the notes are.
     std::atomic_flag lock_;
-    std::vector<TNuDOMNode*> candidates_;
-    std::vector<TNuDOMNode*> garbage_;
+    std::unordered_set<TNuDOMNode*> notes_;
     std::vector<TNuDOMNodeList*> discarded_;
+
+    /// The candidates with their witnesses, and the other way round.
+    std::unordered_map<TNuDOMNode*, TNuDOMNode*> witnesses_;
+    std::unordered_map<TNuDOMNode*, TNuDOMNode*> candidates_;
 };
 
 } // namespace nu

@@ -185,7 +185,8 @@ void NodeLists::childChanged(TNuDOMNode& child, bool isAdded, bool isAtEnd) noex
         childNodes_->changed(child, isAdded, isAtEnd);
     }
     if (childElements_ && type == host::ELEMENT_NODE) {
-        childElements_->changed(child, isAdded, isAtEnd);
+        const bool isLast = elementOrder.empty() ? isAtEnd : elementOrder.back() == &child;
+        childElements_->changed(child, isAdded, isLast);
     }
 }
 

@@ -59,9 +59,9 @@ public:
     /// Whether a space stands in it, which only a parser's name can have.
     bool hasSpace;
 
-    /// While elements are loaded: the last one that got an attribute of this name, and that
-    /// attribute.
-    mutable const TNuDOMElement* loadedElement = nullptr;
+    /// While elements are loaded: the number of the last one that got an attribute of this name,
+    /// and that attribute. A number, because later elements may stand where former ones stood.
+    mutable std::uint64_t loadedElement = 0;
     mutable TNuDOMAttribute* loadedAttribute = nullptr;
 };
 
@@ -100,15 +100,18 @@ public:
     [[nodiscard]] const NodeName* find(std::u16string_view prefix, std::u16string_view local) const;
     /// Whether a namespace declaration was ever made in the document.
     [[nodiscard]] bool hasDeclarations() const noexcept { return hasDeclarations_; }
+    /// A number for an element that is loaded, see NodeName::loadedElement.
+    [[nodiscard]] std::uint64_t nextLoadedElement() noexcept { return ++loadedElements_; }
 
 private:
-    static constexpr std::size_t recentCount = 64;
+    static constexpr std::size_t recentCount = 256;
 
     /// A place among the recent names, by what is quick to get hold of.
     static std::size_t recentPlace(std::u16string_view text) noexcept {
-        const std::size_t mixed =
-            text.size() * 7 + text.front() + text.back() * std::size_t{5} + text[text.size() / 2];
-        return mixed % recentCount;
+        const std::size_t last = text.size() - 1;
+        return (last * 41 + text.front() * std::size_t{3} + text[last] * std::size_t{11} +
+                text[last - last / 4] * std::size_t{29} + text[last / 2] * std::size_t{7}) %
+               recentCount;
     }
     static bool areEqual(const NuXmlChar* left, const NuXmlChar* right,
                          std::size_t length) noexcept {
@@ -157,6 +160,7 @@ private:
     std::array<const NodeName*, recentCount> recent_{};
     std::size_t count_ = 0;
     bool hasDeclarations_ = false;
+    std::uint64_t loadedElements_ = 0;
     /// The first name that is made, so it stands behind everything that making needs.
     const NodeName* nameless_;
 };

@@ -91,7 +91,8 @@ void TNuDOMNode::set_prefix(std::u16string_view prefix) {
 NuXmlString TNuDOMNode::NodePath(bool localNamesOnly) const {
     std::vector<const TNuDOMNode*> nodes;
     const TNuDOMNode* node = this;
-    for (; node != nullptr && node->nodeType_ != host::DOCUMENT_NODE; node = node->parent_) {
+    for (; node != nullptr && node->nodeType_ != host::DOCUMENT_NODE;
+         node = nu::NodeAccess::parent(*node)) {
         nodes.push_back(node);
     }
     const bool isInDocument = node != nullptr;
@@ -184,14 +185,19 @@ void TNuDOMNode::_linkToParent(TNuDOMNode* parent, TNuDOMPosition position, TNuD
         throw;
     }
     clearFlag(nu::isRefused);
+    // What was noted about it no longer holds, and others may go now.
     if (hasFlag(nu::isCandidate)) {
         document.lifetime().withdraw(*this);
     }
+    document.lifetime().reclaim();
 }
 
 void TNuDOMNode::unlink() {
     if (parent_ == nullptr) {
         return;
+    }
+    if (hasFlag(nu::isWitness)) {
+        OwnerDocument()->lifetime().witnessMoved(*this);
     }
     if (hasFlag(nu::isRefused)) {
         OwnerDocument()->forgetRefused(*this);
@@ -206,10 +212,10 @@ void TNuDOMNode::checkNotInside(const TNuDOMNode& parent) const {
         parent.raiseNoParentOf(*this);
     }
     const nu::NodeChain* below = nu::NodeAccess::children(*this);
-    if (below == nullptr || (below->empty() && &parent != this)) {
+    if (below == nullptr || (below->empty() && &parent != this && parent.parent_ != this)) {
         return;
     }
-    for (const TNuDOMNode* node = &parent; node != nullptr; node = node->parent_) {
+    for (const TNuDOMNode* node = &parent; node != nullptr; node = nu::NodeAccess::parent(*node)) {
         if (node == this) {
             parent.raiseNoParentOf(*this);
         }
@@ -217,9 +223,13 @@ void TNuDOMNode::checkNotInside(const TNuDOMNode& parent) const {
 }
 
 void TNuDOMNode::_delete() {
-    TNuDOMDocument& document = *OwnerDocument();
+    nu::DocumentLifetime& lifetime = OwnerDocument()->lifetime();
+    if (nodeType_ == host::DOCUMENT_NODE) {
+        lifetime.ask();
+        return;
+    }
     _linkToParent(nullptr, rdpLast, nullptr);
-    document.lifetime().collect(*this);
+    lifetime.collect(*this);
 }
 
 // What only few nodes have

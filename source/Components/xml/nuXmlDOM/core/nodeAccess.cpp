@@ -18,7 +18,7 @@ void raiseInvalidCast(std::u16string_view className) {
 }
 
 TNuDOMElement* NodeAccess::parentElement(const TNuDOMNode& node) noexcept {
-    return as<TNuDOMElement>(node.parent_);
+    return as<TNuDOMElement>(parent(node));
 }
 
 NodeChain* NodeAccess::children(TNuDOMNode& node) noexcept {
@@ -191,8 +191,17 @@ std::int64_t NodeAccess::heldCount(const TNuDOMNode& node) noexcept {
 
 bool NodeAccess::isHeld(const TNuDOMNode& node) noexcept { return heldCount(node) != 0; }
 
+const TNuDOMNode* NodeAccess::firstHeld(const TNuDOMNode& root, const TNuDOMNode& start) noexcept {
+    if (&start != &root) {
+        if (const TNuDOMNode* held = firstFrom(start, root, isHeld)) {
+            return held;
+        }
+    }
+    return firstInSubtree(root, isHeld);
+}
+
 bool NodeAccess::isSubtreeHeld(const TNuDOMNode& root) noexcept {
-    return firstInSubtree(root, [](const TNuDOMNode& node) { return isHeld(node); }) != nullptr;
+    return firstInSubtree(root, isHeld) != nullptr;
 }
 
 } // namespace nu

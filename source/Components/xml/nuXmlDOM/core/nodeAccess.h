@@ -27,10 +27,11 @@ public:
                                        : *static_cast<const NodeName*>(node.context_);
     }
     static void setName(TNuDOMNode& node, const NodeName* name) noexcept;
+    /// The parent; null also for a node that its parent refused, which does not stand there.
     [[nodiscard]] static TNuDOMNode* parent(const TNuDOMNode& node) noexcept {
-        return node.parent_;
+        return node.hasFlag(isRefused) ? nullptr : node.parent_;
     }
-    /// The parent when it is an element, else null.
+    /// The same when it is an element, else null.
     [[nodiscard]] static TNuDOMElement* parentElement(const TNuDOMNode& node) noexcept;
     [[nodiscard]] static TNuDOMNode* next(const TNuDOMNode& node) noexcept { return node.next_; }
     /// Whether the node stands in the chain of its parent; false also for one that was refused.
@@ -93,6 +94,14 @@ public:
     /// which `test` holds; null without one.
     template <class Test>
     [[nodiscard]] static const TNuDOMNode* firstInSubtree(const TNuDOMNode& root, Test&& test);
+    /// The same from `start` on, which is `root`, or below it or an attribute.
+    template <class Test>
+    [[nodiscard]] static const TNuDOMNode* firstFrom(const TNuDOMNode& start,
+                                                     const TNuDOMNode& root, Test&& test);
+    /// A held node of `root` and below it, null without one: the first from `start` on, else the
+    /// first of all. `start` may have left.
+    [[nodiscard]] static const TNuDOMNode* firstHeld(const TNuDOMNode& root,
+                                                     const TNuDOMNode& start) noexcept;
     /// Whether anything of `root` and below it is held.
     [[nodiscard]] static bool isSubtreeHeld(const TNuDOMNode& root) noexcept;
     [[nodiscard]] static NodeExtras* extrasIfAny(const TNuDOMNode& node) noexcept;
@@ -134,18 +143,30 @@ template <class Node> Node& NodeAccess::cast(TNuDOMNode& node) {
 
 template <class Test>
 const TNuDOMNode* NodeAccess::firstInSubtree(const TNuDOMNode& root, Test&& test) {
-    const TNuDOMNode* node = &root;
-    for (;;) {
+    return firstFrom(root, root, test);
+}
+
+template <class Test>
+const TNuDOMNode* NodeAccess::firstFrom(const TNuDOMNode& start, const TNuDOMNode& root,
+                                        Test&& test) {
+    const TNuDOMNode* node = &start;
+    const TNuDOMNode* attribute = nullptr;
+    if (start.nodeType_ == host::ATTRIBUTE_NODE && isLinked(start)) {
+        attribute = &start;
+        node = start.parent_;
+    }
+    for (;; attribute = nullptr) {
         // 1. The node and its attributes.
-        if (test(*node)) {
-            return node;
+        if (attribute == nullptr) {
+            if (test(*node)) {
+                return node;
+            }
+            const NodeChain* chain = attributes(*node);
+            attribute = chain != nullptr ? chain->first() : nullptr;
         }
-        if (const NodeChain* chain = attributes(*node)) {
-            for (const TNuDOMNode* attribute = chain->first(); attribute != nullptr;
-                 attribute = attribute->next_) {
-                if (test(*attribute)) {
-                    return attribute;
-                }
+        for (; attribute != nullptr; attribute = attribute->next_) {
+            if (test(*attribute)) {
+                return attribute;
             }
         }
         // 2. Down, else on, else up until it goes on.
@@ -154,10 +175,10 @@ const TNuDOMNode* NodeAccess::firstInSubtree(const TNuDOMNode& root, Test&& test
             node = below->first();
             continue;
         }
-        while (node != &root && node->next_ == nullptr) {
+        while (node != &root && node->next_ == nullptr && isLinked(*node)) {
             node = node->parent_;
         }
-        if (node == &root) {
+        if (node == &root || node->next_ == nullptr) {
             return nullptr;
         }
         node = node->next_;

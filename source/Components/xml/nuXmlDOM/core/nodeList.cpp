@@ -14,6 +14,9 @@ TNuDOMNodeList::TNuDOMNodeList(TNuDOMNode* node, TNuDOMDocument* document, bool 
     : TNuDOMObject(document), node_(node), ownsItems_(ownsItems) {
     document->enterResultList(*this);
     setFlag(nu::selfOwned);
+    if (node != nullptr) {
+        node->setFlag(nu::isInResultList);
+    }
 }
 
 TNuDOMNodeList::TNuDOMNodeList(TNuDOMNode& node)
@@ -23,14 +26,15 @@ TNuDOMNodeList::~TNuDOMNodeList() {
     if (!hasFlag(nu::selfOwned)) {
         return;
     }
-    OwnerDocument()->leaveResultList(*this);
     if (ownsItems_) {
+        // A node that goes empties all its entries, so the list is told of it to the last.
         for (TNuDOMNode*& item : items_) {
             if (item != nullptr && item->get_parentNode() == nullptr) {
                 OwnerDocument()->lifetime().collect(*std::exchange(item, nullptr));
             }
         }
     }
+    OwnerDocument()->leaveResultList(*this);
 }
 
 NuRef<TNuDOMNodeList> TNuDOMNodeList::Create(TNuDOMNode* node, TNuDOMDocument* document,
@@ -123,6 +127,9 @@ void TNuDOMNodeList::append(TNuDOMNode& node) {
 }
 
 void TNuDOMNodeList::forgetNode(const TNuDOMNode& node) noexcept {
+    if (node_ == &node) {
+        node_ = nullptr;
+    }
     // Many nodes of a list may go one after the other: after the first their places are known.
     if (places_.empty()) {
         try {
@@ -140,7 +147,7 @@ void TNuDOMNodeList::forgetNode(const TNuDOMNode& node) noexcept {
     const std::pair<const TNuDOMNode*, std::size_t> lowest(&node, 0);
     for (auto place = std::lower_bound(places_.begin(), places_.end(), lowest);
          place != places_.end() && place->first == &node; ++place) {
-        if (items_[place->second] == &node) {
+        if (place->second < items_.size() && items_[place->second] == &node) {
             items_[place->second] = nullptr;
         }
     }

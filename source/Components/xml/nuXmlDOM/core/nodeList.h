@@ -49,7 +49,7 @@ public:
     /// value when those are elements, else by node value. Throws, and changes nothing, when it
     /// finds no single node from one of them.
     void Sort(std::u16string_view path);
-    /// The node whose list it is, or from which the selection began.
+    /// The node whose list it is, or from which the selection began; null when that was freed.
     [[nodiscard]] TNuDOMNode* Node() const noexcept { return node_; }
 
     /// For range-based for loops over the members, `for (TNuDOMNode* node : list)`.

@@ -69,28 +69,29 @@ void TNuSaxToDomHandler::startElement(std::u16string_view uri, std::u16string_vi
         append(element);
         // 2. Its attributes, namespace declarations among them.
         const host::SAXLength count = attributes.getLength();
+        const std::uint64_t number = count > 0 ? document_.names().nextLoadedElement() : 0;
         for (host::SAXLength index = 0; index < count; ++index) {
             const host::SAXChar* text = nullptr;
             host::SAXLength length = 0;
             attributes.getQName(index, text, length);
             const std::u16string_view attributeName(text, static_cast<std::size_t>(length));
             attributes.getValue(index, text, length);
-            addAttribute(element, attributeName, {text, static_cast<std::size_t>(length)});
+            addAttribute(element, number, attributeName, {text, static_cast<std::size_t>(length)});
         }
         // 3. What follows goes below it.
         current_ = &element;
     });
 }
 
-void TNuSaxToDomHandler::addAttribute(TNuDOMElement& element, std::u16string_view name,
-                                      std::u16string_view value) {
+void TNuSaxToDomHandler::addAttribute(TNuDOMElement& element, std::uint64_t elementNumber,
+                                      std::u16string_view name, std::u16string_view value) {
     // 1. The name; a second attribute of one name changes the value of the first.
     const nu::NodeName* known = nameFor(name, {});
     TNuDOMAttribute* attribute = known->loadedAttribute;
-    if (known->loadedElement != &element) {
+    if (known->loadedElement != elementNumber) {
         attribute = &nu::NodeAccess::make<TNuDOMAttribute>(document_, known);
         nu::NodeAccess::appendLoaded(element, *attribute);
-        known->loadedElement = &element;
+        known->loadedElement = elementNumber;
         known->loadedAttribute = attribute;
     }
     // 2. The value: references in it are replaced, and what is kept is escaped again. For most

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <exception>
 #include <string_view>
 
@@ -55,7 +56,8 @@ private:
     template <class Operation> void remember(Operation&& operation);
     void setLoading(bool isLoading) noexcept;
     template <class Node> void append(Node& node);
-    void addAttribute(TNuDOMElement& element, std::u16string_view name, std::u16string_view value);
+    void addAttribute(TNuDOMElement& element, std::uint64_t elementNumber, std::u16string_view name,
+                      std::u16string_view value);
     [[nodiscard]] const nu::NodeName* nameFor(std::u16string_view name, std::u16string_view uri);
 
     TNuDOMDocument& document_;
