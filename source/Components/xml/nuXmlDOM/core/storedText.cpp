@@ -38,7 +38,7 @@ void StoredText::clear(DocumentMemory& memory) noexcept {
     bits_ = 0;
 }
 
-void StoredText::assign(DocumentMemory& memory, std::u16string_view text) {
+void StoredText::assignElsewhere(DocumentMemory& memory, std::u16string_view text) {
     // 1. Short and ASCII: into the object.
     if (text.size() <= inlineLength) {
         char bytes[inlineLength] = {};

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "nuXmlDOM/core/asciiText.h"
 #include "nuXmlDOM/core/documentMemory.h"
 #include "nuXmlParser/chars.h"
 
@@ -33,7 +34,17 @@ public:
     [[nodiscard]] bool contains(NuXmlChar unit) const noexcept;
 
     /// Puts `text` in place of the old one. Strong guarantee; `text` must not be a view into this.
-    void assign(DocumentMemory& memory, std::u16string_view text);
+    void assign(DocumentMemory& memory, std::u16string_view text) {
+        if (text.size() <= inlineLength && !isOutside()) {
+            char bytes[inlineLength] = {};
+            if (narrowTail(text.data(), text.size(), bytes)) [[likely]] {
+                std::memcpy(inline_, bytes, inlineLength);
+                bits_ = static_cast<std::uint64_t>(text.size()) << flagBits;
+                return;
+            }
+        }
+        assignElsewhere(memory, text);
+    }
     /// Appends, so that many appends together stay linear.
     void append(DocumentMemory& memory, std::u16string_view text);
     /// Gives the memory back; the text is empty afterwards.
@@ -51,6 +62,7 @@ private:
     /// Whether the text stands in memory outside of the object.
     [[nodiscard]] bool isOutside() const noexcept { return !isNarrow() || length() > inlineLength; }
     [[nodiscard]] std::size_t capacity() const noexcept;
+    void assignElsewhere(DocumentMemory& memory, std::u16string_view text);
     void adopt(void* outside, std::size_t length, std::uint64_t flags) noexcept;
 
     union {
