@@ -68,6 +68,12 @@ public:
     stored(const TNuDOMProcessingInstruction& node) noexcept {
         return node.text_;
     }
+    [[nodiscard]] static StoredText& stored(TNuDOMAttribute& attribute) noexcept {
+        return attribute.text_;
+    }
+    [[nodiscard]] static StoredText& stored(TNuDOMCharacterData& data) noexcept {
+        return data.text_;
+    }
     /// The text as it is meant: unescaped in texts and attributes.
     static void appendValue(const TNuDOMNode& node, NuXmlString& target);
 

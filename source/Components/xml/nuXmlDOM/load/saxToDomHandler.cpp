@@ -96,7 +96,7 @@ void TNuSaxToDomHandler::addAttribute(TNuDOMElement& element, std::uint64_t elem
     }
     // 2. The value: references in it are replaced, and what is kept is escaped again. For most
     //    values both change nothing.
-    nu::StoredText& stored = *nu::NodeAccess::text(*attribute);
+    nu::StoredText& stored = nu::NodeAccess::stored(*attribute);
     if (nu::isPlainText(value)) {
         stored.assign(document_.memory(), value);
     } else {
@@ -120,7 +120,7 @@ void TNuSaxToDomHandler::characters(std::u16string_view text) {
             return;
         }
         auto& node = nu::NodeAccess::make<TNuDOMText>(document_, document_.names().nameless());
-        nu::NodeAccess::text(node)->assign(document_.memory(), text);
+        nu::NodeAccess::stored(node).assign(document_.memory(), text);
         append(node);
     });
 }
