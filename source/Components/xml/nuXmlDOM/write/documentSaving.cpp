@@ -1,10 +1,10 @@
 #include "common/caseFolding.h"
 #include "common/codePage.h"
 #include "host/com/streamAdapter.h"
+#include "host/runtime/fileReplacement.h"
 #include "host/runtime/fileStream.h"
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/nodeAccess.h"
-#include "nuXmlDOM/write/fileReplacement.h"
 #include "nuXmlDOM/write/nodeSaving.h"
 #include "nuXmlDOM/write/targets.h"
 
@@ -76,7 +76,7 @@ void TNuDOMDocument::SaveToStream(host::IStream* stream) {
 }
 
 void TNuDOMDocument::SaveToFile(const std::filesystem::path& fileName, bool formatted) {
-    nu::FileReplacement file(fileName);
+    host::FileReplacement file(fileName);
     SaveToStream(file.stream(), formatted, true);
     file.commit();
 }

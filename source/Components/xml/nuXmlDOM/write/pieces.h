@@ -27,6 +27,33 @@ struct Indentation {
     }
 };
 
+/// Copies bytes, most often few: up to 16 without a call. What is copied twice is cheaper than a
+/// loop.
+inline char* copyBytes(std::string_view bytes, char* to) noexcept {
+    const char* const from = bytes.data();
+    const std::size_t size = bytes.size();
+    if (size > 16) {
+        std::memcpy(to, from, size);
+    } else if (size >= 8) {
+        std::uint64_t words[2];
+        std::memcpy(&words[0], from, 8);
+        std::memcpy(&words[1], from + size - 8, 8);
+        std::memcpy(to, &words[0], 8);
+        std::memcpy(to + size - 8, &words[1], 8);
+    } else if (size >= 4) {
+        std::uint32_t words[2];
+        std::memcpy(&words[0], from, 4);
+        std::memcpy(&words[1], from + size - 4, 4);
+        std::memcpy(to, &words[0], 4);
+        std::memcpy(to + size - 4, &words[1], 4);
+    } else if (size > 0) {
+        to[0] = from[0];
+        to[size / 2] = from[size / 2];
+        to[size - 1] = from[size - 1];
+    }
+    return to + size;
+}
+
 /// What is the same in both forms.
 template <class Unit> struct CommonPieces {
     template <std::size_t size> static constexpr std::size_t room(const char (&)[size]) noexcept {
@@ -107,7 +134,7 @@ template <> struct Pieces<char> : CommonPieces<char> {
 
     static std::size_t room(std::string_view text) noexcept { return text.size(); }
     static char* copy(std::string_view text, char* to) noexcept {
-        return std::copy_n(text.data(), text.size(), to);
+        return copyBytes(text, to);
     }
     static std::size_t room(std::u16string_view text) noexcept { return text.size() * bytesOfUnit; }
     static char* copy(std::u16string_view text, char* to) noexcept {

@@ -1,6 +1,7 @@
-#include "nuXmlDOM/write/fileReplacement.h"
+#include "host/runtime/fileReplacement.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -12,9 +13,8 @@
 #include "host/runtime/exception.h"
 #include "host/runtime/format.h"
 #include "host/runtime/unicode.h"
-#include "nuXmlDOM/core/domMessages.h"
 
-namespace nu {
+namespace host {
 
 namespace {
 
@@ -22,13 +22,11 @@ constexpr int mostLinks = 40;
 constexpr int mostAttempts = 100;
 constexpr mode_t permissions = 07777;
 
-std::u16string reasonOf(int error) {
-    return host::utf8ToUtf16(std::generic_category().message(error));
-}
+std::u16string reasonOf(int error) { return utf8ToUtf16(std::generic_category().message(error)); }
 
 [[noreturn]] void raiseNotCreated(const std::filesystem::path& name, int error) {
-    throw host::EFileOpenError(
-        host::formatMessage(cFileNotCreated, {host::utf8ToUtf16(name.string()), reasonOf(error)}));
+    throw EFileOpenError(formatMessage(u"Cannot create file \"%s\". %s",
+                                       {utf8ToUtf16(name.string()), reasonOf(error)}));
 }
 
 /// The file behind all links, which may not be there yet.
@@ -92,7 +90,7 @@ FileReplacement::FileReplacement(const std::filesystem::path& name)
     const bool isThere = ::stat(place_.c_str(), &former) == 0;
     replaces_ = isThere && S_ISREG(former.st_mode);
     if (isThere && !replaces_) {
-        stream_.emplace(name, host::fmCreate);
+        stream_.emplace(name, fmCreate);
         return;
     }
     // Nobody may replace what he must not write, although the system would let him.
@@ -101,7 +99,7 @@ FileReplacement::FileReplacement(const std::filesystem::path& name)
     }
     makeBeside(replaces_ ? &former : nullptr);
     try {
-        stream_.emplace(temporary_, host::fmOpenReadWrite);
+        stream_.emplace(temporary_, fmOpenReadWrite);
     } catch (...) {
         ::unlink(temporary_.c_str());
         throw;
@@ -145,10 +143,10 @@ void FileReplacement::commit() {
         error = errno;
     }
     if (error != 0) {
-        throw host::EWriteError(host::formatMessage(
-            cFileNotReplaced, {host::utf8ToUtf16(name_.string()), reasonOf(error)}));
+        throw EWriteError(formatMessage(u"Cannot replace file \"%s\". %s",
+                                        {utf8ToUtf16(name_.string()), reasonOf(error)}));
     }
     temporary_.clear();
 }
 
-} // namespace nu
+} // namespace host
