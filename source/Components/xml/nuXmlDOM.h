@@ -11,4 +11,5 @@
 #include "nuXmlDOM/face/interfaces.h"
 #include "nuXmlDOM/load/loading.h"
 #include "nuXmlDOM/load/saxToDomHandler.h"
+#include "nuXmlDOM/path/path.h"
 #include "nuXmlDOM/write/formatting.h"
