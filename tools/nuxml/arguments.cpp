@@ -4,23 +4,46 @@
 
 namespace tool {
 
+namespace {
+
+template <class Option>
+const Option* find(std::initializer_list<Option> options, std::string_view name) {
+    const auto* const found =
+        std::find_if(options.begin(), options.end(),
+                     [&](const Option& candidate) { return candidate.name == name; });
+    return found == options.end() ? nullptr : found;
+}
+
+} // namespace
+
 std::vector<Operand> parseArguments(std::span<const std::string_view> arguments,
-                                    std::initializer_list<Flag> flags) {
+                                    std::initializer_list<Flag> flags,
+                                    std::initializer_list<Setting> settings,
+                                    std::initializer_list<Repeated> repeated) {
     std::vector<Operand> operands;
     bool onlyOperands = false;
-    for (const std::string_view argument : arguments) {
+    std::size_t index = 0;
+    const auto nextValue = [&] {
+        const std::string_view option = arguments[index];
+        if (++index == arguments.size()) {
+            throw UsageError("the value of " + std::string(option) + " is missing");
+        }
+        return arguments[index];
+    };
+    for (; index < arguments.size(); ++index) {
+        const std::string_view argument = arguments[index];
         if (onlyOperands || argument.size() < 2 || argument.front() != '-') {
             operands.push_back({argument, onlyOperands});
         } else if (argument == "--") {
             onlyOperands = true;
-        } else {
-            const auto* const flag =
-                std::find_if(flags.begin(), flags.end(),
-                             [&](const Flag& candidate) { return candidate.name == argument; });
-            if (flag == flags.end()) {
-                throw UsageError("unknown option " + std::string(argument));
-            }
+        } else if (const Flag* flag = find(flags, argument)) {
             flag->value = true;
+        } else if (const Setting* setting = find(settings, argument)) {
+            setting->value = nextValue();
+        } else if (const Repeated* option = find(repeated, argument)) {
+            option->given.push_back({argument, nextValue()});
+        } else {
+            throw UsageError("unknown option " + std::string(argument));
         }
     }
     return operands;

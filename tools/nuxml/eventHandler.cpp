@@ -1,8 +1,5 @@
 #include "eventHandler.h"
 
-#include <exception>
-
-#include "host/runtime/exception.h"
 #include "nuXmlParser.h"
 
 namespace tool {
@@ -11,22 +8,6 @@ namespace {
 
 /// The clock is asked only once in so many events, a power of two.
 constexpr std::uint64_t eventsBetweenLooks = 1024;
-
-/// Whether the exception that is being handled came from a stream: the reader reports what it did
-/// not throw itself while it handles it.
-bool isHandlingStreamError() noexcept {
-    const std::exception_ptr handled = std::current_exception();
-    if (!handled) {
-        return false;
-    }
-    try {
-        std::rethrow_exception(handled);
-    } catch (const host::EStreamError&) {
-        return true;
-    } catch (...) {
-        return false;
-    }
-}
 
 } // namespace
 
@@ -75,9 +56,7 @@ void EventHandler::warning(host::ISAXParseError& error) { reportFault(EventKind:
 void EventHandler::error(host::ISAXParseError& error) { reportFault(EventKind::Error, error); }
 
 void EventHandler::fatalError(host::ISAXParseError& error) {
-    fatality_ = {error.getMessage(),
-                 {error.getLineNumber(), error.getColumnNumber()},
-                 isHandlingStreamError()};
+    fatality_ = fatalityOf(error);
     reportFault(EventKind::FatalError, error);
 }
 

@@ -7,6 +7,7 @@
 
 #include "console.h"
 #include "event.h"
+#include "fault.h"
 #include "host/com/implements.h"
 #include "host/sax/BSaxExt.h"
 #include "nuXmlSax.h"
@@ -23,11 +24,6 @@ public:
         : format_(format), console_(console), name_(name), showsPlaces_(showsPlaces) {}
 
     /// The fatal error of the document, if there was one.
-    struct Fatality {
-        std::u16string message;
-        EventPlace place;
-        bool isAboutReading; ///< the input failed, not its content
-    };
     [[nodiscard]] const std::optional<Fatality>& fatality() const noexcept { return fatality_; }
 
     // Content

@@ -46,29 +46,6 @@ std::u16string showException(EventFormat& format, const std::exception& exceptio
     return message;
 }
 
-/// Says on standard error why a document ended before its time.
-ExitCode explain(Console& console, std::string_view name,
-                 const std::optional<EventHandler::Fatality>& fatality,
-                 const std::u16string& exceptionMessage) {
-    if (!fatality) {
-        console.complain(name, exceptionMessage);
-        return exitFault;
-    }
-    if (fatality->isAboutReading) {
-        console.complain("cannot read " + std::string(name), fatality->message);
-        return exitInputOutput;
-    }
-    std::string place(name);
-    if (fatality->place.line > 0) {
-        place += ':';
-        place += std::to_string(fatality->place.line);
-        place += ':';
-        place += std::to_string(fatality->place.column);
-    }
-    console.complain(place, fatality->message);
-    return exitFault;
-}
-
 ExitCode showEvents(Console& console, host::TStream& stream, std::string_view name,
                     EventFormat& format, bool showsPlaces) {
     // 1. The reader tells everything to one object.
@@ -91,7 +68,11 @@ ExitCode showEvents(Console& console, host::TStream& stream, std::string_view na
     if ((!exceptionMessage && !handler->fatality()) || !console.output().isOpen()) {
         return exitDone;
     }
-    return explain(console, name, handler->fatality(), exceptionMessage.value_or(u""));
+    if (!handler->fatality()) {
+        console.complain(name, *exceptionMessage);
+        return exitFault;
+    }
+    return explain(console, name, *handler->fatality());
 }
 
 ExitCode showInput(Console& console, std::string_view name, const Options& options,

@@ -8,6 +8,7 @@ Shows and converts XML.
 
 Commands
   events     show documents as the events of the SAX2 reader, one a line
+  format     write a document with line breaks and indentation, or on one line
   escape     turn plain text into XML character data
   unescape   turn XML character data into plain text
 
@@ -51,6 +52,31 @@ Examples
   nuxml events library.xml
   nuxml events --positions --json library.xml | grep '"event":"warning"'
   curl --silent https://example.org/feed.xml | nuxml events
+)";
+
+const std::string_view format = R"(usage: nuxml format [--compact] [-o FILE | -i] [FILE]
+
+Writes a document with line breaks and two blanks of indentation a level. "-" or no file is standard
+input, and standard output unless -o or -i says otherwise.
+
+Options
+  --compact  without line breaks and indentation
+  -o FILE    write to FILE, which may be the one that is read
+  -i         write to the file that is read
+  --         everything behind it is a file
+
+White space between tags goes, text stays as it is, and so does what an attribute xml:space preserves.
+Line breaks are CR LF. Attribute values get double quotes, elements without content end with "/>".
+
+The output is UTF-8 without a byte-order mark; a declaration that names another encoding is made to
+name this one. A file is replaced when the new one is complete, otherwise the old one stays.
+
+A document type declaration is not kept; -i leaves a document that has one alone.
+
+Examples
+  nuxml format library.xml
+  nuxml format --compact -o small.xml library.xml
+  curl --silent https://example.org/feed.xml | nuxml format | less
 )";
 
 const std::string_view escape = R"(usage: nuxml escape [TEXT]

@@ -12,6 +12,7 @@
 #include "console.h"
 #include "escapeCommand.h"
 #include "eventsCommand.h"
+#include "formatCommand.h"
 #include "help.h"
 #include "input.h"
 
@@ -24,6 +25,7 @@ constexpr std::string_view helpOption = "--help";
 const Command* findCommand(std::string_view name) {
     static const Command commands[] = {
         {"events", runEvents, help::events},
+        {"format", runFormat, help::format},
         {"escape", runEscape, help::escape},
         {"unescape", runUnescape, help::unescape},
     };
