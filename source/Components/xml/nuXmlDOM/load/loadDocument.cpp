@@ -1,6 +1,7 @@
 #include <memory>
 
 #include "common/memoryStream.h"
+#include "common/utf8.h"
 #include "host/com/streamAdapter.h"
 #include "host/runtime/exception.h"
 #include "host/runtime/fileStream.h"
@@ -91,8 +92,10 @@ bool TNuDOMDocument::loadFromStream(host::IStream* stream) {
 }
 
 bool TNuDOMDocument::LoadFromFile(const std::filesystem::path& fileName) {
-    if (!std::filesystem::exists(fileName)) {
-        throw host::EReadError(host::formatMessage(nu::cNoFile, {fileName.u16string()}));
+    // A file that cannot be looked at is left to the stream, which says why.
+    std::error_code error;
+    if (!std::filesystem::exists(fileName, error) && !error) {
+        throw host::EReadError(host::formatMessage(nu::cNoFile, {NuFromUtf8(fileName.string())}));
     }
     host::TFileStream file(fileName, host::fmOpenRead | host::fmShareDenyNone);
     return LoadFromStream(file);
