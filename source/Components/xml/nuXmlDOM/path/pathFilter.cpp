@@ -58,7 +58,7 @@ private:
                 break;
             }
         }
-        if (found == nullptr && program_.options != TNuDOMSelectOptions()) {
+        if (found == nullptr && (program_.options.has(soCreate) || program_.options.has(soRaise))) {
             // Deliberate: the options go for the lookup too: soCreate makes the attribute on every
             // candidate, and soRaise throws for the first one without it.
             found = element.getAttributeNodeObj(filter_.name, program_.options);

@@ -94,9 +94,9 @@ struct PathProgram {
     std::vector<PathAlternative> alternatives;
 };
 
-/// Reads a path. `depth` is the number of brackets around it.
-[[nodiscard]] std::shared_ptr<const PathProgram>
-readPath(std::u16string_view path, TNuDOMSelectOptions options, int depth = 0);
+/// Reads a path.
+[[nodiscard]] std::shared_ptr<const PathProgram> readPath(std::u16string_view path,
+                                                          TNuDOMSelectOptions options);
 
 /// Reads an integer: blanks may lead, then a sign; nothing else but decimal digits.
 [[nodiscard]] std::optional<std::int64_t> readPathInteger(std::u16string_view text) noexcept;

@@ -27,9 +27,7 @@ TNuDOMNode* elementFrom(TNuDOMNode* node) noexcept {
 /// The next element below `root` in the order of the document; null at the end.
 TNuDOMNode* nextContext(TNuDOMNode& node, const TNuDOMNode& root) noexcept {
     // 1. Down.
-    auto* document = NodeAccess::as<TNuDOMDocument>(&node);
-    TNuDOMNode* next = document != nullptr ? document->GetRootNode()
-                                           : elementFrom(NodeAccess::children(node)->first());
+    TNuDOMNode* next = elementFrom(firstPathChild(node));
     // 2. On, else up until it goes on.
     for (TNuDOMNode* from = &node; next == nullptr && from != &root;
          from = NodeAccess::parent(*from)) {
@@ -49,12 +47,14 @@ public:
     /// Depth first: what the first candidate of a step leads to comes before the second.
     void run(TNuDOMNode& start, PathNodes& result) {
         std::size_t depth = 0;
-        enter(depth, start);
+        enter(depth, start, result);
         for (;;) {
             Frame& frame = frames_[depth];
-            // 1. The last step gives the results.
+            // 1. The last step gives the results, if they are not there already.
             const bool isLast = depth + 1 == steps_.size();
-            if (isLast) {
+            if (isLast && result.empty()) {
+                result.swap(frame.candidates);
+            } else if (isLast) {
                 result.insert(result.end(), frame.candidates.begin(), frame.candidates.end());
             }
             // 2. A step that is done goes back to the one before.
@@ -68,7 +68,7 @@ public:
             // 3. The next candidate takes the next step; what can have no children takes none.
             TNuDOMNode& candidate = *frame.candidates[frame.next++];
             if (isContext(candidate)) {
-                enter(++depth, candidate);
+                enter(++depth, candidate, result);
             }
         }
     }
@@ -81,20 +81,23 @@ private:
         bool isNameKnown = false;
     };
 
-    void enter(std::size_t depth, TNuDOMNode& context) {
+    void enter(std::size_t depth, TNuDOMNode& context, PathNodes& result) {
         Frame& frame = frames_[depth];
         const PathStep& step = steps_[depth];
+        const bool isCreating = program_.options.has(soCreate);
         frame.candidates.clear();
         frame.next = 0;
         checkOptions(program_.options);
         failMistake(step.mistake);
-        match(step, frame, context);
+        // What nothing is asked of any more is a result at once.
+        const bool isResult = depth + 1 == steps_.size() && step.filters.empty() && !isCreating;
+        match(step, frame, context, isResult ? result : frame.candidates);
         for (const PathFilter& filter : step.filters) {
             const bool mayRepeat =
                 step.isDeep && (step.test == PathTest::parent || step.test == PathTest::self);
             applyFilter(program_, filter, mayRepeat, frame.candidates);
         }
-        if (frame.candidates.empty() && program_.options.has(soCreate)) {
+        if (frame.candidates.empty() && isCreating) {
             frame.candidates.push_back(&create(step, context));
         }
     }
@@ -112,17 +115,62 @@ private:
         }
     }
 
-    void match(const PathStep& step, Frame& frame, TNuDOMNode& context) {
+    void match(const PathStep& step, Frame& frame, TNuDOMNode& context, PathNodes& found) {
         if (step.test == PathTest::name && !prepareName(step, frame)) {
             return;
         }
-        matchHere(step, frame, context);
+        if (step.isDeep && step.test == PathTest::name &&
+            matchInTreeOrder(step, frame, context, found)) {
+            return;
+        }
+        matchHere(step, frame, context, found);
         if (step.isDeep) {
             for (TNuDOMNode* node = nextContext(context, context); node != nullptr;
                  node = nextContext(*node, context)) {
-                matchHere(step, frame, *node);
+                matchHere(step, frame, *node, found);
             }
         }
+    }
+
+    /// Finds the nodes of a name below `context` in one walk, which takes half the time because
+    /// nodes lie in memory in the order of the document. That order is the right one as long as no
+    /// match follows one that lies deeper below the same parent; gives false, and adds nothing,
+    /// when one does.
+    bool matchInTreeOrder(const PathStep& step, const Frame& frame, TNuDOMNode& context,
+                          PathNodes& found) {
+        const std::size_t before = found.size();
+        // The levels up to `closed` had a match below them since their parent was entered.
+        std::size_t closed = 0;
+        std::size_t level = 1;
+        TNuDOMNode* node = firstPathChild(context);
+        while (node != nullptr) {
+            // 1. The node.
+            if (isNamed(*node, step, frame)) {
+                if (level <= closed) {
+                    found.resize(before);
+                    return false;
+                }
+                found.push_back(node);
+                closed = level - 1;
+            }
+            // 2. Down, else on, else up until it goes on.
+            TNuDOMNode* next =
+                NodeAccess::is<TNuDOMElement>(*node) ? firstPathChild(*node) : nullptr;
+            if (next != nullptr) {
+                closed = std::min(closed, level);
+                ++level;
+            } else {
+                while ((next = NodeChain::next(*node)) == nullptr) {
+                    node = NodeAccess::parent(*node);
+                    if (node == &context) {
+                        return true;
+                    }
+                    --level;
+                }
+            }
+            node = next;
+        }
+        return true;
     }
 
     /// Finds what a name test looks for; false when no node can have that name.
@@ -140,8 +188,8 @@ private:
         return frame.plainName != nullptr;
     }
 
-    void matchHere(const PathStep& step, Frame& frame, TNuDOMNode& context) {
-        PathNodes& found = frame.candidates;
+    void matchHere(const PathStep& step, const Frame& frame, TNuDOMNode& context,
+                   PathNodes& found) {
         const auto addChildrenIf = [&](auto&& test) {
             forEachPathChild(context, [&](TNuDOMNode& child) {
                 if (test(child)) {
@@ -172,12 +220,7 @@ private:
             addChildrenIf(hasText);
             return;
         case PathTest::name:
-            if (const NodeName* plain = frame.plainName) {
-                addChildrenIf(
-                    [plain](TNuDOMNode& child) { return NodeAccess::name(child).plain == plain; });
-            } else {
-                addChildrenIf([&](TNuDOMNode& child) { return hasName(child, step.name); });
-            }
+            addChildrenIf([&](TNuDOMNode& child) { return isNamed(child, step, frame); });
             return;
         }
     }
@@ -206,6 +249,12 @@ private:
             }
         }
         return false;
+    }
+
+    /// The same by the name as prepareName found it.
+    [[nodiscard]] bool isNamed(TNuDOMNode& node, const PathStep& step, const Frame& frame) const {
+        return frame.plainName != nullptr ? NodeAccess::name(node).plain == frame.plainName
+                                          : hasName(node, step.name);
     }
 
     /// Whether a node has the name that a test looks for, by the options of the path.

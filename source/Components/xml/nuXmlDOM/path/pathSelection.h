@@ -34,17 +34,19 @@ void selectNodes(const PathProgram& program, TNuDOMNode& context, bool elementsO
 void applyFilter(const PathProgram& program, const PathFilter& filter, bool mayRepeat,
                  PathNodes& candidates);
 
-/// Calls `visit` for each child of an element or a document in order, which may be any node; of the
-/// document only the document element.
+/// The first child of an element or a document, which may be any node; of the document the document
+/// element.
+[[nodiscard]] inline TNuDOMNode* firstPathChild(TNuDOMNode& context) noexcept {
+    // Named in full: the class is known, so nothing needs to be looked up.
+    return NodeAccess::is<TNuDOMElement>(context)
+               ? static_cast<TNuDOMElement&>(context).TNuDOMElement::get_firstChild()
+               : static_cast<TNuDOMDocument&>(context).GetRootNode();
+}
+
+/// Calls `visit` for each child of an element or a document in order.
 template <class Visit> void forEachPathChild(TNuDOMNode& context, Visit&& visit) {
-    if (auto* document = NodeAccess::as<TNuDOMDocument>(&context)) {
-        if (TNuDOMElement* element = document->GetRootNode()) {
-            visit(*element);
-        }
-        return;
-    }
-    const NodeChain* chain = NodeAccess::children(context);
-    for (TNuDOMNode* node = chain->first(); node != nullptr; node = NodeChain::next(*node)) {
+    for (TNuDOMNode* node = firstPathChild(context); node != nullptr;
+         node = NodeChain::next(*node)) {
         visit(*node);
     }
 }

@@ -8,9 +8,9 @@ namespace nu {
 
 namespace {
 
-/// Brackets in brackets up to here are read. A selection goes into each, so an endless row of them
-/// would end its stack.
-constexpr int deepestBrackets = 250;
+/// Brackets in brackets up to here are read. Reading and selecting go into each, so an endless row
+/// of them would end the stack.
+constexpr std::size_t deepestBrackets = 250;
 
 constexpr std::u16string_view separator = u" | ";
 constexpr std::u16string_view protectedSlash = u"&slash;";
@@ -31,9 +31,6 @@ std::u16string_view trimmed(std::u16string_view text) noexcept {
 /// them, so behind several replaced slashes the end of a path may not be looked at. Single quotes
 /// protect nothing.
 NuXmlString protectSlashes(std::u16string_view path) {
-    if (path.find(cNuQuote) == std::u16string_view::npos) {
-        return NuXmlString(path);
-    }
     NuXmlString result;
     bool isQuoted = false;
     std::size_t positions = path.size();
@@ -92,8 +89,8 @@ PathLiteral readLiteral(std::u16string_view text) {
 /// Reads one step: its name test and its filters.
 class StepReader {
 public:
-    StepReader(std::u16string_view step, TNuDOMSelectOptions options, int depth)
-        : step_(step), options_(options), depth_(depth) {}
+    StepReader(std::u16string_view step, TNuDOMSelectOptions options)
+        : step_(step), options_(options) {}
 
     PathStep read(bool isDeep) {
         PathStep result;
@@ -104,12 +101,14 @@ public:
         result.nameToCreate = trimmed(test);
         // 2. The filters.
         for (std::size_t open = bracket; open != std::u16string_view::npos;) {
-            const std::size_t close = findClose(open, result.mistake);
-            if (result.mistake != PathMistake::none) {
+            const Brackets brackets = findClose(open);
+            if (brackets.mistake != PathMistake::none) {
+                result.mistake = brackets.mistake;
                 return result;
             }
-            result.filters.push_back(readFilter(step_.substr(open, close + 1 - open)));
-            open = step_.find(u'[', close);
+            const std::u16string_view filter = step_.substr(open, brackets.close + 1 - open);
+            result.filters.push_back(readFilter(filter, brackets.depth));
+            open = step_.find(u'[', brackets.close);
         }
         // 3. The test.
         readTest(test, result);
@@ -117,8 +116,16 @@ public:
     }
 
 private:
+    struct Brackets {
+        std::size_t close = 0;
+        /// How many brackets stand in each other, the outermost included.
+        std::size_t depth = 0;
+        PathMistake mistake = PathMistake::none;
+    };
+
     /// The bracket that closes the one at `open`; quotes hide brackets, and brackets nest.
-    std::size_t findClose(std::size_t open, PathMistake& mistake) const noexcept {
+    [[nodiscard]] Brackets findClose(std::size_t open) const noexcept {
+        Brackets result;
         std::size_t nesting = 0;
         NuXmlChar quote = 0;
         for (std::size_t index = open; index < step_.size(); ++index) {
@@ -128,13 +135,14 @@ private:
             } else if (unit == cNuApos || unit == cNuQuote) {
                 quote = unit;
             } else if (unit == u'[') {
-                ++nesting;
+                result.depth = std::max(result.depth, ++nesting);
             } else if (unit == u']' && --nesting == 0) {
-                return index;
+                result.close = index;
+                return result;
             }
         }
-        mistake = quote != 0 ? PathMistake::openQuote : PathMistake::openBracket;
-        return std::u16string_view::npos;
+        result.mistake = quote != 0 ? PathMistake::openQuote : PathMistake::openBracket;
+        return result;
     }
 
     void readTest(std::u16string_view test, PathStep& result) const {
@@ -161,26 +169,27 @@ private:
         }
     }
 
-    /// Reads a filter with its brackets.
-    PathFilter readFilter(std::u16string_view text) const {
-        const NuXmlString lower = NuFolded(text);
+    /// Reads a filter with its brackets, which stand `depth` deep in each other.
+    PathFilter readFilter(std::u16string_view text, std::size_t depth) const {
         const std::u16string_view inner = text.substr(1, text.size() - 2);
-        const bool compares = lower.find_first_of(operatorUnits) != NuXmlString::npos;
+        const bool compares = inner.find_first_of(operatorUnits) != std::u16string_view::npos;
         PathFilter filter;
-        if (lower.starts_with(u"[.=") || lower.starts_with(u"[.>") || lower.starts_with(u"[.<")) {
+        if (inner.starts_with(u".=") || inner.starts_with(u".>") || inner.starts_with(u".<")) {
             filter.kind = TNuXPathFilter::ftNodeValue;
             readComparison(inner, filter);
-        } else if (lower.starts_with(u"[@")) {
+        } else if (inner.starts_with(u'@')) {
             filter.kind =
                 compares ? TNuXPathFilter::ftAttributeValue : TNuXPathFilter::ftHasAttribute;
             readComparison(inner.substr(1), filter);
         } else if (compares) {
-            filter.kind = lower.starts_with(u"[string()") ? TNuXPathFilter::ftNodeValue
-                                                          : TNuXPathFilter::ftChildValue;
+            constexpr std::u16string_view ownValue = u"string()";
+            filter.kind = NuEqualFolded(inner.substr(0, ownValue.size()), ownValue)
+                              ? TNuXPathFilter::ftNodeValue
+                              : TNuXPathFilter::ftChildValue;
             readComparison(inner, filter);
-        } else if (lower == u"[last()]") {
+        } else if (NuEqualFolded(inner, u"last()")) {
             filter.kind = TNuXPathFilter::ftLastChildElement;
-        } else if (lower == u"[first()]") {
+        } else if (NuEqualFolded(inner, u"first()")) {
             filter.kind = TNuXPathFilter::ftFirstChildElement;
         } else {
             const std::int64_t number = readPathInteger(inner).value_or(-1);
@@ -191,7 +200,7 @@ private:
             filter.position = isPosition ? static_cast<std::int32_t>(number) : 0;
             filter.name = trimmed(inner);
         }
-        readChild(filter);
+        readChild(filter, depth);
         return filter;
     }
 
@@ -208,7 +217,7 @@ private:
         filter.literal = readLiteral(text.substr(behind));
     }
 
-    void readChild(PathFilter& filter) const {
+    void readChild(PathFilter& filter, std::size_t depth) const {
         if (filter.kind != TNuXPathFilter::ftChildValue &&
             filter.kind != TNuXPathFilter::ftChildName) {
             return;
@@ -216,14 +225,13 @@ private:
         constexpr std::u16string_view special = u"/@.*[|(#:";
         filter.isPlainName =
             !filter.name.empty() && filter.name.find_first_of(special) == NuXmlString::npos;
-        if (!filter.isPlainName && depth_ < deepestBrackets) {
-            filter.child = readPath(filter.name, options_, depth_ + 1);
+        if (!filter.isPlainName && depth <= deepestBrackets) {
+            filter.child = readPath(filter.name, options_);
         }
     }
 
     std::u16string_view step_;
     TNuDOMSelectOptions options_;
-    int depth_;
 };
 
 PathStart startOf(std::u16string_view alternative) noexcept {
@@ -234,7 +242,7 @@ PathStart startOf(std::u16string_view alternative) noexcept {
                                                : PathStart::context;
 }
 
-PathAlternative readAlternative(std::u16string_view text, TNuDOMSelectOptions options, int depth) {
+PathAlternative readAlternative(std::u16string_view text, TNuDOMSelectOptions options) {
     PathAlternative result;
     result.start = startOf(text);
     const NuXmlString folded = options.has(soCaseInsensitive) ? NuFolded(text) : NuXmlString();
@@ -248,8 +256,10 @@ PathAlternative readAlternative(std::u16string_view text, TNuDOMSelectOptions op
         }
         // 2. The step up to the next one.
         const std::size_t length = std::min(rest.find(cNuSlash), rest.size());
-        const NuXmlString step = restoreSlashes(rest.substr(0, length));
-        result.steps.push_back(StepReader(step, options, depth).read(isDeep));
+        const std::u16string_view step = rest.substr(0, length);
+        result.steps.push_back(step.find(protectedSlash) == std::u16string_view::npos
+                                   ? StepReader(step, options).read(isDeep)
+                                   : StepReader(restoreSlashes(step), options).read(isDeep));
         rest.remove_prefix(length);
         isFirst = false;
     }
@@ -282,16 +292,17 @@ std::optional<std::int64_t> readPathInteger(std::u16string_view text) noexcept {
     return isNegative ? value : -value;
 }
 
-std::shared_ptr<const PathProgram> readPath(std::u16string_view path, TNuDOMSelectOptions options,
-                                            int depth) {
+std::shared_ptr<const PathProgram> readPath(std::u16string_view path, TNuDOMSelectOptions options) {
     auto program = std::make_shared<PathProgram>();
     program->text = path;
     program->options = options;
-    const NuXmlString whole = protectSlashes(path);
-    std::u16string_view rest = whole;
+    // Texts are copied only where they change: brackets in brackets would add up.
+    const bool isQuoted = path.find(cNuQuote) != std::u16string_view::npos;
+    const NuXmlString whole = isQuoted ? protectSlashes(path) : NuXmlString();
+    std::u16string_view rest = isQuoted ? std::u16string_view(whole) : path;
     for (;;) {
         const std::size_t end = rest.find(separator);
-        program->alternatives.push_back(readAlternative(rest.substr(0, end), options, depth));
+        program->alternatives.push_back(readAlternative(rest.substr(0, end), options));
         if (end == std::u16string_view::npos) {
             return program;
         }
