@@ -287,7 +287,8 @@ TEST(Reader, reportsOtherMarkup) {
         // Document types: only a space ends the name.
         {uR"(<!doctype root SYSTEM "root.dtd"><a/>)", "SD|D root|EP|S a|E a|ED"},
         {uR"(<!DOCTYPE root><a b="1"/>)", "SD|D root><a|EP|ED"},
-        {u"<!DOCTYPE root>", "SD|D root|F1:15 end|X fatal Abort"},
+        {u"<!DOCTYPE root>", "SD|D root|F1:15 end|X fatal Abort",
+         "SD|D root>|F1:17 end|X fatal Abort"},
         {u"<!XOC\nTYPE\n\n  r ><a/>", "SD|D r|EP|S a|E a|ED"},
         {uR"(<!ENTITY x "y"><a/>)",
          "SD|R1:9 <!DOCTYPE expected, but <!DNTITY  found!|D x|EP|S a|E a|ED"},

@@ -67,6 +67,17 @@ endDocument
       1:7     endElement             b
       1:8     endDocument
 )"},
+    // In pieces every character is a column, what is looked at counts twice, and the end is one
+    // more.
+    {"--large --positions", "<a>\\n<b/></a>", 0,
+     R"(      1:1     startDocument
+      1:2     endProlog
+      1:4     startElement           a
+      2:4     startElement           b
+      2:4     endElement             b
+      2:9     endElement             a
+      2:10    endDocument
+)"},
     // The last line where the parse ends with an exception.
     {"--json", "<!ELEMENT x ><p:a b=\"", 3,
      R"({"event":"startDocument"}
@@ -140,6 +151,16 @@ TEST(Events, KeepLongText) {
         ">text; nuxml events --json long.xml | sed -n '4{s/.*text\":\"//;s/\"}$//;p}' | "
         "head -c -1 | cmp - text && echo same");
     EXPECT_EQ(result.output, "same\n") << result.errors;
+}
+
+// Input without a size, 72 MB of it, in less memory than that; the sanitizers need more.
+TEST(Events, OfLongInputNeedLittleMemory) {
+    const std::string limit = std::string_view(NUXML_SANITIZE).empty() ? "ulimit -v 120000; " : "";
+    const ShellResult result = runShell(
+        "{ printf '<a>'; yes \"$(printf '%065536d' 0)<b/>\" | head -n 1100; printf '</a>'; } | "
+        "{ " +
+        limit + "nuxml events; } | tail -c 40");
+    EXPECT_EQ(result.output, "b\nendElement             a\nendDocument\n") << result.errors;
 }
 
 TEST(Events, OfTheExampleDrawNoFault) {

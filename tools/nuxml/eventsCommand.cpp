@@ -24,6 +24,7 @@ namespace {
 struct Options {
     bool asJson = false;
     bool showsPlaces = false;
+    bool isLarge = false; ///< read in pieces, however short
 };
 
 /// The class of an exception without its namespace.
@@ -46,19 +47,21 @@ std::u16string showException(EventFormat& format, const std::exception& exceptio
     return message;
 }
 
-ExitCode showEvents(Console& console, host::TStream& stream, std::string_view name,
-                    EventFormat& format, bool showsPlaces) {
+ExitCode showEvents(Console& console, const Input& input, std::string_view name,
+                    EventFormat& format, const Options& options) {
     // 1. The reader tells everything to one object.
-    const auto handler = host::makeRef<EventHandler>(format, console, name, showsPlaces);
+    const auto handler = host::makeRef<EventHandler>(format, console, name, options.showsPlaces);
     TNuSAXXMLReader reader;
     reader.setContentHandler(handler);
     reader.setLexicalHandler(handler);
     reader.setErrorHandler(handler);
+    reader.SetParserChoice(options.isLarge || !input.hasSize ? TNuSaxParserChoice::LargeStream
+                                                             : TNuSaxParserChoice::BySize);
 
     // 2. What leaves the parse is shown as well.
     std::optional<std::u16string> exceptionMessage;
     try {
-        reader.Parse(stream);
+        reader.Parse(*input.stream);
     } catch (const std::exception& exception) {
         exceptionMessage = showException(format, exception);
     }
@@ -78,14 +81,14 @@ ExitCode showEvents(Console& console, host::TStream& stream, std::string_view na
 ExitCode showInput(Console& console, std::string_view name, const Options& options,
                    bool isOneOfSeveral) {
     try {
-        const auto stream = openInput(name, console.progress());
+        const Input input = openForReading(name, options.isLarge, console.progress());
         if (options.asJson) {
             EventJson format(console.output());
-            return showEvents(console, *stream, displayName(name), format, options.showsPlaces);
+            return showEvents(console, input, displayName(name), format, options);
         }
         EventText format(console, options.showsPlaces,
                          isOneOfSeveral ? host::utf8ToUtf16(displayName(name)) : u"");
-        return showEvents(console, *stream, displayName(name), format, options.showsPlaces);
+        return showEvents(console, input, displayName(name), format, options);
     } catch (const InputError& error) {
         console.complain(error.what());
     } catch (const host::EStreamError& error) {
@@ -98,8 +101,9 @@ ExitCode showInput(Console& console, std::string_view name, const Options& optio
 
 ExitCode runEvents(Console& console, Arguments arguments) {
     Options options;
-    auto inputs = parseArguments(
-        arguments, {{"--json", options.asJson}, {"--positions", options.showsPlaces}});
+    auto inputs = parseArguments(arguments, {{"--json", options.asJson},
+                                             {"--positions", options.showsPlaces},
+                                             {"--large", options.isLarge}});
     if (inputs.empty()) {
         inputs.push_back({standardInput, false});
     }

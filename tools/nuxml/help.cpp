@@ -32,7 +32,7 @@ Exit codes
 The highest one counts when several inputs end differently.
 )";
 
-const std::string_view events = R"(usage: nuxml events [--json] [--positions] [FILE...]
+const std::string_view events = R"(usage: nuxml events [--json] [--positions] [--large] [FILE...]
 
 Shows each event that the SAX2 reader reports, one a line. "-" or no file is standard input. The
 reader forgives much: a fault that does not end the parse is a line "warning" or "error".
@@ -40,6 +40,8 @@ reader forgives much: a fault that does not end the parse is a line "warning" or
 Options
   --json       each line is an object of JSON
   --positions  with the line and the column where the reader stood at the event
+  --large      read in pieces, as everything from 32 MiB on is: every character counts as a
+               column, the end as well, and only declared or marked UTF-8 is UTF-8
   --           everything behind it is a file
 
 Text stands as it was written: references such as "&amp;" are not expanded. Without --json,

@@ -4,11 +4,16 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <limits>
 #include <system_error>
+#include <utility>
 
+#include "forwardStream.h"
 #include "host/runtime/fileStream.h"
+#include "nuXmlSax.h"
 
 namespace tool {
 
@@ -21,37 +26,20 @@ constexpr std::size_t firstBlock = std::size_t{64} * 1024;
                      std::generic_category().message(error));
 }
 
-/// A descriptor that is closed with its owner.
-class Descriptor {
-public:
-    explicit Descriptor(const std::string& path) noexcept
-        : number_(::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {}
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() {
-        if (number_ >= 0) {
-            ::close(number_);
-        }
-    }
+constexpr std::size_t everything = std::numeric_limits<std::size_t>::max();
 
-    [[nodiscard]] int number() const noexcept { return number_; }
-
-private:
-    int number_;
-};
-
-/// Reads to the end; the memory doubles as it fills.
+/// Reads to the end, or until there are `limit` bytes; the memory doubles as it fills.
 std::unique_ptr<host::TMemoryStream> readAll(int descriptor, std::string_view name,
-                                             Progress& progress) {
+                                             Progress& progress, std::size_t limit = everything) {
     auto stream = std::make_unique<host::TMemoryStream>();
     std::size_t fill = 0;
     std::size_t size = firstBlock;
-    for (;;) {
+    while (fill < limit) {
         stream->SetSize(static_cast<std::int64_t>(size));
         const ssize_t got = ::read(descriptor, stream->WritableMemory() + fill, size - fill);
         if (got > 0) {
             fill += static_cast<std::size_t>(got);
-            size = fill == size ? 2 * size : size;
+            size = fill == size ? std::min(2 * size, limit) : size;
         } else if (got == 0) {
             break;
         } else if (errno != EINTR) {
@@ -68,6 +56,37 @@ std::unique_ptr<host::TMemoryStream> readAll(int descriptor, std::string_view na
     return stream;
 }
 
+/// An input that is open: a file that has a size, or else only its descriptor.
+struct Opened {
+    Descriptor descriptor;
+    std::unique_ptr<host::TStream> file;
+};
+
+Opened open(std::string_view name) {
+    if (name == standardInput) {
+        return {Descriptor(STDIN_FILENO), nullptr};
+    }
+
+    // 1. What it is shows only once it is open: the name may lead to a pipe.
+    const std::string path(name);
+    Descriptor descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    struct stat status = {};
+    if (descriptor.number() < 0 || ::fstat(descriptor.number(), &status) != 0) {
+        fail("open", name, errno);
+    }
+    if (S_ISDIR(status.st_mode)) {
+        fail("open", name, EISDIR);
+    }
+
+    // 2. A file without a size may hold something all the same, below /proc for example.
+    std::unique_ptr<host::TStream> file;
+    if (S_ISREG(status.st_mode) && status.st_size > 0) {
+        file = std::make_unique<host::TFileStream>(std::filesystem::path(path),
+                                                   host::fmOpenRead | host::fmShareDenyNone);
+    }
+    return {std::move(descriptor), std::move(file)};
+}
+
 } // namespace
 
 std::string_view displayName(std::string_view name) noexcept {
@@ -79,27 +98,24 @@ std::unique_ptr<host::TMemoryStream> readStandardInput(Progress& progress) {
 }
 
 std::unique_ptr<host::TStream> openInput(std::string_view name, Progress& progress) {
-    if (name == standardInput) {
-        return readStandardInput(progress);
-    }
+    Opened input = open(name);
+    return input.file ? std::move(input.file) : readAll(input.descriptor.number(), name, progress);
+}
 
-    // 1. What it is shows only once it is open: the name may lead to a pipe.
-    const std::string path(name);
-    const Descriptor descriptor(path);
-    struct stat status = {};
-    if (descriptor.number() < 0 || ::fstat(descriptor.number(), &status) != 0) {
-        fail("open", name, errno);
+Input openForReading(std::string_view name, bool isPassedOn, Progress& progress) {
+    Opened input = open(name);
+    if (input.file) {
+        return {std::move(input.file), true};
     }
-    if (S_ISDIR(status.st_mode)) {
-        fail("open", name, EISDIR);
+    auto start = std::make_unique<host::TMemoryStream>();
+    if (!isPassedOn) {
+        constexpr auto limit = static_cast<std::size_t>(TNuSAXXMLReader::largeStreamSize);
+        start = readAll(input.descriptor.number(), name, progress, limit);
+        if (start->GetSize() < TNuSAXXMLReader::largeStreamSize) {
+            return {std::move(start), true};
+        }
     }
-
-    // 2. A file without a size may hold something all the same, below /proc for example.
-    if (!S_ISREG(status.st_mode) || status.st_size == 0) {
-        return readAll(descriptor.number(), name, progress);
-    }
-    return std::make_unique<host::TFileStream>(std::filesystem::path(path),
-                                               host::fmOpenRead | host::fmShareDenyNone);
+    return {std::make_unique<ForwardStream>(std::move(input.descriptor), std::move(start)), false};
 }
 
 } // namespace tool
