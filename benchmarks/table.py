@@ -16,7 +16,7 @@ import sys
 OURS = "nuxml"
 # Other forms of ours stand after ours, a copy is the limit and stands last.
 LAST = "copy"
-WORKS = ["read", "escape", "unescape", "load", "destroy", "write", "format"]
+WORKS = ["read", "escape", "unescape", "load", "destroy", "write", "format", "select"]
 
 
 def read_results(paths):
