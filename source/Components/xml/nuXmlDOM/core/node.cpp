@@ -172,6 +172,10 @@ void TNuDOMNode::_linkToParent(TNuDOMNode* parent, TNuDOMPosition position, TNuD
         return;
     }
     if (parent->OwnerDocument() != OwnerDocument()) {
+        // A reference there may go with its document; the node itself is none either.
+        if (reference != nullptr && reference->OwnerDocument() == OwnerDocument()) {
+            reference = this;
+        }
         nu::adopt(*this, *parent->OwnerDocument());
     }
     // 3. The new parent may refuse it.
@@ -208,11 +212,11 @@ void TNuDOMNode::unlink() {
 }
 
 void TNuDOMNode::checkNotInside(const TNuDOMNode& parent) const {
-    if (nodeType_ == host::DOCUMENT_NODE) {
+    if (nodeType_ == host::DOCUMENT_NODE || &parent == this) {
         parent.raiseNoParentOf(*this);
     }
     const nu::NodeChain* below = nu::NodeAccess::children(*this);
-    if (below == nullptr || (below->empty() && &parent != this && parent.parent_ != this)) {
+    if (below == nullptr || (below->empty() && parent.parent_ != this)) {
         return;
     }
     for (const TNuDOMNode* node = &parent; node != nullptr; node = nu::NodeAccess::parent(*node)) {
