@@ -43,9 +43,9 @@ const Case usage[] = {
      "nuxml: unknown option --jsn; see \"nuxml events --help"},
     {"nuxml escape a b", 2, "", "more than one text"},
     // Each help shows three examples, and what they show works.
-    {"for command in '' events format escape unescape; do nuxml $command --help |"
+    {"for command in '' events format select edit escape unescape; do nuxml $command --help |"
      "sed '1,/^Examples/d; /^$/,$d' | grep -c '^  .*nuxml'; done | tr '\\n' ' '",
-     0, "3 3 3 3 3 ", ""},
+     0, "3 3 3 3 3 3 3 ", ""},
 };
 INSTANTIATE_TEST_SUITE_P(Usage, CommandLine, testing::ValuesIn(usage));
 

@@ -4,14 +4,7 @@
 
 namespace {
 
-struct Case {
-    const char* line;
-    int exitCode;
-    const char* output;
-    const char* errors;
-};
-
-const Case cases[] = {
+const ShellCase cases[] = {
     {R"(nuxml escape "Tom & Jerry's <\"x\">")", 0, "Tom &amp; Jerry&apos;s &lt;&quot;x&quot;&gt;\n",
      ""},
     {"nuxml escape ''", 0, "\n", ""},
@@ -32,14 +25,6 @@ const Case cases[] = {
     {R"(printf 'a\355\240\275' | nuxml unescape)", 4, "", "nuxml: standard input is not UTF-8\n"},
 };
 
-TEST(Escape, ConvertsTextAndStandardInput) {
-    for (const Case& expected : cases) {
-        SCOPED_TRACE(expected.line);
-        const ShellResult result = runShell(expected.line);
-        EXPECT_EQ(result.exitCode, expected.exitCode);
-        EXPECT_EQ(result.output, expected.output);
-        EXPECT_EQ(result.errors, expected.errors);
-    }
-}
+TEST(Escape, ConvertsTextAndStandardInput) { expectShell(cases); }
 
 } // namespace

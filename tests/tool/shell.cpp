@@ -1,5 +1,6 @@
 #include "shell.h"
 
+#include <gtest/gtest.h>
 #include <sys/wait.h>
 
 #include <cstdlib>
@@ -57,4 +58,14 @@ ShellResult runShell(const std::string& line) {
         "cd '" + folder.path().string() + "' && exec sh line >output 2>errors";
     const int status = std::system(command.c_str());
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentOf(output), contentOf(errors)};
+}
+
+void expectShell(std::span<const ShellCase> cases) {
+    for (const ShellCase& expected : cases) {
+        SCOPED_TRACE(expected.line);
+        const ShellResult result = runShell(expected.line);
+        EXPECT_EQ(result.exitCode, expected.exitCode);
+        EXPECT_EQ(result.output, expected.output);
+        EXPECT_EQ(result.errors, expected.errors);
+    }
 }

@@ -6,7 +6,6 @@
 #include "fault.h"
 #include "host/runtime/exception.h"
 #include "input.h"
-#include "nuXmlDOM/load/saxToDomHandler.h"
 #include "nuXmlSax.h"
 
 namespace tool {
@@ -17,6 +16,7 @@ LoadedDocument loadDocument(Console& console, std::string_view name) {
     const auto stream = openInput(name, console.progress());
     const std::string_view shown = displayName(name);
     LoadedDocument loaded{TNuDOMDocument::Create()};
+    loaded.layout = layoutOf(*stream);
 
     // 1. The tree is built from a reader that also tells about faults and their places.
     TNuSAXXMLReader reader;

@@ -5,6 +5,7 @@
 #include "console.h"
 #include "exitCode.h"
 #include "nuXmlDOM.h"
+#include "sourceLayout.h"
 
 namespace tool {
 
@@ -13,6 +14,7 @@ struct LoadedDocument {
     NuRef<TNuDOMDocument> document; ///< empty when the input is no document
     ExitCode exitCode = exitDone;
     bool hadDocumentType = false; ///< which a tree does not keep
+    SourceLayout layout{};
 };
 
 /// Loads a file or standard input and says on standard error what is wrong with it. Throws

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 
+#include "arguments.h"
 #include "common/caseFolding.h"
 #include "common/codePage.h"
 #include "host/runtime/exception.h"
@@ -31,6 +32,34 @@ private:
     Output& output_;
 };
 
+/// Passes everything on but the "\r" of line ends.
+class LineFeedStream final : public host::TStream {
+public:
+    explicit LineFeedStream(host::TStream& target) noexcept : target_(target) {}
+
+    std::size_t Read(void* /*buffer*/, std::size_t /*count*/) override { return 0; }
+    std::size_t Write(const void* buffer, std::size_t count) override {
+        std::string_view rest(static_cast<const char*>(buffer), count);
+        while (!rest.empty()) {
+            if (isReturnPending_ && rest.front() != '\n') {
+                target_.WriteBuffer("\r", 1);
+            }
+            const std::size_t length = rest.find('\r');
+            isReturnPending_ = length != rest.npos;
+            target_.WriteBuffer(rest.data(), isReturnPending_ ? length : rest.size());
+            rest.remove_prefix(isReturnPending_ ? length + 1 : rest.size());
+        }
+        return count;
+    }
+    std::int64_t Seek(std::int64_t offset, host::SeekOrigin origin) override {
+        return target_.Seek(offset, origin);
+    }
+
+private:
+    host::TStream& target_;
+    bool isReturnPending_ = false;
+};
+
 /// Makes the XML declaration name the encoding that the document is written in.
 void declareUtf8(TNuDOMDocument& document) {
     constexpr std::u16string_view target = u"xml";
@@ -49,28 +78,60 @@ void declareUtf8(TNuDOMDocument& document) {
     }
 }
 
-void save(TNuDOMDocument& document, host::TStream& stream, bool formatted) {
+void save(TNuDOMDocument& document, host::TStream& stream, DocumentForm form) {
     declareUtf8(document);
     // What a document without a declaration is written in.
     NuSetSystemCodePage(cNuCodePageUtf8);
-    document.SaveToStream(stream, formatted, false);
+    if (form.isFormatted && !form.endsLinesWithCR) {
+        LineFeedStream lines(stream);
+        document.SaveToStream(lines, true, false);
+    } else {
+        document.SaveToStream(stream, form.isFormatted, false);
+    }
+    if (form.endsWithLine) {
+        const std::string_view lineEnd = form.endsLinesWithCR ? "\r\n" : "\n";
+        stream.WriteBuffer(lineEnd.data(), lineEnd.size());
+    }
 }
 
 } // namespace
 
-ExitCode writeDocument(Console& console, TNuDOMDocument& document, bool formatted,
+std::string_view targetOf(std::string_view source, bool isInPlace,
+                          std::optional<std::string_view> given) {
+    if (isInPlace && given) {
+        throw UsageError("-i and -o exclude each other");
+    }
+    if (isInPlace && source == standardInput) {
+        throw UsageError("-i needs a file");
+    }
+    return isInPlace ? source : given.value_or(standardInput);
+}
+
+bool mayBeWritten(Console& console, const LoadedDocument& loaded, std::string_view source,
+                  std::string_view target) {
+    if (!loaded.hadDocumentType) {
+        return true;
+    }
+    const bool isOnlyOne = source == target && source != standardInput;
+    console.complain(std::string(displayName(source)) +
+                     ": the document type declaration is not kept" +
+                     (isOnlyOne ? "; the file stays as it is" : ""));
+    return !isOnlyOne;
+}
+
+ExitCode writeDocument(Console& console, TNuDOMDocument& document, DocumentForm form,
                        std::string_view target) {
     if (target == standardInput) {
         OutputStream stream(console.output());
-        save(document, stream, formatted);
-        if (console.output().isTerminal()) {
+        save(document, stream, form);
+        if (console.output().isTerminal() && !form.endsWithLine) {
             console.output().write('\n');
         }
         return exitDone;
     }
     try {
         host::FileReplacement file{std::filesystem::path(target)};
-        save(document, file.stream(), formatted);
+        save(document, file.stream(), form);
         file.commit();
     } catch (const host::EStreamError& error) {
         console.complain("cannot write " + std::string(target), error.Message());

@@ -9,6 +9,8 @@ Shows and converts XML.
 Commands
   events     show documents as the events of the SAX2 reader, one a line
   format     write a document with line breaks and indentation, or on one line
+  select     show the nodes at a path, one a line
+  edit       set, create and delete nodes at paths, and write the document
   escape     turn plain text into XML character data
   unescape   turn XML character data into plain text
 
@@ -79,6 +81,70 @@ Examples
   nuxml format library.xml
   nuxml format --compact -o small.xml library.xml
   curl --silent https://example.org/feed.xml | nuxml format | less
+)";
+
+const std::string_view select =
+    R"(usage: nuxml select PATH [OPTION...] [FILE...]
+
+Shows the nodes at a path, one a line. "-" or no file is standard input. The path starts at the
+document: "library/shelf" and "/library/shelf" are the same, "//book" is found anywhere.
+
+  shelf/book  *  book/@id  //title  a | b              steps and alternatives
+  book[3]  book[last()]  book[note]  book[@id='b1']    filters: position, child, attribute
+  book[title='Dune']  shelf[@count>10]                 values: text in quotes, or numbers
+
+Options
+  --xml    as XML; this is what is shown without an option
+  --value  the text of each node, of elements that right below them; control characters and the
+           backslash are escaped, so that each is one line
+  --path   a path that leads to just this node
+  --count  only how many there are
+  -I, --ignore-case       without regard to letter case in names and values
+  -N, --ignore-namespace  without regard to prefixes, by local names
+  --       what follows is the path and files
+
+An attribute step finds local names in any letter case: "@id" is also "loan:id". With several files,
+--path and --count put the name of the file in front.
+
+The exit code is 0 when anything matched in any of the files, and 1 when nothing did. The work goes on
+behind a file that fails with 3 or 4; a mistake in the path ends it with 2.
+
+Examples
+  nuxml select "//book[@lang='en']/title" library.xml
+  nuxml select --value -N //state/@due library.xml
+  nuxml select --path "//book[note]" library.xml
+)";
+
+const std::string_view edit =
+    R"(usage: nuxml edit CHANGE... [-i | -o FILE] [FILE]
+
+Changes a document and writes it. "-" or no file is standard input, and standard output unless -o or
+-i says otherwise. Paths are those of "nuxml select".
+
+Changes, made in the order given, each to all nodes at its path
+  --set PATH=VALUE     gives the nodes that text
+  --create PATH=VALUE  the same, and makes the elements and the attribute that are missing
+  --delete PATH        takes the nodes away with all that is below them
+
+The first "=" outside of brackets and quotes ends the path. VALUE is plain text: "<" and "&" are
+escaped where they are written.
+
+Options
+  -o FILE  write to FILE, which may be the one that is read
+  -i       write to the file that is read
+  --       everything behind it is a file
+
+All changes are made or none: when one of them matches nothing, nothing is written, and the exit code
+is 1. A file is replaced when the new one is complete.
+
+The document is written with line breaks and indentation if it was read so, else on as few lines as its
+text allows. The output is UTF-8 without a byte-order mark; a declaration that names another encoding is
+made to name this one. A document type declaration is not kept; -i leaves a document that has one alone.
+
+Examples
+  nuxml edit -i --set config/server/port=8080 config.xml
+  nuxml edit --create "config/log/@level=debug" config.xml
+  nuxml edit --delete "//book[@lang='fr']" -o rest.xml library.xml
 )";
 
 const std::string_view escape = R"(usage: nuxml escape [TEXT]

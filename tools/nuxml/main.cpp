@@ -10,11 +10,13 @@
 #include "arguments.h"
 #include "command.h"
 #include "console.h"
+#include "editCommand.h"
 #include "escapeCommand.h"
 #include "eventsCommand.h"
 #include "formatCommand.h"
 #include "help.h"
 #include "input.h"
+#include "selectCommand.h"
 
 namespace tool {
 
@@ -24,10 +26,9 @@ constexpr std::string_view helpOption = "--help";
 
 const Command* findCommand(std::string_view name) {
     static const Command commands[] = {
-        {"events", runEvents, help::events},
-        {"format", runFormat, help::format},
-        {"escape", runEscape, help::escape},
-        {"unescape", runUnescape, help::unescape},
+        {"events", runEvents, help::events}, {"format", runFormat, help::format},
+        {"select", runSelect, help::select}, {"edit", runEdit, help::edit},
+        {"escape", runEscape, help::escape}, {"unescape", runUnescape, help::unescape},
     };
     const auto* found = std::find_if(std::begin(commands), std::end(commands),
                                      [&](const Command& command) { return command.name == name; });

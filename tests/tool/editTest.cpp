@@ -1,0 +1,82 @@
+#include <gtest/gtest.h>
+
+#include "shell.h"
+
+namespace {
+
+const ShellCase changes[] = {
+    {R"(printf '<a><b>1</b><b k="x"/><c/></a>' >small.xml; nuxml edit --set 'a/b=<&>' small.xml)",
+     0, "<a><b>&lt;&amp;&gt;</b><b k=\"x\">&lt;&amp;&gt;</b><c/></a>", ""},
+    // The first "=" outside of brackets and quotes divides.
+    {"nuxml edit --set \"a/b[@k='x']=1=2\" small.xml", 0, "<a><b>1</b><b k=\"x\">1=2</b><c/></a>",
+     ""},
+    {"nuxml edit --set 'a/b/@k=' --set 'a/b[1]/#text=2' small.xml", 0,
+     "<a><b>2</b><b k=\"\"/><c/></a>", ""},
+    // In the order given, each seeing what those before it did.
+    {"nuxml edit --create 'a/d/e=5' --set 'a/d/e=6' --delete a/b --create 'a/b=7' small.xml", 0,
+     "<a><c/><d><e>6</e></d><b>7</b></a>", ""},
+    {"printf '' | nuxml edit --create a/b=1 small.xml", 0, "<a><b>1</b><b k=\"x\">1</b><c/></a>",
+     ""},
+    // Attributes are made as well, by the name that is given where there is none of its local name.
+    {"nuxml edit --create a/b/@K=5 --create a/new/@p:id=6 --create a/new/@p:id=7 small.xml", 0,
+     "<a><b K=\"5\">1</b><b k=\"5\"/><c/><new p:id=\"7\"/></a>", ""},
+    {"nuxml edit --delete //b --delete '//@k' small.xml; echo $?; nuxml edit --delete '//@k' "
+     "small.xml",
+     0, "1\n<a><b>1</b><b/><c/></a>", "nuxml: small.xml: nothing matched //@k\n"},
+    // What stands below a deleted node goes with it.
+    {"printf '<r><a><a/>x</a><b/></r>' | nuxml edit --delete //a", 0, "<r><b/></r>", ""},
+    // The text keeps its lines.
+    {R"(printf '<a>\n  <b/>\n</a>\n' | nuxml edit --create a/c=1)", 0,
+     "<a>\n  <b/>\n  <c>1</c>\n</a>\n", ""},
+    {R"(printf '<a>\r\n<b/>\r\n</a>' | nuxml edit --create a/c=1)", 0,
+     "<a>\r\n  <b/>\r\n  <c>1</c>\r\n</a>", ""},
+    {R"(printf '<a>\n<b/>x <i>y</i>\n z</a>' | nuxml edit --create a/c=1)", 0,
+     "<a><b/>x <i>y</i>\n z<c>1</c></a>", ""},
+};
+TEST(Edit, AppliesChangesInOrder) { expectShell(changes); }
+
+const ShellCase files[] = {
+    {"nuxml edit -i --set a/c=8 small.xml; cat small.xml; ls -A | grep -c '^\\.'", 1,
+     "<a><b>1</b><b k=\"x\"/><c>8</c></a>0\n", ""},
+    {"nuxml edit -o other.xml --delete a/b small.xml; cat other.xml; nuxml edit --set a/c=9 -o - - "
+     "<other.xml",
+     0, "<a><c>8</c></a><a><c>9</c></a>", ""},
+    // All changes or none.
+    {"nuxml edit -i --set a/c=9 --set a/missing=1 small.xml; echo $?; nuxml edit -i --set a/c=9 "
+     "--set 'a/c[=1' small.xml; echo $?; nuxml select --value a/c small.xml",
+     0, "1\n2\n8\n",
+     "nuxml: small.xml: nothing matched a/missing; --create makes what is missing\n"
+     "nuxml: --set a/c[=1 lacks \"=VALUE\"; see \"nuxml edit --help\"\n"},
+    // What would be lost is not taken away behind one's back.
+    {"nuxml edit -i --set library/contact/mail=x library.xml; echo $?; grep -c hall@ library.xml",
+     0, "3\n1\n",
+     "nuxml: library.xml: the document type declaration is not kept; the file stays as it is\n"},
+};
+TEST(Edit, WritesFilesWholeOrNotAtAll) { expectShell(files); }
+
+const ShellCase mistakes[] = {
+    {"nuxml edit small.xml", 2, "",
+     "nuxml: there is nothing to do: --set, --create or --delete is missing; see \"nuxml edit "
+     "--help\"\n"},
+    {"nuxml edit --set", 2, "",
+     "nuxml: the value of --set is missing; see \"nuxml edit --help\"\n"},
+    {"nuxml edit --delete '' small.xml", 2, "",
+     "nuxml: the path of --delete is empty; see \"nuxml edit --help\"\n"},
+    {"nuxml edit -i --delete a/b", 2, "", "nuxml: -i needs a file; see \"nuxml edit --help\"\n"},
+    {"nuxml edit --delete a small.xml", 2, "",
+     "nuxml: a document without its document element is none, so --delete a is refused; see "
+     "\"nuxml edit --help\"\n"},
+    {"nuxml edit --create 'other/x=1' small.xml", 2, "",
+     "nuxml: small.xml: the path other/x: A document can only have 1 rootnode\n"},
+    {"nuxml edit --create '//x/@y=1' small.xml", 2, "",
+     "nuxml: small.xml: the path //x/@y: It is not possible to use the soCreate option in a // "
+     "search!\n"},
+    {"nuxml edit --set a=1 missing.xml", 4, "",
+     "nuxml: cannot open missing.xml: No such file or directory\n"},
+    {"nuxml edit --set a=1 -o missing/x.xml small.xml", 4, "",
+     "nuxml: cannot write missing/x.xml: Cannot create file \"missing/x.xml\". No such file or "
+     "directory\n"},
+};
+TEST(Edit, TellsMistakes) { expectShell(mistakes); }
+
+} // namespace

@@ -1,0 +1,78 @@
+#include <gtest/gtest.h>
+
+#include "shell.h"
+
+namespace {
+
+const ShellCase forms[] = {
+    {R"(nuxml select "//book[@lang='en']/title" library.xml)", 0,
+     "<title>On the Origin of Species</title>\n<title>Programs for the Evening</title>\n", ""},
+    {"nuxml select --xml library/shelf/@label library.xml", 0,
+     "label=\"Literature &amp; poetry\"\nlabel=\"Science &amp; technology\"\n", ""},
+    {"nuxml select library/shelf/@label --value library.xml", 0,
+     "Literature & poetry\nScience & technology\n", ""},
+    {"nuxml select --value library/shelf/book/title - <library.xml | tail -n 1", 0, "三体\n", ""},
+    {"nuxml select --count //book library.xml", 0, "8\n", ""},
+    // One value a line, whatever is in it.
+    {R"(printf '<a b="1\n2"><c>x\\y\r\nz</c><c/></a>' | nuxml select --value 'a/@b | a/c')", 0,
+     "1\\n2\nx\\\\y\\r\\nz\n\n", ""},
+    // Several files are named where the place is the result.
+    {"cp library.xml two.xml; nuxml select --count //poem library.xml two.xml; nuxml select "
+     "--path //poem two.xml library.xml; nuxml select --value //poem/@of library.xml two.xml",
+     0, "library.xml:1\ntwo.xml:1\ntwo.xml:/library/poem\nlibrary.xml:/library/poem\nb001\nb001\n",
+     ""},
+};
+TEST(Select, ShowsResultsInFourForms) { expectShell(forms); }
+
+const ShellCase paths[] = {
+    {R"(printf '<r xmlns="u"><p:a i="1"/><b>t<!--c--><i/>u</b><p:a I="2" p:i="3"><b/><?b x?></p:a>)"
+     R"(</r>' >paths.xml; nuxml select --path 'r | r/p:a | r/b/node() | r/p:a/@* | r/p:a/node())"
+     R"( | r/@*' paths.xml 2>warnings)",
+     0,
+     "/r\n/r/p:a[1]\n/r/p:a[2]\n/r/b/#text[1]\n/r/b/#comment\n/r/b/i\n/r/b/#text[2]\n"
+     "/r/p:a[1]/@i\n/r/p:a[2]/@I[1]\n/r/p:a[2]/@i[2]\n/r/p:a[2]/b[1]\n/r/p:a[2]/b[2]\n/r/@\n",
+     ""},
+    // Each of them selects what it was made for.
+    {"nuxml select --xml 'r/b/node() | r/p:a/@* | r/p:a/node()' paths.xml >direct 2>warnings; "
+     "nuxml select --path 'r/b/node() | r/p:a/@* | r/p:a/node()' paths.xml 2>warnings | "
+     "while read -r path; do nuxml select \"$path\" paths.xml 2>warnings; done | cmp - direct",
+     0, "", ""},
+};
+TEST(Select, ShowsPathsThatLeadBack) { expectShell(paths); }
+
+const ShellCase failures[] = {
+    {"nuxml select", 2, "", "nuxml: a path is missing; see \"nuxml select --help\"\n"},
+    {"nuxml select --xml --count a library.xml", 2, "",
+     "nuxml: --xml, --value, --path and --count exclude each other; see \"nuxml select --help\"\n"},
+    // Nothing matched: silently, unless an option would have helped.
+    {"nuxml select --count library/missing library.xml", 1, "0\n", ""},
+    {"nuxml select library/shelf/state library.xml", 1, "", ""},
+    {"nuxml select //state library.xml", 1, "",
+     "nuxml: library.xml: nothing matched; without regard to namespaces (-N) 8 nodes would\n"},
+    {"nuxml select Library library.xml", 1, "",
+     "nuxml: library.xml: nothing matched; without regard to letter case (-I) 1 node would\n"},
+    {"nuxml select //STATE library.xml", 1, "",
+     "nuxml: library.xml: nothing matched; without regard to namespaces and letter case (-N -I) 8 "
+     "nodes would\n"},
+    {"nuxml select --count -N -I //STATE library.xml; nuxml select --count --ignore-namespace "
+     "--ignore-case //STATE library.xml",
+     0, "8\n8\n", ""},
+    // One match among the files is a match; faults count more.
+    {"printf '<a/>' >small.xml; nuxml select --value //mail small.xml library.xml", 0,
+     "hall@library.example\n", ""},
+    {"nuxml select --value //mail missing.xml library.xml", 4, "hall@library.example\n",
+     "nuxml: cannot open missing.xml: No such file or directory\n"},
+    {"printf '<a>&#;</a>' | nuxml select --value a", 3, "",
+     "nuxml: standard input: '' is not a valid integer value\n"},
+    // Mistakes in the path.
+    {"nuxml select 'library[x' library.xml library.xml", 2, "",
+     "nuxml: library.xml: the path library[x: Unterminated Filter!\n"},
+    {"nuxml select '//shelf[@id=1]' library.xml", 2, "",
+     "nuxml: library.xml: the path //shelf[@id=1]: 'lit' is not a valid integer value\n"
+     "nuxml: a filter compares text when its value stands in quotes: [@name='text']\n"},
+    {"nuxml select \"$(printf '\\377')\" library.xml", 2, "",
+     "nuxml: the path is not UTF-8; see \"nuxml select --help\"\n"},
+};
+TEST(Select, TellsWhyThereIsNothing) { expectShell(failures); }
+
+} // namespace
