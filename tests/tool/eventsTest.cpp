@@ -73,10 +73,10 @@ endDocument
      R"(      1:1     startDocument
       1:2     endProlog
       1:4     startElement           a
-      2:4     startElement           b
-      2:4     endElement             b
-      2:9     endElement             a
-      2:10    endDocument
+      2:5     startElement           b
+      2:5     endElement             b
+      2:10    endElement             a
+      2:11    endDocument
 )"},
     // The last line where the parse ends with an exception.
     {"--json", "<!ELEMENT x ><p:a b=\"", 3,
@@ -159,8 +159,8 @@ TEST(Events, OfLongInputNeedLittleMemory) {
     const ShellResult result = runShell(
         "{ printf '<a>'; yes \"$(printf '%065536d' 0)<b/>\" | head -n 1100; printf '</a>'; } | "
         "{ " +
-        limit + "nuxml events; } | tail -c 40");
-    EXPECT_EQ(result.output, "b\nendElement             a\nendDocument\n") << result.errors;
+        limit + "nuxml events; } | tail -n 2");
+    EXPECT_EQ(result.output, "endElement             a\nendDocument\n") << result.errors;
 }
 
 TEST(Events, OfTheExampleDrawNoFault) {
