@@ -39,7 +39,7 @@ public:
     [[nodiscard]] std::size_t write(bool formatted) const override {
         tinyxml2::XMLPrinter printer(nullptr, !formatted);
         document_.Print(&printer);
-        return printer.CStrSize() - 1;
+        return static_cast<std::size_t>(printer.CStrSize()) - 1;
     }
 
 private:
