@@ -5,6 +5,7 @@
 
 #include "host/runtime/export.h"
 
+/// \file
 /// Letter case by the simple case folding of the Unicode standard: one unit becomes one unit, the
 /// same in every locale. Characters beyond U+FFFF fold to themselves.
 

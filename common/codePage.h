@@ -7,6 +7,7 @@
 
 #include "host/runtime/export.h"
 
+/// \file
 /// 8-bit text in code pages. Known are UTF-8 (65001) and the single-byte pages 437, 737, 775, 850,
 /// 852, 855, 857, 858, 860 to 863, 865, 866, 869, 874, 1250 to 1258, 20127 (ASCII), 20866 (KOI8-R),
 /// 21866 (KOI8-U) and 28591 to 28606 without 28602 (ISO 8859-1 to -16). Code page 0 stands for the

@@ -5,6 +5,9 @@
 
 #include "host/runtime/variant.h"
 
+/// \file
+/// The types of values, as variants and as fields have them.
+
 /// The kinds of values that have a name in XML. The numbers are fixed; those from 19 to 26 are
 /// free.
 enum class TNuDataType : std::uint8_t {

@@ -4,6 +4,9 @@
 
 #include "host/runtime/stream.h"
 
+/// \file
+/// How the text of a stream is encoded.
+
 /// The form of a stream's characters, as its byte-order mark tells. The values are fixed.
 enum TNuEncoding : std::uint8_t {
     neAnsi = 1,              ///< 8-bit text without a mark

@@ -6,6 +6,9 @@
 
 #include "host/runtime/export.h"
 
+/// \file
+/// Searching in UTF-16 text.
+
 /// A set of 8-bit characters. Characters above U+00FF are never members, not even when named.
 class TNuCharSet {
 public:

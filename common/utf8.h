@@ -7,6 +7,7 @@
 
 #include "host/runtime/export.h"
 
+/// \file
 /// UTF-8 and UTF-16, as the Unicode standard defines both. Malformed UTF-8 is what table 3-7 of
 /// that standard does not list: overlong forms, surrogates, values above U+10FFFF, sequences cut
 /// short. Sizes of UTF-8 are in bytes, sizes of UTF-16 in units. No byte-order mark is looked for

@@ -6,6 +6,9 @@
 
 #include "host/runtime/stream.h"
 
+/// \file
+/// UTF-8 streams that are read and written as UTF-16.
+
 /// UTF-16 (low byte first) on this side, UTF-8 in the stream beneath: reading decodes, writing
 /// encodes.
 ///

@@ -5,6 +5,9 @@
 
 #include "host/runtime/export.h"
 
+/// \file
+/// Points in time as days since 1899-12-30.
+
 namespace host {
 
 /// A date and time of day without a zone, as a serial number: the days since 1899-12-30, with the
@@ -18,6 +21,7 @@ struct TDateTime {
     friend constexpr bool operator==(const TDateTime&, const TDateTime&) noexcept = default;
 };
 
+/// The milliseconds of a day without leap seconds.
 inline constexpr std::int64_t millisecondsPerDay = 86'400'000;
 
 /// The milliseconds since 1899-12-30 00:00, rounded to the nearest; negative before that. Nothing

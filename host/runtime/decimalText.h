@@ -47,8 +47,10 @@ NUXML_API int compareDecimals(const DecimalText& left, const DecimalText& right)
 template <class Float>
 NUXML_API bool parseFloating(std::u16string_view text, Float& value) noexcept;
 
+/// \cond internal
 extern template NUXML_API bool parseFloating(std::u16string_view, float&) noexcept;
 extern template NUXML_API bool parseFloating(std::u16string_view, double&) noexcept;
+/// \endcond
 
 /// The same as a result; nothing when the text is no decimal number.
 template <class Float> std::optional<Float> parseFloating(std::u16string_view text) noexcept {

@@ -5,6 +5,9 @@
 
 #include "host/runtime/export.h"
 
+/// \file
+/// UTF-8 and UTF-16 for messages and names.
+
 namespace host {
 
 /// UTF-8 form of UTF-16 text. An unpaired surrogate becomes U+FFFD, so the result is always valid

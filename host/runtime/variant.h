@@ -14,6 +14,9 @@
 #include "host/runtime/dateTime.h"
 #include "host/runtime/export.h"
 
+/// \file
+/// Values that know their type.
+
 namespace host {
 
 /// \name Type codes of variants
@@ -54,6 +57,7 @@ inline constexpr VarType varStringArray = varArray | varString;
 struct Null {
     friend constexpr bool operator==(Null, Null) noexcept { return true; }
 };
+/// The missing value.
 inline constexpr Null null{};
 
 /// A wide string of COM components: UTF-16 like others, but of a type code of its own.

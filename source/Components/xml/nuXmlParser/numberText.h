@@ -22,9 +22,11 @@ NUXML_API NuXmlString NuInt64ToXML(std::int64_t value);
 
 /// Reads decimal digits; zeros may lead.
 NUXML_API std::int32_t NuXMLToInt(std::u16string_view text);
+/// The same, with a default for text that is no such number.
 NUXML_API std::int32_t NuXMLToIntDef(std::u16string_view text, std::int32_t defaultValue) noexcept;
 /// The same for 64 bits.
 NUXML_API std::int64_t NuXMLToInt64(std::u16string_view text);
+/// The same, with a default for text that is no such number.
 NUXML_API std::int64_t NuXMLToInt64Def(std::u16string_view text,
                                        std::int64_t defaultValue) noexcept;
 
@@ -36,6 +38,7 @@ NUXML_API NuXmlString NuDoubleToXML(double value);
 /// and "NaN" in exactly these letters. Gives the nearest double: infinite beyond the largest, zero
 /// below the smallest.
 NUXML_API double NuXMLToDouble(std::u16string_view text);
+/// The same, with a default for text that is no such number.
 NUXML_API double NuXMLToDoubleDef(std::u16string_view text, double defaultValue) noexcept;
 
 /// Up to four decimals; those at the end that are zero are left out.

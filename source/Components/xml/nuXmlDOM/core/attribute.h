@@ -5,6 +5,9 @@
 #include "nuXmlDOM/core/node.h"
 #include "nuXmlDOM/core/storedText.h"
 
+/// \file
+/// The attribute.
+
 /// An attribute: a name and a value. Its parent is the element that carries it. The value that
 /// operations take and give is the text that is meant; what is kept and written is escaped.
 class NUXML_API TNuDOMAttribute final : public TNuDOMNode {

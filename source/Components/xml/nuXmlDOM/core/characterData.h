@@ -6,6 +6,9 @@
 #include "nuXmlDOM/core/node.h"
 #include "nuXmlDOM/core/storedText.h"
 
+/// \file
+/// Texts, CDATA sections, comments and processing instructions.
+
 /// A node of characters, which has no children. Lengths, offsets and counts are in UTF-16 code
 /// units; out of range values are treated as each operation says.
 class NUXML_API TNuDOMCharacterData : public TNuDOMNode {

@@ -16,6 +16,9 @@
 #include "nuXmlDOM/core/nameTable.h"
 #include "nuXmlDOM/core/node.h"
 
+/// \file
+/// The document.
+
 class TNuDOMImplementation;
 class TNuSaxToDomHandler;
 

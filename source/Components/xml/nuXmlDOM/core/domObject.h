@@ -8,6 +8,9 @@
 #include "host/com/unknown.h"
 #include "host/runtime/export.h"
 
+/// \file
+/// Handles, and what all objects of a document have in common.
+
 class TNuDOMDocument;
 class TNuDOMNodeList;
 

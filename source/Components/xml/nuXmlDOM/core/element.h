@@ -11,6 +11,9 @@
 #include "nuXmlDOM/core/nodeList.h"
 #include "nuXmlDOM/core/nodeRange.h"
 
+/// \file
+/// The element.
+
 /// An element: the only kind of node with attributes, and with children of all kinds.
 ///
 /// Lookups by name take the first match in order. Their options (TNuDOMSelectOptions) say whether

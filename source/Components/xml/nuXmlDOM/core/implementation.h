@@ -7,6 +7,9 @@
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/domObject.h"
 
+/// \file
+/// What the implementation can do.
+
 /// Tells what the tree can do, and makes documents. It belongs to no document.
 class NUXML_API TNuDOMImplementation final : public TNuDOMObject {
 public:

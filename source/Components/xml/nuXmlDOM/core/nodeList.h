@@ -10,6 +10,9 @@
 #include "nuXmlDOM/core/domObject.h"
 #include "nuXmlParser/chars.h"
 
+/// \file
+/// Lists of nodes.
+
 class TNuDOMAttribute;
 class TNuDOMElement;
 class TNuDOMNode;

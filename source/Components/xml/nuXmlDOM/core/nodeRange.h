@@ -7,6 +7,9 @@
 #include "nuXmlDOM/core/node.h"
 #include "nuXmlDOM/core/nodeAccess.h"
 
+/// \file
+/// Nodes for range-based for loops.
+
 /// Nodes in the order of the document, for range-based for loops:
 /// `for (TNuDOMElement& book : library.ChildElements())`.
 ///
@@ -14,6 +17,7 @@
 /// that it stands at.
 template <class Node> class TNuDOMRange {
 public:
+    /// Steps from node to node.
     class Iterator {
     public:
         using iterator_category = std::forward_iterator_tag;

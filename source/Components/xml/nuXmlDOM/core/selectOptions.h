@@ -3,6 +3,9 @@
 #include <cstdint>
 #include <initializer_list>
 
+/// \file
+/// The options of lookups by name and path.
+
 /// How something is looked up by name or path.
 enum TNuDOMSelectOption : std::uint8_t {
     /// When nothing matches, make the missing node and give that.
@@ -47,6 +50,7 @@ private:
     std::uint8_t bits_ = 0;
 };
 
+/// The set of two options.
 constexpr TNuDOMSelectOptions operator|(TNuDOMSelectOption left,
                                         TNuDOMSelectOption right) noexcept {
     return TNuDOMSelectOptions(left) | TNuDOMSelectOptions(right);

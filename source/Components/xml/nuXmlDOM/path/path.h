@@ -7,6 +7,9 @@
 #include "nuXmlDOM/core/nodeList.h"
 #include "nuXmlDOM/core/selectOptions.h"
 
+/// \file
+/// Paths that are read once and selected by many times.
+
 namespace nu {
 struct PathProgram;
 }

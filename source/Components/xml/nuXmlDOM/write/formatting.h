@@ -6,6 +6,9 @@
 #include "host/runtime/export.h"
 #include "nuXmlParser/chars.h"
 
+/// \file
+/// XML text with line breaks and indentation.
+
 /// An XML text with line breaks ("\r\n") and two blanks of indentation a level, where that changes
 /// no text: white space between tags goes, elements of text alone and elements that preserve space
 /// (xml:space) stay on one line. Throws as TNuDOMNode::set_innerxml does when `xml` cannot be read.
