@@ -17,6 +17,30 @@ class TNuDOMAttribute;
 class TNuDOMElement;
 class TNuDOMNode;
 
+/// For range-based for loops over the members of a list, which are pointers to its kind of node:
+/// `for (TNuDOMElement* book : *books)`. Keep the list in a handle as long as the loop runs.
+template <class List> class TNuDOMListIterator {
+public:
+    using iterator_category = std::input_iterator_tag;
+    using value_type = decltype(std::declval<const List&>().GetItem(0));
+    using difference_type = std::ptrdiff_t;
+    using pointer = const value_type*;
+    using reference = value_type;
+
+    TNuDOMListIterator(const List& list, std::size_t index) noexcept
+        : list_(&list), index_(index) {}
+    value_type operator*() const { return list_->GetItem(static_cast<std::ptrdiff_t>(index_)); }
+    TNuDOMListIterator& operator++() noexcept {
+        ++index_;
+        return *this;
+    }
+    friend bool operator==(TNuDOMListIterator, TNuDOMListIterator) noexcept = default;
+
+private:
+    const List* list_;
+    std::size_t index_;
+};
+
 /// Nodes in order.
 ///
 /// There are two kinds. The lists of a node (its children, child elements, attributes) follow the
@@ -55,32 +79,8 @@ public:
     /// The node whose list it is, or from which the selection began; null when that was freed.
     [[nodiscard]] TNuDOMNode* Node() const noexcept { return node_; }
 
-    /// For range-based for loops over the members, `for (TNuDOMNode* node : list)`.
-    class Iterator {
-    public:
-        using iterator_category = std::input_iterator_tag;
-        using value_type = TNuDOMNode*;
-        using difference_type = std::ptrdiff_t;
-        using pointer = TNuDOMNode* const*;
-        using reference = TNuDOMNode*;
-
-        Iterator(const TNuDOMNodeList& list, std::size_t index) noexcept
-            : list_(&list), index_(index) {}
-        TNuDOMNode* operator*() const {
-            return list_->GetItem(static_cast<std::ptrdiff_t>(index_));
-        }
-        Iterator& operator++() noexcept {
-            ++index_;
-            return *this;
-        }
-        friend bool operator==(Iterator, Iterator) noexcept = default;
-
-    private:
-        const TNuDOMNodeList* list_;
-        std::size_t index_;
-    };
-    [[nodiscard]] Iterator begin() const noexcept { return {*this, 0}; }
-    [[nodiscard]] Iterator end() const { return {*this, Count()}; }
+    [[nodiscard]] TNuDOMListIterator<TNuDOMNodeList> begin() const noexcept { return {*this, 0}; }
+    [[nodiscard]] TNuDOMListIterator<TNuDOMNodeList> end() const { return {*this, Count()}; }
 
 protected:
     /// A snapshot, which belongs to those who hold it.
@@ -124,6 +124,10 @@ public:
     [[nodiscard]] static NuRef<TNuDOMElementList> Create(TNuDOMNode* node, TNuDOMDocument* document,
                                                          bool ownsItems);
     [[nodiscard]] TNuDOMElement* GetItem(std::ptrdiff_t index) const;
+    [[nodiscard]] TNuDOMListIterator<TNuDOMElementList> begin() const noexcept {
+        return {*this, 0};
+    }
+    [[nodiscard]] TNuDOMListIterator<TNuDOMElementList> end() const { return {*this, Count()}; }
 
 protected:
     using TNuDOMNodeList::TNuDOMNodeList;
@@ -135,6 +139,8 @@ public:
     [[nodiscard]] static NuRef<TNuDOMAttrList> Create(TNuDOMNode* node, TNuDOMDocument* document,
                                                       bool ownsItems);
     [[nodiscard]] TNuDOMAttribute* GetItem(std::ptrdiff_t index) const;
+    [[nodiscard]] TNuDOMListIterator<TNuDOMAttrList> begin() const noexcept { return {*this, 0}; }
+    [[nodiscard]] TNuDOMListIterator<TNuDOMAttrList> end() const { return {*this, Count()}; }
 
     /// The first attribute of that qualified name, or null.
     [[nodiscard]] TNuDOMAttribute* getNamedItem(std::u16string_view name) const;
