@@ -112,6 +112,7 @@ void TNuDOMDocument::take(TNuDOMNode& node, const nu::NodeName* name) noexcept {
         return;
     }
     if (extras->lists != nullptr) {
+        extras->lists->attributeIndex.drop();
         extras->document->removeLists(*extras->lists);
         enterLists(*extras->lists);
     }

@@ -1,4 +1,5 @@
 #include "host/runtime/format.h"
+#include "nuXmlDOM/core/attributeIndex.h"
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
@@ -8,7 +9,7 @@
 namespace {
 
 /// The first attribute for which `test` holds; null without one.
-template <class Test> TNuDOMAttribute* findAttribute(const TNuDOMElement& element, Test&& test) {
+template <class Test> TNuDOMAttribute* findIf(const TNuDOMElement& element, Test&& test) {
     for (TNuDOMAttribute& attribute : element.Attributes()) {
         if (test(attribute)) {
             return &attribute;
@@ -17,9 +18,18 @@ template <class Test> TNuDOMAttribute* findAttribute(const TNuDOMElement& elemen
     return nullptr;
 }
 
+TNuDOMAttribute* findAttribute(const TNuDOMElement& element, std::u16string_view name,
+                               TNuDOMSelectOptions options) {
+    const nu::NameTest test(name, options, *element.OwnerDocument());
+    return test.isExact() ? nu::findAttribute(element, test.plain()) : findIf(element, test);
+}
+
 TNuDOMAttribute* findAttribute(const TNuDOMElement& element, std::u16string_view localName,
                                std::u16string_view namespaceURI, TNuDOMSelectOptions options) {
-    return findAttribute(element, [&](const TNuDOMAttribute& attribute) {
+    if (!options.has(soCaseInsensitive)) {
+        return nu::findAttribute(element, localName, namespaceURI);
+    }
+    return findIf(element, [&](const TNuDOMAttribute& attribute) {
         return nu::areEqual(attribute.get_localName(), localName, options) &&
                nu::areEqual(attribute.get_namespaceURI(), namespaceURI, options);
     });
@@ -53,8 +63,7 @@ void deleteIfThere(TNuDOMAttribute* attribute) {
 TNuDOMAttribute* TNuDOMElement::getAttributeNodeObj(std::u16string_view name,
                                                     TNuDOMSelectOptions options) {
     nu::checkOptions(options);
-    TNuDOMAttribute* found = findAttribute(*this, nu::NameTest(name, options, *OwnerDocument()));
-    return foundOr(found, *this, name, {}, options);
+    return foundOr(findAttribute(*this, name, options), *this, name, {}, options);
 }
 
 TNuDOMAttribute* TNuDOMElement::getAttributeNodeObj(std::u16string_view localName,
@@ -85,7 +94,7 @@ NuXmlString TNuDOMElement::getAttribute(std::u16string_view name) const {
 }
 
 TNuDOMAttribute* TNuDOMElement::getAttributeNode(std::u16string_view name) const {
-    return findAttribute(*this, nu::NameTest(name, {}, *OwnerDocument()));
+    return findAttribute(*this, name, {});
 }
 
 NuXmlString TNuDOMElement::getAttributeNS(std::u16string_view namespaceURI,
@@ -95,7 +104,7 @@ NuXmlString TNuDOMElement::getAttributeNS(std::u16string_view namespaceURI,
 
 TNuDOMAttribute* TNuDOMElement::getAttributeNodeNS(std::u16string_view namespaceURI,
                                                    std::u16string_view localName) const {
-    return findAttribute(*this, localName, namespaceURI, {});
+    return nu::findAttribute(*this, localName, namespaceURI);
 }
 
 bool TNuDOMElement::HasAttribute(std::u16string_view name) const {

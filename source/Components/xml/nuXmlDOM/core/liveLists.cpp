@@ -176,6 +176,7 @@ AttributeMap& NodeLists::attributes() { return madeOnce(attributes_, node_); }
 void NodeLists::childChanged(TNuDOMNode& child, bool isAdded, bool isAtEnd) noexcept {
     const host::DOMNodeType type = child.get_nodeType();
     if (type == host::ATTRIBUTE_NODE) {
+        attributeIndex.changed(static_cast<TNuDOMAttribute&>(child), isAdded, isAtEnd);
         if (attributes_) {
             attributes_->changed(child, isAdded, isAtEnd);
         }

@@ -5,6 +5,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "nuXmlDOM/core/attributeIndex.h"
 #include "nuXmlDOM/core/nodeAccess.h"
 #include "nuXmlDOM/core/nodeList.h"
 
@@ -88,6 +89,7 @@ public:
 
     /// The child elements in the order of their list where that is another than in the tree.
     std::vector<TNuDOMElement*> elementOrder;
+    AttributeIndex attributeIndex;
 
     /// The other NodeLists of the document.
     NodeLists* previous = nullptr;

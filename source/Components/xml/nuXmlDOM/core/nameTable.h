@@ -91,8 +91,8 @@ public:
                                       std::u16string_view local, std::u16string_view uri);
     /// The same name as one of another document.
     [[nodiscard]] const NodeName* get(const NodeName& other) {
-        return get(other.hasPrefix(), other.prefix(), other.hasLocal, other.local(),
-                   other.creationURI());
+        return lookUp({std::u16string_view(other.text, other.length), other.creationURI(),
+                       other.prefixLength, other.hash, other.hasLocal, other.isSplitAtColon});
     }
     /// The plain name that reads so, or null when no node of the document ever had such a name.
     [[nodiscard]] const NodeName* find(std::u16string_view qualified) const noexcept;

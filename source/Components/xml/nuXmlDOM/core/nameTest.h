@@ -27,14 +27,19 @@ public:
         if (isLocal_) {
             key_.remove_prefix(key_.find(cNuColon) + 1); // none found is -1: nothing is cut
         }
-        if (!isLocal_ && !isFolded_) {
+        if (isExact()) {
             plain_ = const_cast<TNuDOMDocument&>(document).names().find(key_);
         }
     }
 
+    /// Whether it is the qualified name that counts, letter by letter; plain() is that name then.
+    [[nodiscard]] bool isExact() const noexcept { return !isLocal_ && !isFolded_; }
+    /// The name as the document has it; null when it has none such.
+    [[nodiscard]] const NodeName* plain() const noexcept { return plain_; }
+
     [[nodiscard]] bool operator()(const TNuDOMNode& node) const noexcept {
         const NodeName& name = NodeAccess::name(node);
-        if (!isLocal_ && !isFolded_) {
+        if (isExact()) {
             return plain_ != nullptr && name.plain == plain_;
         }
         const std::u16string_view candidate = isLocal_ ? localName(node, name) : name.qualified();

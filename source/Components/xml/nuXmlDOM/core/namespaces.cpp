@@ -1,5 +1,6 @@
 #include "nuXmlDOM/core/namespaces.h"
 
+#include "nuXmlDOM/core/attributeIndex.h"
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/element.h"
 #include "nuXmlDOM/core/nodeAccess.h"
@@ -9,15 +10,6 @@ namespace nu {
 namespace {
 
 constexpr std::u16string_view declaration = u"xmlns";
-
-/// The attribute of the plain name; null without one.
-const TNuDOMAttribute* findOn(const TNuDOMElement& element, const NodeName* plain) noexcept {
-    const TNuDOMNode* node = NodeAccess::attributes(element)->first();
-    while (node != nullptr && NodeAccess::name(*node).plain != plain) {
-        node = NodeAccess::next(*node);
-    }
-    return static_cast<const TNuDOMAttribute*>(node);
-}
 
 } // namespace
 
@@ -35,7 +27,7 @@ const TNuDOMAttribute* findDeclaration(const NodeName& name, const TNuDOMElement
     // 2. The nearest element with an attribute of that name decides.
     for (const TNuDOMElement* scope = &element; scope != nullptr;
          scope = NodeAccess::parentElement(*scope)) {
-        if (const TNuDOMAttribute* found = findOn(*scope, plain)) {
+        if (const TNuDOMAttribute* found = findAttribute(*scope, plain)) {
             return found;
         }
     }

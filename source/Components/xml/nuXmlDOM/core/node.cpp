@@ -69,8 +69,7 @@ void TNuDOMNode::set_nodeName(std::u16string_view name) {
     // 2. Deliberate: the name is taken up to a character that is refused, and the node is named
     // then; a name is built character by character.
     const std::size_t refused = name.find(cNuSpace);
-    nu::NodeAccess::setName(
-        *this, OwnerDocument()->names().get(name.substr(0, refused), named.creationURI()));
+    rename(OwnerDocument()->names().get(name.substr(0, refused), named.creationURI()));
     if (refused != std::u16string_view::npos) {
         throw ENuDomInvalidCharacter(nu::cInvalidName);
     }
@@ -80,11 +79,18 @@ void TNuDOMNode::set_prefix(std::u16string_view prefix) {
     const bool isRefused = prefix.find_first_of(u" :") != std::u16string_view::npos;
     const std::u16string_view taken = isRefused ? std::u16string_view() : prefix;
     const nu::NodeName& name = nu::NodeAccess::name(*this);
-    nu::NodeAccess::setName(*this,
-                            OwnerDocument()->names().get(!prefix.empty(), taken, name.hasLocal,
-                                                         name.local(), name.creationURI()));
+    rename(OwnerDocument()->names().get(!prefix.empty(), taken, name.hasLocal, name.local(),
+                                        name.creationURI()));
     if (isRefused) {
         throw ENuDomInvalidCharacter(nu::cInvalidName);
+    }
+}
+
+void TNuDOMNode::rename(const nu::NodeName* name) noexcept {
+    nu::NodeAccess::setName(*this, name);
+    const TNuDOMNode* parent = nu::NodeAccess::parent(*this);
+    if (nu::NodeLists* lists = parent != nullptr ? parent->listsIfAny() : nullptr) {
+        lists->attributeIndex.drop();
     }
 }
 

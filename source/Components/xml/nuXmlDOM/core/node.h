@@ -12,6 +12,9 @@
 #include "nuXmlDOM/core/selectOptions.h"
 #include "nuXmlParser/chars.h"
 
+/// \file
+/// The node, base of all kinds.
+
 class TNuDOMAttrList;
 class TNuDOMElement;
 
@@ -200,6 +203,7 @@ private:
     friend class nu::NodeChain;
     friend class nu::NodeAccess;
 
+    void rename(const nu::NodeName* name) noexcept;
     void unlink();
     void checkNotInside(const TNuDOMNode& parent) const;
 

@@ -114,6 +114,7 @@ void NodeAccess::reorder(TNuDOMNode& owner, LiveMembers shown,
     }
     // The chain is taken apart and put together again; the document element stands in none.
     NodeChain& chain = shown == LiveMembers::attributes ? *attributes(owner) : *children(owner);
+    owner.lists().attributeIndex.drop();
     for (TNuDOMNode* node : order) {
         if (as<TNuDOMDocument>(node->parent_) == nullptr || !is<TNuDOMElement>(*node)) {
             chain.remove(*node);

@@ -111,6 +111,8 @@ public:
     /// Whether anything of `root` and below it is held.
     [[nodiscard]] static bool isSubtreeHeld(const TNuDOMNode& root) noexcept;
     [[nodiscard]] static NodeExtras* extrasIfAny(const TNuDOMNode& node) noexcept;
+    /// The lists of a node, and what stands beside them.
+    [[nodiscard]] static NodeLists& lists(TNuDOMNode& node) { return node.lists(); }
     /// The context that a list of the node's own shares with it.
     [[nodiscard]] static const ObjectContext* context(TNuDOMNode& node) { return &node.extras(); }
     /// Puts nodes into an empty list without looking whether one is there twice.

@@ -187,11 +187,17 @@ template <class Test> TNuDOMAttribute* TNuDOMAttrList::findIf(Test&& test) const
 }
 
 TNuDOMAttribute* TNuDOMAttrList::getNamedItem(std::u16string_view name) const {
+    if (!hasFlag(nu::selfOwned)) {
+        return static_cast<TNuDOMElement*>(Node())->getAttributeNode(name);
+    }
     return findIf(nu::NameTest(name, {}, *OwnerDocument()));
 }
 
 TNuDOMAttribute* TNuDOMAttrList::getNamedItemNS(std::u16string_view namespaceURI,
                                                 std::u16string_view localName) const {
+    if (!hasFlag(nu::selfOwned)) {
+        return static_cast<TNuDOMElement*>(Node())->getAttributeNodeNS(namespaceURI, localName);
+    }
     return findIf([&](const TNuDOMAttribute& attribute) {
         return attribute.get_localName() == localName &&
                attribute.get_namespaceURI() == namespaceURI;

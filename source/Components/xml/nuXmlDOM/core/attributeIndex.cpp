@@ -1,0 +1,171 @@
+#include "nuXmlDOM/core/attributeIndex.h"
+
+#include <type_traits>
+
+#include "nuXmlDOM/core/document.h"
+#include "nuXmlDOM/core/element.h"
+#include "nuXmlDOM/core/liveLists.h"
+
+namespace nu {
+
+namespace {
+
+std::u16string_view localNameOf(const TNuDOMAttribute& attribute) noexcept {
+    const NodeName& name = NodeAccess::name(attribute);
+    return name.declaresNamespace() && !name.hasPrefix() ? std::u16string_view() : name.local();
+}
+
+template <class Key> Key keyOf(const TNuDOMAttribute& attribute) noexcept {
+    if constexpr (std::is_pointer_v<Key>) {
+        return NodeAccess::name(attribute).plain;
+    } else {
+        return localNameOf(attribute);
+    }
+}
+
+} // namespace
+
+// One table
+
+template <class Key> void AttributeIndex::Table<Key>::enter(TNuDOMAttribute& attribute) {
+    const auto [place, isNew] =
+        entries_.try_emplace(keyOf<Key>(attribute), Entry{&attribute, true});
+    place->second.isOnly = isNew;
+}
+
+template <class Key>
+auto AttributeIndex::Table<Key>::find(TNuDOMElement& element, Key key) -> const Entry* {
+    if (!isMade_) {
+        entries_.clear();
+        for (TNuDOMAttribute& attribute : element.Attributes()) {
+            enter(attribute);
+        }
+        isMade_ = true;
+    }
+    const auto found = entries_.find(key);
+    return found != entries_.end() ? &found->second : nullptr;
+}
+
+template <class Key>
+void AttributeIndex::Table<Key>::added(TNuDOMAttribute& attribute, bool isAtEnd) {
+    if (!isMade_) {
+        return;
+    }
+    // One that is not at the end may become the first of its name.
+    if (!isAtEnd && entries_.count(keyOf<Key>(attribute)) != 0) {
+        drop();
+        return;
+    }
+    enter(attribute);
+}
+
+template <class Key>
+void AttributeIndex::Table<Key>::removed(const TNuDOMAttribute& attribute) noexcept {
+    const auto found = entries_.find(keyOf<Key>(attribute));
+    if (!isMade_ || found == entries_.end() || found->second.first != &attribute) {
+        return;
+    }
+    if (found->second.isOnly) {
+        entries_.erase(found);
+    } else {
+        drop();
+    }
+}
+
+template <class Key> void AttributeIndex::Table<Key>::drop() noexcept {
+    entries_.clear();
+    isMade_ = false;
+}
+
+// Both
+
+TNuDOMAttribute* AttributeIndex::find(TNuDOMElement& element, const NodeName* plain) {
+    const auto* entry = names_.find(element, plain);
+    return entry != nullptr ? entry->first : nullptr;
+}
+
+TNuDOMAttribute* AttributeIndex::find(TNuDOMElement& element, std::u16string_view localName,
+                                      bool& isOnly) {
+    const auto* entry = localNames_.find(element, localName);
+    isOnly = entry != nullptr && entry->isOnly;
+    return entry != nullptr ? entry->first : nullptr;
+}
+
+void AttributeIndex::changed(TNuDOMAttribute& attribute, bool isAdded, bool isAtEnd) noexcept {
+    if (!isAdded) {
+        names_.removed(attribute);
+        localNames_.removed(attribute);
+        return;
+    }
+    try {
+        names_.added(attribute, isAtEnd);
+        localNames_.added(attribute, isAtEnd);
+    } catch (...) {
+        drop(); // is made again when there is memory
+    }
+}
+
+void AttributeIndex::drop() noexcept {
+    names_.drop();
+    localNames_.drop();
+}
+
+// Searches
+
+namespace {
+
+/// The first of the first few attributes for which `test` holds; `isAll` says that there are no
+/// more of them.
+template <class Test>
+TNuDOMAttribute* findAmongFew(const TNuDOMElement& element, bool& isAll, Test&& test) {
+    int left = AttributeIndex::few;
+    for (TNuDOMAttribute& attribute : element.Attributes()) {
+        if (left-- == 0) {
+            return nullptr;
+        }
+        if (test(attribute)) {
+            return &attribute;
+        }
+    }
+    isAll = true;
+    return nullptr;
+}
+
+} // namespace
+
+TNuDOMAttribute* findAttribute(const TNuDOMElement& element, const NodeName* plain) {
+    bool isAll = plain == nullptr;
+    TNuDOMAttribute* found = nullptr;
+    if (!isAll) {
+        found = findAmongFew(element, isAll, [plain](const TNuDOMAttribute& attribute) {
+            return NodeAccess::name(attribute).plain == plain;
+        });
+    }
+    if (found != nullptr || isAll) {
+        return found;
+    }
+    auto& searched = const_cast<TNuDOMElement&>(element);
+    return NodeAccess::lists(searched).attributeIndex.find(searched, plain);
+}
+
+TNuDOMAttribute* findAttribute(const TNuDOMElement& element, std::u16string_view localName,
+                               std::u16string_view namespaceURI) {
+    const auto isWanted = [&](const TNuDOMAttribute& attribute) {
+        return localNameOf(attribute) == localName && attribute.get_namespaceURI() == namespaceURI;
+    };
+    bool isAll = false;
+    TNuDOMAttribute* found = findAmongFew(element, isAll, isWanted);
+    if (found != nullptr || isAll) {
+        return found;
+    }
+    // From the first one of that local name on.
+    auto& searched = const_cast<TNuDOMElement&>(element);
+    bool isOnly = false;
+    found = NodeAccess::lists(searched).attributeIndex.find(searched, localName, isOnly);
+    while (found != nullptr && !isWanted(*found)) {
+        found = isOnly ? nullptr : static_cast<TNuDOMAttribute*>(NodeAccess::next(*found));
+    }
+    return found;
+}
+
+} // namespace nu

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <string_view>
+#include <unordered_map>
+
+#include "nuXmlDOM/core/nodeAccess.h"
+
+namespace nu {
+
+/// The attributes of an element with many of them by name and by local name; made when one is
+/// looked for, and kept up to date while attributes come and go.
+class AttributeIndex {
+public:
+    /// Attributes that a search looks at one by one before it makes an index.
+    static constexpr int few = 16;
+
+    /// The first attribute of the plain name; null without one.
+    [[nodiscard]] TNuDOMAttribute* find(TNuDOMElement& element, const NodeName* plain);
+    /// The first attribute of the local name, as TNuDOMAttribute::get_localName gives it; null
+    /// without one. `isOnly` says that no other has that local name.
+    [[nodiscard]] TNuDOMAttribute* find(TNuDOMElement& element, std::u16string_view localName,
+                                        bool& isOnly);
+    /// An attribute came, at the end or elsewhere, or left.
+    void changed(TNuDOMAttribute& attribute, bool isAdded, bool isAtEnd) noexcept;
+    /// Names have changed.
+    void drop() noexcept;
+
+private:
+    /// The first attribute of each key.
+    template <class Key> class Table {
+    public:
+        struct Entry {
+            TNuDOMAttribute* first;
+            bool isOnly;
+        };
+        [[nodiscard]] const Entry* find(TNuDOMElement& element, Key key);
+        void added(TNuDOMAttribute& attribute, bool isAtEnd);
+        void removed(const TNuDOMAttribute& attribute) noexcept;
+        void drop() noexcept;
+
+    private:
+        void enter(TNuDOMAttribute& attribute);
+
+        std::unordered_map<Key, Entry> entries_;
+        bool isMade_ = false;
+    };
+
+    Table<const NodeName*> names_;
+    Table<std::u16string_view> localNames_;
+};
+
+/// The first attribute of the plain name; null without one, and for null.
+[[nodiscard]] TNuDOMAttribute* findAttribute(const TNuDOMElement& element, const NodeName* plain);
+/// The first attribute of the local name and the namespace that its prefix resolves to.
+[[nodiscard]] TNuDOMAttribute* findAttribute(const TNuDOMElement& element,
+                                             std::u16string_view localName,
+                                             std::u16string_view namespaceURI);
+
+} // namespace nu
