@@ -18,18 +18,35 @@ using fuzz::Events;
 using fuzz::Record;
 using fuzz::scan;
 
+namespace {
+
+/// Scans what `make` makes; a source that cannot be made ends the parse, too.
+template <class Make> void scanNew(TNuSAXXMLReader& reader, Make&& make) {
+    try {
+        scan(reader, make());
+    } catch (const host::Exception& failure) {
+        throw ENuSaxFatalError(failure.Message());
+    }
+}
+
+} // namespace
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     // 1. Any bytes: whatever the size of the blocks and of what the stream gives at once, the
     //    parser tells the same as unit by unit, and where.
     const std::string bytes(reinterpret_cast<const char*>(data), size);
     const Events plain = Record::of([&](auto& reader, const auto& errorHandler) {
-        scan(reader, new support::PlainLargeSource(new host::TMemoryViewStream(bytes), true,
-                                                   errorHandler, 2 * size + 2048));
+        scanNew(reader, [&] {
+            return new support::PlainLargeSource(new host::TMemoryViewStream(bytes), true,
+                                                 errorHandler, 2 * size + 2048);
+        });
     });
     const Events blocks = Record::of([&](auto& reader, const auto& errorHandler) {
         auto* const stream = new support::OddStream(bytes);
         stream->readsAtMost = 1 + size % 50;
-        scan(reader, new TNuXmlLargeStreamParser(stream, true, errorHandler, 16 + size % 70));
+        scanNew(reader, [&] {
+            return new TNuXmlLargeStreamParser(stream, true, errorHandler, 16 + size % 70);
+        });
     });
     if (blocks != plain) {
         std::abort();
