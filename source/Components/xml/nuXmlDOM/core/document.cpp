@@ -135,7 +135,7 @@ void TNuDOMDocument::forgetRefused(TNuDOMNode& node) noexcept {
 }
 
 void TNuDOMDocument::forgetNode(TNuDOMNode& node) noexcept {
-    lifetime_.withdraw(node);
+    lifetime_.forgetNode(node);
     if (node.hasFlag(nu::isInResultList)) {
         for (TNuDOMNodeList* list = firstResultList_; list != nullptr; list = list->next_) {
             list->forgetNode(node);

@@ -1,5 +1,6 @@
 #include "nuXmlDOM/core/lifetime.h"
 
+#include <algorithm>
 #include <thread>
 
 #include "nuXmlDOM/core/document.h"
@@ -88,10 +89,29 @@ void DocumentLifetime::followNotes() noexcept {
     }
     // 2. Nodes, one by one: with each of them others may go that are noted as well.
     while (TNuDOMNode* node = takeNote()) {
-        if (TNuDOMNode* root = clearWitness(*node)) {
-            look(*root, *node);
-        } else if (!NodeAccess::isLinked(*node)) {
-            look(*node, *node);
+        follow(*node);
+    }
+}
+
+void DocumentLifetime::follow(TNuDOMNode& node) noexcept {
+    const bool isLinked = NodeAccess::isLinked(node);
+    if (isLinked && candidates_.count(&node) == 1) {
+        // Most often: others that are held stand behind the witness.
+        look(*takeCandidate(node), node);
+        return;
+    }
+    noteCandidates(node);
+    if (!isLinked) {
+        look(node, node);
+    }
+}
+
+void DocumentLifetime::noteCandidates(TNuDOMNode& witness) noexcept {
+    if (witness.hasFlag(isWitness)) {
+        while (TNuDOMNode* root = takeCandidate(witness)) {
+            if (root != &witness) {
+                note(*root);
+            }
         }
     }
 }
@@ -117,10 +137,17 @@ void DocumentLifetime::eraseNote(TNuDOMNode& node) noexcept {
 // Nodes outside of the tree
 
 void DocumentLifetime::collect(TNuDOMNode& detached) noexcept {
-    // What was noted about it must not free it under our hands.
     withdraw(detached);
-    reclaim();
     look(detached, detached);
+}
+
+void DocumentLifetime::reclaimBut(TNuDOMNode& node) noexcept {
+    if (hasNotes_.load(std::memory_order_acquire)) {
+        if (!NodeAccess::isLinked(node) && !node.hasFlag(isWitness)) {
+            eraseNote(node);
+        }
+        followNotes();
+    }
 }
 
 void DocumentLifetime::look(TNuDOMNode& root, const TNuDOMNode& start) noexcept {
@@ -132,59 +159,59 @@ void DocumentLifetime::look(TNuDOMNode& root, const TNuDOMNode& start) noexcept 
 }
 
 void DocumentLifetime::setWitness(TNuDOMNode& root, TNuDOMNode& witness) noexcept {
-    // 1. It may be the witness of a candidate in which it stood before.
-    if (TNuDOMNode* other = clearWitness(witness); other != nullptr && other != &root) {
-        note(*other);
-    }
-    // 2. Without memory for the entries the candidate goes with the document.
+    // Without memory for the entries the candidate goes with the document.
+    withdraw(root);
     try {
-        TNuDOMNode*& known = witnesses_[&root];
-        if (known != nullptr) {
-            clearWitness(*known);
+        const auto place = candidates_.emplace(&witness, &root);
+        try {
+            witnesses_.emplace(&root, &witness);
+        } catch (...) {
+            candidates_.erase(place);
+            throw;
         }
-        candidates_[&witness] = &root;
-        known = &witness;
     } catch (...) {
-        withdraw(root);
         return;
     }
     root.setFlag(isCandidate);
     witness.setFlag(isWitness);
 }
 
-TNuDOMNode* DocumentLifetime::clearWitness(TNuDOMNode& witness) noexcept {
-    if (!witness.hasFlag(isWitness)) {
+TNuDOMNode* DocumentLifetime::takeCandidate(TNuDOMNode& witness) noexcept {
+    const auto place = candidates_.find(&witness);
+    if (place == candidates_.end()) {
         return nullptr;
     }
-    witness.clearFlag(isWitness);
-    const auto place = candidates_.find(&witness);
     TNuDOMNode* root = place->second;
     candidates_.erase(place);
-    witnesses_[root] = nullptr;
-    return root;
-}
-
-void DocumentLifetime::witnessMoved(TNuDOMNode& witness) noexcept {
-    if (TNuDOMNode* root = clearWitness(witness); root != nullptr && root != &witness) {
-        note(*root);
+    if (candidates_.count(&witness) == 0) {
+        witness.clearFlag(isWitness);
     }
+    witnesses_.erase(root);
+    root->clearFlag(isCandidate);
+    return root;
 }
 
 void DocumentLifetime::withdraw(TNuDOMNode& node) noexcept {
     // 1. As a candidate.
     if (node.hasFlag(isCandidate)) {
         const auto place = witnesses_.find(&node);
-        if (place != witnesses_.end()) {
-            if (TNuDOMNode* witness = place->second) {
-                clearWitness(*witness);
-            }
-            witnesses_.erase(&node);
+        TNuDOMNode* witness = place->second;
+        const auto [first, last] = candidates_.equal_range(witness);
+        candidates_.erase(std::find_if(
+            first, last, [&node](const auto& entry) { return entry.second == &node; }));
+        if (candidates_.count(witness) == 0) {
+            witness->clearFlag(isWitness);
         }
+        witnesses_.erase(place);
         node.clearFlag(isCandidate);
     }
-    // 2. As a witness, and in a note.
-    witnessMoved(node);
+    // 2. In a note.
     eraseNote(node);
+}
+
+void DocumentLifetime::forgetNode(TNuDOMNode& node) noexcept {
+    withdraw(node);
+    noteCandidates(node);
 }
 
 } // namespace nu

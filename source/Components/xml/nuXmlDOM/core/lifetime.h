@@ -19,9 +19,10 @@ namespace nu {
 /// looking at all of them, the number of held objects is counted.
 ///
 /// A node outside of the tree goes when neither it nor anything below it is held. Until then it is
-/// a candidate, and one of the held nodes in it is its witness: only when that one is let go, or
-/// moves elsewhere, the candidate is looked at again. So letting go of many nodes one by one takes
-/// a time in proportion to their number, however large what they stand in is.
+/// a candidate, and one of the held nodes in it is its witness: only when that one is let go, the
+/// candidate is looked at again. So letting go of many nodes one by one takes a time in proportion
+/// to their number, however large what they stand in is. A witness stays one when it is moved
+/// elsewhere: what it stood in may be just being worked on.
 ///
 /// Counts may drop on several threads at once. Two rules make that safe. After an object's count
 /// has become zero it is not touched unless nobody else can free it, and the document is not
@@ -56,14 +57,16 @@ public:
             followNotes();
         }
     }
+    /// The same before `node` is moved: it stays even if nobody holds it. What stands around it is
+    /// looked at as long as it is there, so what is being emptied does not go with its last node.
+    void reclaimBut(TNuDOMNode& node) noexcept;
     /// Frees a node outside of the tree at once if it and everything below it is unheld; else it
     /// becomes a candidate.
     void collect(TNuDOMNode& detached) noexcept;
-    /// A node comes into the tree, goes, or goes to another document: nothing here refers to it
-    /// any more.
+    /// A candidate comes into the tree.
     void withdraw(TNuDOMNode& node) noexcept;
-    /// A witness has left its place.
-    void witnessMoved(TNuDOMNode& witness) noexcept;
+    /// A node goes, or goes to another document: nothing here refers to it any more.
+    void forgetNode(TNuDOMNode& node) noexcept;
     /// Held objects come from another document together with the nodes they belong to.
     void takeHeld(std::int64_t count) noexcept { held_.fetch_add(count); }
     /// Held objects go to another document. This one may be gone afterwards.
@@ -81,9 +84,11 @@ private:
     void followNotes() noexcept;
     [[nodiscard]] TNuDOMNode* takeNote() noexcept;
     void eraseNote(TNuDOMNode& node) noexcept;
+    void follow(TNuDOMNode& node) noexcept;
+    void noteCandidates(TNuDOMNode& witness) noexcept;
     void look(TNuDOMNode& root, const TNuDOMNode& start) noexcept;
     void setWitness(TNuDOMNode& root, TNuDOMNode& witness) noexcept;
-    TNuDOMNode* clearWitness(TNuDOMNode& witness) noexcept;
+    [[nodiscard]] TNuDOMNode* takeCandidate(TNuDOMNode& witness) noexcept;
 
     TNuDOMDocument& document_;
     std::atomic<std::int64_t> held_ = 0;
@@ -94,9 +99,9 @@ private:
     std::unordered_set<TNuDOMNode*> notes_;
     std::vector<TNuDOMNodeList*> discarded_;
 
-    /// The candidates with their witnesses, and the other way round.
+    /// The witness of each candidate, and the candidates of each witness.
     std::unordered_map<TNuDOMNode*, TNuDOMNode*> witnesses_;
-    std::unordered_map<TNuDOMNode*, TNuDOMNode*> candidates_;
+    std::unordered_multimap<TNuDOMNode*, TNuDOMNode*> candidates_;
 };
 
 } // namespace nu

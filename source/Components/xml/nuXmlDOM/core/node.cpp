@@ -169,6 +169,7 @@ void TNuDOMNode::_removeChild(TNuDOMNode& child) { raiseNoParentOf(child); }
 
 void TNuDOMNode::_linkToParent(TNuDOMNode* parent, TNuDOMPosition position, TNuDOMNode* reference) {
     // 1. What can stand nowhere, or would stand below itself, stays where it is.
+    OwnerDocument()->lifetime().reclaimBut(*this);
     if (parent != nullptr) {
         checkNotInside(*parent);
     }
@@ -195,19 +196,14 @@ void TNuDOMNode::_linkToParent(TNuDOMNode* parent, TNuDOMPosition position, TNuD
         throw;
     }
     clearFlag(nu::isRefused);
-    // What was noted about it no longer holds, and others may go now.
     if (hasFlag(nu::isCandidate)) {
         document.lifetime().withdraw(*this);
     }
-    document.lifetime().reclaim();
 }
 
 void TNuDOMNode::unlink() {
     if (parent_ == nullptr) {
         return;
-    }
-    if (hasFlag(nu::isWitness)) {
-        OwnerDocument()->lifetime().witnessMoved(*this);
     }
     if (hasFlag(nu::isRefused)) {
         OwnerDocument()->forgetRefused(*this);
