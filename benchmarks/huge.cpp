@@ -3,12 +3,14 @@
 // the speed on shorter streams beside that of expat fed in pieces of 64 KiB.
 
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <fstream>
 #include <functional>
 #include <memory>
 #include <stdexcept>
@@ -228,17 +230,26 @@ void compareWithExpat() {
 
 #endif
 
-/// The most that was resident up to now, in KiB.
+/// What is resident now, in bytes.
+std::int64_t resident() {
+    std::ifstream file("/proc/self/statm");
+    std::int64_t all = 0;
+    std::int64_t pages = 0;
+    file >> all >> pages;
+    return pages * ::sysconf(_SC_PAGESIZE);
+}
+
+/// The most that was resident up to now, in bytes.
 std::int64_t peakResident() {
     rusage usage{};
     ::getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_maxrss;
+    return usage.ru_maxrss * 1024;
 }
 
 void readHuge(std::int64_t mebibytes) {
     GeneratedStream stream(shapes[0], mebibytes * mebibyte);
     host::Ref<Counter> counter;
-    const std::int64_t before = peakResident();
+    const std::int64_t before = resident();
     const Speed speed = readOurs(stream, counter);
     std::printf("%lld bytes, %llu elements, %lld lines: %.1f s, %.0f MB/s, resident growth %.1f "
                 "MiB\n",
@@ -246,7 +257,7 @@ void readHuge(std::int64_t mebibytes) {
                 static_cast<unsigned long long>(counter->elements),
                 static_cast<long long>(counter->line),
                 static_cast<double>(stream.GetSize()) / speed / 1e6, speed,
-                static_cast<double>(peakResident() - before) / 1024);
+                static_cast<double>(peakResident() - before) / static_cast<double>(mebibyte));
 }
 
 } // namespace
