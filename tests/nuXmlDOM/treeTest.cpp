@@ -56,12 +56,13 @@ TEST(Node, isNamedOnceUpToWhatIsRefused) {
         u"A owner document is required!");
 
     TNuDOMElement& root = *document->GetRootNode();
-    for (const auto& [prefix, name] :
-         {std::pair{u"p", u"p:r"}, {u"", u"r"}, {u"a b", u":r"}, {u"a:b", u":r"}}) {
-        const bool isRefused = std::u16string_view(prefix).size() > 1;
-        EXPECT_EQ(failureOf<ENuDomInvalidCharacter>([&] { root.set_prefix(prefix); }).empty(),
-                  !isRefused);
-        EXPECT_EQ(root.get_nodeName(), name);
+    const struct {
+        std::u16string prefix, name;
+    } prefixes[] = {{u"p", u"p:r"}, {u"", u"r"}, {u"a b", u":r"}, {u"a:b", u":r"}};
+    for (const auto& row : prefixes) {
+        EXPECT_EQ(failureOf<ENuDomInvalidCharacter>([&] { root.set_prefix(row.prefix); }),
+                  row.prefix.size() > 1 ? u"Invalid XML Name" : u"");
+        EXPECT_EQ(root.get_nodeName(), row.name);
     }
 }
 
@@ -379,6 +380,19 @@ TEST(Lifetime, movesWithTheNodesToAnotherDocument) {
                   u"<longPrefix:a k=\"v\">text that is long</longPrefix:a>");
         EXPECT_EQ(text->get_parentNode()->get_namespaceURI(), u"");
     }
+}
+
+TEST(Lifetime, keepsWhatIsBeingEmptied) {
+    // Only a child holds the element, and leaves it in the middle of the work.
+    const auto document = loaded(u"<r/>");
+    auto made = document->createElement(u"e");
+    TNuDOMElement& element = *made;
+    element.AddElement(u"a");
+    const NuRef<TNuDOMNode> child(&element.AddElement(u"b"));
+    made.reset();
+    element.set_innerxml(u"<c/>");
+    EXPECT_EQ(element.get_xml(), u"<e><c/></e>");
+    EXPECT_EQ(child->get_parentNode(), nullptr);
 }
 
 TEST(Lifetime, takesReferencesFromManyThreads) {
