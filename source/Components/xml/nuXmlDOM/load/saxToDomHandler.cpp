@@ -10,12 +10,12 @@
 
 TNuSaxToDomHandler::TNuSaxToDomHandler(TNuSAXXMLReader& reader, TNuDOMDocument& document,
                                        TNuDOMNode* parent)
-    : TNuSAXHandlerOf(reader), document_(document),
+    : TNuSAXHandlerOf(reader), document_(&document),
       current_(parent != nullptr ? parent : &document) {}
 
 TNuSaxToDomHandler::~TNuSaxToDomHandler() { setLoading(false); }
 
-void TNuSaxToDomHandler::setLoading(bool isLoading) noexcept { document_.isLoading_ = isLoading; }
+void TNuSaxToDomHandler::setLoading(bool isLoading) noexcept { document_->isLoading_ = isLoading; }
 
 template <class Operation> void TNuSaxToDomHandler::remember(Operation&& operation) {
     try {
@@ -48,7 +48,7 @@ const nu::NodeName* TNuSaxToDomHandler::nameFor(std::u16string_view name, std::u
     if (name.empty()) {
         throw ENuDomSyntax(nu::cEmptyName);
     }
-    const nu::NodeName* known = document_.names().get(name, uri);
+    const nu::NodeName* known = document_->names().get(name, uri);
     if (known->hasSpace) {
         throw ENuDomInvalidCharacter(nu::cInvalidName);
     }
@@ -65,11 +65,11 @@ void TNuSaxToDomHandler::startElement(std::u16string_view uri, std::u16string_vi
     remember([&] {
         // 1. The element, behind the children of the current one.
         const nu::NodeName* name = nameFor(qName, uri);
-        auto& element = nu::NodeAccess::make<TNuDOMElement>(document_, name);
+        auto& element = nu::NodeAccess::make<TNuDOMElement>(*document_, name);
         append(element);
         // 2. Its attributes, namespace declarations among them.
         const host::SAXLength count = attributes.getLength();
-        const std::uint64_t number = count > 0 ? document_.names().nextLoadedElement() : 0;
+        const std::uint64_t number = count > 0 ? document_->names().nextLoadedElement() : 0;
         for (host::SAXLength index = 0; index < count; ++index) {
             const host::SAXChar* text = nullptr;
             host::SAXLength length = 0;
@@ -89,7 +89,7 @@ void TNuSaxToDomHandler::addAttribute(TNuDOMElement& element, std::uint64_t elem
     const nu::NodeName* known = nameFor(name, {});
     TNuDOMAttribute* attribute = known->loadedAttribute;
     if (known->loadedElement != elementNumber) {
-        attribute = &nu::NodeAccess::make<TNuDOMAttribute>(document_, known);
+        attribute = &nu::NodeAccess::make<TNuDOMAttribute>(*document_, known);
         nu::NodeAccess::appendLoaded(element, *attribute);
         known->loadedElement = elementNumber;
         known->loadedAttribute = attribute;
@@ -98,16 +98,16 @@ void TNuSaxToDomHandler::addAttribute(TNuDOMElement& element, std::uint64_t elem
     //    values both change nothing.
     nu::StoredText& stored = nu::NodeAccess::stored(*attribute);
     if (nu::isPlainText(value)) {
-        stored.assign(document_.memory(), value);
+        stored.assign(document_->memory(), value);
     } else {
-        nu::assignEscaped(stored, document_.memory(), NuXMLToStr(value));
+        nu::assignEscaped(stored, document_->memory(), NuXMLToStr(value));
     }
 }
 
 void TNuSaxToDomHandler::endElement(std::u16string_view /*uri*/, std::u16string_view /*localName*/,
                                     std::u16string_view /*qName*/) {
     TNuDOMNode* parent = current_->get_parentNode();
-    current_ = parent != nullptr ? parent : &document_;
+    current_ = parent != nullptr ? parent : document_.get();
 }
 
 void TNuSaxToDomHandler::characters(std::u16string_view text) {
@@ -119,15 +119,15 @@ void TNuSaxToDomHandler::characters(std::u16string_view text) {
             nu::NodeAccess::cast<TNuDOMElement>(*current_).AddCDATA(text);
             return;
         }
-        auto& node = nu::NodeAccess::make<TNuDOMText>(document_, document_.names().nameless());
-        nu::NodeAccess::stored(node).assign(document_.memory(), text);
+        auto& node = nu::NodeAccess::make<TNuDOMText>(*document_, document_->names().nameless());
+        nu::NodeAccess::stored(node).assign(document_->memory(), text);
         append(node);
     });
 }
 
 void TNuSaxToDomHandler::comment(std::u16string_view text) {
     remember([&] {
-        document_._CreateCharacterData(TNuDOMComment::Class, text, current_, rdpLast, nullptr);
+        document_->_CreateCharacterData(TNuDOMComment::Class, text, current_, rdpLast, nullptr);
     });
 }
 
@@ -135,10 +135,10 @@ void TNuSaxToDomHandler::processingInstruction(std::u16string_view target,
                                                std::u16string_view data) {
     remember([&] {
         const nu::NodeName* name = nameFor(target, {});
-        auto& instruction = nu::NodeAccess::make<TNuDOMProcessingInstruction>(document_, name);
-        nu::NodeAccess::text(instruction)->assign(document_.memory(), data);
+        auto& instruction = nu::NodeAccess::make<TNuDOMProcessingInstruction>(*document_, name);
+        nu::NodeAccess::text(instruction)->assign(document_->memory(), data);
         // The XML declaration always comes first in the document.
-        if (current_ == &document_ && NuEqualFolded(target, u"xml")) {
+        if (current_ == document_.get() && NuEqualFolded(target, u"xml")) {
             instruction._linkToParent(current_, rdpFirst, nullptr);
         } else {
             append(instruction);

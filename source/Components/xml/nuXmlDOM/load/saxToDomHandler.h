@@ -17,8 +17,8 @@
 class NUXML_API TNuSaxToDomHandler final
     : public TNuSAXHandlerOf<INuSaxContentHandler, host::IBufferedLexicalHandler> {
 public:
-    /// Builds into `document`, which must outlive the handler, right below it or below `parent`, a
-    /// node of it.
+    /// Builds into `document`, right below it or below `parent`, a node of it. The handler holds the
+    /// document: a reader may keep its handlers longer than its user keeps a failed document.
     TNuSaxToDomHandler(TNuSAXXMLReader& reader, TNuDOMDocument& document,
                        TNuDOMNode* parent = nullptr);
     ~TNuSaxToDomHandler() override;
@@ -60,7 +60,7 @@ private:
                       std::u16string_view value);
     [[nodiscard]] const nu::NodeName* nameFor(std::u16string_view name, std::u16string_view uri);
 
-    TNuDOMDocument& document_;
+    NuRef<TNuDOMDocument> document_;
     TNuDOMNode* current_;
     bool isInCData_ = false;
     std::exception_ptr failure_;
