@@ -17,8 +17,8 @@
 class NUXML_API TNuSaxToDomHandler final
     : public TNuSAXHandlerOf<INuSaxContentHandler, host::IBufferedLexicalHandler> {
 public:
-    /// Builds into `document`, right below it or below `parent`, a node of it. The handler holds the
-    /// document: a reader may keep its handlers longer than its user keeps a failed document.
+    /// Builds into `document`, right below it or below `parent`, a node of it. The handler holds
+    /// the document: a reader may keep its handlers longer than its user keeps a failed document.
     TNuSaxToDomHandler(TNuSAXXMLReader& reader, TNuDOMDocument& document,
                        TNuDOMNode* parent = nullptr);
     ~TNuSaxToDomHandler() override;
