@@ -381,6 +381,9 @@ TEST(Interfaces, refuseWhatNoNodeSupportsWhateverItIsGiven) {
         {call(map, &IDOMNamedNodeMap::setNamedItemNS, none), notImplemented},
         {call(s.implementation, &IDOMImplementation::createDocumentType, empty, empty, empty),
          notImplemented},
+        {call(s.text, &IDOMNode::appendChild, none), no},
+        {call(s.comment, &IDOMNode::insertBefore, none, none), no},
+        {call(s.attribute, &IDOMNode::removeChild, none), no},
     });
 }
 

@@ -128,19 +128,18 @@ public:
     /// Deliberate: the node that came in is not given back, although W3C says so; applications rely
     /// on the empty handle.
     Result appendChild(host::IDOMNode* child, NodeResult& appended) noexcept override {
-        return guardWithoutResult(appended,
-                                  [&] { object_.appendChild(toObject<TNuDOMNode>(child)); });
+        return guardWithoutResult(appended, [&] { object_.appendChild(childBehind(child)); });
     }
     /// Deliberate: gives no node back, as appendChild.
     Result insertBefore(host::IDOMNode* child, host::IDOMNode* reference,
                         NodeResult& inserted) noexcept override {
         return guardWithoutResult(inserted, [&] {
-            object_.insertBefore(toObject<TNuDOMNode>(child), nodeBehind(reference));
+            TNuDOMNode& node = childBehind(child);
+            object_.insertBefore(node, hasChildren ? nodeBehind(reference) : nullptr);
         });
     }
     Result removeChild(host::IDOMNode* child, NodeResult& removed) noexcept override {
-        return giveInterface(removed,
-                             [&] { return object_.removeChild(toObject<TNuDOMNode>(child)); });
+        return giveInterface(removed, [&] { return object_.removeChild(childBehind(child)); });
     }
 
     // Never supported, so it does not matter what nodes these get: the failure is the same when the
@@ -185,6 +184,20 @@ public:
 
 protected:
     using ObjectBase::object_;
+
+private:
+    static constexpr bool hasChildren =
+        std::is_same_v<Object, TNuDOMElement> || std::is_same_v<Object, TNuDOMDocument>;
+
+    /// The node that an operation on children is about. Kinds without children refuse the operation
+    /// whatever node it gets, so there the caller's may be null or of another library.
+    [[nodiscard]] TNuDOMNode& childBehind(host::IDOMNode* child) {
+        if constexpr (hasChildren) {
+            return toObject<TNuDOMNode>(child);
+        } else {
+            return object_;
+        }
+    }
 };
 
 } // namespace nu
