@@ -328,6 +328,14 @@ TEST(Lists, areSnapshotsOrFollowTheTree) {
     EXPECT_THROW((void)list->GetItem(2), host::EListError);
     root.RemoveElement(u"a");
     EXPECT_EQ(list->GetItem(0), nullptr);
+    // One that owns its items stays with them, although nobody holds either.
+    TNuDOMNodeList* owner = TNuDOMNodeList::Create(&root, document.get(), true).get();
+    EXPECT_EQ(owner->Add(*TNuDOMText::Class.create(document.get())), 0);
+    { const NuRef<TNuDOMNodeList> held(owner); }
+    root.AddElement(u"c");
+    EXPECT_EQ(owner->GetItem(0)->get_nodeName(), u"#text");
+    owner->Clear();
+    EXPECT_EQ(owner->Count(), 0U);
     root._delete();
     EXPECT_EQ(list->Node(), nullptr);
     EXPECT_EQ(list->Last(), nullptr);

@@ -23,18 +23,9 @@ TNuDOMNodeList::TNuDOMNodeList(TNuDOMNode& node)
     : TNuDOMObject(nu::NodeAccess::context(node)), node_(&node), ownsItems_(true) {}
 
 TNuDOMNodeList::~TNuDOMNodeList() {
-    if (!hasFlag(nu::selfOwned)) {
-        return;
+    if (hasFlag(nu::selfOwned)) {
+        OwnerDocument()->leaveResultList(*this);
     }
-    if (ownsItems_) {
-        // A node that goes empties all its entries, so the list is told of it to the last.
-        for (TNuDOMNode*& item : items_) {
-            if (item != nullptr && item->get_parentNode() == nullptr) {
-                OwnerDocument()->lifetime().collect(*std::exchange(item, nullptr));
-            }
-        }
-    }
-    OwnerDocument()->leaveResultList(*this);
 }
 
 NuRef<TNuDOMNodeList> TNuDOMNodeList::Create(TNuDOMNode* node, TNuDOMDocument* document,
@@ -42,7 +33,14 @@ NuRef<TNuDOMNodeList> TNuDOMNodeList::Create(TNuDOMNode* node, TNuDOMDocument* d
     return {new TNuDOMNodeList(node, document, ownsItems)};
 }
 
-void TNuDOMNodeList::_GC() noexcept { OwnerDocument()->lifetime().discard(*this); }
+void TNuDOMNodeList::_GC() noexcept {
+    nu::DocumentLifetime& lifetime = OwnerDocument()->lifetime();
+    if (ownsItems_) {
+        lifetime.ask(); // stays, with its items, until the document goes
+    } else {
+        lifetime.discard(*this);
+    }
+}
 
 nu::Face& TNuDOMNodeList::face() {
     if (!face_) {

@@ -49,9 +49,9 @@ private:
 /// as null. An index counts from 0; one that is out of range throws host::EListError.
 class NUXML_API TNuDOMNodeList : public TNuDOMObject {
 public:
-    /// An empty list for nodes of `document`, which began at `node`. It lives as long as it is
-    /// held, and keeps the document. When it owns its items, Clear frees them. Throws
-    /// host::EAssertionFailed without a document.
+    /// An empty list for nodes of `document`, which began at `node`. As long as it is held it keeps
+    /// the document. One that owns its items, which Clear frees, stays until the document goes; any
+    /// other goes when nobody holds it. Throws host::EAssertionFailed without a document.
     [[nodiscard]] static NuRef<TNuDOMNodeList> Create(TNuDOMNode* node, TNuDOMDocument* document,
                                                       bool ownsItems);
 
