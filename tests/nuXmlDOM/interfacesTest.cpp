@@ -542,6 +542,7 @@ TEST(Interfaces, loadSelectAndWrite) {
     const auto persist = s.document.as<IDOMPersist>();
     const auto document = s.document.as<INuDOMDocument>();
     const auto missing = std::filesystem::temp_directory_path() / u"nuxml-no-such-file.xml";
+    const std::u16string longerName(u"/dev/null\0x", 11);
     TNuMemoryStream stream;
     check({
         {call(document, &IDOMPersist::loadxml, u"<r><a n=\"1\"/>t<b><a n=\"2\"/></b></r>"),
@@ -572,6 +573,9 @@ TEST(Interfaces, loadSelectAndWrite) {
         {call(document, &INuDOMDocument::SaveToFile, (missing / u"x").u16string(), true)
              .substr(0, 2),
          u"! "},
+        // A name that goes on behind a NUL is not that of the file that it begins with.
+        {call(document, &INuDOMDocument::SaveToFile, longerName, false).substr(0, 2), u"! "},
+        {call(document, &INuDOMDocument::LoadFromFile, longerName).substr(0, 2), u"! "},
     });
 }
 

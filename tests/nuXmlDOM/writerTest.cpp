@@ -246,6 +246,10 @@ TEST(Writer, SavesInTheEncodingOfTheDeclaration) {
     }
     NuSetSystemCodePage(cNuCodePageUtf8);
     EXPECT_EQ(save(u"version=\"1.0\"", true), inUtf8);
+    // However little stands before an element.
+    const auto nameless = NuCreateDOMDocument(u"<p:><b/></p:>");
+    nameless->GetRootNode()->set_prefix(u"");
+    EXPECT_EQ(saved(*nameless, true, false), "<>\r\n  <b/>\r\n</>");
 }
 
 TEST(Writer, JoinsHalvesOfCharactersInUtf8) {

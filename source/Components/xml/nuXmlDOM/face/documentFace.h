@@ -1,7 +1,6 @@
 #pragma once
 
-#include <filesystem>
-
+#include "host/runtime/fileStream.h"
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
 #include "nuXmlDOM/face/nodeFace.h"
@@ -152,8 +151,9 @@ public:
         return host::guardCall(isLoaded, [&] { return object_.loadFromStream(stream); });
     }
     Result LoadFromFile(Text fileName, bool& isLoaded) noexcept override {
-        return host::guardCall(
-            isLoaded, [&] { return object_.LoadFromFile(std::filesystem::path(fileName)); });
+        return host::guardCall(isLoaded, [&] {
+            return object_.LoadFromFile(host::TFileStream::systemPath(fileName));
+        });
     }
     Result LoadFromStream(host::TStream& stream, bool& isLoaded) noexcept override {
         return loadFromStream(stream, isLoaded);
@@ -175,7 +175,7 @@ public:
     }
     Result SaveToFile(Text fileName, bool formatted) noexcept override {
         return host::guardCall(
-            [&] { object_.SaveToFile(std::filesystem::path(fileName), formatted); });
+            [&] { object_.SaveToFile(host::TFileStream::systemPath(fileName), formatted); });
     }
 };
 

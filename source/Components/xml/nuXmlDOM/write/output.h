@@ -66,7 +66,7 @@ public:
     /// Whether an element that is written on a line of its own has to end a line: there is
     /// something else than a byte-order mark before it.
     [[nodiscard]] bool breaksBeforeElement() {
-        return isBeyondStart() || (!isUtf8 && isBrokenAtStart());
+        return isBeyondStart() || (isUtf8 ? written() > 0 : isBrokenAtStart());
     }
     /// The same for an instruction, which looks at what is there: 5 bytes or more.
     [[nodiscard]] bool breaksBeforeInstruction() {
@@ -95,7 +95,8 @@ private:
     }
 
     /// Whether so much is written that it does not matter any more where it began. No node writes
-    /// less than three characters before an element or an instruction, unless it writes none.
+    /// less than three characters before an element or an instruction, unless it writes none or an
+    /// element has lost its name.
     [[nodiscard]] bool isBeyondStart() const noexcept { return isHandedOn_ || written() >= 3; }
     [[nodiscard]] bool isBrokenAtStart();
 
