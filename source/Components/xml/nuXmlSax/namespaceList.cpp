@@ -37,19 +37,17 @@ void TNuSaxNamespaceList::AddNamespace(std::int32_t level, std::u16string_view p
     isOrdered_ = isOrdered_ && (count_ == 0 || level >= highestLevel_);
     highestLevel_ = count_ == 0 ? level : std::max(highestLevel_, level);
     ++count_;
-    link(count_ - 1);
+    link(entry);
 }
 
 const TNuSaxNamespace* TNuSaxNamespaceList::find(std::u16string_view prefix) const {
     const std::size_t hash = hashPrefix(prefix);
-    for (std::size_t place = slots_[hash & (slots_.size() - 1)]; place != 0;) {
-        const TNuSaxNamespace& entry = entries_[place - 1];
-        if (entry.Hash == hash && NuEqualFolded(entry.Prefix, prefix)) {
-            return &entry;
-        }
-        place = entry.Older;
+    const TNuSaxNamespace* entry = slots_[hash & (slots_.size() - 1)];
+    while (entry != nullptr && (entry->Hash != hash || !(entry->Prefix == prefix ||
+                                                         NuEqualFolded(entry->Prefix, prefix)))) {
+        entry = entry->Older;
     }
-    return nullptr;
+    return entry;
 }
 
 void TNuSaxNamespaceList::removeFrom(std::int32_t level) {
@@ -81,7 +79,7 @@ void TNuSaxNamespaceList::Clear() {
         entries_.clear();
         slots_.clear();
     }
-    std::fill(slots_.begin(), slots_.end(), 0);
+    std::fill(slots_.begin(), slots_.end(), nullptr);
     count_ = 0;
     default_ = nullptr;
     highestLevel_ = 0;
@@ -94,19 +92,18 @@ void TNuSaxNamespaceList::removeNewest() {
     default_ = entry.OlderDefault;
 }
 
-void TNuSaxNamespaceList::link(std::size_t index) {
-    TNuSaxNamespace& entry = entries_[index];
-    std::size_t& slot = slots_[entry.Hash & (slots_.size() - 1)];
+void TNuSaxNamespaceList::link(TNuSaxNamespace& entry) {
+    const TNuSaxNamespace*& slot = slots_[entry.Hash & (slots_.size() - 1)];
     entry.Older = slot;
-    slot = index + 1;
+    slot = &entry;
     entry.OlderDefault = default_;
     default_ = entry.Prefix.empty() ? &entry : default_;
 }
 
 void TNuSaxNamespaceList::rebuildSlots(std::size_t slotCount) {
-    slots_.assign(slotCount, 0);
+    slots_.assign(slotCount, nullptr);
     default_ = nullptr;
     for (std::size_t index = 0; index < count_; ++index) {
-        link(index);
+        link(entries_[index]);
     }
 }

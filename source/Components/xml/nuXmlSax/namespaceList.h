@@ -17,7 +17,7 @@ struct TNuSaxNamespace {
     std::u16string URI;
     std::size_t Hash = 0;                          ///< of the prefix, letter case ignored
     const TNuSaxNamespace* OlderDefault = nullptr; ///< the default namespace behind this entry
-    std::size_t Older = 0; ///< the next older entry with the same hash slot, counted from 1
+    const TNuSaxNamespace* Older = nullptr;        ///< the next older entry with the same hash slot
 };
 
 /// The namespace declarations in scope, oldest first. Prefixes are compared ignoring letter case
@@ -47,7 +47,7 @@ private:
     [[nodiscard]] const TNuSaxNamespace* find(std::u16string_view prefix) const;
     void removeFrom(std::int32_t level);
     void removeNewest();
-    void link(std::size_t index);
+    void link(TNuSaxNamespace& entry);
     void rebuildSlots(std::size_t slotCount);
 
     /// The first count_ entries are in use; those behind keep their memory for the next
@@ -56,6 +56,6 @@ private:
     std::size_t count_ = 0;
     const TNuSaxNamespace* default_ = nullptr; ///< the newest entry without a prefix
     std::int32_t highestLevel_ = 0;
-    bool isOrdered_ = true;          ///< no entry has a lower level than one before it
-    std::vector<std::size_t> slots_; ///< newest entry per hash slot, counted from 1; 0 is none
+    bool isOrdered_ = true;                     ///< no entry has a lower level than one before it
+    std::vector<const TNuSaxNamespace*> slots_; ///< newest entry per hash slot, or null
 };
