@@ -41,6 +41,14 @@ template <class Source> void SaxScanner<Source>::scanPlainContent() {
     }
 }
 
+/// The first solid character, or the end of the input, from `place` on, which is not the last one.
+/// Nearly always it is the one behind a single space.
+template <class Source> inline PNuXmlChar SaxScanner<Source>::findSolid(PNuXmlChar place) {
+    return *place == cNuSpace && place[1] > cNuSpace
+               ? place + 1
+               : source_.template findFrom<StopSet::Solid>(place);
+}
+
 /// From the ">" of a tag over text, white space or nothing to the "<" behind it, whose place is the
 /// result; null where that is not plain.
 template <class Source> inline PNuXmlChar SaxScanner<Source>::scanPlainText(PNuXmlChar tagEnd) {
@@ -51,8 +59,9 @@ template <class Source> inline PNuXmlChar SaxScanner<Source>::scanPlainText(PNuX
         (*start < cNuSpace && *start != TextCounter::lineFeed)) {
         return nullptr;
     }
-    const PNuXmlChar solid =
-        reader_.space_.isPreserved() ? start : source_.template findFrom<StopSet::Solid>(start);
+    const PNuXmlChar solid = *start > cNuSpace || reader_.space_.isPreserved()
+                                 ? start
+                                 : source_.template findFrom<StopSet::Solid>(start);
     if (*solid == cNuLt && solid != last) {
         source_.countRaw(start);
         if (solid != start) {
@@ -154,7 +163,7 @@ inline PNuXmlChar SaxScanner<Source>::findPlainTagEnd(Name& name, TNuSAXAttribut
 
     // 2. The attributes.
     if (*place == cNuSpace) {
-        place = source_.template findFrom<StopSet::Solid>(place);
+        place = findSolid(place);
         while (place != last && *place != cNuSlash && *place != cNuGt) {
             place = scanPlainAttribute(place, attributes);
             if (place == nullptr) {
@@ -201,8 +210,8 @@ inline PNuXmlChar SaxScanner<Source>::scanPlainAttribute(PNuXmlChar start,
         return nullptr;
     }
     PNuXmlChar next = valueEnd + 1;
-    if (*next <= cNuSpace) {
-        next = source_.template findFrom<StopSet::Solid>(next);
+    if (*next <= cNuSpace && next != last) {
+        next = findSolid(next);
     }
     hasMeaningfulAttribute_ = hasMeaningfulAttribute_ || mayBeMeaningful(*start);
     attributes.add(reader_.depth_ + 1, text(start, nameEnd), text(localStart, nameEnd),

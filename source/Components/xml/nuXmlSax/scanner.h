@@ -52,6 +52,7 @@ private:
 
     // scanPlain.h: the hot loop, one function without a call but those of the handlers
     void scanPlainContent();
+    [[gnu::always_inline]] PNuXmlChar findSolid(PNuXmlChar place);
     [[gnu::always_inline]] PNuXmlChar scanPlainText(PNuXmlChar tagEnd);
     [[gnu::always_inline]] PNuXmlChar scanPlainStartTag(PNuXmlChar less);
     [[gnu::always_inline]] PNuXmlChar scanPlainEndTag(PNuXmlChar less);
