@@ -298,6 +298,9 @@ TEST(Load, endsWithWhatTheTreeDidNotTake) {
     EXPECT_FALSE(document->IsLoading());
     EXPECT_THROW((void)loaded(u"<a/><![CDATA[x]]><!--c-->"), host::EInvalidCast);
     EXPECT_THROW((void)loaded(u"<a><!--ab--cd--></a>"), ENuDomInvalidCharacter);
+    const auto half = TNuDOMDocument::Create();
+    EXPECT_THROW(half->loadxml(u"<a b=\"1\" c=\"&#;\"/>"), host::Exception);
+    EXPECT_EQ(half->get_xml(), u"<a b=\"1\"/>");
 
     TNuDOMElement& root = *document->GetRootNode();
     const struct {

@@ -101,6 +101,7 @@ NodeName* NameTable::make(const Key& key) {
     name->utf8Text = keep(memory_, std::string_view(utf8));
     name->utf8Length = static_cast<std::uint32_t>(utf8.size());
     name->hash = key.hash;
+    name->ends = key.text.empty() ? TextEnds() : TextEnds::of(key.text);
     name->hasLocal = key.hasLocal;
     name->isSplitAtColon = key.isSplitAtColon;
     name->hasSpace = key.text.find(cNuSpace) != std::u16string_view::npos;
@@ -129,7 +130,9 @@ void NameTable::enter(NodeName* name) noexcept {
 }
 
 NameTable::NameTable(DocumentMemory& memory, TNuDOMDocument& document)
-    : memory_(memory), document_(document), places_(32), nameless_(get(false, {}, false, {}, {})) {}
+    : memory_(memory), document_(document), places_(32), nameless_(get(false, {}, false, {}, {})) {
+    recent_.fill(nameless_);
+}
 
 const NodeName* NameTable::getFromTable(std::u16string_view qualified, std::u16string_view uri) {
     return lookUp({qualified, uri, 0, hashOf(qualified), true, true});

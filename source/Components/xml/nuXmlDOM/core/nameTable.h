@@ -1,12 +1,14 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <string_view>
 #include <vector>
 
+#include "nuXmlDOM/core/asciiText.h"
 #include "nuXmlDOM/core/documentMemory.h"
 #include "nuXmlDOM/core/domObject.h"
 #include "nuXmlParser/chars.h"
@@ -15,6 +17,23 @@ class TNuDOMAttribute;
 class TNuDOMElement;
 
 namespace nu {
+
+/// The first and the last units of a text that is not empty; together with the length all of a text
+/// of up to eight.
+struct TextEnds {
+    std::uint64_t first = 0;
+    std::uint64_t last = 0;
+
+    static TextEnds of(std::u16string_view text) noexcept {
+        const NuXmlChar* const units = text.data();
+        const std::size_t length = text.size();
+        if (length >= 4) [[likely]] {
+            return {loadFour(units), loadFour(units + length - 4)};
+        }
+        return {units[0] | std::uint64_t{units[length / 2]} << 16, units[length - 1]};
+    }
+    friend bool operator==(const TextEnds&, const TextEnds&) noexcept = default;
+};
 
 /// The name of nodes: prefix, local name and the namespace URI that was given at their creation.
 /// There is one object for each such name in a document, so equal names are equal pointers.
@@ -52,6 +71,7 @@ public:
     std::uint32_t uriLength;
     std::uint32_t utf8Length;
     std::uint32_t hash;
+    TextEnds ends;
     bool hasLocal;
     /// Whether the prefix is what stands before the first colon.
     bool isSplitAtColon;
@@ -80,11 +100,17 @@ public:
         if (qualified.empty()) {
             return getFromTable(qualified, uri);
         }
-        const NodeName*& recent = recent_[recentPlace(qualified)];
-        if (recent == nullptr || !readsSame(*recent, qualified, uri)) {
-            recent = getFromTable(qualified, uri);
+        const TextEnds ends = TextEnds::of(qualified);
+        const std::size_t place = recentPlace(ends, qualified, uri.size());
+        if (readsSame(*recent_[place], ends, qualified, uri)) [[likely]] {
+            return recent_[place];
         }
-        return recent;
+        // The place beside it belongs to the name that was last turned out of this one.
+        std::swap(recent_[place], recent_[place ^ 1]);
+        if (!readsSame(*recent_[place], ends, qualified, uri)) [[unlikely]] {
+            recent_[place] = getFromTable(qualified, uri);
+        }
+        return recent_[place];
     }
     /// The name of these parts.
     [[nodiscard]] const NodeName* get(bool hasPrefix, std::u16string_view prefix, bool hasLocal,
@@ -107,32 +133,25 @@ private:
     static constexpr std::size_t recentCount = 256;
 
     /// A place among the recent names, by what is quick to get hold of.
-    static std::size_t recentPlace(std::u16string_view text) noexcept {
-        const std::size_t last = text.size() - 1;
-        return (last * 41 + text.front() * std::size_t{3} + text[last] * std::size_t{11} +
-                text[last - last / 4] * std::size_t{29} + text[last / 2] * std::size_t{7}) %
-               recentCount;
+    static std::size_t recentPlace(const TextEnds& ends, std::u16string_view text,
+                                   std::size_t uriLength) noexcept {
+        std::uint64_t mixed = ends.first * 0x9E3779B97F4A7C15u +
+                              (ends.last ^ text.size() ^ uriLength << 8) * 0xC2B2AE3D27D4EB4Fu;
+        if (text.size() > 8) {
+            mixed += loadFour(text.data() + text.size() / 2 - 2) * 0x165667B19E3779F9u;
+        }
+        return static_cast<std::size_t>(mixed >> (64 - std::bit_width(recentCount - 1)));
     }
     static bool areEqual(const NuXmlChar* left, const NuXmlChar* right,
                          std::size_t length) noexcept {
-        for (; length >= 4; length -= 4, left += 4, right += 4) {
-            std::uint64_t four[2];
-            std::memcpy(&four[0], left, sizeof four[0]);
-            std::memcpy(&four[1], right, sizeof four[1]);
-            if (four[0] != four[1]) {
-                return false;
-            }
-        }
-        while (length > 0 && left[length - 1] == right[length - 1]) {
-            --length;
-        }
-        return length == 0;
+        return length == 0 || std::memcmp(left, right, length * sizeof *left) == 0;
     }
     /// For names split at the first colon, which the recent ones all are.
-    static bool readsSame(const NodeName& name, std::u16string_view qualified,
+    static bool readsSame(const NodeName& name, const TextEnds& ends, std::u16string_view qualified,
                           std::u16string_view uri) noexcept {
-        return name.length == qualified.size() && name.uriLength == uri.size() &&
-               areEqual(name.text, qualified.data(), qualified.size()) &&
+        const std::size_t length = qualified.size();
+        return name.ends == ends && name.length == length && name.uriLength == uri.size() &&
+               (length <= 8 || areEqual(name.text + 4, qualified.data() + 4, length - 8)) &&
                areEqual(name.uri, uri.data(), uri.size());
     }
     [[nodiscard]] const NodeName* getFromTable(std::u16string_view qualified,
@@ -157,7 +176,7 @@ private:
     TNuDOMDocument& document_;
     /// Open addressing, a power of two of places.
     std::vector<NodeName*> places_;
-    std::array<const NodeName*, recentCount> recent_{};
+    std::array<const NodeName*, recentCount> recent_;
     std::size_t count_ = 0;
     bool hasDeclarations_ = false;
     std::uint64_t loadedElements_ = 0;

@@ -1,10 +1,9 @@
 #include "nuXmlDOM/core/storedText.h"
 
+#include <algorithm>
 #include <bit>
 #include <limits>
 #include <new>
-
-#include "nuXmlDOM/core/asciiText.h"
 
 namespace nu {
 
@@ -21,86 +20,114 @@ void checkLength(std::size_t length) {
 
 } // namespace
 
-std::size_t StoredText::capacity() const noexcept {
-    const std::size_t size = length() * unitSize();
-    return isGrown() ? std::bit_ceil(size) : size;
+std::size_t StoredText::headerSize(std::size_t length) noexcept {
+    return sizeof(ShortLength) + (length < longMark ? 0 : sizeof(std::uint64_t));
 }
 
-void StoredText::adopt(void* outside, std::size_t length, std::uint64_t flags) noexcept {
-    wide_ = static_cast<NuXmlChar*>(outside);
-    bits_ = static_cast<std::uint64_t>(length) << flagBits | flags;
+std::size_t StoredText::longLength() const noexcept {
+    std::uint64_t length = 0;
+    std::memcpy(&length, outside() - headerSize(longMark), sizeof length);
+    return length;
+}
+
+void StoredText::setOutsideLength(std::size_t length) noexcept {
+    const auto mark = static_cast<ShortLength>(std::min<std::size_t>(length, longMark));
+    std::memcpy(outside() - sizeof mark, &mark, sizeof mark);
+    if (mark == longMark) {
+        std::memcpy(outside() - headerSize(length), &length, sizeof length);
+    }
+}
+
+/// The size of the piece of memory outside.
+std::size_t StoredText::capacity() const noexcept {
+    const std::size_t size = headerSize(length()) + length() * unitSize();
+    return (word_ & grownFlag) != 0 ? std::bit_ceil(size) : size;
+}
+
+/// Takes a piece of memory for a text of this length.
+void StoredText::adopt(void* piece, std::size_t length, std::uint64_t flags) noexcept {
+    char* const marked = static_cast<char*>(piece) + headerSize(length) - sizeof(ShortLength);
+    word_ = reinterpret_cast<std::uintptr_t>(marked) | flags;
+    setOutsideLength(length);
 }
 
 void StoredText::clear(DocumentMemory& memory) noexcept {
-    if (isOutside()) {
-        memory.release(wide_, capacity());
+    if (!isInside()) {
+        memory.release(outside() - headerSize(outsideLength()), capacity());
     }
-    bits_ = 0;
+    word_ = insideFlag;
 }
 
 void StoredText::assignElsewhere(DocumentMemory& memory, std::u16string_view text) {
+    checkLength(text.size());
+    const std::size_t header = headerSize(text.size());
     // 1. Short and ASCII: into the object.
-    if (text.size() <= inlineLength) {
-        char bytes[inlineLength] = {};
-        if (narrowTail(text.data(), text.size(), bytes)) {
+    std::uint64_t packed = 0;
+    if (text.size() <= insideLimit && packAscii(text, packed)) {
+        clear(memory);
+        setInside(packed, text.size());
+        return;
+    }
+    // 2. Long and ASCII, as is likely: a byte a character.
+    if (text.size() > insideLimit) {
+        const std::size_t size = header + text.size();
+        auto* piece = static_cast<char*>(memory.allocate(size));
+        if (narrowAscii(text, piece + header)) {
             clear(memory);
-            std::memcpy(inline_, bytes, inlineLength);
-            bits_ = static_cast<std::uint64_t>(text.size()) << flagBits;
+            adopt(piece, text.size(), 0);
             return;
         }
-    } else {
-        // 2. Long and ASCII, as is likely: a byte a character.
-        checkLength(text.size());
-        auto* bytes = static_cast<char*>(memory.allocate(text.size()));
-        if (narrowAscii(text, bytes)) {
-            clear(memory);
-            adopt(bytes, text.size(), 0);
-            return;
-        }
-        memory.release(bytes, text.size());
+        memory.release(piece, size);
     }
     // 3. Everything else as it is.
     const std::size_t size = text.size() * sizeof(NuXmlChar);
-    void* units = memory.allocate(size);
-    std::memcpy(units, text.data(), size);
+    auto* piece = static_cast<char*>(memory.allocate(header + size));
+    std::memcpy(piece + header, text.data(), size);
     clear(memory);
-    adopt(units, text.size(), wideFlag);
+    adopt(piece, text.size(), wideFlag);
+}
+
+/// Makes room for a text of `length` units of the same size.
+void StoredText::grow(DocumentMemory& memory, std::size_t length) {
+    const std::size_t former = this->length();
+    const std::size_t header = headerSize(length);
+    const std::size_t size = header + length * unitSize();
+    const bool isGrown = (word_ & grownFlag) != 0;
+    if (isGrown && size <= capacity() && header == headerSize(former)) {
+        return;
+    }
+    auto* piece = static_cast<char*>(memory.allocate(std::bit_ceil(size)));
+    const std::uint64_t wide = word_ & wideFlag;
+    std::memcpy(piece + header, isInside() ? narrow().data() : outside(), former * unitSize());
+    clear(memory);
+    adopt(piece, length, wide | grownFlag);
 }
 
 void StoredText::append(DocumentMemory& memory, std::u16string_view text) {
     if (text.empty()) {
         return;
     }
-    if (empty()) {
-        assign(memory, text);
-        return;
-    }
-    // 1. A text that turns wide, or is still short, is put together anew.
-    const std::size_t total = length() + text.size();
-    checkLength(total);
-    std::string narrowText(isNarrow() ? text.size() : 0, '\0');
-    const bool staysNarrow = isNarrow() && narrowAscii(text, narrowText.data());
-    if (staysNarrow != isNarrow() || total <= inlineLength) {
+    const std::size_t former = length();
+    checkLength(text.size());
+    checkLength(former + text.size());
+    const std::size_t total = former + text.size();
+    // 1. A text that turns wide, or is short, is put together anew.
+    const bool turnsWide = isNarrow() && !isAscii(text);
+    if (turnsWide || former == 0 || total <= insideLimit) {
         NuXmlString whole = toString();
         whole += text;
         assign(memory, whole);
         return;
     }
-    // 2. The memory doubles when it is full.
-    const std::size_t size = length() * unitSize();
-    const std::size_t added = text.size() * unitSize();
-    auto* bytes = reinterpret_cast<char*>(wide_);
-    if (!isGrown() || size + added > capacity() || !isOutside()) {
-        auto* grown = static_cast<char*>(memory.allocate(std::bit_ceil(size + added)));
-        std::memcpy(grown, isOutside() ? bytes : inline_, size);
-        const std::uint64_t flags = bits_ & wideFlag;
-        clear(memory);
-        bytes = grown;
-        bits_ = flags;
+    // 2. Text of the same kind goes behind, in memory that doubles when it is full.
+    grow(memory, total);
+    char* const end = outside() + former * unitSize();
+    if (isNarrow()) {
+        narrowAscii(text, end);
+    } else {
+        std::memcpy(end, text.data(), text.size() * sizeof(NuXmlChar));
     }
-    std::memcpy(bytes + size,
-                isNarrow() ? static_cast<const void*>(narrowText.data()) : text.data(), added);
-    adopt(bytes, total, (bits_ & wideFlag) | grownFlag);
+    setOutsideLength(total);
 }
 
 void StoredText::appendTo(NuXmlString& target) const {

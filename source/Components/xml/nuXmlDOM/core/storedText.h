@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -10,21 +11,29 @@
 
 namespace nu {
 
-/// The text of a node, 16 bytes beside the text itself, whose memory is the document's.
+/// The text of a node, 8 bytes beside what text does not fit into them, which is memory of the
+/// document.
 ///
-/// Text that is ASCII throughout (almost all is) takes one byte a character, and up to 8 characters
+/// Text that is ASCII throughout (almost all is) takes one byte a character, and up to 7 characters
 /// of it stand in the object; other text is UTF-16. The object is plain memory: it is released by
 /// its owner, and forgotten when the document's memory goes.
 class StoredText {
 public:
-    [[nodiscard]] std::size_t length() const noexcept { return bits_ >> flagBits; }
-    [[nodiscard]] bool empty() const noexcept { return length() == 0; }
-    /// Whether narrow() gives the text; else wide() does.
-    [[nodiscard]] bool isNarrow() const noexcept { return (bits_ & wideFlag) == 0; }
-    [[nodiscard]] std::string_view narrow() const noexcept {
-        return {length() <= inlineLength ? inline_ : narrow_, length()};
+    [[nodiscard]] std::size_t length() const noexcept {
+        return isInside() ? insideLength() : outsideLength();
     }
-    [[nodiscard]] std::u16string_view wide() const noexcept { return {wide_, length()}; }
+    [[nodiscard]] bool empty() const noexcept { return word_ == insideFlag; }
+    /// Whether narrow() gives the text; else wide() does.
+    [[nodiscard]] bool isNarrow() const noexcept { return (word_ & wideFlag) == 0; }
+    [[nodiscard]] std::string_view narrow() const noexcept {
+        // Inside, the characters follow the lowest byte.
+        return isInside()
+                   ? std::string_view(reinterpret_cast<const char*>(&word_) + 1, insideLength())
+                   : std::string_view(outside(), outsideLength());
+    }
+    [[nodiscard]] std::u16string_view wide() const noexcept {
+        return {reinterpret_cast<const NuXmlChar*>(outside()), outsideLength()};
+    }
 
     [[nodiscard]] NuXmlString toString() const;
     void appendTo(NuXmlString& target) const;
@@ -35,13 +44,10 @@ public:
 
     /// Puts `text` in place of the old one. Strong guarantee; `text` must not be a view into this.
     void assign(DocumentMemory& memory, std::u16string_view text) {
-        if (text.size() <= inlineLength && !isOutside()) {
-            char bytes[inlineLength] = {};
-            if (narrowTail(text.data(), text.size(), bytes)) [[likely]] {
-                std::memcpy(inline_, bytes, inlineLength);
-                bits_ = static_cast<std::uint64_t>(text.size()) << flagBits;
-                return;
-            }
+        std::uint64_t packed = 0;
+        if (isInside() && text.size() <= insideLimit && packAscii(text, packed)) [[likely]] {
+            setInside(packed, text.size());
+            return;
         }
         assignElsewhere(memory, text);
     }
@@ -49,28 +55,46 @@ public:
     void append(DocumentMemory& memory, std::u16string_view text);
     /// Gives the memory back; the text is empty afterwards.
     void clear(DocumentMemory& memory) noexcept;
-    /// Whether the memory grew by appending; then it is a power of two.
-    [[nodiscard]] bool isGrown() const noexcept { return (bits_ & grownFlag) != 0; }
 
 private:
-    static constexpr std::size_t inlineLength = 8;
-    static constexpr unsigned flagBits = 2;
-    static constexpr std::uint64_t wideFlag = 1;
-    static constexpr std::uint64_t grownFlag = 2;
+    static constexpr std::size_t insideLimit = 7;
+    /// What the lowest bits say: the text is in the word itself, the bits above give its length;
+    /// or the word is an address, to which the memory is aligned.
+    static constexpr std::uint64_t insideFlag = 1;
+    static constexpr std::uint64_t wideFlag = 2;
+    /// The memory grew by appending; its size is a power of two.
+    static constexpr std::uint64_t grownFlag = 4;
+    static constexpr std::uint64_t allFlags = 7;
+    static constexpr unsigned flagBits = 3;
 
+    /// Outside, the length stands before the text in this form, and a longer one before that.
+    using ShortLength = std::uint32_t;
+    static constexpr ShortLength longMark = 0xFFFFFFFF;
+
+    [[nodiscard]] bool isInside() const noexcept { return (word_ & insideFlag) != 0; }
+    [[nodiscard]] std::size_t insideLength() const noexcept { return word_ >> flagBits & 7; }
+    void setInside(std::uint64_t packed, std::size_t length) noexcept {
+        word_ = packed << 8 | length << flagBits | insideFlag;
+    }
+
+    [[nodiscard]] char* outside() const noexcept {
+        return reinterpret_cast<char*>(word_ & ~allFlags) + sizeof(ShortLength);
+    }
+    [[nodiscard]] std::size_t outsideLength() const noexcept {
+        ShortLength length = 0;
+        std::memcpy(&length, outside() - sizeof length, sizeof length);
+        return length != longMark ? length : longLength();
+    }
+    [[nodiscard]] std::size_t longLength() const noexcept;
+    void setOutsideLength(std::size_t length) noexcept;
     [[nodiscard]] std::size_t unitSize() const noexcept { return isNarrow() ? 1 : 2; }
-    /// Whether the text stands in memory outside of the object.
-    [[nodiscard]] bool isOutside() const noexcept { return !isNarrow() || length() > inlineLength; }
+    [[nodiscard]] static std::size_t headerSize(std::size_t length) noexcept;
     [[nodiscard]] std::size_t capacity() const noexcept;
+    void adopt(void* piece, std::size_t length, std::uint64_t flags) noexcept;
     void assignElsewhere(DocumentMemory& memory, std::u16string_view text);
-    void adopt(void* outside, std::size_t length, std::uint64_t flags) noexcept;
+    void grow(DocumentMemory& memory, std::size_t length);
 
-    union {
-        char inline_[inlineLength] = {};
-        char* narrow_;
-        NuXmlChar* wide_;
-    };
-    std::uint64_t bits_ = 0;
+    std::uint64_t word_ = insideFlag;
 };
 
 } // namespace nu

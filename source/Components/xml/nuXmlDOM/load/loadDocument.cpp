@@ -104,7 +104,7 @@ bool TNuDOMDocument::LoadFromFile(const std::filesystem::path& fileName) {
 bool TNuDOMDocument::load(const host::DOMSource& source) {
     if (const auto* text = std::get_if<std::u16string_view>(&source)) {
         return text->starts_with(cNuLt) ? loadxml(*text)
-                                        : LoadFromFile(std::filesystem::path(*text));
+                                        : LoadFromFile(host::TFileStream::systemPath(*text));
     }
     if (const auto* stream = std::get_if<host::TStream*>(&source)) {
         if (*stream == nullptr) {
@@ -136,6 +136,9 @@ host::Ref<host::IDOMDocument> NuGetDOMDocument(std::u16string_view xml) {
 }
 
 host::Ref<host::IDOMDocument> NuGetDOMDocument(host::TStream* stream, bool freeStream) {
+    if (stream == nullptr) {
+        throw ENuDomException(nu::cNoStreamContents);
+    }
     const std::unique_ptr<host::TStream> owned(freeStream ? stream : nullptr);
     const NuRef<TNuDOMDocument> document = TNuDOMDocument::Create();
     document->LoadFromStream(*stream);

@@ -1,5 +1,7 @@
 #include "nuXmlDOM/load/saxToDomHandler.h"
 
+#include <typeinfo>
+
 #include "common/caseFolding.h"
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
@@ -7,6 +9,31 @@
 #include "nuXmlDOM/core/makeNode.h"
 #include "nuXmlDOM/core/nodeAccess.h"
 #include "nuXmlParser/unescape.h"
+#include "nuXmlSax/attributes.h"
+
+namespace {
+
+/// Calls `visit` with the name and the value of each attribute.
+template <class Visit> void forEachAttribute(host::IBufferedAttributes& attributes, Visit&& visit) {
+    // Those of the library's own readers can be had without calls.
+    if (typeid(attributes) == typeid(TNuSAXAttributes)) [[likely]] {
+        for (const TNuSAXAttribute& own : static_cast<TNuSAXAttributes&>(attributes).all()) {
+            visit(own.qNameSpan(), own.valueSpan());
+        }
+        return;
+    }
+    const host::SAXLength count = attributes.getLength();
+    for (host::SAXLength index = 0; index < count; ++index) {
+        const host::SAXChar* text = nullptr;
+        host::SAXLength length = 0;
+        attributes.getQName(index, text, length);
+        const std::u16string_view name(text, static_cast<std::size_t>(length));
+        attributes.getValue(index, text, length);
+        visit(name, std::u16string_view(text, static_cast<std::size_t>(length)));
+    }
+}
+
+} // namespace
 
 TNuSaxToDomHandler::TNuSaxToDomHandler(TNuSAXXMLReader& reader, TNuDOMDocument& document,
                                        TNuDOMNode* parent)
@@ -68,16 +95,10 @@ void TNuSaxToDomHandler::startElement(std::u16string_view uri, std::u16string_vi
         auto& element = nu::NodeAccess::make<TNuDOMElement>(*document_, name);
         append(element);
         // 2. Its attributes, namespace declarations among them.
-        const host::SAXLength count = attributes.getLength();
-        const std::uint64_t number = count > 0 ? document_->names().nextLoadedElement() : 0;
-        for (host::SAXLength index = 0; index < count; ++index) {
-            const host::SAXChar* text = nullptr;
-            host::SAXLength length = 0;
-            attributes.getQName(index, text, length);
-            const std::u16string_view attributeName(text, static_cast<std::size_t>(length));
-            attributes.getValue(index, text, length);
-            addAttribute(element, number, attributeName, {text, static_cast<std::size_t>(length)});
-        }
+        const std::uint64_t number = document_->names().nextLoadedElement();
+        forEachAttribute(attributes, [&](std::u16string_view attribute, std::u16string_view value) {
+            addAttribute(element, number, attribute, value);
+        });
         // 3. What follows goes below it.
         current_ = &element;
     });
@@ -85,7 +106,11 @@ void TNuSaxToDomHandler::startElement(std::u16string_view uri, std::u16string_vi
 
 void TNuSaxToDomHandler::addAttribute(TNuDOMElement& element, std::uint64_t elementNumber,
                                       std::u16string_view name, std::u16string_view value) {
-    // 1. The name; a second attribute of one name changes the value of the first.
+    // 1. The value: references in it are replaced, and what is kept is escaped again. For most
+    //    values both change nothing.
+    const bool isPlain = nu::isPlainText(value);
+    const NuXmlString replaced = isPlain ? NuXmlString() : NuXMLToStr(value);
+    // 2. The name; a second attribute of one name changes the value of the first.
     const nu::NodeName* known = nameFor(name, {});
     TNuDOMAttribute* attribute = known->loadedAttribute;
     if (known->loadedElement != elementNumber) {
@@ -94,13 +119,11 @@ void TNuSaxToDomHandler::addAttribute(TNuDOMElement& element, std::uint64_t elem
         known->loadedElement = elementNumber;
         known->loadedAttribute = attribute;
     }
-    // 2. The value: references in it are replaced, and what is kept is escaped again. For most
-    //    values both change nothing.
     nu::StoredText& stored = nu::NodeAccess::stored(*attribute);
-    if (nu::isPlainText(value)) {
+    if (isPlain) [[likely]] {
         stored.assign(document_->memory(), value);
     } else {
-        nu::assignEscaped(stored, document_->memory(), NuXMLToStr(value));
+        nu::assignEscaped(stored, document_->memory(), replaced);
     }
 }
 
