@@ -41,11 +41,22 @@ int systemFlags(unsigned mode) {
     }
 }
 
+/// Opens a file, but no folder, which the system would open to be read and then not read.
+int openFile(const std::filesystem::path& path, unsigned mode) noexcept {
+    const int descriptor = ::open(path.c_str(), systemFlags(mode) | O_CLOEXEC, 0666);
+    struct stat status = {};
+    if (descriptor >= 0 && ::fstat(descriptor, &status) == 0 && S_ISDIR(status.st_mode)) {
+        ::close(descriptor);
+        errno = EISDIR;
+        return -1;
+    }
+    return descriptor;
+}
+
 } // namespace
 
 TFileStream::TFileStream(const std::filesystem::path& path, unsigned mode)
-    : descriptor_(::open(path.c_str(), systemFlags(mode) | O_CLOEXEC, 0666)),
-      isWritable_((systemFlags(mode) & O_ACCMODE) != O_RDONLY) {
+    : descriptor_(openFile(path, mode)), isWritable_((systemFlags(mode) & O_ACCMODE) != O_RDONLY) {
     if (descriptor_ < 0) {
         const int error = errno;
         throw EFileOpenError(formatMessage(mode == fmCreate ? u"Cannot create file \"%s\". %s"

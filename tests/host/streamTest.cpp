@@ -229,6 +229,8 @@ TEST(FileStream, saysWhatItCannotDo) {
                   "Cannot open file \"" + file.path.string() + "\". No such file or directory");
     }
     EXPECT_THROW(host::TFileStream(file.path / "x", host::fmCreate), host::EFileOpenError);
+    EXPECT_THROW(host::TFileStream(file.path.parent_path(), host::fmOpenRead),
+                 host::EFileOpenError);
     std::ofstream(file.path) << "abc";
     host::TFileStream reader(file.path, host::fmOpenRead);
     EXPECT_THROW(reader.Write("x", 1), host::EWriteError);
