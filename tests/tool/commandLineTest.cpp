@@ -94,6 +94,9 @@ const Case outputs[] = {
     {"script -qec '{ printf \"<a>\"; sleep 1.2; printf x; sleep 0.1; printf \"</a>\"; } | nuxml "
      "events >quiet' /dev/null </dev/null",
      0, "\r\x1B[Kreading standard input: 0 kB\r\x1B[K", ""},
+    {"script -qec '{ printf \"<a>\"; sleep 1.2; printf \"</a>\"; } | nuxml format --large >quiet' "
+     "/dev/null </dev/null",
+     0, "\r\x1B[Kreading standard input: 0 kB\r\x1B[K", ""},
     {"{ printf '<a>'; sleep 1.2; printf '</a>'; } | nuxml events >quiet", 0, "", ""},
 };
 INSTANTIATE_TEST_SUITE_P(Outputs, CommandLine, testing::ValuesIn(outputs));

@@ -28,6 +28,8 @@ const ShellCase changes[] = {
     // The text keeps its lines.
     {R"(printf '<a>\n  <b/>\n</a>\n' | nuxml edit --create a/c=1)", 0,
      "<a>\n  <b/>\n  <c>1</c>\n</a>\n", ""},
+    {R"(printf '<a k="\303\251">\n  <b/>\n</a>\n' | nuxml edit --large --create a/c=1)", 0,
+     "<a k=\"\xC3\x83\xC2\xA9\">\n  <b/>\n  <c>1</c>\n</a>\n", ""},
     {R"(printf '<a>\r\n<b/>\r\n</a>' | nuxml edit --create a/c=1)", 0,
      "<a>\r\n  <b/>\r\n  <c>1</c>\r\n</a>", ""},
     {R"(printf '<a>\n<b/>x <i>y</i>\n z</a>' | nuxml edit --create a/c=1)", 0,

@@ -32,6 +32,12 @@ const Case cases[] = {
     {"printf '<?xml encoding=\"utf-16\" standalone=\"yes\"?><a/>' | iconv -t utf-16 |"
      "nuxml format --compact",
      0, "<?xml encoding=\"UTF-8\" standalone=\"yes\"?><a/>", ""},
+    // In pieces only what is declared or marked as UTF-8 is UTF-8, in files and pipes.
+    {"printf '<a>\xC3\xA9</a>' >undeclared; nuxml format --large undeclared; "
+     "nuxml format --large <undeclared; cat undeclared | nuxml format --large; "
+     "nuxml format --large library.xml | cmp - once",
+     0, "<a>\xC3\x83\xC2\xA9</a><a>\xC3\x83\xC2\xA9</a><a>\xC3\x83\xC2\xA9</a>",
+     "nuxml: library.xml: the document type declaration is not kept\n"},
     // In place: the file and nothing else, its rights stay, and so does it when there is a fault.
     {"mkdir in; cd in; printf '<a><b/></a>' >x; chmod 600 x; nuxml format -i x; cat x; ls -A;"
      "stat -c %a x",

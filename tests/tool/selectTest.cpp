@@ -21,6 +21,7 @@ const ShellCase forms[] = {
      "--path //poem two.xml library.xml; nuxml select --value //poem/@of library.xml two.xml",
      0, "library.xml:1\ntwo.xml:1\ntwo.xml:/library/poem\nlibrary.xml:/library/poem\nb001\nb001\n",
      ""},
+    {"printf '<a>\xC3\xA9</a>' | nuxml select --large --value a", 0, "\xC3\x83\xC2\xA9\n", ""},
 };
 TEST(Select, ShowsResultsInFourForms) { expectShell(forms); }
 
@@ -74,5 +75,15 @@ const ShellCase failures[] = {
      "nuxml: the path is not UTF-8; see \"nuxml select --help\"\n"},
 };
 TEST(Select, TellsWhyThereIsNothing) { expectShell(failures); }
+
+// Of input without a size, 72 MB of it, only the tree is held; the sanitizers need more.
+TEST(Select, OfLongInputHoldsNothingButTheTree) {
+    const std::string limit = std::string_view(NUXML_SANITIZE).empty() ? "ulimit -v 120000; " : "";
+    const ShellResult result = runShell(
+        "{ printf '<a>'; yes \"$(printf '%65536s' '')<b/>\" | head -n 1100; printf '</a>'; } | "
+        "{ " +
+        limit + "nuxml select --count a/b; }");
+    EXPECT_EQ(result.output, "1100\n") << result.errors;
+}
 
 } // namespace

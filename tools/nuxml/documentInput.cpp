@@ -1,5 +1,6 @@
 #include "documentInput.h"
 
+#include <algorithm>
 #include <optional>
 
 #include "common/codePage.h"
@@ -10,16 +11,57 @@
 
 namespace tool {
 
-LoadedDocument loadDocument(Console& console, std::string_view name) {
+namespace {
+
+/// What a document is read from: tells how far the reading has come, and sees how the text stands
+/// on its lines.
+class SourceStream final : public host::TStream {
+public:
+    SourceStream(host::TStream& source, std::string_view name, Progress& progress)
+        : source_(source), name_(name), progress_(progress) {}
+
+    [[nodiscard]] SourceLayout layout() const { return layout_.layout(); }
+
+    std::size_t Read(void* buffer, std::size_t count) override {
+        const std::size_t length = source_.Read(buffer, count);
+        // A reader looks at the start and goes back to it.
+        const auto known = static_cast<std::size_t>(
+            std::min(seen_ - position_, static_cast<std::int64_t>(length)));
+        layout_.see({static_cast<const char*>(buffer) + known, length - known});
+        position_ += static_cast<std::int64_t>(length);
+        seen_ = std::max(seen_, position_);
+        showReading(progress_, name_, position_);
+        return length;
+    }
+    std::size_t Write(const void* /*buffer*/, std::size_t /*count*/) override { return 0; }
+    std::int64_t Seek(std::int64_t offset, host::SeekOrigin origin) override {
+        position_ = source_.Seek(offset, origin);
+        return position_;
+    }
+    std::int64_t GetSize() override { return source_.GetSize(); }
+
+private:
+    host::TStream& source_;
+    std::string_view name_;
+    Progress& progress_;
+    LayoutFinder layout_;
+    std::int64_t position_ = 0;
+    std::int64_t seen_ = 0; ///< up to where the text was read at least once
+};
+
+} // namespace
+
+LoadedDocument loadDocument(Console& console, std::string_view name, bool isLarge) {
     // Text that does not say what it is is UTF-8, whatever the environment says.
     NuSetSystemCodePage(cNuCodePageUtf8);
-    const auto stream = openInput(name, console.progress());
+    const Input input = openInput(name, isLarge, console.progress());
+    SourceStream stream(*input.stream, name, console.progress());
     const std::string_view shown = displayName(name);
     LoadedDocument loaded{TNuDOMDocument::Create()};
-    loaded.layout = layoutOf(*stream);
 
     // 1. The tree is built from a reader that also tells about faults and their places.
     TNuSAXXMLReader reader;
+    reader.SetParserChoice(input.parserChoice);
     const auto handler = host::makeRef<TNuSaxToDomHandler>(reader, *loaded.document);
     reader.setContentHandler(handler);
     reader.OnComment = [&](auto& text) { handler->comment(text.WideView()); };
@@ -38,16 +80,18 @@ LoadedDocument loadDocument(Console& console, std::string_view name) {
     // 2. What leaves the parse is a fault as well, a fatal one also where it returned normally.
     std::optional<std::u16string> exceptionMessage;
     try {
-        reader.Parse(*stream);
+        reader.Parse(stream);
     } catch (const std::exception&) {
         exceptionMessage = host::currentExceptionMessage();
     }
+    console.progress().clear();
     if (fatality) {
         loaded.exitCode = explain(console, shown, *fatality);
     } else if (exceptionMessage) {
         console.complain(shown, *exceptionMessage);
         loaded.exitCode = exitFault;
     }
+    loaded.layout = stream.layout();
     if (loaded.exitCode != exitDone) {
         loaded.document.reset();
     }

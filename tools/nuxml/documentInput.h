@@ -17,8 +17,9 @@ struct LoadedDocument {
     SourceLayout layout{};
 };
 
-/// Loads a file or standard input and says on standard error what is wrong with it. Throws
-/// InputError when it cannot be opened.
-LoadedDocument loadDocument(Console& console, std::string_view name);
+/// Loads a file or standard input and says on standard error what is wrong with it. The tree is all
+/// that is held of a long input. Throws InputError when it cannot be opened.
+/// \param isLarge whether it is read in pieces, however short it is
+LoadedDocument loadDocument(Console& console, std::string_view name, bool isLarge);
 
 } // namespace tool

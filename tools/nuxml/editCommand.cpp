@@ -29,6 +29,7 @@ struct Operation {
 
 struct Options {
     std::vector<Operation> operations;
+    bool isLarge = false;
     std::string_view source = standardInput;
     std::string_view target = standardInput;
 };
@@ -57,9 +58,9 @@ Options readOptions(Arguments arguments) {
     bool isInPlace = false;
     std::optional<std::string_view> target;
     std::vector<GivenOption> given;
-    const auto operands =
-        parseArguments(arguments, {{"-i", isInPlace}}, {{"-o", target}},
-                       {{setOption, given}, {createOption, given}, {deleteOption, given}});
+    const auto operands = parseArguments(
+        arguments, {{largeOption, options.isLarge}, {"-i", isInPlace}}, {{"-o", target}},
+        {{setOption, given}, {createOption, given}, {deleteOption, given}});
     for (const GivenOption& option : given) {
         options.operations.push_back(operationOf(option));
     }
@@ -161,7 +162,7 @@ ExitCode applyAll(Console& console, TNuDOMDocument& document, const Options& opt
 
 ExitCode runEdit(Console& console, Arguments arguments) {
     const Options options = readOptions(arguments);
-    const LoadedDocument loaded = loadDocument(console, options.source);
+    const LoadedDocument loaded = loadDocument(console, options.source, options.isLarge);
     if (!loaded.document) {
         return loaded.exitCode;
     }

@@ -24,7 +24,7 @@ namespace {
 struct Options {
     bool asJson = false;
     bool showsPlaces = false;
-    bool isLarge = false; ///< read in pieces, however short
+    bool isLarge = false;
 };
 
 /// The class of an exception without its namespace.
@@ -55,8 +55,7 @@ ExitCode showEvents(Console& console, const Input& input, std::string_view name,
     reader.setContentHandler(handler);
     reader.setLexicalHandler(handler);
     reader.setErrorHandler(handler);
-    reader.SetParserChoice(options.isLarge || !input.hasSize ? TNuSaxParserChoice::LargeStream
-                                                             : TNuSaxParserChoice::BySize);
+    reader.SetParserChoice(input.parserChoice);
 
     // 2. What leaves the parse is shown as well.
     std::optional<std::u16string> exceptionMessage;
@@ -81,7 +80,7 @@ ExitCode showEvents(Console& console, const Input& input, std::string_view name,
 ExitCode showInput(Console& console, std::string_view name, const Options& options,
                    bool isOneOfSeveral) {
     try {
-        const Input input = openForReading(name, options.isLarge, console.progress());
+        const Input input = openInput(name, options.isLarge, console.progress());
         if (options.asJson) {
             EventJson format(console.output());
             return showEvents(console, input, displayName(name), format, options);
@@ -90,8 +89,6 @@ ExitCode showInput(Console& console, std::string_view name, const Options& optio
                          isOneOfSeveral ? host::utf8ToUtf16(displayName(name)) : u"");
         return showEvents(console, input, displayName(name), format, options);
     } catch (const InputError& error) {
-        console.complain(error.what());
-    } catch (const host::EStreamError& error) {
         console.complain(error.what());
     }
     return exitInputOutput;
@@ -103,7 +100,7 @@ ExitCode runEvents(Console& console, Arguments arguments) {
     Options options;
     auto inputs = parseArguments(arguments, {{"--json", options.asJson},
                                              {"--positions", options.showsPlaces},
-                                             {"--large", options.isLarge}});
+                                             {largeOption, options.isLarge}});
     if (inputs.empty()) {
         inputs.push_back({standardInput, false});
     }

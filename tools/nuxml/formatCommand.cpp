@@ -13,6 +13,7 @@ namespace {
 
 struct Options {
     bool isCompact = false;
+    bool isLarge = false;
     std::string_view source = standardInput;
     std::string_view target = standardInput;
 };
@@ -22,7 +23,9 @@ Options readOptions(Arguments arguments) {
     bool isInPlace = false;
     std::optional<std::string_view> target;
     const auto operands = parseArguments(
-        arguments, {{"--compact", options.isCompact}, {"-i", isInPlace}}, {{"-o", target}});
+        arguments,
+        {{"--compact", options.isCompact}, {largeOption, options.isLarge}, {"-i", isInPlace}},
+        {{"-o", target}});
     if (operands.size() > 1) {
         throw UsageError("more than one file");
     }
@@ -37,7 +40,7 @@ Options readOptions(Arguments arguments) {
 
 ExitCode runFormat(Console& console, Arguments arguments) {
     const Options options = readOptions(arguments);
-    const LoadedDocument loaded = loadDocument(console, options.source);
+    const LoadedDocument loaded = loadDocument(console, options.source, options.isLarge);
     if (!loaded.document) {
         return loaded.exitCode;
     }

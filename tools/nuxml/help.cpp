@@ -43,11 +43,14 @@ Options
   --json       each line is an object of JSON
   --positions  with the line and the column where the reader stood at the event
   --large      read in pieces, as everything from 32 MiB on is: every character counts as a
-               column, the end as well, and only declared or marked UTF-8 is UTF-8
+               column, the end as well, and only declared or marked UTF-8 is UTF-8;
+               standard input is shown as it comes
   --           everything behind it is a file
 
 Text stands as it was written: references such as "&amp;" are not expanded. Without --json,
 control characters, unpaired surrogates and the backslash are escaped.
+
+Input of 32 MiB and more is never held in memory as a whole.
 
 With several files the work goes on behind one that fails, and the highest exit code counts: 3 when a
 fault ended a parse, 4 when a file could not be read.
@@ -58,24 +61,30 @@ Examples
   curl --silent https://example.org/feed.xml | nuxml events
 )";
 
-const std::string_view format = R"(usage: nuxml format [--compact] [-o FILE | -i] [FILE]
+const std::string_view format = R"(usage: nuxml format [--compact] [--large] [-o FILE | -i] [FILE]
 
 Writes a document with line breaks and two blanks of indentation a level. "-" or no file is standard
 input, and standard output unless -o or -i says otherwise.
 
 Options
   --compact  without line breaks and indentation
+  --large    read in pieces, as everything from 32 MiB on is; see "nuxml events --help"
   -o FILE    write to FILE, which may be the one that is read
   -i         write to the file that is read
   --         everything behind it is a file
 
-White space between tags goes, text stays as it is, and so does what an attribute xml:space preserves.
-Line breaks are CR LF. Attribute values get double quotes, elements without content end with "/>".
+White space between tags goes, and so do line breaks and tabs in comments and instructions. Elements
+beside text get lines of their own as well, which adds white space to that text, each time anew;
+--compact adds none. What an attribute xml:space preserves gets a line break before each comment and
+instruction and nothing else. Line breaks are CR LF. Elements without content end with "/>".
 
 The output is UTF-8 without a byte-order mark; a declaration that names another encoding is made to
 name this one. A file is replaced when the new one is complete, otherwise the old one stays.
 
 A document type declaration is not kept; -i leaves a document that has one alone.
+
+The whole document is held in memory, that of standard input as well; "nuxml events" shows documents
+of any length.
 
 Examples
   nuxml format library.xml
@@ -101,6 +110,7 @@ Options
   --count  only how many there are
   -I, --ignore-case       without regard to letter case in names and values
   -N, --ignore-namespace  without regard to prefixes, by local names
+  --large  read in pieces, as everything from 32 MiB on is; see "nuxml events --help"
   --       what follows is the path and files
 
 An attribute step finds local names in any letter case: "@id" is also "loan:id". With several files,
@@ -109,6 +119,9 @@ An attribute step finds local names in any letter case: "@id" is also "loan:id".
 The exit code is 0 when anything matched in any of the files, and 1 when nothing did. The work goes on
 behind a file that fails with 3 or 4; a mistake in the path ends it with 2.
 
+The whole document is held in memory, that of standard input as well; "nuxml events" shows documents
+of any length.
+
 Examples
   nuxml select "//book[@lang='en']/title" library.xml
   nuxml select --value -N //state/@due library.xml
@@ -116,7 +129,7 @@ Examples
 )";
 
 const std::string_view edit =
-    R"(usage: nuxml edit CHANGE... [-i | -o FILE] [FILE]
+    R"(usage: nuxml edit CHANGE... [--large] [-i | -o FILE] [FILE]
 
 Changes a document and writes it. "-" or no file is standard input, and standard output unless -o or
 -i says otherwise. Paths are those of "nuxml select".
@@ -130,6 +143,7 @@ The first "=" outside of brackets and quotes ends the path. VALUE is plain text:
 escaped where they are written.
 
 Options
+  --large  read in pieces, as everything from 32 MiB on is; see "nuxml events --help"
   -o FILE  write to FILE, which may be the one that is read
   -i       write to the file that is read
   --       everything behind it is a file
@@ -137,9 +151,12 @@ Options
 All changes are made or none: when one of them matches nothing, nothing is written, and the exit code
 is 1. A file is replaced when the new one is complete.
 
-The document is written with line breaks and indentation if it was read so, else on as few lines as its
-text allows. The output is UTF-8 without a byte-order mark; a declaration that names another encoding is
+A document that was read with line breaks and indentation is written as "nuxml format" does, with the
+line ends that it had; another one as with --compact. The output is UTF-8 without a byte-order mark; a declaration that names another encoding is
 made to name this one. A document type declaration is not kept; -i leaves a document that has one alone.
+
+The whole document is held in memory, that of standard input as well; "nuxml events" shows documents
+of any length.
 
 Examples
   nuxml edit -i --set config/server/port=8080 config.xml

@@ -12,8 +12,8 @@
 #include <utility>
 
 #include "forwardStream.h"
+#include "host/runtime/exception.h"
 #include "host/runtime/fileStream.h"
-#include "nuXmlSax.h"
 
 namespace tool {
 
@@ -45,10 +45,7 @@ std::unique_ptr<host::TMemoryStream> readAll(int descriptor, std::string_view na
         } else if (errno != EINTR) {
             fail("read", name, errno);
         }
-        if (progress.isDue()) {
-            progress.show("reading " + std::string(displayName(name)) + ": " +
-                          std::to_string(fill / 1000) + " kB");
-        }
+        showReading(progress, name, static_cast<std::int64_t>(fill));
     }
     progress.clear();
     stream->SetSize(static_cast<std::int64_t>(fill));
@@ -81,8 +78,12 @@ Opened open(std::string_view name) {
     // 2. A file without a size may hold something all the same, below /proc for example.
     std::unique_ptr<host::TStream> file;
     if (S_ISREG(status.st_mode) && status.st_size > 0) {
-        file = std::make_unique<host::TFileStream>(std::filesystem::path(path),
-                                                   host::fmOpenRead | host::fmShareDenyNone);
+        try {
+            file = std::make_unique<host::TFileStream>(std::filesystem::path(path),
+                                                       host::fmOpenRead | host::fmShareDenyNone);
+        } catch (const host::EStreamError& error) {
+            throw InputError(error.what());
+        }
     }
     return {std::move(descriptor), std::move(file)};
 }
@@ -97,25 +98,29 @@ std::unique_ptr<host::TMemoryStream> readStandardInput(Progress& progress) {
     return readAll(STDIN_FILENO, standardInput, progress);
 }
 
-std::unique_ptr<host::TStream> openInput(std::string_view name, Progress& progress) {
-    Opened input = open(name);
-    return input.file ? std::move(input.file) : readAll(input.descriptor.number(), name, progress);
+void showReading(Progress& progress, std::string_view name, std::int64_t count) {
+    if (progress.isDue()) {
+        progress.show("reading " + std::string(displayName(name)) + ": " +
+                      std::to_string(count / 1000) + " kB");
+    }
 }
 
-Input openForReading(std::string_view name, bool isPassedOn, Progress& progress) {
+Input openInput(std::string_view name, bool isLarge, Progress& progress) {
     Opened input = open(name);
     if (input.file) {
-        return {std::move(input.file), true};
+        return {std::move(input.file),
+                isLarge ? TNuSaxParserChoice::LargeStream : TNuSaxParserChoice::BySize};
     }
     auto start = std::make_unique<host::TMemoryStream>();
-    if (!isPassedOn) {
+    if (!isLarge) {
         constexpr auto limit = static_cast<std::size_t>(TNuSAXXMLReader::largeStreamSize);
         start = readAll(input.descriptor.number(), name, progress, limit);
         if (start->GetSize() < TNuSAXXMLReader::largeStreamSize) {
-            return {std::move(start), true};
+            return {std::move(start), TNuSaxParserChoice::SmallStream};
         }
     }
-    return {std::make_unique<ForwardStream>(std::move(input.descriptor), std::move(start)), false};
+    return {std::make_unique<ForwardStream>(std::move(input.descriptor), std::move(start)),
+            TNuSaxParserChoice::LargeStream};
 }
 
 } // namespace tool

@@ -7,12 +7,16 @@
 
 #include "host/runtime/memoryStream.h"
 #include "host/runtime/stream.h"
+#include "nuXmlSax.h"
 #include "progress.h"
 
 namespace tool {
 
 /// The name that stands for standard input.
 inline constexpr std::string_view standardInput = "-";
+
+/// The option that has an input read in pieces, however short it is.
+inline constexpr std::string_view largeOption = "--large";
 
 /// An input cannot be opened or read; what() says which and why.
 class InputError : public std::runtime_error {
@@ -26,18 +30,16 @@ std::string_view displayName(std::string_view name) noexcept;
 /// An input to be read once from front to back.
 struct Input {
     std::unique_ptr<host::TStream> stream;
-    bool
-        hasSize; ///< otherwise the stream cannot tell how long it is, and go back only at its start
+    TNuSaxParserChoice parserChoice; ///< what a reader has to take for this stream
 };
 
 /// Opens an input at its start. What has no size, standard input for example, is read into memory
-/// if it is a small stream for the reader, and passed on as it comes if it is longer or
-/// `isPassedOn`. Throws InputError.
-Input openForReading(std::string_view name, bool isPassedOn, Progress& progress);
+/// if it is a small stream for the reader, and passed on as it comes if it is longer or `isLarge`:
+/// then the stream cannot tell how long it is, and go back only at its start. Throws InputError.
+Input openInput(std::string_view name, bool isLarge, Progress& progress);
 
-/// Opens an input at its start: a file as it is, everything that has no size (standard input,
-/// pipes, devices) read into memory. Throws InputError.
-std::unique_ptr<host::TStream> openInput(std::string_view name, Progress& progress);
+/// Tells that so many bytes of an input were read, if it is time to.
+void showReading(Progress& progress, std::string_view name, std::int64_t count);
 
 /// Everything that is left of standard input. Throws InputError.
 std::unique_ptr<host::TMemoryStream> readStandardInput(Progress& progress);

@@ -21,6 +21,7 @@ struct Options {
     std::u16string path;
     TNuDOMSelectOptions select;
     Form form = Form::Xml;
+    bool isLarge = false;
     std::vector<Operand> inputs;
 };
 
@@ -31,6 +32,7 @@ Options readOptions(Arguments arguments) {
     bool asCount = false;
     bool ignoresCase = false;
     bool ignoresNamespace = false;
+    Options options;
     auto operands = parseArguments(arguments, {{"--xml", asXml},
                                                {"--value", asValue},
                                                {"--path", asPath},
@@ -38,7 +40,8 @@ Options readOptions(Arguments arguments) {
                                                {"-I", ignoresCase},
                                                {"--ignore-case", ignoresCase},
                                                {"-N", ignoresNamespace},
-                                               {"--ignore-namespace", ignoresNamespace}});
+                                               {"--ignore-namespace", ignoresNamespace},
+                                               {largeOption, options.isLarge}});
     if (operands.empty()) {
         throw UsageError("a path is missing");
     }
@@ -46,7 +49,6 @@ Options readOptions(Arguments arguments) {
         throw UsageError("--xml, --value, --path and --count exclude each other");
     }
 
-    Options options;
     options.path = pathFromArgument(operands.front().text);
     options.form = asValue ? Form::Value : asPath ? Form::Path : asCount ? Form::Count : Form::Xml;
     options.select = (ignoresCase ? soCaseInsensitive : TNuDOMSelectOptions()) |
@@ -179,14 +181,12 @@ Outcome showResults(Console& console, TNuDOMDocument& document, std::string_view
 
 Outcome selectFrom(Console& console, std::string_view name, const Options& options) {
     try {
-        const LoadedDocument loaded = loadDocument(console, name);
+        const LoadedDocument loaded = loadDocument(console, name, options.isLarge);
         if (!loaded.document) {
             return {loaded.exitCode};
         }
         return showResults(console, *loaded.document, displayName(name), options);
     } catch (const InputError& error) {
-        console.complain(error.what());
-    } catch (const host::EStreamError& error) {
         console.complain(error.what());
     }
     return {exitInputOutput};

@@ -1,15 +1,13 @@
 #include "sourceLayout.h"
 
 #include <algorithm>
-#include <cstring>
-#include <string>
-#include <vector>
 
 namespace tool {
 
 namespace {
 
-constexpr std::size_t blockSize = std::size_t{64} * 1024;
+/// How much of the end of a text is looked at, at least.
+constexpr std::size_t longestTail = std::size_t{64} * 1024;
 
 /// Whether the last end tag of the text stands alone on its line, behind another tag.
 bool endsOnLineOfItsOwn(std::string_view text) {
@@ -24,23 +22,20 @@ bool endsOnLineOfItsOwn(std::string_view text) {
 
 } // namespace
 
-SourceLayout layoutOf(host::TStream& stream) {
-    SourceLayout layout;
-    std::vector<char> block(blockSize);
-    std::string tail;
-    stream.SetPosition(0);
-    while (const std::size_t count = stream.Read(block.data(), block.size())) {
-        layout.endsLinesWithCR =
-            layout.endsLinesWithCR || std::memchr(block.data(), '\r', count) != nullptr;
-        // The end tag may stand in two blocks.
-        tail.erase(0, tail.size() > blockSize ? tail.size() - blockSize : 0);
-        tail.append(block.data(), count);
+void LayoutFinder::see(std::string_view piece) {
+    hasCR_ = hasCR_ || piece.find('\r') != piece.npos;
+    // The last end tag may stand in two pieces.
+    piece.remove_prefix(piece.size() > longestTail ? piece.size() - longestTail : 0);
+    if (tail_.size() + piece.size() > 2 * longestTail) {
+        tail_.erase(0, tail_.size() - longestTail);
     }
-    stream.SetPosition(0);
+    tail_ += piece;
+}
+
+SourceLayout LayoutFinder::layout() const {
+    std::string tail = tail_;
     tail.erase(std::remove(tail.begin(), tail.end(), '\0'), tail.end()); // of UTF-16
-    layout.hasLines = endsOnLineOfItsOwn(tail);
-    layout.endsWithLine = tail.ends_with('\n');
-    return layout;
+    return {endsOnLineOfItsOwn(tail), hasCR_, tail.ends_with('\n')};
 }
 
 } // namespace tool

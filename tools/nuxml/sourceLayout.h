@@ -1,6 +1,7 @@
 #pragma once
 
-#include "host/runtime/stream.h"
+#include <string>
+#include <string_view>
 
 namespace tool {
 
@@ -12,7 +13,17 @@ struct SourceLayout {
     bool endsWithLine = false;    ///< the last line ends as well
 };
 
-/// Reads a stream from its start to its end and leaves it at its start.
-SourceLayout layoutOf(host::TStream& stream);
+/// Finds the layout of a text that it sees in pieces.
+class LayoutFinder {
+public:
+    /// What follows in the text.
+    void see(std::string_view piece);
+    /// The layout of what was seen.
+    [[nodiscard]] SourceLayout layout() const;
+
+private:
+    bool hasCR_ = false;
+    std::string tail_; ///< the end of what was seen
+};
 
 } // namespace tool
