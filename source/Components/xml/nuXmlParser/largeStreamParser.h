@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <exception>
 #include <optional>
 
@@ -7,6 +8,7 @@
 #include "nuXmlParser/baseParser.h"
 #include "nuXmlParser/markupBlock.h"
 #include "nuXmlParser/reservedMemory.h"
+#include "nuXmlParser/scan.h"
 #include "nuXmlParser/streamDecoder.h"
 #include "nuXmlParser/textCounter.h"
 
@@ -91,10 +93,8 @@ public:
     /// character to `append` (pointer and length, a run at a time) and does ReadXmlChar.
     template <class Append> void copyUntil(NuXmlChar stop, Append&& append) {
         while (!eof_ && *currPtr_ != stop) {
-            PNuXmlChar end = currPtr_ + 1;
-            while (end < last_ && *end >= cNuSpace && *end != stop) {
-                ++end;
-            }
+            const PNuXmlChar next = currPtr_ + 1;
+            const PNuXmlChar end = nu::findControlOr(stop, next, std::max(next, last_));
             append(currPtr_, static_cast<std::size_t>(end - currPtr_));
             currPtr_ = end - 1;
             readPtr_ = end;

@@ -3,6 +3,7 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <type_traits>
 
 #include "common/simd.h"
@@ -51,6 +52,21 @@ inline __m128i loadHalves(const char16_t* from, const char16_t* others) noexcept
     return _mm_packs_epi16(loadBlock(from), loadBlock(others));
 }
 
+/// Four characters and four others as the first bytes.
+inline __m128i loadQuarters(const char* from, const char* others) noexcept {
+    std::int32_t four[2];
+    std::memcpy(&four[0], from, sizeof four[0]);
+    std::memcpy(&four[1], others, sizeof four[1]);
+    return _mm_set_epi32(0, 0, four[1], four[0]);
+}
+
+inline __m128i loadQuarters(const char16_t* from, const char16_t* others) noexcept {
+    const __m128i eight =
+        _mm_unpacklo_epi64(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(from)),
+                           _mm_loadl_epi64(reinterpret_cast<const __m128i*>(others)));
+    return _mm_packs_epi16(eight, _mm_setzero_si128());
+}
+
 /// One bit for each byte, set where it is one of `sought`.
 template <char... sought> unsigned findInBytes(__m128i bytes) noexcept {
     __m128i marks = _mm_setzero_si128();
@@ -81,15 +97,20 @@ template <char... sought, class Unit> unsigned findInBlock(const Unit* from) noe
 template <char... sought, class Unit>
 const Unit* findInRest(const Unit* from, const Unit* end) noexcept {
 #if defined(__SSE2__)
-    constexpr int half = 8;
-    if (end - from >= half) {
-        // The halves overlap; a match that both hold is found in the first.
-        const unsigned found = simd::findInBytes<sought...>(simd::loadHalves(from, end - half));
+    // Two pieces overlap; a match that both hold is found in the first.
+    const auto placeOf = [from, end](unsigned found, int piece) {
         if (found == 0) {
             return end;
         }
         const int index = std::countr_zero(found);
-        return index < half ? from + index : end - (2 * half - index);
+        return index < piece ? from + index : end - (2 * piece - index);
+    };
+    if (end - from >= 8) {
+        return placeOf(simd::findInBytes<sought...>(simd::loadHalves(from, end - 8)), 8);
+    }
+    if (end - from >= 4) {
+        const __m128i eight = simd::loadQuarters(from, end - 4);
+        return placeOf(simd::findInBytes<sought...>(eight) & 0xFF, 4);
     }
 #endif
     while (from != end && !isOneOf<sought...>(*from)) {
@@ -133,6 +154,30 @@ template <char... sought, class Unit>
 } // namespace simd
 
 #endif
+
+/// The first place from `from` on that holds `stop` or a control character, or `end`.
+inline const char16_t* findControlOr(char16_t stop, const char16_t* from,
+                                     const char16_t* end) noexcept {
+    constexpr char16_t firstSolid = 0x20;
+#if defined(__SSE2__)
+    constexpr std::ptrdiff_t step = 8;
+    const __m128i lastControl = _mm_set1_epi16(firstSolid - 1);
+    const __m128i stops = _mm_set1_epi16(static_cast<short>(stop));
+    for (; end - from >= step; from += step) {
+        const __m128i units = simd::loadBlock(from);
+        const __m128i above = _mm_subs_epu16(units, lastControl);
+        const __m128i marks = _mm_or_si128(_mm_cmpeq_epi16(above, _mm_setzero_si128()),
+                                           _mm_cmpeq_epi16(units, stops));
+        if (const int found = _mm_movemask_epi8(marks); found != 0) {
+            return from + std::countr_zero(static_cast<unsigned>(found)) / 2;
+        }
+    }
+#endif
+    while (from != end && *from >= firstSolid && *from != stop) {
+        ++from;
+    }
+    return from;
+}
 
 /// The first place from `from` on that holds one of `sought`, or `end`.
 template <char... sought, class Unit>

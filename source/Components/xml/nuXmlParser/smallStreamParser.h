@@ -1,8 +1,11 @@
 #pragma once
 
+#include <algorithm>
+
 #include "common/encoding.h"
 #include "nuXmlParser/baseParser.h"
 #include "nuXmlParser/markupBlock.h"
+#include "nuXmlParser/scan.h"
 #include "nuXmlParser/textCounter.h"
 #include "nuXmlParser/textDecoder.h"
 #include "nuXmlParser/textMemory.h"
@@ -75,10 +78,8 @@ public:
     /// character to `append` (pointer and length, a run at a time) and does ReadXmlChar.
     template <class Append> void copyUntil(NuXmlChar stop, Append&& append) {
         while (!eof_ && *currPtr_ != stop) {
-            PNuXmlChar end = currPtr_ + 1;
-            while (end < lastPtr_ && *end >= cNuSpace && *end != stop) {
-                ++end;
-            }
+            const PNuXmlChar next = currPtr_ + 1;
+            const PNuXmlChar end = nu::findControlOr(stop, next, std::max(next, lastPtr_));
             append(currPtr_, static_cast<std::size_t>(end - currPtr_));
             readPtr_ = end;
             ReadXmlChar();
