@@ -130,7 +130,7 @@ public:
     [[nodiscard]] std::uint64_t nextLoadedElement() noexcept { return ++loadedElements_; }
 
 private:
-    static constexpr std::size_t recentCount = 256;
+    static constexpr std::size_t recentCount = 512;
 
     /// A place among the recent names, by what is quick to get hold of.
     static std::size_t recentPlace(const TextEnds& ends, std::u16string_view text,

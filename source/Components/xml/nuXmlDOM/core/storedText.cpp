@@ -52,7 +52,7 @@ void StoredText::adopt(void* piece, std::size_t length, std::uint64_t flags) noe
 }
 
 void StoredText::clear(DocumentMemory& memory) noexcept {
-    if (!isInside()) {
+    if (!isInside()) [[unlikely]] {
         memory.release(outside() - headerSize(outsideLength()), capacity());
     }
     word_ = insideFlag;
@@ -61,23 +61,23 @@ void StoredText::clear(DocumentMemory& memory) noexcept {
 void StoredText::assignElsewhere(DocumentMemory& memory, std::u16string_view text) {
     checkLength(text.size());
     const std::size_t header = headerSize(text.size());
-    // 1. Short and ASCII: into the object.
-    std::uint64_t packed = 0;
-    if (text.size() <= insideLimit && packAscii(text, packed)) {
-        clear(memory);
-        setInside(packed, text.size());
-        return;
-    }
-    // 2. Long and ASCII, as is likely: a byte a character.
-    if (text.size() > insideLimit) {
+    // 1. Long and ASCII, as is likely: a byte a character.
+    if (text.size() > insideLimit) [[likely]] {
         const std::size_t size = header + text.size();
         auto* piece = static_cast<char*>(memory.allocate(size));
-        if (narrowAscii(text, piece + header)) {
+        if (narrowAscii(text, piece + header)) [[likely]] {
             clear(memory);
             adopt(piece, text.size(), 0);
             return;
         }
         memory.release(piece, size);
+    }
+    // 2. Short and ASCII: into the object.
+    std::uint64_t packed = 0;
+    if (text.size() <= insideLimit && packAscii(text, packed)) {
+        clear(memory);
+        setInside(packed, text.size());
+        return;
     }
     // 3. Everything else as it is.
     const std::size_t size = text.size() * sizeof(NuXmlChar);

@@ -104,27 +104,31 @@ void TNuSaxToDomHandler::startElement(std::u16string_view uri, std::u16string_vi
     });
 }
 
+/// The text of an attribute that is new, unless the element already got one of that name.
+inline nu::StoredText& TNuSaxToDomHandler::attributeText(TNuDOMElement& element,
+                                                         std::uint64_t elementNumber,
+                                                         std::u16string_view name) {
+    const nu::NodeName* known = nameFor(name, {});
+    if (known->loadedElement != elementNumber) {
+        auto& attribute = nu::NodeAccess::make<TNuDOMAttribute>(*document_, known);
+        nu::NodeAccess::appendLoaded(element, attribute);
+        known->loadedElement = elementNumber;
+        known->loadedAttribute = &attribute;
+    }
+    return nu::NodeAccess::stored(*known->loadedAttribute);
+}
+
 void TNuSaxToDomHandler::addAttribute(TNuDOMElement& element, std::uint64_t elementNumber,
                                       std::u16string_view name, std::u16string_view value) {
     // 1. The value: references in it are replaced, and what is kept is escaped again. For most
     //    values both change nothing.
-    const bool isPlain = nu::isPlainText(value);
-    const NuXmlString replaced = isPlain ? NuXmlString() : NuXMLToStr(value);
-    // 2. The name; a second attribute of one name changes the value of the first.
-    const nu::NodeName* known = nameFor(name, {});
-    TNuDOMAttribute* attribute = known->loadedAttribute;
-    if (known->loadedElement != elementNumber) {
-        attribute = &nu::NodeAccess::make<TNuDOMAttribute>(*document_, known);
-        nu::NodeAccess::appendLoaded(element, *attribute);
-        known->loadedElement = elementNumber;
-        known->loadedAttribute = attribute;
+    if (!nu::isPlainText(value)) [[unlikely]] {
+        const NuXmlString replaced = NuXMLToStr(value);
+        nu::StoredText& text = attributeText(element, elementNumber, name);
+        nu::assignEscaped(text, document_->memory(), replaced);
+        return;
     }
-    nu::StoredText& stored = nu::NodeAccess::stored(*attribute);
-    if (isPlain) [[likely]] {
-        stored.assign(document_->memory(), value);
-    } else {
-        nu::assignEscaped(stored, document_->memory(), replaced);
-    }
+    attributeText(element, elementNumber, name).assign(document_->memory(), value);
 }
 
 void TNuSaxToDomHandler::endElement(std::u16string_view /*uri*/, std::u16string_view /*localName*/,
