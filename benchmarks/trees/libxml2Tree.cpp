@@ -13,7 +13,8 @@ class Libxml2Tree final : public Tree {
 public:
     explicit Libxml2Tree(std::string_view text)
         : document_(xmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr, nullptr,
-                                  XML_PARSE_HUGE | XML_PARSE_NOBLANKS | XML_PARSE_NONET)) {
+                                  XML_PARSE_HUGE | XML_PARSE_NOBLANKS | XML_PARSE_NONET |
+                                      XML_PARSE_NOERROR | XML_PARSE_NOWARNING)) {
         if (document_ == nullptr) {
             throw std::runtime_error("libxml2 cannot read the input");
         }
