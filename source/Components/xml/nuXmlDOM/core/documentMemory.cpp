@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <bit>
 #include <cstdint>
-#include <cstdlib>
 #include <limits>
 #include <new>
 
@@ -35,10 +34,10 @@ public:
     Blocks& operator=(const Blocks&) = delete;
     ~Blocks() {
         for (std::byte* block : blocks_) {
-            std::free(block);
+            ::operator delete(block);
         }
         while (own_ != nullptr) {
-            std::free(std::exchange(own_, own_->next));
+            ::operator delete(std::exchange(own_, own_->next));
         }
     }
 
@@ -48,7 +47,7 @@ public:
         size = rounded(std::clamp(total_ / 8, smallestBlock, largestBlock));
         size = std::max(size, needed);
         blocks_.reserve(blocks_.size() + 1);
-        auto* block = static_cast<std::byte*>(obtain(size));
+        auto* block = static_cast<std::byte*>(::operator new(size));
         blocks_.push_back(block);
         preferHugePages(block, size);
         total_ += size;
@@ -60,7 +59,7 @@ public:
         if (size > std::numeric_limits<std::size_t>::max() - sizeof(OwnBlock)) {
             throw std::bad_alloc();
         }
-        auto* block = new (obtain(sizeof(OwnBlock) + size)) OwnBlock{nullptr, own_, this};
+        auto* block = new (::operator new(sizeof(OwnBlock) + size)) OwnBlock{nullptr, own_, this};
         if (own_ != nullptr) {
             own_->previous = block;
         }
@@ -79,7 +78,7 @@ public:
         if (block->next != nullptr) {
             block->next->previous = block->previous;
         }
-        std::free(block);
+        ::operator delete(block);
     }
 
 private:
@@ -101,14 +100,6 @@ private:
             static_cast<void>(madvise(reinterpret_cast<void*>(start), end - start, MADV_HUGEPAGE));
         }
 #endif
-    }
-
-    static void* obtain(std::size_t size) {
-        void* memory = std::malloc(size);
-        if (memory == nullptr) {
-            throw std::bad_alloc();
-        }
-        return memory;
     }
 
     std::vector<std::byte*> blocks_;
