@@ -1,5 +1,7 @@
 #include "nuXmlSax/attributes.h"
 
+#include <algorithm>
+
 #include "host/runtime/exception.h"
 #include "nuXmlSax/namespaceList.h"
 #include "nuXmlSax/reader.h"
@@ -76,6 +78,11 @@ void TNuSAXAttribute::GetURI(PNuXmlChar& uri, host::SAXLength& length) const {
 
 TNuSAXAttributes::~TNuSAXAttributes() noexcept(false) = default;
 
+void TNuSAXAttributes::addRoom() {
+    constexpr std::size_t leastRoom = 8;
+    attributes_.resize(std::max(leastRoom, 2 * count_), TNuSAXAttribute(Reader()));
+}
+
 void TNuSAXAttributes::getURI(host::SAXLength index, PNuXmlChar& uri, host::SAXLength& length) {
     GetAttribute(index).GetURI(uri, length);
 }
@@ -90,7 +97,7 @@ void TNuSAXAttributes::getQName(host::SAXLength index, PNuXmlChar& name, host::S
 }
 
 void TNuSAXAttributes::getType(host::SAXLength index, PNuXmlChar& type, host::SAXLength& length) {
-    host::checkListIndex(index, attributes_.size());
+    host::checkListIndex(index, count_);
     type = attributeType.data();
     length = -1;
 }
@@ -178,7 +185,7 @@ host::SAXString TNuSAXAttributes::getValue(std::u16string_view qName) {
 
 host::SAXLength TNuSAXAttributes::getIndexFromName(std::u16string_view uri,
                                                    std::u16string_view localName) const {
-    for (std::size_t index = 0; index < attributes_.size(); ++index) {
+    for (std::size_t index = 0; index < count_; ++index) {
         const TNuSAXAttribute& attribute = attributes_[index];
         if (attribute.localNameSpan() == localName &&
             (uri.empty() || attribute.GetURIEx() == uri)) {
@@ -189,7 +196,7 @@ host::SAXLength TNuSAXAttributes::getIndexFromName(std::u16string_view uri,
 }
 
 host::SAXLength TNuSAXAttributes::getIndexFromQName(std::u16string_view qName) const {
-    for (std::size_t index = 0; index < attributes_.size(); ++index) {
+    for (std::size_t index = 0; index < count_; ++index) {
         if (attributes_[index].qNameSpan() == qName) {
             return static_cast<host::SAXLength>(index);
         }

@@ -15,10 +15,15 @@
 class NUXML_API TNuSAXAttribute {
 public:
     explicit TNuSAXAttribute(TNuSAXXMLReader& reader) noexcept : reader_(&reader) {}
-    /// An attribute as it stands in the buffer.
-    TNuSAXAttribute(TNuSAXXMLReader& reader, std::int32_t level, std::u16string_view qName,
-                    std::u16string_view localName, std::u16string_view value) noexcept
-        : reader_(&reader), level_(level), qName_(qName), localName_(localName), value_(value) {
+    /// Makes it an attribute as it stands in the buffer.
+    void set(std::int32_t level, std::u16string_view qName, std::u16string_view localName,
+             std::u16string_view value) noexcept {
+        level_ = level;
+        isDefaultNamespace_ = false;
+        isNamespaceDecl_ = false;
+        qName_ = qName;
+        localName_ = localName;
+        value_ = value;
         classifyIfLikely();
     }
 
@@ -99,24 +104,24 @@ public:
     ~TNuSAXAttributes() noexcept(false) override;
 
     /// Appends an empty attribute. The reference is valid until the next one is appended.
-    TNuSAXAttribute& CreateAttribute() { return attributes_.emplace_back(Reader()); }
+    TNuSAXAttribute& CreateAttribute() { return next() = TNuSAXAttribute(Reader()); }
     /// Appends an attribute as it stands in the buffer.
     void add(std::int32_t level, std::u16string_view qName, std::u16string_view localName,
              std::u16string_view value) {
-        attributes_.emplace_back(Reader(), level, qName, localName, value);
+        next().set(level, qName, localName, value);
     }
     /// Throws host::EListError for an index outside.
     [[nodiscard]] const TNuSAXAttribute& GetAttribute(host::SAXLength index) const {
-        host::checkListIndex(index, attributes_.size());
+        host::checkListIndex(index, count_);
         return attributes_[static_cast<std::size_t>(index)];
     }
-    void Clear() noexcept { attributes_.clear(); }
+    void Clear() noexcept { count_ = 0; }
     /// All of them in document order; valid until the list changes.
-    [[nodiscard]] std::span<const TNuSAXAttribute> all() const noexcept { return attributes_; }
-
-    host::SAXLength getLength() override {
-        return static_cast<host::SAXLength>(attributes_.size());
+    [[nodiscard]] std::span<const TNuSAXAttribute> all() const noexcept {
+        return {attributes_.data(), count_};
     }
+
+    host::SAXLength getLength() override { return static_cast<host::SAXLength>(count_); }
 
     // Spans
     void getURI(host::SAXLength index, PNuXmlChar& uri, host::SAXLength& length) override;
@@ -167,5 +172,15 @@ public:
 private:
     [[nodiscard]] std::u16string_view valueAt(host::SAXLength index) const;
 
+    TNuSAXAttribute& next() {
+        if (count_ == attributes_.size()) [[unlikely]] {
+            addRoom();
+        }
+        return attributes_[count_++];
+    }
+    void addRoom();
+
+    /// The first count_ are in use; those behind wait for the next tag.
     std::vector<TNuSAXAttribute> attributes_;
+    std::size_t count_ = 0;
 };

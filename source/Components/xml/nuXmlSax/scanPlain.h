@@ -107,7 +107,7 @@ template <class Source> inline PNuXmlChar SaxScanner<Source>::scanPlainStartTag(
     if (*name.end == cNuSlash) {
         source_.countPeek(); // whether the name ends there shows only behind it
     }
-    if (*name.end == cNuSpace && attributes.getLength() == 0) {
+    if (*name.end == cNuSpace && attributes.all().empty()) {
         warn(messages::spaceWithoutAttributes);
     }
     const std::u16string_view uri = resolveNamespace(name);
