@@ -120,7 +120,13 @@ private:
     }
 
     void writeAttribute(const TNuDOMAttribute& attribute) {
-        out_.put(" ", NodeAccess::name(attribute), "=\"", NodeAccess::stored(attribute), "\"");
+        const NodeName& name = NodeAccess::name(attribute);
+        const StoredText& value = NodeAccess::stored(attribute);
+        if (value.isNarrow()) [[likely]] {
+            out_.put(" ", name, "=\"", value.narrow(), "\"");
+        } else {
+            out_.put(" ", name, "=\"", value.wide(), "\"");
+        }
     }
 
     void writeLeaf(const TNuDOMNode& node) {

@@ -40,13 +40,13 @@ public:
     /// Writes text that other text may follow directly: two that hold the halves of one character
     /// are that character.
     void putText(const StoredText& text) {
-        if constexpr (isUtf8) {
-            if (!text.isNarrow()) {
-                putWideText(text.wide());
-                return;
-            }
+        if (text.isNarrow()) [[likely]] {
+            put(text.narrow());
+        } else if constexpr (isUtf8) {
+            putWideText(text.wide());
+        } else {
+            put(text.wide());
         }
-        put(text);
     }
 
     /// Writes a byte-order mark, before anything else. It counts as something written in UTF-16

@@ -133,9 +133,7 @@ template <> struct Pieces<char> : CommonPieces<char> {
     }
 
     static std::size_t room(std::string_view text) noexcept { return text.size(); }
-    static char* copy(std::string_view text, char* to) noexcept {
-        return copyBytes(text, to);
-    }
+    static char* copy(std::string_view text, char* to) noexcept { return copyBytes(text, to); }
     static std::size_t room(std::u16string_view text) noexcept { return text.size() * bytesOfUnit; }
     static char* copy(std::u16string_view text, char* to) noexcept {
         return to + NuEncodeUtf8(text, to);
