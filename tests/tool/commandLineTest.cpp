@@ -54,6 +54,8 @@ const Case inputs[] = {
      "nuxml: cannot open missing.xml: No such file or directory\n"},
     {"nuxml events .", 4, "", "nuxml: cannot open .: Is a directory\n"},
     {"nuxml events <&-", 4, "", "nuxml: cannot read standard input: "},
+    {"nuxml events library.xml - <&- >all", 4, "", "nuxml: cannot read standard input: "},
+    {"nuxml format -o small library.xml 2>&-; head -c 6 small", 0, "<?xml ", ""},
     {"nuxml events /proc/self/mem", 4, "", "nuxml: cannot read /proc/self/mem: "},
     {"nuxml events /proc/self/status", 3, "fatalError", "nuxml: /proc/self/status:1:0: The source"},
     // Whatever one input does, the next is shown, and the highest code counts.
@@ -81,6 +83,12 @@ const Case outputs[] = {
     {"{ printf '<a>'; yes '<b>text</b>' | head -n 200000; printf '</a>'; } >big.xml; "
      "{ nuxml events big.xml big.xml; echo $? >&2; } | head -n 1",
      0, "startDocument", "0\n"},
+    // What is left may be without end: here it would be 20 GB.
+    {"{ yes '<a>' | head -n 100000; yes '</a>' | head -n 100000; } >deep.xml; for command in "
+     "format "
+     "'select //a' 'select --path //a'; do { nuxml $command deep.xml; echo $? >&2; } | head -n 1; "
+     "done; nuxml format deep.xml >/dev/full",
+     4, "<a>\r\n<a><a><a>", "0\n0\n0\nnuxml: cannot write standard output: "},
     {"{ nuxml escape <big.xml; echo $? >&2; } | head -c 2", 0, "&l", "0\n"},
     // Colour only for eyes.
     {"nuxml events library.xml | grep -c '\x1B'", 1, "0\n", ""},

@@ -48,6 +48,8 @@ const Case cases[] = {
      "3\n<!DOCTYPE a []><a/>", "is not kept; the file stays as it is\n"},
     {"cd in; nuxml format x", 0, "<a/>", "nuxml: x: the document type declaration is not kept\n"},
     {"printf 'no markup' | nuxml format", 3, "", "nuxml: standard input:1:0: "},
+    {"printf '<a><b>text\\n' | nuxml format --compact", 0, "<a><b>text</b></a>",
+     "nuxml: standard input: the document ends inside of \"b\"\n"},
     {"printf '<a/><b/>' | nuxml format", 3, "", "A document can only have 1 rootnode\n"},
     {"nuxml format missing.xml", 4, "", "nuxml: cannot open missing.xml: "},
     {"nuxml format -o none/x library.xml", 4, "", "nuxml: cannot write none/x: Cannot create file"},
@@ -68,6 +70,18 @@ TEST(Format, WritesDocumentsOfFilesAndStandardInput) {
                     result.errors.empty() == (*expected.errors == '\0'))
             << result.errors;
     }
+}
+
+// Two million nodes in 30 MB of address space; a sanitizer alone needs more.
+TEST(Format, TellsThatMemoryDoesNotSuffice) {
+    if (!std::string_view(NUXML_SANITIZE).empty()) {
+        GTEST_SKIP();
+    }
+    const ShellResult result =
+        runShell("{ printf '<a>'; yes '<b>text</b>' | head -n 1000000; printf '</a>'; } >many; "
+                 "ulimit -v 30000; nuxml format many >/dev/null");
+    EXPECT_EQ(result.exitCode, 4);
+    EXPECT_EQ(result.errors, "nuxml: many: there is not enough memory\n");
 }
 
 } // namespace

@@ -90,6 +90,9 @@ LoadedDocument loadDocument(Console& console, std::string_view name, bool isLarg
     } else if (exceptionMessage) {
         console.complain(shown, *exceptionMessage);
         loaded.exitCode = exitFault;
+    } else if (&handler->Current() != loaded.document.get()) {
+        console.complain(shown, u"the document ends inside of \"" +
+                                    handler->Current().get_nodeName() + u"\"");
     }
     loaded.layout = stream.layout();
     if (loaded.exitCode != exitDone) {

@@ -14,13 +14,17 @@ namespace tool {
 
 namespace {
 
-/// Output as a stream that is only written to.
+/// Output as a stream that is only written to. It fails when nobody reads on: what is left to write
+/// of a document can be without end.
 class OutputStream final : public host::TStream {
 public:
     explicit OutputStream(Output& output) noexcept : output_(output) {}
 
     std::size_t Read(void* /*buffer*/, std::size_t /*count*/) override { return 0; }
     std::size_t Write(const void* buffer, std::size_t count) override {
+        if (!output_.isOpen()) {
+            throw host::EWriteError(u"Stream write error");
+        }
         output_.write({static_cast<const char*>(buffer), count});
         return count;
     }
@@ -123,7 +127,11 @@ ExitCode writeDocument(Console& console, TNuDOMDocument& document, DocumentForm 
                        std::string_view target) {
     if (target == standardInput) {
         OutputStream stream(console.output());
-        save(document, stream, form);
+        try {
+            save(document, stream, form);
+        } catch (const host::EWriteError&) {
+            return exitDone; // the output knows whether that is a fault
+        }
         if (console.output().isTerminal() && !form.endsWithLine) {
             console.output().write('\n');
         }

@@ -8,7 +8,7 @@ enum ExitCode : int {
     exitNothing = 1,    ///< nothing matched, or there is a difference
     exitUsage = 2,      ///< the command line is wrong
     exitFault = 3,      ///< a fault in the XML ended the work on an input
-    exitInputOutput = 4 ///< an input cannot be read, or the output cannot be written
+    exitInputOutput = 4 ///< an input cannot be read, the output not be written, memory is short
 };
 
 } // namespace tool

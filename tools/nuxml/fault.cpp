@@ -1,6 +1,7 @@
 #include "fault.h"
 
 #include <exception>
+#include <new>
 
 #include "host/runtime/exception.h"
 
@@ -8,28 +9,28 @@ namespace tool {
 
 namespace {
 
-/// Whether the exception that is being handled came from a stream: the reader reports what it did
-/// not throw itself while it handles it.
-bool isHandlingStreamError() noexcept {
+/// What the exception that is being handled is about: the reader reports what it did not throw
+/// itself while it handles it.
+FatalityCause causeOfHandled() noexcept {
     const std::exception_ptr handled = std::current_exception();
     if (!handled) {
-        return false;
+        return FatalityCause::Document;
     }
     try {
         std::rethrow_exception(handled);
     } catch (const host::EStreamError&) {
-        return true;
+        return FatalityCause::Reading;
+    } catch (const std::bad_alloc&) {
+        return FatalityCause::Memory;
     } catch (...) {
-        return false;
+        return FatalityCause::Document;
     }
 }
 
 } // namespace
 
 Fatality fatalityOf(host::ISAXParseError& error) {
-    return {error.getMessage(),
-            {error.getLineNumber(), error.getColumnNumber()},
-            isHandlingStreamError()};
+    return {error.getMessage(), {error.getLineNumber(), error.getColumnNumber()}, causeOfHandled()};
 }
 
 void complainAt(Console& console, std::string_view name, EventPlace place,
@@ -45,7 +46,11 @@ void complainAt(Console& console, std::string_view name, EventPlace place,
 }
 
 ExitCode explain(Console& console, std::string_view name, const Fatality& fatality) {
-    if (fatality.isAboutReading) {
+    if (fatality.cause == FatalityCause::Memory) {
+        console.complain(std::string(name) + ": there is not enough memory");
+        return exitInputOutput;
+    }
+    if (fatality.cause == FatalityCause::Reading) {
         console.complain("cannot read " + std::string(name), fatality.message);
         return exitInputOutput;
     }

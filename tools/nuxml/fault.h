@@ -10,11 +10,18 @@
 
 namespace tool {
 
+/// What a fatal error is about.
+enum class FatalityCause {
+    Document,
+    Reading, ///< the input failed, not its content
+    Memory,
+};
+
 /// The fatal error of a document.
 struct Fatality {
     std::u16string message;
     EventPlace place;
-    bool isAboutReading; ///< the input failed, not its content
+    FatalityCause cause;
 };
 
 /// What a reader reports as a fatal error; called while it does.

@@ -30,7 +30,7 @@ Exit codes
   1  nothing matched, or a difference
   2  the command line is wrong
   3  a fault in the XML ended the work on an input
-  4  an input cannot be read, or the output cannot be written
+  4  an input cannot be read, the output cannot be written, or there is not enough memory
 The highest one counts when several inputs end differently.
 )";
 

@@ -1,3 +1,6 @@
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <csignal>
 #include <iterator>
@@ -86,6 +89,18 @@ ExitCode finish(Console& console, ExitCode exitCode) {
     return exitCode;
 }
 
+/// Standard descriptors that are closed are taken, by something that cannot be used: no file that
+/// is opened may be mistaken for one of them.
+void takeClosedDescriptors() noexcept {
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (::fcntl(descriptor, F_GETFD) < 0) {
+            // The lowest free number is the one that is given.
+            static_cast<void>(
+                ::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY));
+        }
+    }
+}
+
 } // namespace
 
 } // namespace tool
@@ -93,6 +108,7 @@ ExitCode finish(Console& console, ExitCode exitCode) {
 int main(int argumentCount, char** argumentTexts) {
     // A reader of the output that goes away shows as a failed write, not as a deadly signal.
     std::signal(SIGPIPE, SIG_IGN);
+    tool::takeClosedDescriptors();
 
     tool::Console console;
     tool::ExitCode exitCode = tool::exitInputOutput;

@@ -165,6 +165,9 @@ Outcome showResults(Console& console, TNuDOMDocument& document, std::string_view
     try {
         for (TNuDOMNode* node : *nodes) {
             writer.write(*node);
+            if (!console.output().isOpen()) {
+                break;
+            }
         }
     } catch (const host::EConvertError& error) {
         console.complain(name, error.Message());

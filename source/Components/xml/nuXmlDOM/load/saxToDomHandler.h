@@ -25,6 +25,9 @@ public:
 
     /// What has left one of the operations first.
     [[nodiscard]] std::exception_ptr Failure() const noexcept { return failure_; }
+    /// What the next node goes below. An element of the input when a parse has ended tells that the
+    /// input broke off inside it.
+    [[nodiscard]] TNuDOMNode& Current() const noexcept { return *current_; }
 
     // INuSaxContentHandler
     void setDocumentLocator(host::ILocator& locator) override;
