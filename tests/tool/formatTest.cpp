@@ -50,6 +50,10 @@ const Case cases[] = {
     {"printf 'no markup' | nuxml format", 3, "", "nuxml: standard input:1:0: "},
     {"printf '<a><b>text\\n' | nuxml format --compact", 0, "<a><b>text</b></a>",
      "nuxml: standard input: the document ends inside of \"b\"\n"},
+    // Long text that declares nothing is UTF-8 too.
+    {"{ printf '<a>\xC3\xA9'; yes text | head -c 34000000; printf '</a>'; } >long.xml; "
+     "nuxml format --compact long.xml | head -n 1; nuxml format --compact <long.xml | head -n 1",
+     0, "<a>\xC3\xA9text\n<a>\xC3\xA9text\n", ""},
     {"printf '<a/><b/>' | nuxml format", 3, "", "A document can only have 1 rootnode\n"},
     {"nuxml format missing.xml", 4, "", "nuxml: cannot open missing.xml: "},
     {"nuxml format -o none/x library.xml", 4, "", "nuxml: cannot write none/x: Cannot create file"},

@@ -54,7 +54,10 @@ private:
 LoadedDocument loadDocument(Console& console, std::string_view name, bool isLarge) {
     // Text that does not say what it is is UTF-8, whatever the environment says.
     NuSetSystemCodePage(cNuCodePageUtf8);
-    const Input input = openInput(name, isLarge, console.progress());
+    // That holds for text of any length unless somebody asks for pieces, whose reader takes
+    // undeclared UTF-8 for 8-bit text: what is written in its place must not differ.
+    const Input input =
+        openInput(name, isLarge ? InputReading::InPieces : InputReading::Whole, console.progress());
     SourceStream stream(*input.stream, name, console.progress());
     const std::string_view shown = displayName(name);
     LoadedDocument loaded{TNuDOMDocument::Create()};

@@ -80,7 +80,9 @@ ExitCode showEvents(Console& console, const Input& input, std::string_view name,
 ExitCode showInput(Console& console, std::string_view name, const Options& options,
                    bool isOneOfSeveral) {
     try {
-        const Input input = openInput(name, options.isLarge, console.progress());
+        const Input input =
+            openInput(name, options.isLarge ? InputReading::InPieces : InputReading::BySize,
+                      console.progress());
         if (options.asJson) {
             EventJson format(console.output());
             return showEvents(console, input, displayName(name), format, options);

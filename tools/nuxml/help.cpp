@@ -68,7 +68,7 @@ input, and standard output unless -o or -i says otherwise.
 
 Options
   --compact  without line breaks and indentation
-  --large    read in pieces, as everything from 32 MiB on is; see "nuxml events --help"
+  --large    read in pieces, which takes less memory; see "nuxml events --help"
   -o FILE    write to FILE, which may be the one that is read
   -i         write to the file that is read
   --         everything behind it is a file
@@ -110,7 +110,7 @@ Options
   --count  only how many there are
   -I, --ignore-case       without regard to letter case in names and values
   -N, --ignore-namespace  without regard to prefixes, by local names
-  --large  read in pieces, as everything from 32 MiB on is; see "nuxml events --help"
+  --large  read in pieces, which takes less memory; see "nuxml events --help"
   --       what follows is the path and files
 
 An attribute step finds local names in any letter case: "@id" is also "loan:id". With several files,
@@ -143,7 +143,7 @@ The first "=" outside of brackets and quotes ends the path. VALUE is plain text:
 escaped where they are written.
 
 Options
-  --large  read in pieces, as everything from 32 MiB on is; see "nuxml events --help"
+  --large  read in pieces, which takes less memory; see "nuxml events --help"
   -o FILE  write to FILE, which may be the one that is read
   -i       write to the file that is read
   --       everything behind it is a file

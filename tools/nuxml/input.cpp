@@ -53,6 +53,17 @@ std::unique_ptr<host::TMemoryStream> readAll(int descriptor, std::string_view na
     return stream;
 }
 
+TNuSaxParserChoice parserFor(InputReading reading) noexcept {
+    switch (reading) {
+    case InputReading::Whole:
+        return TNuSaxParserChoice::SmallStream;
+    case InputReading::InPieces:
+        return TNuSaxParserChoice::LargeStream;
+    default:
+        return TNuSaxParserChoice::BySize;
+    }
+}
+
 /// An input that is open: a file that has a size, or else only its descriptor.
 struct Opened {
     Descriptor descriptor;
@@ -105,17 +116,18 @@ void showReading(Progress& progress, std::string_view name, std::int64_t count) 
     }
 }
 
-Input openInput(std::string_view name, bool isLarge, Progress& progress) {
+Input openInput(std::string_view name, InputReading reading, Progress& progress) {
     Opened input = open(name);
     if (input.file) {
-        return {std::move(input.file),
-                isLarge ? TNuSaxParserChoice::LargeStream : TNuSaxParserChoice::BySize};
+        return {std::move(input.file), parserFor(reading)};
     }
     auto start = std::make_unique<host::TMemoryStream>();
-    if (!isLarge) {
-        constexpr auto limit = static_cast<std::size_t>(TNuSAXXMLReader::largeStreamSize);
+    if (reading != InputReading::InPieces) {
+        const std::size_t limit = reading == InputReading::Whole
+                                      ? everything
+                                      : static_cast<std::size_t>(TNuSAXXMLReader::largeStreamSize);
         start = readAll(input.descriptor.number(), name, progress, limit);
-        if (start->GetSize() < TNuSAXXMLReader::largeStreamSize) {
+        if (static_cast<std::size_t>(start->GetSize()) < limit) {
             return {std::move(start), TNuSaxParserChoice::SmallStream};
         }
     }

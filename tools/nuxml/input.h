@@ -33,10 +33,17 @@ struct Input {
     TNuSaxParserChoice parserChoice; ///< what a reader has to take for this stream
 };
 
+/// How a reader gets at an input.
+enum class InputReading {
+    BySize, ///< as the library does: from some size on in pieces
+    Whole,
+    InPieces,
+};
+
 /// Opens an input at its start. What has no size, standard input for example, is read into memory
-/// if it is a small stream for the reader, and passed on as it comes if it is longer or `isLarge`:
-/// then the stream cannot tell how long it is, and go back only at its start. Throws InputError.
-Input openInput(std::string_view name, bool isLarge, Progress& progress);
+/// if it is read whole or a small stream for the reader, else passed on as it comes: then the
+/// stream cannot tell how long it is, and go back only at its start. Throws InputError.
+Input openInput(std::string_view name, InputReading reading, Progress& progress);
 
 /// Tells that so many bytes of an input were read, if it is time to.
 void showReading(Progress& progress, std::string_view name, std::int64_t count);
