@@ -55,7 +55,7 @@ template <> struct InterfacesOf<TNuDOMDocument> {
 class NodeFaceBase : public Face {
 public:
     [[nodiscard]] virtual host::IDOMNode& hostNode() noexcept = 0;
-    [[nodiscard]] virtual INuDOMNode& libraryNode() noexcept = 0;
+    [[nodiscard]] virtual INuDOMNode& nativeNode() noexcept = 0;
 };
 
 /// The ways into an object that only its faces need.
@@ -83,7 +83,7 @@ template <class Interface, class Object>
     } else if constexpr (std::is_base_of_v<INuDOMNode, Interface>) {
         static_assert(std::is_base_of_v<Interface, typename InterfacesOf<Object>::Library>);
         return host::Ref<Interface>(
-            static_cast<Interface*>(&FaceAccess::face(*object).libraryNode()));
+            static_cast<Interface*>(&FaceAccess::face(*object).nativeNode()));
     } else {
         static_assert(std::is_base_of_v<Interface, typename InterfacesOf<Object>::Host>);
         return host::Ref<Interface>(static_cast<Interface*>(&FaceAccess::face(*object).hostNode()));

@@ -22,7 +22,7 @@ public:
     using NodeResult = host::Ref<host::IDOMNode>;
 
     host::IDOMNode& hostNode() noexcept override { return static_cast<HostInterface&>(*this); }
-    INuDOMNode& libraryNode() noexcept override { return static_cast<LibraryInterface&>(*this); }
+    INuDOMNode& nativeNode() noexcept override { return static_cast<LibraryInterface&>(*this); }
 
     // Names and kind
 
