@@ -79,7 +79,9 @@ Options readOptions(Arguments arguments) {
 
 std::size_t setValues(TNuDOMNodeList& nodes, std::u16string_view value) {
     for (TNuDOMNode* node : nodes) {
-        node->set_nodeValue(value);
+        if (node != nullptr) { // else it was a text of an element whose text is set already
+            node->set_nodeValue(value);
+        }
     }
     return nodes.Count();
 }
