@@ -84,15 +84,17 @@ int synchronise(const std::filesystem::path& path) noexcept {
 
 } // namespace
 
-FileReplacement::FileReplacement(const std::filesystem::path& name)
-    : name_(name), place_(behindLinks(name)) {
+FileReplacement::FileReplacement(const std::filesystem::path& name) : name_(name) {
     struct stat former = {};
-    const bool isThere = ::stat(place_.c_str(), &former) == 0;
+    const bool isThere = ::stat(name.c_str(), &former) == 0;
     replaces_ = isThere && S_ISREG(former.st_mode);
     if (isThere && !replaces_) {
-        stream_.emplace(name, fmCreate);
+        // A pipe waits for its reader only when it is opened for nothing but writing.
+        stream_.emplace(name, S_ISFIFO(former.st_mode) ? fmOpenWrite : fmCreate);
         return;
     }
+    // Not before: what a link such as /dev/stdout leads to need not have a name.
+    place_ = behindLinks(name);
     // Nobody may replace what he must not write, although the system would let him.
     if (replaces_ && ::access(place_.c_str(), W_OK) != 0) {
         raiseNotCreated(name, errno);

@@ -217,7 +217,10 @@ std::size_t TFileStream::readFromSystem(std::byte* target, std::size_t count) {
 void TFileStream::writeToSystem(const std::byte* source, std::size_t count) {
     std::int64_t place = blockStart_;
     while (count > 0) {
-        const ssize_t taken = ::pwrite(descriptor_, source, count, place);
+        ssize_t taken = ::pwrite(descriptor_, source, count, place);
+        if (taken < 0 && errno == ESPIPE) {
+            taken = ::write(descriptor_, source, count); // a pipe has no places
+        }
         if (taken < 0) {
             if (errno == EINTR) {
                 continue;

@@ -25,6 +25,8 @@ const ShellCase changes[] = {
      0, "1\n<a><b>1</b><b/><c/></a>", "nuxml: small.xml: nothing matched //@k\n"},
     // What stands below a deleted node goes with it.
     {"printf '<r><a><a/>x</a><b/></r>' | nuxml edit --delete //a", 0, "<r><b/></r>", ""},
+    // Setting the text of an element takes the rest of its texts away.
+    {"printf '<r>x<a/>y</r>' | nuxml edit --set 'r | r/#text=z'", 0, "<r>z<a/></r>", ""},
     // The text keeps its lines.
     {R"(printf '<a>\n  <b/>\n</a>\n' | nuxml edit --create a/c=1)", 0,
      "<a>\n  <b/>\n  <c>1</c>\n</a>\n", ""},
@@ -49,6 +51,10 @@ const ShellCase files[] = {
      0, "1\n2\n8\n",
      "nuxml: small.xml: nothing matched a/missing; --create makes what is missing\n"
      "nuxml: --set a/c[=1 lacks \"=VALUE\"; see \"nuxml edit --help\"\n"},
+    // A pipe is written to as it is.
+    {"nuxml edit -o /dev/stdout --delete a/b small.xml | cat; mkfifo pipe; cat pipe & nuxml edit "
+     "-o pipe --set a/c=9 other.xml; wait",
+     0, "<a><c>8</c></a><a><c>9</c></a>", ""},
     // What would be lost is not taken away behind one's back.
     {"nuxml edit -i --set library/contact/mail=x library.xml; echo $?; grep -c hall@ library.xml",
      0, "3\n1\n",
