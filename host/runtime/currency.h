@@ -14,7 +14,11 @@ struct Currency {
 
     /// The nearest double.
     [[nodiscard]] constexpr double toDouble() const noexcept {
-        return static_cast<double>(scaled) / static_cast<double>(unit);
+        return static_cast<double>(toLongDouble());
+    }
+    /// The same with what else the long double of the machine can hold.
+    [[nodiscard]] constexpr long double toLongDouble() const noexcept {
+        return static_cast<long double>(scaled) / static_cast<long double>(unit);
     }
 
     friend constexpr auto operator<=>(const Currency&, const Currency&) noexcept = default;

@@ -63,7 +63,9 @@ template <class Number> std::optional<Number> toInteger(const Variant& value) {
     if (value.IsString()) {
         return parseInteger<Number>(*textOf(value));
     }
-    const auto number = numberOf(value);
+    // An amount has more digits than the double that it compares as.
+    const auto* amount = std::get_if<Currency>(&value.Held());
+    const auto number = amount != nullptr ? amount->toLongDouble() : numberOf(value);
     if (!number) {
         return std::nullopt;
     }

@@ -99,6 +99,11 @@ TEST(Variant, converts) {
         {infinity, u"true", none, none, none, u"INF", none, u"INF"},
         {notANumber, u"true", none, none, none, u"NaN", none, u"NaN"},
         {Currency{-15'000}, u"true", u"-2", u"-2", none, u"-1.5", u"-1.5", u"-1.5"},
+        // More digits than a double holds.
+        {Currency{-4'836'242'080'750'374'627}, u"true", none, u"-483624208075037", none,
+         u"-483624208075037.44", u"-483624208075037.4627", u"-483624208075037.4627"},
+        {Currency{5'481'828'291'982'971'348}, u"true", none, u"548182829198297", u"548182829198297",
+         u"548182829198297.1", u"548182829198297.1348", u"548182829198297.1348"},
         {TDateTime{1.25}, u"true", u"1", u"1", u"1", u"1.25", u"1.25", none},
         {true, u"true", u"1", u"1", u"1", u"1", u"1", u"true"},
         {false, u"false", u"0", u"0", u"0", u"0", u"0", u"false"},
