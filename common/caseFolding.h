@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -19,6 +20,13 @@ NUXML_API char16_t foldBeyondAscii(char16_t unit) noexcept;
 /// The ASCII letter in lower case; everything else as it is.
 constexpr char16_t NuLowerAscii(char16_t unit) noexcept {
     return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + 0x20) : unit;
+}
+
+/// True when `text` is the word `lowerWord`, or differs from it in the case of ASCII letters only;
+/// for the words that a standard fixes.
+inline bool NuEqualAsciiWord(std::u16string_view text, std::u16string_view lowerWord) noexcept {
+    return std::equal(text.begin(), text.end(), lowerWord.begin(), lowerWord.end(),
+                      [](char16_t unit, char16_t lower) { return NuLowerAscii(unit) == lower; });
 }
 
 /// The unit that all letter cases of a character have in common (a lower case letter as a rule).

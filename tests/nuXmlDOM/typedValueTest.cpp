@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "common/codePage.h"
 #include "common/utf8.h"
 #include "host/runtime/variant.h"
 #include "nuXmlDOM.h"
@@ -129,6 +130,14 @@ TEST(TypedValueTest, WritesTypesWhereTheyHaveANamespace) {
         row.write(valueOf(*document));
         EXPECT_EQ(NuToUtf8(valueOf(*document).get_xml()), NuToUtf8(after));
     }
+}
+
+TEST(TypedValueTest, ReadsEightBitTextInTheSystemCodePage) {
+    const NuRef<TNuDOMDocument> document = around(declared, u"<v/>");
+    NuSetSystemCodePage(1252);
+    valueOf(*document).SetVarValue(host::Variant(std::string("\xE4")));
+    NuSetSystemCodePage(0);
+    EXPECT_EQ(valueOf(*document).get_nodeValue(), u"\u00E4");
 }
 
 TEST(TypedValueTest, KeepsEverythingWhenAValueHasNoText) {

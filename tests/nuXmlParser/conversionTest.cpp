@@ -412,6 +412,7 @@ TEST(VariantText, readsFreelyButNotEverything) {
         {u"18446744073709551616", host::varUInt64, {}},
         {u"", host::varInt32, {}},
         {u"", host::varBoolean, {}},
+        {u"fal\u017Fe", host::varBoolean, {}},
         {u"1e300", host::varCurrency, {}},
         {u"1 x", host::varInt32Array, {}},
         {u"&quot;a", host::varStringArray, {}},

@@ -8,10 +8,10 @@ std::u16string NuBoolToXML(bool value) { return value ? u"true" : u"false"; }
 
 bool NuXMLToBool(std::u16string_view text) {
     const std::u16string_view word = nu::trimmed(text);
-    if (NuEqualFolded(word, u"true") || word == u"1") {
+    if (NuEqualAsciiWord(word, u"true") || word == u"1") {
         return true;
     }
-    if (NuEqualFolded(word, u"false") || word == u"0") {
+    if (NuEqualAsciiWord(word, u"false") || word == u"0") {
         return false;
     }
     nu::failConversion(nu::messages::noBoolean, text);

@@ -30,7 +30,7 @@ const TNuDOMAttribute* findSpaceAttribute(const TNuDOMElement& element,
 }
 
 bool saysPreserve(const TNuDOMAttribute& attribute) {
-    return NuEqualFolded(attribute.get_nodeValue(), preserveValue);
+    return NuEqualAsciiWord(attribute.get_nodeValue(), preserveValue);
 }
 
 } // namespace nu

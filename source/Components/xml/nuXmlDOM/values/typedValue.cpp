@@ -72,7 +72,7 @@ host::Variant TNuDOMElement::GetVarValue() const {
     // 1. No value.
     const Prefix instance = findPrefix(*this, instanceURI);
     const TNuDOMAttribute* nil = getAttributeNode(instance.name(u"nil"));
-    if (nil != nullptr && NuEqualFolded(nil->get_nodeValue(), u"true")) {
+    if (nil != nullptr && NuEqualAsciiWord(nil->get_nodeValue(), u"true")) {
         return host::null;
     }
     // 2. A value of the type that is named.
@@ -100,7 +100,7 @@ void TNuDOMElement::SetVarValue(const host::Variant& value) {
     }
     // 2. What may fail comes before anything changes.
     const bool isString = value.IsString();
-    const NuXmlString text = isString ? value.AsString() : NuVariantToXml(value);
+    const NuXmlString text = isString ? NuVarToWideString(value) : NuVariantToXml(value);
     // Deliberate: text has its type only where the types have a namespace, other values always;
     // without a namespace as a bare "type".
     const bool namesType = !isString || instance.isDeclared;
