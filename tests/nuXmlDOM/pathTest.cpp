@@ -365,6 +365,26 @@ TEST(PathTest, ListsStayAsTheyWere) {
     document->GetRootNode()->removeChild(*list->GetItem(0));
     EXPECT_EQ(list->Count(), 2U);
     EXPECT_EQ(list->GetItem(0), nullptr);
+    // Lists that come later, and what is put into those that know already that nodes go.
+    const auto later = document->CreateElementList(u"root/a");
+    list->Add(document->GetRootNode()->AddElement(u"b"));
+    document->GetRootNode()->removeChild(*list->GetItem(2));
+    document->GetRootNode()->removeChild(*later->GetItem(1));
+    EXPECT_EQ(list->GetItem(2), nullptr);
+    EXPECT_EQ(later->GetItem(1), nullptr);
+    EXPECT_NE(later->GetItem(0), nullptr);
+}
+
+TEST(PathTest, FindsTextsThatWereNamed) {
+    const NuRef<TNuDOMDocument> document = NuCreateDOMDocument(u"<r><a>x</a><b/></r>");
+    const auto a = document->SelectSingleElement(u"r/a");
+    a->get_firstChild()->set_nodeName(u"n");
+    EXPECT_EQ(document->CreateNodeList(u"//n")->Count(), 1U);
+    // Named before it comes.
+    const NuRef<TNuDOMText> text = document->createTextNode(u"y");
+    text->set_nodeName(u"m");
+    document->SelectSingleElement(u"r/b")->appendChild(*text);
+    EXPECT_EQ(document->CreateNodeList(u"r/b/m")->Count(), 1U);
 }
 
 TEST(PathTest, NeedsAnElementOrADocument) {

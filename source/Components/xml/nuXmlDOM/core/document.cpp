@@ -136,6 +136,11 @@ void TNuDOMDocument::forgetRefused(TNuDOMNode& node) noexcept {
 
 void TNuDOMDocument::forgetNode(TNuDOMNode& node) noexcept {
     lifetime_.forgetNode(node);
+    // New lists stand before those that have marked their members.
+    for (TNuDOMNodeList* list = firstResultList_; list != nullptr && !list->marksMembers_;
+         list = list->next_) {
+        list->markMembers();
+    }
     if (node.hasFlag(nu::isInResultList)) {
         for (TNuDOMNodeList* list = firstResultList_; list != nullptr; list = list->next_) {
             list->forgetNode(node);

@@ -51,6 +51,9 @@ enum ObjectFlag : std::uint16_t {
     isWitness = 128,
     /// A node that is the parent of refused ones.
     hasRefused = 256,
+    /// An element that was given a child other than plain text and comments: without it a search
+    /// for elements need not look at the children.
+    hadNamedChild = 512,
 };
 
 } // namespace nu

@@ -56,6 +56,9 @@ void TNuDOMElement::_addChild(TNuDOMNode& child, TNuDOMPosition position, TNuDOM
         break;
     }
     chain.insert(child, place);
+    if (!nu::NodeAccess::is<TNuDOMCharacterData>(child) || nu::NodeAccess::name(child).isNamed()) {
+        setFlag(nu::hadNamedChild);
+    }
     if (nu::NodeLists* lists = listsIfAny()) {
         lists->childChanged(child, true, place == nullptr);
     }

@@ -23,6 +23,9 @@ template <class Node> void NodeAccess::appendLoaded(TNuDOMElement& element, Node
         element.attributes_.append(node);
     } else {
         element.children_.append(node);
+        if constexpr (!std::is_base_of_v<TNuDOMCharacterData, Node>) {
+            element.setFlag(hadNamedChild);
+        }
     }
 }
 

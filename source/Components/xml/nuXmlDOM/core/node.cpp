@@ -88,8 +88,12 @@ void TNuDOMNode::set_prefix(std::u16string_view prefix) {
 
 void TNuDOMNode::rename(const nu::NodeName* name) noexcept {
     nu::NodeAccess::setName(*this, name);
-    const TNuDOMNode* parent = nu::NodeAccess::parent(*this);
-    if (nu::NodeLists* lists = parent != nullptr ? parent->listsIfAny() : nullptr) {
+    TNuDOMNode* parent = nu::NodeAccess::parent(*this);
+    if (parent == nullptr) {
+        return;
+    }
+    parent->setFlag(nu::hadNamedChild);
+    if (nu::NodeLists* lists = parent->listsIfAny()) {
         lists->attributeIndex.drop();
     }
 }

@@ -95,10 +95,10 @@ void NodeAccess::setName(TNuDOMNode& node, const NodeName* name) noexcept {
 }
 
 void NodeAccess::fill(TNuDOMNodeList& list, std::vector<TNuDOMNode*> nodes) {
-    for (TNuDOMNode* node : nodes) {
-        node->setFlag(isInResultList);
-    }
     list.items_ = std::move(nodes);
+    if (list.marksMembers_) {
+        list.markMembers();
+    }
 }
 
 void NodeAccess::reorder(TNuDOMNode& owner, LiveMembers shown,

@@ -50,6 +50,10 @@ public:
     /// The chain of attributes; null for nodes that cannot have any.
     [[nodiscard]] static NodeChain* attributes(TNuDOMNode& node) noexcept;
     [[nodiscard]] static const NodeChain* attributes(const TNuDOMNode& node) noexcept;
+    /// Whether a child of the element may have a name; most elements hold nothing but text.
+    [[nodiscard]] static bool mayHaveNamedChildren(const TNuDOMNode& element) noexcept {
+        return element.hasFlag(hadNamedChild);
+    }
     /// The child elements in the order of their list where that is not the order of the tree; else
     /// null.
     [[nodiscard]] static const std::vector<TNuDOMElement*>*

@@ -14,9 +14,6 @@ TNuDOMNodeList::TNuDOMNodeList(TNuDOMNode* node, TNuDOMDocument* document, bool 
     : TNuDOMObject(document), node_(node), ownsItems_(ownsItems) {
     document->enterResultList(*this);
     setFlag(nu::selfOwned);
-    if (node != nullptr) {
-        node->setFlag(nu::isInResultList);
-    }
 }
 
 TNuDOMNodeList::TNuDOMNodeList(TNuDOMNode& node)
@@ -66,7 +63,7 @@ std::ptrdiff_t TNuDOMNodeList::Insert(std::ptrdiff_t index, TNuDOMNode& node) {
     host::checkListIndex(index, items_.size() + 1);
     items_.insert(items_.begin() + index, &node);
     places_.clear();
-    node.setFlag(nu::isInResultList);
+    markIfAsked(node);
     return index;
 }
 
@@ -121,7 +118,25 @@ void TNuDOMNodeList::reorder(std::vector<TNuDOMNode*> order) {
 void TNuDOMNodeList::append(TNuDOMNode& node) {
     items_.push_back(&node);
     places_.clear();
-    node.setFlag(nu::isInResultList);
+    markIfAsked(node);
+}
+
+void TNuDOMNodeList::markIfAsked(TNuDOMNode& node) noexcept {
+    if (marksMembers_) {
+        node.setFlag(nu::isInResultList);
+    }
+}
+
+void TNuDOMNodeList::markMembers() noexcept {
+    marksMembers_ = true;
+    if (node_ != nullptr) {
+        node_->setFlag(nu::isInResultList);
+    }
+    for (TNuDOMNode* node : items_) {
+        if (node != nullptr) {
+            node->setFlag(nu::isInResultList);
+        }
+    }
 }
 
 void TNuDOMNodeList::forgetNode(const TNuDOMNode& node) noexcept {

@@ -103,6 +103,11 @@ private:
 
     /// Appends without looking whether the node is there.
     void append(TNuDOMNode& node);
+    /// Marks a node that becomes a member, if the others are marked.
+    void markIfAsked(TNuDOMNode& node) noexcept;
+    /// Marks all members, so that one that goes is known to stand in a list. Left until the first
+    /// node of the document goes: most lists are read and dropped before that.
+    void markMembers() noexcept;
     /// Empties the entries of a node that goes.
     void forgetNode(const TNuDOMNode& node) noexcept;
 
@@ -116,6 +121,7 @@ private:
     TNuDOMNodeList* previous_ = nullptr;
     TNuDOMNodeList* next_ = nullptr;
     bool ownsItems_;
+    bool marksMembers_ = false;
 };
 
 /// A list of elements.

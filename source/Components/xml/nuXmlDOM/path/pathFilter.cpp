@@ -1,5 +1,6 @@
+#include "nuXmlDOM/path/pathFilter.h"
+
 #include <algorithm>
-#include <unordered_map>
 
 #include "host/runtime/exception.h"
 #include "host/runtime/format.h"
@@ -7,6 +8,7 @@
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/path/pathMessages.h"
 #include "nuXmlDOM/path/pathSelection.h"
+#include "nuXmlDOM/path/pathTree.h"
 
 namespace nu {
 
@@ -24,144 +26,35 @@ std::u16string_view mismatchOf(TNuXPathFilter kind) noexcept {
     }
 }
 
-/// One filter that asks something of each candidate by itself.
-class CandidateTest {
-public:
-    CandidateTest(const PathProgram& program, const PathFilter& filter,
-                  const TNuDOMDocument& document)
-        : program_(program), filter_(filter), name_(filter.name, program.options, document) {}
-
-    bool operator()(TNuDOMNode& candidate) const {
-        const bool isElement = NodeAccess::is<TNuDOMElement>(candidate);
-        if (!isElement && !NodeAccess::is<TNuDOMDocument>(candidate)) {
-            throw ENuDomTypeMismatch(mismatchOf(filter_.kind));
-        }
-        switch (filter_.kind) {
-        case TNuXPathFilter::ftHasAttribute:
-        case TNuXPathFilter::ftAttributeValue:
-            return isElement && testAttribute(static_cast<TNuDOMElement&>(candidate));
-        case TNuXPathFilter::ftChildValue:
-            return testChildValue(candidate);
-        case TNuXPathFilter::ftChildName:
-            return findChild(candidate);
-        default:
-            return compareContent(candidate);
-        }
-    }
-
-private:
-    bool testAttribute(TNuDOMElement& element) const {
-        TNuDOMAttribute* found = nullptr;
-        for (TNuDOMAttribute& attribute : element.Attributes()) {
-            if (name_(attribute)) {
-                found = &attribute;
-                break;
-            }
-        }
-        if (found == nullptr && (program_.options.has(soCreate) || program_.options.has(soRaise))) {
-            // Deliberate: the options go for the lookup too: soCreate makes the attribute on every
-            // candidate, and soRaise throws for the first one without it.
-            found = element.getAttributeNodeObj(filter_.name, program_.options);
-        }
-        return found != nullptr && (filter_.kind == TNuXPathFilter::ftHasAttribute ||
-                                    comparePathValue(filter_, *found));
-    }
-
-    bool testChildValue(TNuDOMNode& candidate) const {
-        if (isSimple()) {
-            return anyChild(candidate, [this](TNuDOMNode& child) { return compareContent(child); });
-        }
-        const PathNodes found = selectChildren(candidate);
-        return std::any_of(found.begin(), found.end(),
-                           [this](TNuDOMNode* child) { return compareContent(*child); });
-    }
-
-    bool findChild(TNuDOMNode& candidate) const {
-        PathNodes found;
-        if (isSimple()) {
-            static_cast<void>(anyChild(candidate, [&found](TNuDOMNode& child) {
-                found.push_back(&child);
-                return found.size() > 1;
-            }));
-        } else {
-            found = selectChildren(candidate);
-        }
-        return singleElement(filter_.name, program_.options, found) != nullptr;
-    }
-
-    /// Whether the children can be found by name alone.
-    [[nodiscard]] bool isSimple() const noexcept {
-        return filter_.isPlainName && !program_.options.has(soCreate);
-    }
-
-    template <class Test> bool anyChild(TNuDOMNode& candidate, Test&& test) const {
-        bool isFound = false;
-        forEachPathChild(candidate, [&](TNuDOMNode& child) {
-            isFound =
-                isFound || (NodeAccess::is<TNuDOMElement>(child) && name_(child) && test(child));
-        });
-        return isFound;
-    }
-
-    [[nodiscard]] PathNodes selectChildren(TNuDOMNode& candidate) const {
-        std::shared_ptr<const PathProgram> program = filter_.child;
-        if (program == nullptr) {
-            if (!filter_.isPlainName) {
-                throw host::Exception(messages::invalidPathStep); // brackets too deep
-            }
-            program = readPath(filter_.name, program_.options);
-        }
-        PathNodes found;
-        selectNodes(*program, candidate, true, found);
-        return found;
-    }
-
-    /// Compares the text of an element; that of the document is empty.
-    bool compareContent(TNuDOMNode& node) const {
-        // Nearly always there is one text, which can be compared where it stands.
-        const TNuDOMNode* only = nullptr;
-        int count = 0;
-        if (const auto* element = NodeAccess::as<TNuDOMElement>(&node)) {
-            for (const TNuDOMNode& child : element->ChildNodes()) {
-                if (NodeAccess::is<TNuDOMText>(child)) {
-                    only = &child;
-                    ++count;
-                }
-            }
-        }
-        return count == 1
-                   ? comparePathValue(filter_, *only)
-                   : comparePathValue(filter_, count == 0 ? NuXmlString() : node.get_nodeValue());
-    }
-
-    const PathProgram& program_;
-    const PathFilter& filter_;
-    NameTest name_;
-};
+/// Whether the children that a filter means can be found by name alone.
+bool isByName(const PathProgram& program, const PathFilter& filter) noexcept {
+    return filter.isPlainName && !program.options.has(soCreate);
+}
 
 /// Keeps the candidate at a position counted from 1. A candidate that is there more than once
 /// counts where it stands first, and is kept as often as it is there.
-void keepPosition(std::int64_t position, bool mayRepeat, PathNodes& candidates) {
-    if (position < 1 || position > static_cast<std::int64_t>(candidates.size())) {
-        candidates.clear();
+void keepPosition(std::int64_t position, bool mayRepeat, PathNodes& nodes, std::size_t first) {
+    if (position < 1 || position > static_cast<std::int64_t>(nodes.size() - first)) {
+        nodes.resize(first);
         return;
     }
-    TNuDOMNode* const wanted = candidates[static_cast<std::size_t>(position - 1)];
-    std::size_t count = 1;
+    const auto begin = nodes.begin() + static_cast<std::ptrdiff_t>(first);
+    const auto place = begin + (position - 1);
+    TNuDOMNode* const wanted = *place;
+    std::ptrdiff_t count = 1;
     if (mayRepeat) {
-        const auto first = std::find(candidates.begin(), candidates.end(), wanted);
-        const bool isFirst = first - candidates.begin() == position - 1;
-        count =
-            isFirst
-                ? static_cast<std::size_t>(std::count(candidates.begin(), candidates.end(), wanted))
-                : 0;
+        const bool isFirst = std::find(begin, place, wanted) == place;
+        count = isFirst ? std::count(place, nodes.end(), wanted) : 0;
     }
-    candidates.assign(count, wanted);
+    nodes.resize(first);
+    nodes.insert(nodes.end(), static_cast<std::size_t>(count), wanted);
 }
 
-void keepOnly(TNuDOMNode* wanted, PathNodes& candidates) {
-    const auto count = std::count(candidates.begin(), candidates.end(), wanted);
-    candidates.assign(static_cast<std::size_t>(count), wanted);
+void keepOnly(TNuDOMNode* wanted, PathNodes& nodes, std::size_t first) {
+    const auto count =
+        std::count(nodes.begin() + static_cast<std::ptrdiff_t>(first), nodes.end(), wanted);
+    nodes.resize(first);
+    nodes.insert(nodes.end(), static_cast<std::size_t>(count), wanted);
 }
 
 template <class Value>
@@ -193,28 +86,144 @@ std::int64_t integerOrFail(std::optional<std::int64_t> integer, std::u16string_v
 
 } // namespace
 
+bool FilterTest::isPure(const PathProgram& program, const PathFilter& filter) noexcept {
+    if (program.options.has(soCreate) || program.options.has(soRaise)) {
+        return false;
+    }
+    switch (filter.kind) {
+    case TNuXPathFilter::ftHasAttribute:
+        return true;
+    case TNuXPathFilter::ftAttributeValue:
+    case TNuXPathFilter::ftNodeValue:
+        return filter.literal.isText;
+    case TNuXPathFilter::ftChildValue:
+        return filter.literal.isText && isByName(program, filter);
+    default:
+        return false;
+    }
+}
+
+bool FilterTest::operator()(TNuDOMNode& candidate) const {
+    const bool isElement = NodeAccess::is<TNuDOMElement>(candidate);
+    if (!isElement && !NodeAccess::is<TNuDOMDocument>(candidate)) {
+        throw ENuDomTypeMismatch(mismatchOf(filter_.kind));
+    }
+    switch (filter_.kind) {
+    case TNuXPathFilter::ftHasAttribute:
+    case TNuXPathFilter::ftAttributeValue:
+        return isElement && testAttribute(static_cast<TNuDOMElement&>(candidate));
+    case TNuXPathFilter::ftChildValue:
+        return testChildValue(candidate);
+    case TNuXPathFilter::ftChildName:
+        return findChild(candidate);
+    default:
+        return compareContent(candidate);
+    }
+}
+
+bool FilterTest::testAttribute(TNuDOMElement& element) const {
+    TNuDOMAttribute* found = nullptr;
+    for (TNuDOMAttribute& attribute : element.Attributes()) {
+        if (name_(attribute)) {
+            found = &attribute;
+            break;
+        }
+    }
+    if (found == nullptr && (program_.options.has(soCreate) || program_.options.has(soRaise))) {
+        // Deliberate: the options go for the lookup too: soCreate makes the attribute on every
+        // candidate, and soRaise throws for the first one without it.
+        found = element.getAttributeNodeObj(filter_.name, program_.options);
+    }
+    return found != nullptr &&
+           (filter_.kind == TNuXPathFilter::ftHasAttribute || comparePathValue(filter_, *found));
+}
+
+bool FilterTest::testChildValue(TNuDOMNode& candidate) const {
+    if (isByName(program_, filter_)) {
+        return anyChild(candidate, [this](TNuDOMNode& child) { return compareContent(child); });
+    }
+    const PathNodes found = selectChildren(candidate);
+    return std::any_of(found.begin(), found.end(),
+                       [this](TNuDOMNode* child) { return compareContent(*child); });
+}
+
+bool FilterTest::findChild(TNuDOMNode& candidate) const {
+    PathNodes found;
+    if (isByName(program_, filter_)) {
+        static_cast<void>(anyChild(candidate, [&found](TNuDOMNode& child) {
+            found.push_back(&child);
+            return found.size() > 1;
+        }));
+    } else {
+        found = selectChildren(candidate);
+    }
+    return singleElement(filter_.name, program_.options, found) != nullptr;
+}
+
+template <class Test> bool FilterTest::anyChild(TNuDOMNode& candidate, Test&& test) const {
+    for (TNuDOMNode* child = elementFrom(firstOfNamed(candidate)); child != nullptr;
+         child = elementFrom(NodeChain::next(*child))) {
+        if (name_(*child) && test(*child)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+PathNodes FilterTest::selectChildren(TNuDOMNode& candidate) const {
+    std::shared_ptr<const PathProgram> program = filter_.child;
+    if (program == nullptr) {
+        if (!filter_.isPlainName) {
+            throw host::Exception(messages::invalidPathStep); // brackets too deep
+        }
+        program = readPath(filter_.name, program_.options);
+    }
+    PathNodes found;
+    selectNodes(*program, candidate, true, found);
+    return found;
+}
+
+/// Compares the text of an element; that of the document is empty.
+bool FilterTest::compareContent(TNuDOMNode& node) const {
+    // Nearly always there is one text, which can be compared where it stands.
+    const TNuDOMNode* only = nullptr;
+    int count = 0;
+    if (const auto* element = NodeAccess::as<TNuDOMElement>(&node)) {
+        for (const TNuDOMNode& child : element->ChildNodes()) {
+            if (NodeAccess::is<TNuDOMText>(child)) {
+                only = &child;
+                ++count;
+            }
+        }
+    }
+    return count == 1
+               ? comparePathValue(filter_, *only)
+               : comparePathValue(filter_, count == 0 ? NuXmlString() : node.get_nodeValue());
+}
+
 void applyFilter(const PathProgram& program, const PathFilter& filter, bool mayRepeat,
-                 PathNodes& candidates) {
-    if (candidates.empty()) {
+                 PathNodes& nodes, std::size_t first) {
+    if (nodes.size() == first) {
         return;
     }
     switch (filter.kind) {
     case TNuXPathFilter::ftChildElementX:
-        keepPosition(filter.position, mayRepeat, candidates);
+        keepPosition(filter.position, mayRepeat, nodes, first);
         return;
     case TNuXPathFilter::ftFirstChildElement:
-        keepOnly(candidates.front(), candidates);
+        keepOnly(nodes[first], nodes, first);
         return;
     case TNuXPathFilter::ftLastChildElement:
-        keepOnly(candidates.back(), candidates);
+        keepOnly(nodes.back(), nodes, first);
         return;
     default:
         break;
     }
-    const CandidateTest test(program, filter, *candidates.front()->OwnerDocument());
+    const FilterTest test(program, filter, *nodes[first]->OwnerDocument());
     const auto isDropped = [&test](TNuDOMNode* node) { return !test(*node); };
-    candidates.erase(std::remove_if(candidates.begin(), candidates.end(), isDropped),
-                     candidates.end());
+    nodes.erase(
+        std::remove_if(nodes.begin() + static_cast<std::ptrdiff_t>(first), nodes.end(), isDropped),
+        nodes.end());
 }
 
 bool comparePathValue(const PathFilter& filter, std::u16string_view value) {
@@ -232,18 +241,25 @@ bool comparePathValue(const PathFilter& filter, std::u16string_view value) {
 
 bool comparePathValue(const PathFilter& filter, const TNuDOMNode& leaf) {
     const StoredText& stored = *NodeAccess::text(leaf);
-    const bool isEqualTest = filter.literal.isText && filter.comparison == PathOperator::equal;
-    if (!isEqualTest || !stored.isNarrow() || stored.contains(cNuAmp)) {
-        NuXmlString value;
-        NodeAccess::appendValue(leaf, value);
-        return comparePathValue(filter, value);
-    }
-    const std::string_view text = stored.narrow();
     const NuXmlString& folded = filter.literal.folded;
-    return text.size() == folded.size() &&
-           std::equal(text.begin(), text.end(), folded.begin(), [](char byte, NuXmlChar unit) {
-               return NuLowerAscii(static_cast<unsigned char>(byte)) == unit;
-           });
+    const bool isEqualTest = filter.literal.isText && filter.comparison == PathOperator::equal;
+    if (isEqualTest && stored.isNarrow() && !filter.literal.hasReference) {
+        // What is stored gets shorter, never longer, where references in it are replaced.
+        const std::string_view text = stored.narrow();
+        if (text.size() <= folded.size()) {
+            return text.size() == folded.size() &&
+                   std::equal(text.begin(), text.end(), folded.begin(),
+                              [](char byte, NuXmlChar unit) {
+                                  return NuLowerAscii(static_cast<unsigned char>(byte)) == unit;
+                              });
+        }
+        if (!stored.contains(cNuAmp)) {
+            return false;
+        }
+    }
+    NuXmlString value;
+    NodeAccess::appendValue(leaf, value);
+    return comparePathValue(filter, value);
 }
 
 } // namespace nu

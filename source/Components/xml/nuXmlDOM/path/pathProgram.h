@@ -25,8 +25,13 @@ struct PathLiteral {
     NuXmlString text;
     /// The same without regard to letter case.
     NuXmlString folded;
+    /// Whether "&" stands in it.
+    bool hasReference = false;
     /// The integer, if the text is one.
     std::optional<std::int64_t> integer;
+
+    /// Makes what was read so far the text of a literal in quotes.
+    void dropQuotes();
 };
 
 /// How a filter compares. Deliberate: every other sequence of "<", "=" and ">" keeps nothing.

@@ -71,15 +71,23 @@ PathOperator readOperator(std::u16string_view text) noexcept {
                            : PathOperator::none;
 }
 
+} // namespace
+
+void PathLiteral::dropQuotes() {
+    const auto isQuote = [](NuXmlChar unit) { return unit == cNuApos || unit == cNuQuote; };
+    text.erase(std::remove_if(text.begin(), text.end(), isQuote), text.end());
+    folded = NuFolded(text);
+    hasReference = text.find(cNuAmp) != NuXmlString::npos;
+}
+
+namespace {
+
 PathLiteral readLiteral(std::u16string_view text) {
     PathLiteral literal;
     literal.text = trimmed(text);
     literal.isText = literal.text.find_first_of(u"'\"") != NuXmlString::npos;
     if (literal.isText) {
-        const auto isQuote = [](NuXmlChar unit) { return unit == cNuApos || unit == cNuQuote; };
-        literal.text.erase(std::remove_if(literal.text.begin(), literal.text.end(), isQuote),
-                           literal.text.end());
-        literal.folded = NuFolded(literal.text);
+        literal.dropQuotes();
     } else {
         literal.integer = readPathInteger(literal.text);
     }

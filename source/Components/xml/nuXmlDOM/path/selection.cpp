@@ -4,6 +4,7 @@
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/nameTest.h"
 #include "nuXmlDOM/path/path.h"
+#include "nuXmlDOM/path/pathFilter.h"
 #include "nuXmlDOM/path/pathMessages.h"
 #include "nuXmlDOM/path/pathSelection.h"
 
@@ -112,12 +113,8 @@ TNuDOMElement* TNuDOMDocument::getElementById(std::u16string_view id) {
     nu::PathFilter filter;
     filter.comparison = nu::PathOperator::equal;
     filter.literal.isText = true;
-    for (const NuXmlChar unit : id) {
-        if (unit != cNuQuote && unit != cNuApos) {
-            filter.literal.text += unit;
-        }
-    }
-    filter.literal.folded = NuFolded(filter.literal.text);
+    filter.literal.text = id;
+    filter.literal.dropQuotes();
     nu::PathNodes found;
     nu::selectNodes(*nu::readPath(u"//*[@id]", options), *this, true, found);
     for (TNuDOMNode* node : found) {

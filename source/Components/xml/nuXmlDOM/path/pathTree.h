@@ -1,0 +1,54 @@
+#pragma once
+
+#include "nuXmlDOM/core/document.h"
+#include "nuXmlDOM/core/nodeAccess.h"
+
+/// \file
+/// The tree as paths see it. The document stands for the element that holds the document element:
+/// it has no attributes, and instructions and comments beside the document element are not below
+/// it.
+
+namespace nu {
+
+/// Whether something can stand below the node.
+[[nodiscard]] inline bool isPathContext(const TNuDOMNode& node) noexcept {
+    return NodeAccess::is<TNuDOMElement>(node) || NodeAccess::is<TNuDOMDocument>(node);
+}
+
+/// The first child of an element or a document, which may be any node; of the document the document
+/// element.
+[[nodiscard]] inline TNuDOMNode* firstPathChild(TNuDOMNode& context) noexcept {
+    // Named in full: the class is known, so nothing needs to be looked up.
+    return NodeAccess::is<TNuDOMElement>(context)
+               ? static_cast<TNuDOMElement&>(context).TNuDOMElement::get_firstChild()
+               : static_cast<TNuDOMDocument&>(context).GetRootNode();
+}
+
+/// The same for who looks for names: null also where all children are known to have none.
+[[nodiscard]] inline TNuDOMNode* firstOfNamed(TNuDOMNode& context) noexcept {
+    const bool isLeaf =
+        NodeAccess::is<TNuDOMElement>(context) && !NodeAccess::mayHaveNamedChildren(context);
+    return isLeaf ? nullptr : firstPathChild(context);
+}
+
+/// The first element among a node and those behind it; null without one.
+[[nodiscard]] inline TNuDOMNode* elementFrom(TNuDOMNode* node) noexcept {
+    while (node != nullptr && !NodeAccess::is<TNuDOMElement>(*node)) {
+        node = NodeChain::next(*node);
+    }
+    return node;
+}
+
+/// The next element below `root` in the order of the document; null at the end.
+[[nodiscard]] inline TNuDOMNode* nextElement(TNuDOMNode& node, const TNuDOMNode& root) noexcept {
+    // 1. Down.
+    TNuDOMNode* next = elementFrom(firstOfNamed(node));
+    // 2. On, else up until it goes on.
+    for (TNuDOMNode* from = &node; next == nullptr && from != &root;
+         from = NodeAccess::parent(*from)) {
+        next = elementFrom(NodeChain::next(*from));
+    }
+    return next;
+}
+
+} // namespace nu

@@ -1,0 +1,237 @@
+#include "nuXmlDOM/path/stepSearch.h"
+
+#include <algorithm>
+
+#include "host/runtime/exception.h"
+#include "nuXmlDOM/path/pathMessages.h"
+#include "nuXmlDOM/path/pathTree.h"
+
+namespace nu {
+
+namespace {
+
+void failMistake(PathMistake mistake) {
+    switch (mistake) {
+    case PathMistake::none:
+        return;
+    case PathMistake::invalidPath:
+        throw host::Exception(messages::invalidPathStep);
+    case PathMistake::openQuote:
+        throw host::Exception(messages::unterminatedFilterValue);
+    case PathMistake::openBracket:
+        throw host::Exception(messages::unterminatedFilter);
+    }
+}
+
+bool hasText(TNuDOMNode& child) {
+    auto* element = NodeAccess::as<TNuDOMElement>(&child);
+    if (element == nullptr) {
+        return false;
+    }
+    for (TNuDOMNode& node : element->ChildNodes()) {
+        if (NodeAccess::is<TNuDOMText>(node) && !node.get_nodeValue().empty()) {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+StepSearch::StepSearch(const PathProgram& program, const PathStep& step, TNuDOMDocument& document)
+    : program_(program), step_(step), document_(document),
+      isCreating_(program.options.has(soCreate)),
+      mayRepeat_(step.isDeep && (step.test == PathTest::parent || step.test == PathTest::self)),
+      isNameExact_(step.test == PathTest::name && !step.name.starts_with(u'#') &&
+                   !program.options.has(soCaseInsensitive) &&
+                   !program.options.has(soIgnoreNamespace)) {
+    if (isNameExact_) {
+        name_ = document.names().find(step.name);
+    }
+    if (step.filters.empty()) {
+        return;
+    }
+    const PathFilter& filter = step.filters.front();
+    if (FilterTest::isPure(program, filter)) {
+        test_.emplace(program, filter, document);
+        keep_ = Keep::tested;
+    } else if (filter.kind == TNuXPathFilter::ftLastChildElement && !mayRepeat_) {
+        keep_ = Keep::last;
+    }
+}
+
+void StepSearch::find(TNuDOMNode& context, PathNodes& found) {
+    failMistake(step_.mistake);
+    first_ = found.size();
+    // 1. What the step matches, by its first filter if possible.
+    match(context, found);
+    // 2. The filters that look at all candidates together.
+    for (std::size_t index = keep_ == Keep::all ? 0 : 1; index < step_.filters.size(); ++index) {
+        applyFilter(program_, step_.filters[index], mayRepeat_, found, first_);
+    }
+    // 3. What is missing.
+    if (isCreating_ && found.size() == first_) {
+        found.push_back(&create(context));
+    }
+}
+
+/// Whether a match is a candidate.
+inline bool StepSearch::isKept(TNuDOMNode& node) const {
+    return keep_ != Keep::tested || (*test_)(node);
+}
+
+inline void StepSearch::add(TNuDOMNode& node, PathNodes& found) const {
+    if (keep_ == Keep::last) {
+        found.resize(first_);
+    }
+    found.push_back(&node);
+}
+
+void StepSearch::match(TNuDOMNode& context, PathNodes& found) {
+    if (isNameExact_ && name_ == nullptr) {
+        // A name that soCreate makes becomes known only then.
+        name_ = isCreating_ ? document_.names().find(step_.name) : nullptr;
+        if (name_ == nullptr) {
+            return;
+        }
+    }
+    if (step_.isDeep && isNameExact_ && matchInTreeOrder(context, found)) {
+        return;
+    }
+    matchHere(context, found);
+    if (step_.isDeep) {
+        for (TNuDOMNode* node = nextElement(context, context); node != nullptr;
+             node = nextElement(*node, context)) {
+            matchHere(*node, found);
+        }
+    }
+}
+
+/// Finds the nodes of a name below `context` in one walk, which takes half the time because nodes
+/// lie in memory in the order of the document. That order is the right one as long as no candidate
+/// follows one that lies deeper below the same parent; gives false, and adds nothing, when one
+/// does.
+bool StepSearch::matchInTreeOrder(TNuDOMNode& context, PathNodes& found) {
+    // The levels up to `closed` had a candidate below them since their parent was entered.
+    std::size_t closed = 0;
+    std::size_t level = 1;
+    TNuDOMNode* node = firstOfNamed(context);
+    while (node != nullptr) {
+        // 1. The node.
+        if (isNamed(*node) && isKept(*node)) {
+            if (level <= closed) {
+                found.resize(first_);
+                return false;
+            }
+            add(*node, found);
+            closed = level - 1;
+        }
+        // 2. Down, else on, else up until it goes on.
+        TNuDOMNode* next = NodeAccess::is<TNuDOMElement>(*node) ? firstOfNamed(*node) : nullptr;
+        if (next != nullptr) {
+            closed = std::min(closed, level);
+            ++level;
+        } else {
+            while ((next = NodeChain::next(*node)) == nullptr) {
+                node = NodeAccess::parent(*node);
+                if (node == &context) {
+                    return true;
+                }
+                --level;
+            }
+        }
+        node = next;
+    }
+    return true;
+}
+
+void StepSearch::matchHere(TNuDOMNode& context, PathNodes& found) {
+    const auto addIf = [&](TNuDOMNode* child, auto&& test) {
+        for (; child != nullptr; child = NodeChain::next(*child)) {
+            if (test(*child) && isKept(*child)) {
+                add(*child, found);
+            }
+        }
+    };
+    switch (step_.test) {
+    case PathTest::everyAttribute:
+    case PathTest::attribute:
+        addAttributes(context, found);
+        return;
+    case PathTest::parent:
+        if (TNuDOMNode* parent = NodeAccess::parent(context)) {
+            if (isKept(*parent)) {
+                add(*parent, found);
+            }
+        }
+        return;
+    case PathTest::self:
+        if (isKept(context)) {
+            add(context, found);
+        }
+        return;
+    case PathTest::everyElement:
+        addIf(firstOfNamed(context), NodeAccess::is<TNuDOMElement>);
+        return;
+    case PathTest::everyNode:
+        addIf(firstPathChild(context), [](TNuDOMNode&) { return true; });
+        return;
+    case PathTest::elementWithText:
+        addIf(firstOfNamed(context), hasText);
+        return;
+    case PathTest::name:
+        if (isNameExact_) {
+            addIf(firstOfNamed(context), [&](TNuDOMNode& child) { return isNamed(child); });
+        } else {
+            addIf(firstPathChild(context), [&](TNuDOMNode& child) { return hasName(child); });
+        }
+        return;
+    }
+}
+
+void StepSearch::addAttributes(TNuDOMNode& context, PathNodes& found) {
+    auto* element = NodeAccess::as<TNuDOMElement>(&context);
+    if (element == nullptr) {
+        return;
+    }
+    for (TNuDOMAttribute& attribute : element->Attributes()) {
+        const bool isMatch = step_.test == PathTest::everyAttribute ||
+                             NuEqualFolded(attribute.get_localName(), step_.name);
+        if (isMatch && isKept(attribute)) {
+            add(attribute, found);
+        }
+    }
+}
+
+/// Whether a node has exactly the name that is looked for.
+inline bool StepSearch::isNamed(const TNuDOMNode& node) const {
+    return NodeAccess::name(node).plain == name_;
+}
+
+/// The same by the options of the path.
+bool StepSearch::hasName(const TNuDOMNode& node) const {
+    const NodeName& own = NodeAccess::name(node);
+    const bool isLocal = program_.options.has(soIgnoreNamespace);
+    if (own.isNamed()) {
+        return areEqual(isLocal ? own.local() : own.qualified(), step_.name, program_.options);
+    }
+    // Texts and comments have no name of their own; their node name is a fixed one.
+    return !isLocal && areEqual(node.get_nodeName(), step_.name, program_.options);
+}
+
+TNuDOMNode& StepSearch::create(TNuDOMNode& context) {
+    if (step_.isDeep) {
+        throw host::Exception(messages::noCreateInSearch);
+    }
+    const std::u16string_view name = step_.nameToCreate;
+    if (name.empty()) {
+        throw host::Exception(messages::nothingToCreate);
+    }
+    if (name.front() == u'*' || name.front() == u'@') {
+        throw host::Exception(messages::noCreateForPath);
+    }
+    auto* element = NodeAccess::as<TNuDOMElement>(&context);
+    return element != nullptr ? element->AddElement(name) : document_.CreateRootNode(name);
+}
+
+} // namespace nu

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <optional>
+
+#include "nuXmlDOM/path/pathFilter.h"
+
+namespace nu {
+
+/// What one step of a path finds from a context. Made once for a selection, used for every context
+/// that the step before gives.
+class StepSearch {
+public:
+    StepSearch(const PathProgram& program, const PathStep& step, TNuDOMDocument& document);
+
+    /// Appends the nodes that the step gives from `context`; with soCreate the one that it makes
+    /// when there is none. Throws host::Exception for the mistake of the step.
+    void find(TNuDOMNode& context, PathNodes& found);
+
+private:
+    /// Which of the nodes that the step matches are kept at once, as far as its first filter can
+    /// be followed while they are found.
+    enum class Keep : std::uint8_t { all, tested, last };
+
+    void match(TNuDOMNode& context, PathNodes& found);
+    bool matchInTreeOrder(TNuDOMNode& context, PathNodes& found);
+    void matchHere(TNuDOMNode& context, PathNodes& found);
+    void addAttributes(TNuDOMNode& context, PathNodes& found);
+    [[nodiscard]] bool isKept(TNuDOMNode& node) const;
+    void add(TNuDOMNode& node, PathNodes& found) const;
+    [[nodiscard]] bool isNamed(const TNuDOMNode& node) const;
+    [[nodiscard]] bool hasName(const TNuDOMNode& node) const;
+    TNuDOMNode& create(TNuDOMNode& context);
+
+    const PathProgram& program_;
+    const PathStep& step_;
+    TNuDOMDocument& document_;
+    bool isCreating_;
+    /// A candidate may be found more than once.
+    bool mayRepeat_;
+    /// Nodes of exactly one name are looked for: name_, which is null when there is none such.
+    bool isNameExact_;
+    const NodeName* name_ = nullptr;
+    Keep keep_ = Keep::all;
+    /// The first filter; for Keep::tested.
+    std::optional<FilterTest> test_;
+    /// Where in the found nodes those of the current context begin.
+    std::size_t first_ = 0;
+};
+
+} // namespace nu
