@@ -142,4 +142,14 @@ TEST(TreeScale, letsGoOfManyNodes) {
     EXPECT_EQ(document->CreateRootNode(u"s").get_xml(), u"<s/>");
 }
 
+TEST(TreeScale, findsNamespacesFarBelowTheirDeclaration) {
+    const std::u16string inner = repeated(many, u"<p:a>") +
+                                 u"<p:b xmlns:p=\"w\"><p:a/></p:b><q:a/>" +
+                                 repeated(many, u"</p:a>");
+    const auto document = NuCreateDOMDocument(u"<r xmlns:p=\"u\">" + inner + u"</r>");
+    EXPECT_EQ(document->getElementsByTagNameNS(u"u", u"a")->Count(), many);
+    EXPECT_EQ(document->getElementsByTagNameNS(u"w", u"*")->Count(), 2U);
+    EXPECT_EQ(document->getElementsByTagNameNS(u"", u"a")->Count(), 1U);
+}
+
 } // namespace

@@ -152,8 +152,9 @@ All changes are made or none: when one of them matches nothing, nothing is writt
 is 1. A file is replaced when the new one is complete.
 
 A document that was read with line breaks and indentation is written as "nuxml format" does, with the
-line ends that it had; another one as with --compact. The output is UTF-8 without a byte-order mark; a declaration that names another encoding is
-made to name this one. A document type declaration is not kept; -i leaves a document that has one alone.
+line ends that it had; another one as with --compact. The output is UTF-8 without a byte-order mark;
+a declaration that names another encoding is made to name this one. A document type declaration is
+not kept; -i leaves a document that has one alone.
 
 The whole document is held in memory, that of standard input as well; "nuxml events" shows documents
 of any length.

@@ -16,5 +16,6 @@ NUXML_API NuXmlString NuBytesToXML(std::span<const std::uint8_t> bytes);
 
 /// The bytes that base64 stands for. White space may stand anywhere; padding is required, and the
 /// bits that the last character leaves over have to be zero. Throws host::EConvertError with the
-/// place of the first character that does not fit, or of the end.
+/// place of the first character that does not fit (of the last padding for such bits), or of the
+/// end.
 NUXML_API std::vector<std::uint8_t> NuXMLToBytes(std::u16string_view text);

@@ -11,9 +11,9 @@
 /// Numbers as XML text, after the lexical forms of XML Schema Datatypes; the locale plays no part.
 ///
 /// Every reader skips white space around the number, takes a leading "+" or "-", and throws
-/// host::EConvertError for everything else that is no such number, for text behind it, and for a
-/// number out of range. The readers that end in "Def" never throw and give their default instead.
-/// What a writer writes is read back as the same value.
+/// host::EConvertError for everything else that is no such number, for text behind it, and for an
+/// integer or an amount out of range. The readers that end in "Def" never throw and give their
+/// default instead. What a writer writes is read back as the same value, but for the sign of NaN.
 
 /// Decimal digits, with "-" before a negative number.
 NUXML_API NuXmlString NuIntToXML(std::int32_t value);

@@ -165,10 +165,12 @@ public:
     /// neither a type nor a text is; else the text. Throws ENuDomException for a type that is empty
     /// or unknown, and host::EConvertError for text that is no such value.
     [[nodiscard]] host::Variant GetVarValue() const;
-    /// Writes a value with its type; null and empty as nil. Throws host::EConvertError, and changes
-    /// nothing, for values that have no text.
+    /// Writes a value with its type; null and empty as nil, beside which an old type stays. Where
+    /// the namespace is not declared, text goes without a type and other values have an attribute
+    /// "type" without a prefix. Throws host::EConvertError, and changes nothing, for values that
+    /// have no text.
     void SetVarValue(const host::Variant& value);
-    /// The getters look at the text alone and give 0 for text that is no such value.
+    /// The getters look at the text alone; numbers and dates are 0 for text that is none.
     [[nodiscard]] NuXmlString GetAsString() const;
     [[nodiscard]] std::int32_t GetAsInteger() const;
     [[nodiscard]] std::int64_t GetAsInt64() const;
@@ -176,7 +178,8 @@ public:
     [[nodiscard]] bool GetAsBoolean() const;
     [[nodiscard]] double GetAsDouble() const;
     [[nodiscard]] host::TDateTime GetAsDateTime() const;
-    /// The setters name the type only where the namespace of types is declared.
+    /// The setters name the type where the namespace of XML Schema instances is declared, and set
+    /// nothing but the text elsewhere.
     void SetAsString(std::u16string_view value);
     void SetAsInteger(std::int32_t value);
     void SetAsInt64(std::int64_t value);

@@ -11,27 +11,56 @@ namespace {
 
 constexpr std::u16string_view declaration = u"xmlns";
 
-} // namespace
-
-const TNuDOMAttribute* findDeclaration(const NodeName& name, const TNuDOMElement& element) {
-    // 1. A name that no node of the document ever had declares nothing.
+/// The name of the attribute that declares the prefix of `name`; null when no node of the document
+/// ever had it.
+const NodeName* declarationOf(const NodeName& name, const TNuDOMElement& element) {
     const NameTable& names = element.OwnerDocument()->names();
     if (!names.hasDeclarations()) {
         return nullptr;
     }
-    const NodeName* plain =
-        name.hasPrefix() ? names.find(declaration, name.prefix()) : names.find(declaration);
-    if (plain == nullptr) {
-        return nullptr;
-    }
-    // 2. The nearest element with an attribute of that name decides.
-    for (const TNuDOMElement* scope = &element; scope != nullptr;
-         scope = NodeAccess::parentElement(*scope)) {
+    return name.hasPrefix() ? names.find(declaration, name.prefix()) : names.find(declaration);
+}
+
+} // namespace
+
+const TNuDOMAttribute* findDeclaration(const NodeName& name, const TNuDOMElement& element) {
+    const NodeName* plain = declarationOf(name, element);
+    const TNuDOMElement* scope = plain != nullptr ? &element : nullptr;
+    // The nearest element with an attribute of that name decides.
+    for (; scope != nullptr; scope = NodeAccess::parentElement(*scope)) {
         if (const TNuDOMAttribute* found = findAttribute(*scope, plain)) {
             return found;
         }
     }
     return nullptr;
+}
+
+const TNuDOMAttribute* DeclarationSearch::find(const NodeName& name, const TNuDOMElement& element) {
+    const NodeName* plain = declarationOf(name, element);
+    if (plain == nullptr) {
+        return nullptr;
+    }
+    // 1. Up to the declaration, or to an element for which it is known.
+    const TNuDOMAttribute* found = nullptr;
+    std::size_t levels = 0;
+    for (const TNuDOMElement* scope = &element; scope != nullptr && found == nullptr;
+         scope = NodeAccess::parentElement(*scope)) {
+        if (!known_.empty()) {
+            const auto known = known_.find({plain, scope});
+            if (known != known_.end()) {
+                found = known->second;
+                break;
+            }
+        }
+        found = findAttribute(*scope, plain);
+        ++levels;
+    }
+    // 2. After a long way it is kept where the neighbours and everything below will come by.
+    constexpr std::size_t longWay = 16;
+    if (levels > longWay) {
+        known_.emplace(Place(plain, NodeAccess::parentElement(element)), found);
+    }
+    return found;
 }
 
 NuXmlString resolveNamespace(const NodeName& name, const TNuDOMElement& element) {

@@ -3,6 +3,7 @@
 #include "host/runtime/exception.h"
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/nameTest.h"
+#include "nuXmlDOM/core/namespaces.h"
 #include "nuXmlDOM/path/path.h"
 #include "nuXmlDOM/path/pathFilter.h"
 #include "nuXmlDOM/path/pathMessages.h"
@@ -64,9 +65,15 @@ NuRef<TNuDOMElementList> elementsByName(TNuDOMNode& context, std::u16string_view
                                         std::u16string_view localName) {
     nu::PathNodes found;
     nu::selectNodes(*nu::readPath(u"//*", {}), context, true, found);
+    nu::DeclarationSearch declarations;
+    const auto hasNamespace = [&](const TNuDOMElement& element) {
+        const TNuDOMAttribute* found = declarations.find(nu::NodeAccess::name(element), element);
+        return found != nullptr ? found->get_nodeValue() == namespaceURI : namespaceURI.empty();
+    };
     const auto isOther = [&](TNuDOMNode* node) {
         const bool hasName = localName == u"*" || nu::NodeAccess::name(*node).local() == localName;
-        return !hasName || (namespaceURI != u"*" && node->get_namespaceURI() != namespaceURI);
+        return !hasName ||
+               (namespaceURI != u"*" && !hasNamespace(static_cast<const TNuDOMElement&>(*node)));
     };
     found.erase(std::remove_if(found.begin(), found.end(), isOther), found.end());
     NuRef<TNuDOMElementList> list =
