@@ -52,8 +52,8 @@ const ShellCase files[] = {
      "nuxml: small.xml: nothing matched a/missing; --create makes what is missing\n"
      "nuxml: --set a/c[=1 lacks \"=VALUE\"; see \"nuxml edit --help\"\n"},
     // A pipe is written to as it is.
-    {"nuxml edit -o /dev/stdout --delete a/b small.xml | cat; mkfifo pipe; cat pipe & nuxml edit "
-     "-o pipe --set a/c=9 other.xml; wait",
+    {"nuxml edit -o /dev/stdout --delete a/b small.xml | cat; mkfifo queue; cat queue & nuxml edit "
+     "-o queue --set a/c=9 other.xml; wait",
      0, "<a><c>8</c></a><a><c>9</c></a>", ""},
     // What would be lost is not taken away behind one's back.
     {"nuxml edit -i --set library/contact/mail=x library.xml; echo $?; grep -c hall@ library.xml",
