@@ -1,9 +1,11 @@
 #include "nuXmlDOM/path/path.h"
 
 #include <chrono>
+#include <malloc.h>
 #include <ostream>
 #include <string>
 #include <typeinfo>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -373,6 +375,37 @@ TEST(PathTest, ListsStayAsTheyWere) {
     EXPECT_EQ(list->GetItem(2), nullptr);
     EXPECT_EQ(later->GetItem(1), nullptr);
     EXPECT_NE(later->GetItem(0), nullptr);
+}
+
+TEST(PathTest, ListsUseTheMemoryOfFormerOnes) {
+    constexpr std::size_t many = 4000;
+    NuXmlString xml(u"<r><b/>");
+    for (std::size_t index = 0; index < many; ++index) {
+        xml += u"<a>1</a>";
+    }
+    const NuRef<TNuDOMDocument> document = NuCreateDOMDocument(xml + u"</r>");
+    const TNuDOMPath largePath(u"r/a");
+    const TNuDOMPath smallPath(u"r/b");
+    std::vector<NuRef<TNuDOMNodeList>> small;
+    const auto bytesInUse = [] {
+        const struct mallinfo2 state = mallinfo2();
+        return state.uordblks + state.hblkhd;
+    };
+    const auto before = bytesInUse();
+    for (int round = 0; round < 100; ++round) {
+        // Nobody looks at a member before the next one is made.
+        ASSERT_EQ(largePath.CreateNodeList(*document)->Count(), many);
+        small.push_back(smallPath.CreateNodeList(*document));
+        ASSERT_EQ(small.back()->Count(), 1U);
+    }
+    EXPECT_LT(bytesInUse() - before, 10 * many * sizeof(void*));
+    // Two at a time do not share it.
+    const auto first = largePath.CreateNodeList(*document);
+    const auto second = smallPath.CreateNodeList(*document);
+    EXPECT_EQ(first->Count(), many);
+    EXPECT_EQ(first->Last(), document->GetRootNode()->get_lastChild());
+    EXPECT_EQ(second->Last(), document->GetRootNode()->get_firstChild());
+    EXPECT_EQ(small.front()->Last(), second->Last());
 }
 
 TEST(PathTest, FindsTextsThatWereNamed) {

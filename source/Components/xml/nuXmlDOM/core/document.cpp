@@ -94,6 +94,14 @@ void TNuDOMDocument::leaveResultList(TNuDOMNodeList& list) noexcept {
     }
 }
 
+void TNuDOMDocument::keepRoom(std::vector<TNuDOMNode*> nodes) noexcept {
+    const std::size_t size = nodes.capacity() * sizeof(TNuDOMNode*);
+    if (nodes.capacity() > room_.capacity() && size <= memory_.size() / 8) {
+        nodes.clear();
+        room_.swap(nodes);
+    }
+}
+
 void TNuDOMDocument::freeExtras(nu::NodeExtras& extras) noexcept {
     if (extras.lists != nullptr) {
         removeLists(*extras.lists);

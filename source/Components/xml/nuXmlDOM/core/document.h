@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "host/com/stream.h"
@@ -173,6 +174,11 @@ public:
     [[nodiscard]] nu::DocumentMemory& memory() noexcept { return memory_; }
     [[nodiscard]] nu::NameTable& names() noexcept { return names_; }
     [[nodiscard]] nu::DocumentLifetime& lifetime() noexcept { return lifetime_; }
+    /// An empty vector for the members of a snapshot, with the room of former ones if there is any.
+    [[nodiscard]] std::vector<TNuDOMNode*> takeRoom() noexcept { return std::exchange(room_, {}); }
+    /// Keeps the memory of a snapshot for a later one, unless there is more already, or it is much
+    /// beside what the document itself takes.
+    void keepRoom(std::vector<TNuDOMNode*> nodes) noexcept;
     /// \endcond
 
 private:
@@ -218,6 +224,8 @@ private:
     /// What has to be told when nodes go, or goes with the document.
     nu::NodeLists* firstLists_ = nullptr;
     TNuDOMNodeList* firstResultList_ = nullptr;
+    /// Memory of a former snapshot: fresh pages cost more than a search fills them with.
+    std::vector<TNuDOMNode*> room_;
     /// Nodes outside of the tree whose parent has refused them.
     std::vector<TNuDOMNode*> refused_;
 };

@@ -41,6 +41,8 @@ public:
         }
     }
 
+    [[nodiscard]] std::size_t total() const noexcept { return total_; }
+
     /// A new block for many pieces; its size follows what the document holds already, so that at
     /// most about a tenth stands empty.
     std::byte* addBlock(std::size_t needed, std::size_t& size) {
@@ -172,6 +174,8 @@ void DocumentMemory::release(void* piece, std::size_t size) noexcept {
     }
     list = free;
 }
+
+std::size_t DocumentMemory::size() const noexcept { return blocks_->total(); }
 
 void DocumentMemory::retain(const DocumentMemory& other) {
     const auto keep = [this](const std::shared_ptr<Blocks>& blocks) {

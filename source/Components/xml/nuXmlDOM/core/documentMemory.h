@@ -37,6 +37,9 @@ public:
     /// Takes back what allocate gave for the same size.
     void release(void* piece, std::size_t size) noexcept;
 
+    /// How much there is for pieces below the size of a block of their own.
+    [[nodiscard]] std::size_t size() const noexcept;
+
     /// Keeps everything alive that `other` uses now: pieces of it have moved to this document.
     void retain(const DocumentMemory& other);
 

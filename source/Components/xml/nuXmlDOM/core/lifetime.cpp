@@ -77,8 +77,7 @@ void DocumentLifetime::discard(TNuDOMNodeList& list) noexcept {
     hasNotes_.store(true, std::memory_order_release);
 }
 
-void DocumentLifetime::followNotes() noexcept {
-    // 1. Snapshots.
+void DocumentLifetime::freeDiscarded() noexcept {
     std::vector<TNuDOMNodeList*> discarded;
     {
         const Lock lock(lock_);
@@ -87,7 +86,11 @@ void DocumentLifetime::followNotes() noexcept {
     for (TNuDOMNodeList* list : discarded) {
         delete list;
     }
-    // 2. Nodes, one by one: with each of them others may go that are noted as well.
+}
+
+void DocumentLifetime::followNotes() noexcept {
+    freeDiscarded();
+    // Nodes one by one: with each of them others may go that are noted as well.
     while (TNuDOMNode* node = takeNote()) {
         follow(*node);
     }

@@ -57,8 +57,15 @@ public:
             followNotes();
         }
     }
-    /// The same before `node` is moved: it stays even if nobody holds it. What stands around it is
-    /// looked at as long as it is there, so what is being emptied does not go with its last node.
+    /// The same for dropped snapshots alone, which never takes a node away.
+    void reclaimLists() noexcept {
+        if (hasNotes_.load(std::memory_order_acquire)) [[unlikely]] {
+            freeDiscarded();
+        }
+    }
+    /// The same as reclaim() before `node` is moved: it stays even if nobody holds it. What stands
+    /// around it is looked at as long as it is there, so what is being emptied does not go with its
+    /// last node.
     void reclaimBut(TNuDOMNode& node) noexcept;
     /// Frees a node outside of the tree at once if it and everything below it is unheld; else it
     /// becomes a candidate.
@@ -82,6 +89,7 @@ private:
 
     void collectDocument() noexcept;
     void followNotes() noexcept;
+    void freeDiscarded() noexcept;
     [[nodiscard]] TNuDOMNode* takeNote() noexcept;
     void eraseNote(TNuDOMNode& node) noexcept;
     void follow(TNuDOMNode& node) noexcept;

@@ -95,7 +95,13 @@ void NodeAccess::setName(TNuDOMNode& node, const NodeName* name) noexcept {
 }
 
 void NodeAccess::fill(TNuDOMNodeList& list, std::vector<TNuDOMNode*> nodes) {
-    list.items_ = std::move(nodes);
+    if (nodes.size() < nodes.capacity() / 2) {
+        // Much room for few nodes is better kept for a list that needs it.
+        list.items_.assign(nodes.begin(), nodes.end());
+        list.OwnerDocument()->keepRoom(std::move(nodes));
+    } else {
+        list.items_ = std::move(nodes);
+    }
     if (list.marksMembers_) {
         list.markMembers();
     }

@@ -12,6 +12,8 @@
 
 TNuDOMNodeList::TNuDOMNodeList(TNuDOMNode* node, TNuDOMDocument* document, bool ownsItems)
     : TNuDOMObject(document), node_(node), ownsItems_(ownsItems) {
+    // Who selects again and again, and looks at no member, would otherwise fill the memory.
+    document->lifetime().reclaimLists();
     document->enterResultList(*this);
     setFlag(nu::selfOwned);
 }
@@ -22,6 +24,7 @@ TNuDOMNodeList::TNuDOMNodeList(TNuDOMNode& node)
 TNuDOMNodeList::~TNuDOMNodeList() {
     if (hasFlag(nu::selfOwned)) {
         OwnerDocument()->leaveResultList(*this);
+        OwnerDocument()->keepRoom(std::move(items_));
     }
 }
 

@@ -7,12 +7,12 @@
 
 namespace {
 
-nu::PathNodes select(const nu::PathProgram& program, TNuDOMNode& context, bool elementsOnly) {
+nu::PathNodes select(const nu::PathProgram& program, TNuDOMNode& context, bool elementsOnly,
+                     nu::PathNodes found = {}) {
     if (!nu::NodeAccess::is<TNuDOMElement>(context) &&
         !nu::NodeAccess::is<TNuDOMDocument>(context)) {
         throw ENuDomNotSupported(nu::cNotSupported);
     }
-    nu::PathNodes found;
     nu::selectNodes(program, context, elementsOnly, found);
     return found;
 }
@@ -30,14 +30,16 @@ TNuDOMSelectOptions TNuDOMPath::Options() const noexcept { return program_->opti
 
 NuRef<TNuDOMNodeList> TNuDOMPath::CreateNodeList(TNuDOMNode& context) const {
     NuRef<TNuDOMNodeList> list = TNuDOMNodeList::Create(&context, context.OwnerDocument(), false);
-    nu::NodeAccess::fill(*list, select(*program_, context, false));
+    nu::NodeAccess::fill(*list,
+                         select(*program_, context, false, list->OwnerDocument()->takeRoom()));
     return list;
 }
 
 NuRef<TNuDOMElementList> TNuDOMPath::CreateElementList(TNuDOMNode& context) const {
     NuRef<TNuDOMElementList> list =
         TNuDOMElementList::Create(&context, context.OwnerDocument(), false);
-    nu::NodeAccess::fill(*list, select(*program_, context, true));
+    nu::NodeAccess::fill(*list,
+                         select(*program_, context, true, list->OwnerDocument()->takeRoom()));
     return list;
 }
 

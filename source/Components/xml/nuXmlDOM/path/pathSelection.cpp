@@ -36,8 +36,8 @@ public:
         candidates_[0].find(searches_[0], start);
         for (;;) {
             // 1. A step that is done goes back to the one before.
-            Candidates& candidates = candidates_[depth];
-            if (candidates.next == candidates.nodes.size()) {
+            TNuDOMNode* const candidate = candidates_[depth].take(searches_[depth]);
+            if (candidate == nullptr) {
                 if (depth == 0) {
                     return;
                 }
@@ -45,30 +45,46 @@ public:
                 continue;
             }
             // 2. What can have no children takes no further step.
-            TNuDOMNode& candidate = *candidates.nodes[candidates.next++];
-            if (!isPathContext(candidate)) {
+            if (!isPathContext(*candidate)) {
                 continue;
             }
             // 3. The last step gives the results, every other one candidates.
             if (depth + 1 == last) {
-                searches_[last].find(candidate, result);
+                searches_[last].find(*candidate, result);
             } else {
                 ++depth;
-                candidates_[depth].find(searches_[depth], candidate);
+                candidates_[depth].find(searches_[depth], *candidate);
             }
         }
     }
 
 private:
-    /// What a step found, and how many of them have taken the next step.
+    /// What a step found and has not yet taken the next step.
     struct Candidates {
         PathNodes nodes;
         std::size_t next = 0;
+        /// For plain steps, which need not gather them.
+        TNuDOMNode* nextPlain = nullptr;
 
         void find(StepSearch& search, TNuDOMNode& context) {
+            if (search.isPlain()) {
+                nextPlain = search.firstMatch(context);
+                return;
+            }
             nodes.clear();
             next = 0;
             search.find(context, nodes);
+        }
+        /// The next of them; null at the end.
+        TNuDOMNode* take(const StepSearch& search) noexcept {
+            if (!search.isPlain()) {
+                return next < nodes.size() ? nodes[next++] : nullptr;
+            }
+            TNuDOMNode* const node = nextPlain;
+            if (node != nullptr) {
+                nextPlain = search.nextMatch(*node);
+            }
+            return node;
         }
     };
 

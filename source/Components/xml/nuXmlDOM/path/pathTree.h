@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/nodeAccess.h"
 
@@ -37,6 +39,16 @@ namespace nu {
         node = NodeChain::next(*node);
     }
     return node;
+}
+
+/// Asks for the memory a little behind a node: nodes nearly always lie there in the order of the
+/// document, so a walk comes to it soon. Costs next to nothing where that is wrong.
+inline void fetchAhead(const TNuDOMNode& node) noexcept {
+    constexpr std::uintptr_t distance = 1024;
+    constexpr std::uintptr_t line = 64;
+    const std::uintptr_t ahead = reinterpret_cast<std::uintptr_t>(&node) + distance;
+    __builtin_prefetch(reinterpret_cast<const void*>(ahead));
+    __builtin_prefetch(reinterpret_cast<const void*>(ahead + line));
 }
 
 /// The next element below `root` in the order of the document; null at the end.

@@ -4,7 +4,6 @@
 
 #include "host/runtime/exception.h"
 #include "nuXmlDOM/path/pathMessages.h"
-#include "nuXmlDOM/path/pathTree.h"
 
 namespace nu {
 
@@ -44,7 +43,9 @@ StepSearch::StepSearch(const PathProgram& program, const PathStep& step, TNuDOMD
       mayRepeat_(step.isDeep && (step.test == PathTest::parent || step.test == PathTest::self)),
       isNameExact_(step.test == PathTest::name && !step.name.starts_with(u'#') &&
                    !program.options.has(soCaseInsensitive) &&
-                   !program.options.has(soIgnoreNamespace)) {
+                   !program.options.has(soIgnoreNamespace)),
+      isPlain_((isNameExact_ || step.test == PathTest::everyElement) && !step.isDeep &&
+               step.filters.empty() && step.mistake == PathMistake::none && !isCreating_) {
     if (isNameExact_) {
         name_ = document.names().find(step.name);
     }
@@ -61,6 +62,12 @@ StepSearch::StepSearch(const PathProgram& program, const PathStep& step, TNuDOMD
 }
 
 void StepSearch::find(TNuDOMNode& context, PathNodes& found) {
+    if (isPlain_) {
+        for (TNuDOMNode* node = firstMatch(context); node != nullptr; node = nextMatch(*node)) {
+            found.push_back(node);
+        }
+        return;
+    }
     failMistake(step_.mistake);
     first_ = found.size();
     // 1. What the step matches, by its first filter if possible.
@@ -117,6 +124,7 @@ bool StepSearch::matchInTreeOrder(TNuDOMNode& context, PathNodes& found) {
     std::size_t level = 1;
     TNuDOMNode* node = firstOfNamed(context);
     while (node != nullptr) {
+        fetchAhead(*node);
         // 1. The node.
         if (isNamed(*node) && isKept(*node)) {
             if (level <= closed) {
@@ -148,6 +156,7 @@ bool StepSearch::matchInTreeOrder(TNuDOMNode& context, PathNodes& found) {
 void StepSearch::matchHere(TNuDOMNode& context, PathNodes& found) {
     const auto addIf = [&](TNuDOMNode* child, auto&& test) {
         for (; child != nullptr; child = NodeChain::next(*child)) {
+            fetchAhead(*child);
             if (test(*child) && isKept(*child)) {
                 add(*child, found);
             }
@@ -170,9 +179,6 @@ void StepSearch::matchHere(TNuDOMNode& context, PathNodes& found) {
             add(context, found);
         }
         return;
-    case PathTest::everyElement:
-        addIf(firstOfNamed(context), NodeAccess::is<TNuDOMElement>);
-        return;
     case PathTest::everyNode:
         addIf(firstPathChild(context), [](TNuDOMNode&) { return true; });
         return;
@@ -180,10 +186,16 @@ void StepSearch::matchHere(TNuDOMNode& context, PathNodes& found) {
         addIf(firstOfNamed(context), hasText);
         return;
     case PathTest::name:
-        if (isNameExact_) {
-            addIf(firstOfNamed(context), [&](TNuDOMNode& child) { return isNamed(child); });
-        } else {
+        if (!isNameExact_) {
             addIf(firstPathChild(context), [&](TNuDOMNode& child) { return hasName(child); });
+            return;
+        }
+        [[fallthrough]];
+    case PathTest::everyElement:
+        for (TNuDOMNode* child = firstMatch(context); child != nullptr; child = nextMatch(*child)) {
+            if (isKept(*child)) {
+                add(*child, found);
+            }
         }
         return;
     }
@@ -201,11 +213,6 @@ void StepSearch::addAttributes(TNuDOMNode& context, PathNodes& found) {
             add(attribute, found);
         }
     }
-}
-
-/// Whether a node has exactly the name that is looked for.
-inline bool StepSearch::isNamed(const TNuDOMNode& node) const {
-    return NodeAccess::name(node).plain == name_;
 }
 
 /// The same by the options of the path.

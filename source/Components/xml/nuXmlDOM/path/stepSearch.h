@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "nuXmlDOM/path/pathFilter.h"
+#include "nuXmlDOM/path/pathTree.h"
 
 namespace nu {
 
@@ -16,18 +17,32 @@ public:
     /// when there is none. Throws host::Exception for the mistake of the step.
     void find(TNuDOMNode& context, PathNodes& found);
 
+    /// Whether the step gives all children of one name, or all child elements. These may then be
+    /// taken one by one, because nothing fails or changes on the way.
+    [[nodiscard]] bool isPlain() const noexcept { return isPlain_; }
+    /// The first of them; null for none.
+    [[nodiscard]] TNuDOMNode* firstMatch(TNuDOMNode& context) const noexcept {
+        const bool isUnknown = isNameExact_ && name_ == nullptr;
+        return isUnknown ? nullptr : matchFrom(firstOfNamed(context));
+    }
+    /// The one after `node`.
+    [[nodiscard]] TNuDOMNode* nextMatch(const TNuDOMNode& node) const noexcept {
+        return matchFrom(NodeChain::next(node));
+    }
+
 private:
     /// Which of the nodes that the step matches are kept at once, as far as its first filter can
     /// be followed while they are found.
     enum class Keep : std::uint8_t { all, tested, last };
 
+    [[nodiscard]] TNuDOMNode* matchFrom(TNuDOMNode* child) const noexcept;
     void match(TNuDOMNode& context, PathNodes& found);
     bool matchInTreeOrder(TNuDOMNode& context, PathNodes& found);
     void matchHere(TNuDOMNode& context, PathNodes& found);
     void addAttributes(TNuDOMNode& context, PathNodes& found);
     [[nodiscard]] bool isKept(TNuDOMNode& node) const;
     void add(TNuDOMNode& node, PathNodes& found) const;
-    [[nodiscard]] bool isNamed(const TNuDOMNode& node) const;
+    [[nodiscard]] bool isNamed(const TNuDOMNode& node) const noexcept;
     [[nodiscard]] bool hasName(const TNuDOMNode& node) const;
     TNuDOMNode& create(TNuDOMNode& context);
 
@@ -39,6 +54,7 @@ private:
     bool mayRepeat_;
     /// Nodes of exactly one name are looked for: name_, which is null when there is none such.
     bool isNameExact_;
+    bool isPlain_;
     const NodeName* name_ = nullptr;
     Keep keep_ = Keep::all;
     /// The first filter; for Keep::tested.
@@ -46,5 +62,20 @@ private:
     /// Where in the found nodes those of the current context begin.
     std::size_t first_ = 0;
 };
+
+/// Whether a node has exactly the name that is looked for.
+inline bool StepSearch::isNamed(const TNuDOMNode& node) const noexcept {
+    return NodeAccess::name(node).plain == name_;
+}
+
+inline TNuDOMNode* StepSearch::matchFrom(TNuDOMNode* child) const noexcept {
+    for (; child != nullptr; child = NodeChain::next(*child)) {
+        fetchAhead(*child);
+        if (isNameExact_ ? isNamed(*child) : NodeAccess::is<TNuDOMElement>(*child)) {
+            break;
+        }
+    }
+    return child;
+}
 
 } // namespace nu
