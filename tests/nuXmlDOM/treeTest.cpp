@@ -289,6 +289,18 @@ TEST(Load, buildsWhatTheReaderTells) {
     }
 }
 
+/// What a value holds is noted 64 characters at a time, so it has to be right wherever it stands.
+TEST(Load, replacesReferencesInValuesAnywhere) {
+    const NuRef<TNuDOMDocument> document = TNuDOMDocument::Create();
+    for (std::size_t length = 0; length < 150; ++length) {
+        const NuXmlString padding(length, u'p');
+        document->loadxml(u"<a b=\"" + padding + u"\" c=\"&#65;\" d=\"<\" e=\">" + padding +
+                          u"'\" f=\"&amp;\"/>");
+        ASSERT_EQ(document->get_xml(), u"<a b=\"" + padding + u"\" c=\"A\" d=\"&lt;\" e=\"&gt;" +
+                                           padding + u"&apos;\" f=\"&amp;\"/>");
+    }
+}
+
 TEST(Load, endsWithWhatTheTreeDidNotTake) {
     const auto document = loaded(u"<a/>");
     TNuStringStream second(u"<?p q?><b/>");

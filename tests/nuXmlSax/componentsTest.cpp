@@ -1,9 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
 #include <memory>
 #include <stdexcept>
 #include <vector>
 
+#include "common/caseFolding.h"
 #include "common/stringStream.h"
 #include "host/runtime/memoryStream.h"
 #include "host/sax/SaxHelpers.h"
@@ -11,6 +14,7 @@
 #include "nuXmlSax.h"
 #include "support/eventTrace.h"
 #include "support/oddStream.h"
+#include "support/randomText.h"
 
 namespace {
 
@@ -365,6 +369,36 @@ TEST(NamespaceList, hidesAndRemoves) {
     EXPECT_EQ(find(u"p") + find(u""), u"1-");
     list.Clear();
     EXPECT_EQ(find(u"p"), u"-");
+}
+
+TEST(NamespaceList, findsTheNewestWhateverCameAndWent) {
+    struct Declaration {
+        std::int32_t level;
+        std::u16string prefix;
+        std::u16string uri;
+    };
+    // The Kelvin sign is a k to whom letter case does not matter.
+    const std::u16string prefixes[] = {u"k", u"K", u"\u212A", u"kk", u"kK", u"l", u""};
+    TNuSaxNamespaceList list;
+    std::vector<Declaration> model;
+    support::Random random(5);
+    for (int step = 0; step < 20'000; ++step) {
+        const auto level = static_cast<std::int32_t>(random(5));
+        const std::u16string& prefix = prefixes[random(std::size(prefixes))];
+        if (const auto action = random(8); action == 0) {
+            list.RemoveLevel(level);
+            std::erase_if(model, [level](const Declaration& one) { return one.level >= level; });
+        } else if (action < 3) {
+            model.push_back({level, prefix, {static_cast<char16_t>(step)}});
+            list.AddNamespace(level, prefix, model.back().uri);
+        }
+        const auto newest = std::find_if(model.rbegin(), model.rend(), [&](const Declaration& one) {
+            return NuEqualFolded(one.prefix, prefix);
+        });
+        const TNuSaxNamespace* found = list.GetNamespace(prefix);
+        ASSERT_EQ(found != nullptr, newest != model.rend()) << step;
+        ASSERT_TRUE(found == nullptr || found->URI == newest->uri) << step;
+    }
 }
 
 TEST(Reader, hasFeaturesPropertiesAndRefusals) {

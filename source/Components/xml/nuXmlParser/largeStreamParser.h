@@ -123,6 +123,11 @@ public:
     template <nu::StopSet set> [[nodiscard]] PNuXmlChar findFrom(PNuXmlChar place) noexcept {
         return block_.find<set>(place, last_);
     }
+    /// The same; tells also whether no unit of `absent` is known to stand before that.
+    template <nu::StopSet set, nu::StopSet absent>
+    [[nodiscard]] PNuXmlChar findFrom(PNuXmlChar place, bool& isFree) noexcept {
+        return block_.find<set, absent>(place, last_, isFree);
+    }
     /// Delivers the character at `place`, as if all before it had been read.
     void moveTo(PNuXmlChar place) noexcept {
         currPtr_ = place;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -11,10 +12,11 @@ namespace nu {
 
 /// The sets of units at which a run of text can stop.
 enum class StopSet : std::uint8_t {
-    Less,  ///< "<"
-    Quote, ///< the double quote
-    Name,  ///< what can end or divide a name: space > / : =
-    Solid, ///< everything above U+0020
+    Less,    ///< "<"
+    Quote,   ///< the double quote
+    Name,    ///< what can end or divide a name: space > / : =
+    Solid,   ///< everything above U+0020
+    Escaped, ///< what escaping replaces, the double quote aside: & < > '
 };
 
 /// What 64 units of text are: for each stop set one bit a unit, lowest bit first.
@@ -35,11 +37,9 @@ public:
     /// The first stop of `set` at or after `place` where the text ends at `last`.
     template <StopSet set>
     [[nodiscard]] PNuXmlChar find(PNuXmlChar place, PNuXmlChar last) noexcept {
-        std::size_t offset =
-            (reinterpret_cast<std::uintptr_t>(place) - reinterpret_cast<std::uintptr_t>(start_)) /
-            sizeof(NuXmlChar);
+        const std::size_t offset = offsetOf(place);
         if (offset < length) [[likely]] {
-            const std::uint64_t stops = stops_[static_cast<std::size_t>(set)] >> offset;
+            const std::uint64_t stops = stopsOf(set) >> offset;
             if (stops != 0) [[likely]] {
                 return place + std::countr_zero(stops);
             }
@@ -47,13 +47,44 @@ public:
         }
         return findBeyond(set, place, last);
     }
+    /// The same; tells also whether no stop of `absent` is known to stand before that. Nothing is
+    /// known of text that goes beyond the block.
+    template <StopSet set, StopSet absent>
+    [[nodiscard]] PNuXmlChar find(PNuXmlChar place, PNuXmlChar last, bool& isFree) noexcept {
+        const std::size_t offset = offsetOf(place);
+        isFree = false;
+        if (offset < length) [[likely]] {
+            const std::uint64_t stops = stopsOf(set) >> offset;
+            if (stops != 0) [[likely]] {
+                const std::uint64_t upToStop = stops ^ (stops - 1);
+                isFree = (stopsOf(absent) >> offset & upToStop) == 0;
+                return place + std::countr_zero(stops);
+            }
+            place = start_ + length;
+        }
+        return findBeyond(set, place, last);
+    }
+
+    /// A bit for each unit of a block, the first one lowest, for each stop set.
+    using Masks = std::array<std::uint64_t, 5>;
 
 private:
+    [[nodiscard]] std::size_t offsetOf(PNuXmlChar place) const noexcept {
+        return (reinterpret_cast<std::uintptr_t>(place) -
+                reinterpret_cast<std::uintptr_t>(start_)) /
+               sizeof(NuXmlChar);
+    }
+    [[nodiscard]] std::uint64_t stopsOf(StopSet set) const noexcept {
+        return stops_[static_cast<std::size_t>(set)];
+    }
     /// The same for a place outside the block; the block moves there.
     [[nodiscard]] PNuXmlChar findBeyond(StopSet set, PNuXmlChar place, PNuXmlChar last) noexcept;
 
+    /// Classifies what stands behind less than a block of text before its end.
+    void classifyRest(std::size_t lastIndex) noexcept;
+
     PNuXmlChar start_ = nullptr;
-    std::uint64_t stops_[4] = {};
+    Masks stops_{};
 };
 
 } // namespace nu

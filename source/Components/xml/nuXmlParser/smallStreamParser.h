@@ -102,6 +102,11 @@ public:
     template <nu::StopSet set> [[nodiscard]] PNuXmlChar findFrom(PNuXmlChar place) noexcept {
         return block_.find<set>(place, lastPtr_);
     }
+    /// The same; tells also whether no unit of `absent` is known to stand before that.
+    template <nu::StopSet set, nu::StopSet absent>
+    [[nodiscard]] PNuXmlChar findFrom(PNuXmlChar place, bool& isFree) noexcept {
+        return block_.find<set, absent>(place, lastPtr_, isFree);
+    }
     /// What ReadRawChar does to the counters for the character at `place`, whether it is a line
     /// feed or no control character.
     void countRaw(PNuXmlChar place) noexcept { counter_.deliverRaw(place); }

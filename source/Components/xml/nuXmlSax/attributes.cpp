@@ -35,8 +35,11 @@ bool startsLikeDeclaration(PNuXmlChar name) noexcept {
 
 } // namespace
 
-void TNuSAXAttribute::classify(PNuXmlChar name) noexcept {
-    if (!startsLikeDeclaration(name)) {
+void TNuSAXAttribute::classify() noexcept {
+    isDefaultNamespace_ = false;
+    isNamespaceDecl_ = false;
+    const PNuXmlChar name = qName_.data();
+    if (qName_.size() < declarationPrefix.size() || !startsLikeDeclaration(name)) {
         return;
     }
     // Deliberate: the unit behind the letters is looked up in the buffer even where the name ends
@@ -81,6 +84,7 @@ TNuSAXAttributes::~TNuSAXAttributes() noexcept(false) = default;
 void TNuSAXAttributes::addRoom() {
     constexpr std::size_t leastRoom = 8;
     attributes_.resize(std::max(leastRoom, 2 * count_), TNuSAXAttribute(Reader()));
+    room_ = attributes_.size();
 }
 
 void TNuSAXAttributes::getURI(host::SAXLength index, PNuXmlChar& uri, host::SAXLength& length) {

@@ -15,32 +15,34 @@
 class NUXML_API TNuSAXAttribute {
 public:
     explicit TNuSAXAttribute(TNuSAXXMLReader& reader) noexcept : reader_(&reader) {}
-    /// Makes it an attribute as it stands in the buffer.
+    /// Makes it an attribute as it stands in the buffer, which is no declaration unless classify
+    /// finds out that it is.
     void set(std::int32_t level, std::u16string_view qName, std::u16string_view localName,
-             std::u16string_view value) noexcept {
+             std::u16string_view value, bool isKnownPlain) noexcept {
         level_ = level;
         isDefaultNamespace_ = false;
         isNamespaceDecl_ = false;
+        isKnownPlain_ = isKnownPlain;
         qName_ = qName;
         localName_ = localName;
         value_ = value;
-        classifyIfLikely();
     }
+    /// Finds out whether it is a declaration, see SetQName.
+    void classify() noexcept;
 
     /// Stores the qualified name and classifies it: a declaration starts with the letters xmlns, in
     /// either case, followed in the buffer by ":" or, for the default namespace, "=".
     /// Reads the unit behind a name of exactly these five letters.
     void SetQName(PNuXmlChar name, host::SAXLength length) noexcept {
         qName_ = span(name, length);
-        isNamespaceDecl_ = false;
-        isDefaultNamespace_ = false;
-        classifyIfLikely();
+        classify();
     }
     void SetLocalName(PNuXmlChar name, host::SAXLength length) noexcept {
         localName_ = span(name, length);
     }
     void SetValue(PNuXmlChar value, host::SAXLength length) noexcept {
         value_ = span(value, length);
+        isKnownPlain_ = false;
     }
     /// The depth of the element, the root being 1.
     void SetLevel(std::int32_t level) noexcept { level_ = level; }
@@ -49,6 +51,9 @@ public:
     [[nodiscard]] std::int32_t Level() const noexcept { return level_; }
     [[nodiscard]] bool IsDefaultNamespace() const noexcept { return isDefaultNamespace_; }
     [[nodiscard]] bool IsNamespaceDecl() const noexcept { return isNamespaceDecl_; }
+    /// Whether the value was seen to hold none of & < > ' while it was scanned. False tells
+    /// nothing.
+    [[nodiscard]] bool isKnownPlain() const noexcept { return isKnownPlain_; }
 
     [[nodiscard]] NuXmlString GetQName() const { return NuXmlString(qName_); }
     /// The name behind the last colon; empty for a default declaration.
@@ -79,17 +84,12 @@ private:
     static std::u16string_view span(PNuXmlChar text, host::SAXLength length) noexcept {
         return {text, length <= 0 ? 0 : static_cast<std::size_t>(length)};
     }
-    void classifyIfLikely() noexcept {
-        if (qName_.size() >= 5 && (qName_.front() | 0x20) == u'x') {
-            classify(qName_.data());
-        }
-    }
-    void classify(PNuXmlChar name) noexcept;
 
     TNuSAXXMLReader* reader_;
     std::int32_t level_ = 0;
     bool isDefaultNamespace_ = false;
     bool isNamespaceDecl_ = false;
+    bool isKnownPlain_ = false;
     std::u16string_view qName_;
     std::u16string_view localName_;
     std::u16string_view value_;
@@ -105,10 +105,13 @@ public:
 
     /// Appends an empty attribute. The reference is valid until the next one is appended.
     TNuSAXAttribute& CreateAttribute() { return next() = TNuSAXAttribute(Reader()); }
-    /// Appends an attribute as it stands in the buffer.
-    void add(std::int32_t level, std::u16string_view qName, std::u16string_view localName,
-             std::u16string_view value) {
-        next().set(level, qName, localName, value);
+    /// Appends an attribute that the caller sets. The reference is valid until the next one is
+    /// appended.
+    TNuSAXAttribute& next() {
+        if (count_ == room_) [[unlikely]] {
+            addRoom();
+        }
+        return attributes_[count_++];
     }
     /// Throws host::EListError for an index outside.
     [[nodiscard]] const TNuSAXAttribute& GetAttribute(host::SAXLength index) const {
@@ -172,15 +175,10 @@ public:
 private:
     [[nodiscard]] std::u16string_view valueAt(host::SAXLength index) const;
 
-    TNuSAXAttribute& next() {
-        if (count_ == attributes_.size()) [[unlikely]] {
-            addRoom();
-        }
-        return attributes_[count_++];
-    }
     void addRoom();
 
     /// The first count_ are in use; those behind wait for the next tag.
     std::vector<TNuSAXAttribute> attributes_;
     std::size_t count_ = 0;
+    std::size_t room_ = 0; ///< the size of the list, which is slow to ask for
 };

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "common/caseFolding.h"
-
 namespace {
 
 constexpr std::size_t firstSlotCount = 16;
@@ -41,12 +39,16 @@ void TNuSaxNamespaceList::AddNamespace(std::int32_t level, std::u16string_view p
 }
 
 const TNuSaxNamespace* TNuSaxNamespaceList::find(std::u16string_view prefix) const {
+    if (count_ == 0) {
+        return nullptr;
+    }
     const std::size_t hash = hashPrefix(prefix);
     const TNuSaxNamespace* entry = slots_[hash & (slots_.size() - 1)];
     while (entry != nullptr && (entry->Hash != hash || !(entry->Prefix == prefix ||
                                                          NuEqualFolded(entry->Prefix, prefix)))) {
         entry = entry->Older;
     }
+    recent_[recentPlace(prefix)] = entry;
     return entry;
 }
 
@@ -80,6 +82,7 @@ void TNuSaxNamespaceList::Clear() {
         slots_.clear();
     }
     std::fill(slots_.begin(), slots_.end(), nullptr);
+    recent_.fill(nullptr);
     count_ = 0;
     default_ = nullptr;
     highestLevel_ = 0;
@@ -90,6 +93,9 @@ void TNuSaxNamespaceList::removeNewest() {
     const TNuSaxNamespace& entry = entries_[--count_];
     slots_[entry.Hash & (slots_.size() - 1)] = entry.Older;
     default_ = entry.OlderDefault;
+    if (!entry.Prefix.empty()) {
+        recent_[recentPlace(entry.Prefix)] = nullptr;
+    }
 }
 
 void TNuSaxNamespaceList::link(TNuSaxNamespace& entry) {
@@ -97,11 +103,16 @@ void TNuSaxNamespaceList::link(TNuSaxNamespace& entry) {
     entry.Older = slot;
     slot = &entry;
     entry.OlderDefault = default_;
-    default_ = entry.Prefix.empty() ? &entry : default_;
+    if (entry.Prefix.empty()) {
+        default_ = &entry;
+    } else {
+        recent_[recentPlace(entry.Prefix)] = &entry;
+    }
 }
 
 void TNuSaxNamespaceList::rebuildSlots(std::size_t slotCount) {
     slots_.assign(slotCount, nullptr);
+    recent_.fill(nullptr);
     default_ = nullptr;
     for (std::size_t index = 0; index < count_; ++index) {
         link(entries_[index]);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -7,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "common/caseFolding.h"
 #include "host/runtime/export.h"
 
 /// One namespace declaration in scope. Prefix and URI are copies with stable addresses: they live
@@ -32,7 +34,11 @@ public:
     /// The newest declaration of `prefix`, or null.
     [[nodiscard]] const TNuSaxNamespace* GetNamespace(std::u16string_view prefix) const {
         // Elements without a prefix ask for the default namespace, tag by tag.
-        return prefix.empty() ? default_ : count_ == 0 ? nullptr : find(prefix);
+        if (prefix.empty()) {
+            return default_;
+        }
+        const TNuSaxNamespace* recent = recent_[recentPlace(prefix)];
+        return recent != nullptr && recent->Prefix == prefix ? recent : find(prefix);
     }
     /// Removes every declaration whose level is `level` or more.
     void RemoveLevel(std::int32_t level) {
@@ -44,6 +50,12 @@ public:
     [[nodiscard]] std::size_t Count() const noexcept { return count_; }
 
 private:
+    static constexpr std::size_t recentCount = 32;
+
+    /// Prefixes that differ in letter case alone have the same place.
+    static std::size_t recentPlace(std::u16string_view prefix) noexcept {
+        return (NuFoldCase(prefix.front()) + prefix.size()) % recentCount;
+    }
     [[nodiscard]] const TNuSaxNamespace* find(std::u16string_view prefix) const;
     void removeFrom(std::int32_t level);
     void removeNewest();
@@ -58,4 +70,6 @@ private:
     std::int32_t highestLevel_ = 0;
     bool isOrdered_ = true;                     ///< no entry has a lower level than one before it
     std::vector<const TNuSaxNamespace*> slots_; ///< newest entry per hash slot, or null
+    /// Entries that were found or made last, each the newest one of its prefix, or null.
+    mutable std::array<const TNuSaxNamespace*, recentCount> recent_{};
 };

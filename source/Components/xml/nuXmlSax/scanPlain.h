@@ -164,7 +164,7 @@ inline PNuXmlChar SaxScanner<Source>::findPlainTagEnd(Name& name, TNuSAXAttribut
     // 2. The attributes.
     if (*place == cNuSpace) {
         place = findSolid(place);
-        while (place != last && *place != cNuSlash && *place != cNuGt) {
+        while (*place != cNuSlash && *place != cNuGt) {
             place = scanPlainAttribute(place, attributes);
             if (place == nullptr) {
                 return nullptr;
@@ -185,27 +185,23 @@ inline PNuXmlChar SaxScanner<Source>::scanPlainAttribute(PNuXmlChar start,
     // 1. The name ends at "=", with a quote and the value right behind it.
     const PNuXmlChar last = source_.LastPtr();
     PNuXmlChar localStart = start;
-    PNuXmlChar nameEnd = start + 1;
-    if (*start == cNuEOF) {
-        return nullptr;
-    }
-    for (;; ++nameEnd) {
-        nameEnd = source_.template findFrom<StopSet::Name>(nameEnd);
-        if (*nameEnd == cNuEqual) {
-            break;
-        }
-        if (*nameEnd != cNuColon || nameEnd == last) {
+    PNuXmlChar nameEnd = source_.template findFrom<StopSet::Name>(start);
+    while (*nameEnd != cNuEqual) {
+        if (*nameEnd != cNuColon || nameEnd == start || nameEnd == last) {
             return nullptr;
         }
         localStart = nameEnd + 1;
+        nameEnd = source_.template findFrom<StopSet::Name>(localStart);
     }
-    if (last - nameEnd < 3 || nameEnd[1] != cNuQuote || nameEnd[2] < cNuSpace) {
+    if (nameEnd == start || last - nameEnd < 3 || nameEnd[1] != cNuQuote || nameEnd[2] < cNuSpace) {
         return nullptr;
     }
 
     // 2. The value, and what comes after it.
     const PNuXmlChar value = nameEnd + 2;
-    const PNuXmlChar valueEnd = source_.template findFrom<StopSet::Quote>(value);
+    bool isPlain = false;
+    const PNuXmlChar valueEnd =
+        source_.template findFrom<StopSet::Quote, StopSet::Escaped>(value, isPlain);
     if (valueEnd == last || *valueEnd != cNuQuote) {
         return nullptr;
     }
@@ -213,9 +209,15 @@ inline PNuXmlChar SaxScanner<Source>::scanPlainAttribute(PNuXmlChar start,
     if (*next <= cNuSpace && next != last) {
         next = findSolid(next);
     }
-    hasMeaningfulAttribute_ = hasMeaningfulAttribute_ || mayBeMeaningful(*start);
-    attributes.add(reader_.depth_ + 1, text(start, nameEnd), text(localStart, nameEnd),
-                   text(value, valueEnd));
+
+    // 3. The attribute.
+    TNuSAXAttribute& attribute = attributes.next();
+    attribute.set(reader_.depth_ + 1, text(start, nameEnd), text(localStart, nameEnd),
+                  text(value, valueEnd), isPlain);
+    if (mayBeMeaningful(*start)) [[unlikely]] {
+        attribute.classify();
+        hasMeaningfulAttribute_ = true;
+    }
     return next;
 }
 

@@ -83,6 +83,9 @@ public:
     /// and that attribute. A number, because later elements may stand where former ones stood.
     mutable std::uint64_t loadedElement = 0;
     mutable TNuDOMAttribute* loadedAttribute = nullptr;
+    /// The name of the attribute that last came right behind an element or an attribute of this
+    /// name; null before the first.
+    mutable const NodeName* loadedFollower = nullptr;
 };
 
 /// The names of one document.
@@ -111,6 +114,17 @@ public:
             recent_[place] = getFromTable(qualified, uri);
         }
         return recent_[place];
+    }
+    /// The same for an attribute that is loaded behind an element or an attribute of the name
+    /// `before`: nearly always it is the one that came there last time. `qualified` is not empty.
+    [[nodiscard]] const NodeName* getFollower(const NodeName& before,
+                                              std::u16string_view qualified) {
+        const NodeName* const guess = before.loadedFollower;
+        if (guess != nullptr && readsSame(*guess, TextEnds::of(qualified), qualified, {}))
+            [[likely]] {
+            return guess;
+        }
+        return before.loadedFollower = get(qualified);
     }
     /// The name of these parts.
     [[nodiscard]] const NodeName* get(bool hasPrefix, std::u16string_view prefix, bool hasLocal,

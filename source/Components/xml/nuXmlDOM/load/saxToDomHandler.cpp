@@ -13,12 +13,65 @@
 
 namespace {
 
-/// Calls `visit` with the name and the value of each attribute.
-template <class Visit> void forEachAttribute(host::IBufferedAttributes& attributes, Visit&& visit) {
+[[noreturn]] void raiseEmptyName() { throw ENuDomSyntax(nu::cEmptyName); }
+[[noreturn]] void raiseInvalidName() { throw ENuDomInvalidCharacter(nu::cInvalidName); }
+
+/// Puts attributes behind those of an element that is being loaded.
+class AttributeLoader {
+public:
+    AttributeLoader(TNuDOMDocument& document, TNuDOMElement& element) noexcept
+        : document_(document), element_(element), before_(&nu::NodeAccess::name(element)),
+          number_(document.names().nextLoadedElement()) {}
+
+    /// \param isKnownPlain whether escaping is known to leave the value as it is
+    [[gnu::always_inline]] void add(std::u16string_view qName, std::u16string_view value,
+                                    bool isKnownPlain) {
+        // Most values are kept as they are written.
+        if (isKnownPlain || nu::isPlainText(value)) [[likely]] {
+            textFor(qName).assign(document_.memory(), value);
+        } else {
+            addReplaced(qName, value);
+        }
+    }
+
+private:
+    /// References in the value are replaced, and what is kept is escaped again. The attribute comes
+    /// after that, because a reference can be wrong.
+    [[gnu::noinline]] void addReplaced(std::u16string_view qName, std::u16string_view value) {
+        const NuXmlString replaced = NuXMLToStr(value);
+        nu::assignEscaped(textFor(qName), document_.memory(), replaced);
+    }
+
+    /// The text of an attribute that is new, unless the element already got one of that name.
+    [[gnu::always_inline]] nu::StoredText& textFor(std::u16string_view qName) {
+        if (qName.empty()) [[unlikely]] {
+            raiseEmptyName();
+        }
+        const nu::NodeName* name = document_.names().getFollower(*before_, qName);
+        if (name->hasSpace) [[unlikely]] {
+            raiseInvalidName();
+        }
+        before_ = name;
+        if (name->loadedElement != number_) [[likely]] {
+            auto& attribute = nu::NodeAccess::make<TNuDOMAttribute>(document_, name);
+            nu::NodeAccess::appendLoaded(element_, attribute);
+            name->loadedElement = number_;
+            name->loadedAttribute = &attribute;
+        }
+        return nu::NodeAccess::stored(*name->loadedAttribute);
+    }
+
+    TNuDOMDocument& document_;
+    TNuDOMElement& element_;
+    const nu::NodeName* before_; ///< of the element, or of the attribute that came last
+    std::uint64_t number_;       ///< of the element
+};
+
+void addAttributes(AttributeLoader& loader, host::IBufferedAttributes& attributes) {
     // Those of the library's own readers can be had without calls.
     if (typeid(attributes) == typeid(TNuSAXAttributes)) [[likely]] {
         for (const TNuSAXAttribute& own : static_cast<TNuSAXAttributes&>(attributes).all()) {
-            visit(own.qNameSpan(), own.valueSpan());
+            loader.add(own.qNameSpan(), own.valueSpan(), own.isKnownPlain());
         }
         return;
     }
@@ -29,7 +82,7 @@ template <class Visit> void forEachAttribute(host::IBufferedAttributes& attribut
         attributes.getQName(index, text, length);
         const std::u16string_view name(text, static_cast<std::size_t>(length));
         attributes.getValue(index, text, length);
-        visit(name, std::u16string_view(text, static_cast<std::size_t>(length)));
+        loader.add(name, std::u16string_view(text, static_cast<std::size_t>(length)), false);
     }
 }
 
@@ -72,12 +125,12 @@ template <class Node> void TNuSaxToDomHandler::append(Node& node) {
 }
 
 const nu::NodeName* TNuSaxToDomHandler::nameFor(std::u16string_view name, std::u16string_view uri) {
-    if (name.empty()) {
-        throw ENuDomSyntax(nu::cEmptyName);
+    if (name.empty()) [[unlikely]] {
+        raiseEmptyName();
     }
     const nu::NodeName* known = document_->names().get(name, uri);
-    if (known->hasSpace) {
-        throw ENuDomInvalidCharacter(nu::cInvalidName);
+    if (known->hasSpace) [[unlikely]] {
+        raiseInvalidName();
     }
     return known;
 }
@@ -95,40 +148,11 @@ void TNuSaxToDomHandler::startElement(std::u16string_view uri, std::u16string_vi
         auto& element = nu::NodeAccess::make<TNuDOMElement>(*document_, name);
         append(element);
         // 2. Its attributes, namespace declarations among them.
-        const std::uint64_t number = document_->names().nextLoadedElement();
-        forEachAttribute(attributes, [&](std::u16string_view attribute, std::u16string_view value) {
-            addAttribute(element, number, attribute, value);
-        });
+        AttributeLoader loader(*document_, element);
+        addAttributes(loader, attributes);
         // 3. What follows goes below it.
         current_ = &element;
     });
-}
-
-/// The text of an attribute that is new, unless the element already got one of that name.
-inline nu::StoredText& TNuSaxToDomHandler::attributeText(TNuDOMElement& element,
-                                                         std::uint64_t elementNumber,
-                                                         std::u16string_view name) {
-    const nu::NodeName* known = nameFor(name, {});
-    if (known->loadedElement != elementNumber) {
-        auto& attribute = nu::NodeAccess::make<TNuDOMAttribute>(*document_, known);
-        nu::NodeAccess::appendLoaded(element, attribute);
-        known->loadedElement = elementNumber;
-        known->loadedAttribute = &attribute;
-    }
-    return nu::NodeAccess::stored(*known->loadedAttribute);
-}
-
-void TNuSaxToDomHandler::addAttribute(TNuDOMElement& element, std::uint64_t elementNumber,
-                                      std::u16string_view name, std::u16string_view value) {
-    // 1. The value: references in it are replaced, and what is kept is escaped again. For most
-    //    values both change nothing.
-    if (!nu::isPlainText(value)) [[unlikely]] {
-        const NuXmlString replaced = NuXMLToStr(value);
-        nu::StoredText& text = attributeText(element, elementNumber, name);
-        nu::assignEscaped(text, document_->memory(), replaced);
-        return;
-    }
-    attributeText(element, elementNumber, name).assign(document_->memory(), value);
 }
 
 void TNuSaxToDomHandler::endElement(std::u16string_view /*uri*/, std::u16string_view /*localName*/,

@@ -59,10 +59,6 @@ private:
     template <class Operation> void remember(Operation&& operation);
     void setLoading(bool isLoading) noexcept;
     template <class Node> void append(Node& node);
-    void addAttribute(TNuDOMElement& element, std::uint64_t elementNumber, std::u16string_view name,
-                      std::u16string_view value);
-    [[nodiscard]] nu::StoredText& attributeText(TNuDOMElement& element, std::uint64_t elementNumber,
-                                                std::u16string_view name);
     [[nodiscard]] const nu::NodeName* nameFor(std::u16string_view name, std::u16string_view uri);
 
     NuRef<TNuDOMDocument> document_;
