@@ -38,15 +38,28 @@ inline void widenBlock(const unsigned char* bytes, char16_t* units) noexcept {
     storeBlock(units + 8, _mm_unpackhi_epi8(block, zero));
 }
 
+/// True when 8 units are all below 0x80.
+inline bool isAsciiUnits(__m128i units) noexcept {
+    const __m128i beyond = _mm_and_si128(units, _mm_set1_epi16(static_cast<short>(0xFF80)));
+    return _mm_movemask_epi8(_mm_cmpeq_epi8(beyond, _mm_setzero_si128())) == 0xFFFF;
+}
+
 /// Writes 16 units as 16 bytes when all are below 0x80; otherwise writes nothing and returns false.
 inline bool narrowAsciiBlock(const char16_t* units, char* bytes) noexcept {
     const __m128i low = loadBlock(units);
     const __m128i high = loadBlock(units + 8);
-    const __m128i beyond =
-        _mm_and_si128(_mm_or_si128(low, high), _mm_set1_epi16(static_cast<short>(0xFF80)));
-    if (_mm_movemask_epi8(_mm_cmpeq_epi8(beyond, _mm_setzero_si128())) != 0xFFFF)
+    if (!isAsciiUnits(_mm_or_si128(low, high)))
         return false;
     storeBlock(bytes, _mm_packus_epi16(low, high));
+    return true;
+}
+
+/// The same for 8 units and bytes.
+inline bool narrowAsciiHalf(const char16_t* units, char* bytes) noexcept {
+    const __m128i half = loadBlock(units);
+    if (!isAsciiUnits(half))
+        return false;
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(bytes), _mm_packus_epi16(half, half));
     return true;
 }
 
@@ -63,15 +76,25 @@ inline void widenBlock(const unsigned char* bytes, char16_t* units) noexcept {
         units[index] = bytes[index];
 }
 
-inline bool narrowAsciiBlock(const char16_t* units, char* bytes) noexcept {
+/// Writes `count` units as bytes when all are below 0x80; otherwise writes nothing and returns
+/// false.
+inline bool narrowAsciiUnits(const char16_t* units, char* bytes, std::size_t count) noexcept {
     unsigned all = 0;
-    for (std::size_t index = 0; index < blockSize; ++index)
+    for (std::size_t index = 0; index < count; ++index)
         all |= units[index];
     if (all >= 0x80)
         return false;
-    for (std::size_t index = 0; index < blockSize; ++index)
+    for (std::size_t index = 0; index < count; ++index)
         bytes[index] = static_cast<char>(units[index]);
     return true;
+}
+
+inline bool narrowAsciiBlock(const char16_t* units, char* bytes) noexcept {
+    return narrowAsciiUnits(units, bytes, blockSize);
+}
+
+inline bool narrowAsciiHalf(const char16_t* units, char* bytes) noexcept {
+    return narrowAsciiUnits(units, bytes, blockSize / 2);
 }
 
 #endif

@@ -192,6 +192,19 @@ PNuXmlChar MarkupBlock::findBeyond(StopSet set, PNuXmlChar place, PNuXmlChar las
     return start_ + std::countr_zero(stopsOf(set));
 }
 
+PNuXmlChar MarkupBlock::findBeyond(StopSet set, StopSet absent, PNuXmlChar place, PNuXmlChar last,
+                                   bool& isFree) noexcept {
+    const std::size_t offset = offsetOf(place);
+    isFree = true;
+    if (offset < length) {
+        isFree = stopsOf(absent) >> offset == 0;
+        place = start_ + length;
+    }
+    const PNuXmlChar found = findBeyond(set, place, last);
+    isFree = isFree && start_ == place && (upToFirst(stopsOf(set)) & stopsOf(absent)) == 0;
+    return found;
+}
+
 void MarkupBlock::classify(PNuXmlChar from, PNuXmlChar last) noexcept {
     start_ = from;
     const auto lastIndex = static_cast<std::size_t>(last - from);

@@ -48,21 +48,18 @@ public:
         return findBeyond(set, place, last);
     }
     /// The same; tells also whether no stop of `absent` is known to stand before that. Nothing is
-    /// known of text that goes beyond the block.
+    /// known of text of more than two blocks.
     template <StopSet set, StopSet absent>
     [[nodiscard]] PNuXmlChar find(PNuXmlChar place, PNuXmlChar last, bool& isFree) noexcept {
         const std::size_t offset = offsetOf(place);
-        isFree = false;
         if (offset < length) [[likely]] {
             const std::uint64_t stops = stopsOf(set) >> offset;
             if (stops != 0) [[likely]] {
-                const std::uint64_t upToStop = stops ^ (stops - 1);
-                isFree = (stopsOf(absent) >> offset & upToStop) == 0;
+                isFree = (upToFirst(stops) & stopsOf(absent) >> offset) == 0;
                 return place + std::countr_zero(stops);
             }
-            place = start_ + length;
         }
-        return findBeyond(set, place, last);
+        return findBeyond(set, absent, place, last, isFree);
     }
 
     /// A bit for each unit of a block, the first one lowest, for each stop set.
@@ -77,8 +74,13 @@ private:
     [[nodiscard]] std::uint64_t stopsOf(StopSet set) const noexcept {
         return stops_[static_cast<std::size_t>(set)];
     }
+    /// Ones up to the first stop.
+    static std::uint64_t upToFirst(std::uint64_t stops) noexcept { return stops ^ (stops - 1); }
     /// The same for a place outside the block; the block moves there.
     [[nodiscard]] PNuXmlChar findBeyond(StopSet set, PNuXmlChar place, PNuXmlChar last) noexcept;
+    /// The same where the block, if `place` is in it, has no stop behind it.
+    [[nodiscard]] PNuXmlChar findBeyond(StopSet set, StopSet absent, PNuXmlChar place,
+                                        PNuXmlChar last, bool& isFree) noexcept;
 
     /// Classifies what stands behind less than a block of text before its end.
     void classifyRest(std::size_t lastIndex) noexcept;

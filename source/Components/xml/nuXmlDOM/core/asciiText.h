@@ -51,7 +51,7 @@ inline bool packAscii(std::u16string_view text, std::uint64_t& packed) noexcept 
     return (first | middle | last) < 0x80;
 }
 
-inline bool isAscii(std::u16string_view text) noexcept {
+inline bool isAsciiText(std::u16string_view text) noexcept {
     return std::all_of(text.begin(), text.end(), [](char16_t unit) { return unit < 0x80; });
 }
 
@@ -67,14 +67,9 @@ inline bool narrowAscii(std::u16string_view text, char* bytes) noexcept {
         return isAscii;
     }
     if (length < simd::blockSize) {
-        std::uint64_t all = 0;
-        for (const std::size_t start : {std::size_t{0}, std::size_t{4}, length - 8, length - 4}) {
-            const std::uint64_t four = loadFour(units + start);
-            const std::uint32_t packed = packFour(four);
-            std::memcpy(bytes + start, &packed, sizeof packed);
-            all |= four;
-        }
-        return isAsciiOfFour(all);
+        const std::size_t last = length - simd::blockSize / 2;
+        return simd::narrowAsciiHalf(units, bytes) &&
+               simd::narrowAsciiHalf(units + last, bytes + last);
     }
     for (std::size_t start = 0; start + simd::blockSize < length; start += simd::blockSize) {
         if (!simd::narrowAsciiBlock(units + start, bytes + start)) {

@@ -35,6 +35,13 @@ struct TextEnds {
     friend bool operator==(const TextEnds&, const TextEnds&) noexcept = default;
 };
 
+/// What comes behind a name while a document is read.
+enum class NameFollower : std::uint8_t {
+    Attribute, ///< behind an element's name its first attribute, behind that the next
+    Child,     ///< behind an element's name its first child element
+    Sibling,   ///< behind an element's name the next element on the same level
+};
+
 /// The name of nodes: prefix, local name and the namespace URI that was given at their creation.
 /// There is one object for each such name in a document, so equal names are equal pointers.
 class NodeName : public ObjectContext {
@@ -83,9 +90,9 @@ public:
     /// and that attribute. A number, because later elements may stand where former ones stood.
     mutable std::uint64_t loadedElement = 0;
     mutable TNuDOMAttribute* loadedAttribute = nullptr;
-    /// The name of the attribute that last came right behind an element or an attribute of this
-    /// name; null before the first.
-    mutable const NodeName* loadedFollower = nullptr;
+    /// While nodes are loaded: for each kind of follower the name of the last one; null before the
+    /// first.
+    mutable std::array<const NodeName*, 3> loadedFollowers{};
 };
 
 /// The names of one document.
@@ -115,16 +122,17 @@ public:
         }
         return recent_[place];
     }
-    /// The same for an attribute that is loaded behind an element or an attribute of the name
-    /// `before`: nearly always it is the one that came there last time. `qualified` is not empty.
-    [[nodiscard]] const NodeName* getFollower(const NodeName& before,
-                                              std::u16string_view qualified) {
-        const NodeName* const guess = before.loadedFollower;
-        if (guess != nullptr && readsSame(*guess, TextEnds::of(qualified), qualified, {}))
-            [[likely]] {
-            return guess;
+    /// The same while nodes are loaded, for one that comes behind the name `before`: often it is
+    /// the one that came there last time. `qualified` is not empty.
+    [[nodiscard]] const NodeName* getFollower(const NodeName& before, NameFollower kind,
+                                              std::u16string_view qualified,
+                                              std::u16string_view uri = {}) {
+        const NodeName*& guess = before.loadedFollowers[static_cast<std::size_t>(kind)];
+        if (guess == nullptr || !readsSame(*guess, TextEnds::of(qualified), qualified, uri))
+            [[unlikely]] {
+            guess = get(qualified, uri);
         }
-        return before.loadedFollower = get(qualified);
+        return guess;
     }
     /// The name of these parts.
     [[nodiscard]] const NodeName* get(bool hasPrefix, std::u16string_view prefix, bool hasLocal,

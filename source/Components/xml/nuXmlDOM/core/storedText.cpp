@@ -51,11 +51,9 @@ void StoredText::adopt(void* piece, std::size_t length, std::uint64_t flags) noe
     setOutsideLength(length);
 }
 
-void StoredText::clear(DocumentMemory& memory) noexcept {
-    if (!isInside()) [[unlikely]] {
-        memory.release(outside() - headerSize(outsideLength()), capacity());
-    }
-    word_ = insideFlag;
+/// Gives the memory outside back.
+void StoredText::release(DocumentMemory& memory) noexcept {
+    memory.release(outside() - headerSize(outsideLength()), capacity());
 }
 
 void StoredText::assignElsewhere(DocumentMemory& memory, std::u16string_view text) {
@@ -112,7 +110,7 @@ void StoredText::append(DocumentMemory& memory, std::u16string_view text) {
     checkLength(former + text.size());
     const std::size_t total = former + text.size();
     // 1. A text that turns wide, or is short, is put together anew.
-    const bool turnsWide = isNarrow() && !isAscii(text);
+    const bool turnsWide = isNarrow() && !isAsciiText(text);
     if (turnsWide || former == 0 || total <= insideLimit) {
         NuXmlString whole = toString();
         whole += text;

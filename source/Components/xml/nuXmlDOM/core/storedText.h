@@ -54,7 +54,12 @@ public:
     /// Appends, so that many appends together stay linear.
     void append(DocumentMemory& memory, std::u16string_view text);
     /// Gives the memory back; the text is empty afterwards.
-    void clear(DocumentMemory& memory) noexcept;
+    void clear(DocumentMemory& memory) noexcept {
+        if (!isInside()) [[unlikely]] {
+            release(memory);
+        }
+        word_ = insideFlag;
+    }
 
 private:
     static constexpr std::size_t insideLimit = 7;
@@ -91,6 +96,7 @@ private:
     [[nodiscard]] static std::size_t headerSize(std::size_t length) noexcept;
     [[nodiscard]] std::size_t capacity() const noexcept;
     void adopt(void* piece, std::size_t length, std::uint64_t flags) noexcept;
+    void release(DocumentMemory& memory) noexcept;
     void assignElsewhere(DocumentMemory& memory, std::u16string_view text);
     void grow(DocumentMemory& memory, std::size_t length);
 

@@ -16,6 +16,20 @@ namespace {
 [[noreturn]] void raiseEmptyName() { throw ENuDomSyntax(nu::cEmptyName); }
 [[noreturn]] void raiseInvalidName() { throw ENuDomInvalidCharacter(nu::cInvalidName); }
 
+/// What `find` gives for a name, if a node can have it.
+template <class Find>
+[[gnu::always_inline]] inline const nu::NodeName* checkedName(std::u16string_view name,
+                                                              Find&& find) {
+    if (name.empty()) [[unlikely]] {
+        raiseEmptyName();
+    }
+    const nu::NodeName* found = find();
+    if (found->hasSpace) [[unlikely]] {
+        raiseInvalidName();
+    }
+    return found;
+}
+
 /// Puts attributes behind those of an element that is being loaded.
 class AttributeLoader {
 public:
@@ -44,13 +58,9 @@ private:
 
     /// The text of an attribute that is new, unless the element already got one of that name.
     [[gnu::always_inline]] nu::StoredText& textFor(std::u16string_view qName) {
-        if (qName.empty()) [[unlikely]] {
-            raiseEmptyName();
-        }
-        const nu::NodeName* name = document_.names().getFollower(*before_, qName);
-        if (name->hasSpace) [[unlikely]] {
-            raiseInvalidName();
-        }
+        const nu::NodeName* name = checkedName(qName, [&] {
+            return document_.names().getFollower(*before_, nu::NameFollower::Attribute, qName);
+        });
         before_ = name;
         if (name->loadedElement != number_) [[likely]] {
             auto& attribute = nu::NodeAccess::make<TNuDOMAttribute>(document_, name);
@@ -91,7 +101,7 @@ void addAttributes(AttributeLoader& loader, host::IBufferedAttributes& attribute
 TNuSaxToDomHandler::TNuSaxToDomHandler(TNuSAXXMLReader& reader, TNuDOMDocument& document,
                                        TNuDOMNode* parent)
     : TNuSAXHandlerOf(reader), document_(&document),
-      current_(parent != nullptr ? parent : &document) {}
+      current_(parent != nullptr ? parent : &document), before_(document.names().nameless()) {}
 
 TNuSaxToDomHandler::~TNuSaxToDomHandler() { setLoading(false); }
 
@@ -124,17 +134,6 @@ template <class Node> void TNuSaxToDomHandler::append(Node& node) {
     }
 }
 
-const nu::NodeName* TNuSaxToDomHandler::nameFor(std::u16string_view name, std::u16string_view uri) {
-    if (name.empty()) [[unlikely]] {
-        raiseEmptyName();
-    }
-    const nu::NodeName* known = document_->names().get(name, uri);
-    if (known->hasSpace) [[unlikely]] {
-        raiseInvalidName();
-    }
-    return known;
-}
-
 void TNuSaxToDomHandler::startDocument() { setLoading(true); }
 
 void TNuSaxToDomHandler::endDocument() { setLoading(false); }
@@ -144,7 +143,8 @@ void TNuSaxToDomHandler::startElement(std::u16string_view uri, std::u16string_vi
                                       host::IBufferedAttributes& attributes) {
     remember([&] {
         // 1. The element, behind the children of the current one.
-        const nu::NodeName* name = nameFor(qName, uri);
+        const nu::NodeName* name = checkedName(
+            qName, [&] { return document_->names().getFollower(*before_, follower_, qName, uri); });
         auto& element = nu::NodeAccess::make<TNuDOMElement>(*document_, name);
         append(element);
         // 2. Its attributes, namespace declarations among them.
@@ -152,13 +152,21 @@ void TNuSaxToDomHandler::startElement(std::u16string_view uri, std::u16string_vi
         addAttributes(loader, attributes);
         // 3. What follows goes below it.
         current_ = &element;
+        before_ = name;
+        follower_ = nu::NameFollower::Child;
     });
 }
 
 void TNuSaxToDomHandler::endElement(std::u16string_view /*uri*/, std::u16string_view /*localName*/,
                                     std::u16string_view /*qName*/) {
     TNuDOMNode* parent = current_->get_parentNode();
-    current_ = parent != nullptr ? parent : document_.get();
+    if (parent == nullptr) {
+        current_ = document_.get();
+        return;
+    }
+    before_ = &nu::NodeAccess::name(*current_);
+    follower_ = nu::NameFollower::Sibling;
+    current_ = parent;
 }
 
 void TNuSaxToDomHandler::characters(std::u16string_view text) {
@@ -185,7 +193,8 @@ void TNuSaxToDomHandler::comment(std::u16string_view text) {
 void TNuSaxToDomHandler::processingInstruction(std::u16string_view target,
                                                std::u16string_view data) {
     remember([&] {
-        const nu::NodeName* name = nameFor(target, {});
+        const nu::NodeName* name =
+            checkedName(target, [&] { return document_->names().get(target); });
         auto& instruction = nu::NodeAccess::make<TNuDOMProcessingInstruction>(*document_, name);
         nu::NodeAccess::text(instruction)->assign(document_->memory(), data);
         // The XML declaration always comes first in the document.

@@ -59,10 +59,11 @@ private:
     template <class Operation> void remember(Operation&& operation);
     void setLoading(bool isLoading) noexcept;
     template <class Node> void append(Node& node);
-    [[nodiscard]] const nu::NodeName* nameFor(std::u16string_view name, std::u16string_view uri);
 
     NuRef<TNuDOMDocument> document_;
     TNuDOMNode* current_;
+    const nu::NodeName* before_; ///< of the element that started or ended last
+    nu::NameFollower follower_ = nu::NameFollower::Child; ///< what comes behind it now
     bool isInCData_ = false;
     std::exception_ptr failure_;
 };
