@@ -111,6 +111,15 @@ TEST(TreeScale, keepsManyAttributes) {
         root.removeAttribute(u"a" + text(number));
     }
     EXPECT_EQ(document->get_xml(), u"<r/>");
+    // The last ones first, and put back in front of the one that was taken out before.
+    TNuDOMElement& full = *loaded->GetRootNode();
+    NuRef<TNuDOMAttribute> former;
+    for (std::size_t number = many; number-- > 1;) {
+        const NuRef<TNuDOMAttribute> last(full.getAttributeNode(u"a" + text(number)));
+        last->_linkToParent(&full, former == nullptr ? rdpLast : rdpBefore, former.get());
+        former = last;
+    }
+    EXPECT_EQ(loaded->get_xml(), xml);
 }
 
 TEST(TreeScale, letsGoOfManyNodes) {

@@ -12,6 +12,7 @@
 #include "host/runtime/fileStream.h"
 #include "nuXmlDOM.h"
 #include "nuXmlParser/parserErrors.h"
+#include "support/randomText.h"
 
 namespace {
 
@@ -63,6 +64,48 @@ TEST(Node, isNamedOnceUpToWhatIsRefused) {
         EXPECT_EQ(failureOf<ENuDomInvalidCharacter>([&] { root.set_prefix(row.prefix); }),
                   row.prefix.size() > 1 ? u"Invalid XML Name" : u"");
         EXPECT_EQ(root.get_nodeName(), row.name);
+    }
+}
+
+/// Attributes have no link backwards; where many stand, they are looked up.
+TEST(Element, keepsItsAttributesInOrder) {
+    for (std::uint64_t seed = 0; seed < support::randomInputs(20); ++seed) {
+        support::Random random(seed);
+        const auto document = loaded(u"<a/>");
+        TNuDOMElement& element = *document->GetRootNode();
+        std::vector<NuRef<TNuDOMAttribute>> model;
+        const std::size_t usual = 10 + random(200);
+        for (int step = 0; step < 1000; ++step) {
+            const std::size_t place = random(model.size() + 1);
+            const auto at = model.begin() + static_cast<std::ptrdiff_t>(place);
+            if (random(2 * usual) < model.size() && at != model.end()) {
+                (*at)->_linkToParent(nullptr, rdpLast, nullptr);
+                model.erase(at);
+            } else {
+                NuXmlString name(u"n");
+                name += static_cast<NuXmlChar>(0x4E00 + step);
+                const auto made = document->createAttribute(name);
+                if (at == model.end()) {
+                    made->_linkToParent(&element, rdpLast, nullptr);
+                } else if (random(2) == 0) {
+                    made->_linkToParent(&element, rdpBefore, at->get());
+                } else if (at != model.begin()) {
+                    made->_linkToParent(&element, rdpAfter, at[-1].get());
+                } else {
+                    made->_linkToParent(&element, rdpFirst, nullptr);
+                }
+                model.insert(at, made);
+            }
+            if (random(20) == 0 && !model.empty()) {
+                (void)element.getAttributeNode(u"unknown"); // makes the index of many
+            }
+        }
+        std::size_t index = 0;
+        for (const TNuDOMAttribute& attribute : element.Attributes()) {
+            ASSERT_LT(index, model.size()) << seed;
+            ASSERT_EQ(&attribute, model[index++].get()) << seed;
+        }
+        ASSERT_EQ(index, model.size()) << seed;
     }
 }
 

@@ -1,5 +1,6 @@
 #include "nuXmlDOM/core/attributeIndex.h"
 
+#include <new>
 #include <type_traits>
 
 #include "nuXmlDOM/core/document.h"
@@ -108,6 +109,68 @@ void AttributeIndex::changed(TNuDOMAttribute& attribute, bool isAdded, bool isAt
 void AttributeIndex::drop() noexcept {
     names_.drop();
     localNames_.drop();
+    before_.clear();
+}
+
+// The way back
+
+TNuDOMNode* AttributeIndex::before(const TNuDOMElement& element, const TNuDOMNode* attribute) {
+    if (before_.empty()) {
+        std::unordered_map<const TNuDOMNode*, TNuDOMNode*> made;
+        TNuDOMNode* last = nullptr;
+        for (TNuDOMAttribute& one : element.Attributes()) {
+            made.emplace(&one, last);
+            last = &one;
+        }
+        made.emplace(nullptr, last);
+        before_.swap(made);
+    }
+    return before_.at(attribute);
+}
+
+void AttributeIndex::linked(TNuDOMNode* before, const TNuDOMNode& attribute) noexcept {
+    if (before_.empty()) {
+        return;
+    }
+    try {
+        before_[&attribute] = before;
+        before_[NodeAccess::next(attribute)] = const_cast<TNuDOMNode*>(&attribute);
+    } catch (...) {
+        before_.clear(); // is made again when there is memory
+    }
+}
+
+void AttributeIndex::unlinked(TNuDOMNode* before, const TNuDOMNode& attribute,
+                              const TNuDOMNode* next) noexcept {
+    if (!before_.empty()) {
+        before_.erase(&attribute);
+        before_.find(next)->second = before;
+    }
+}
+
+TNuDOMNode* attributeBefore(TNuDOMElement& element, const TNuDOMNode* attribute) noexcept {
+    // 1. Elements have few attributes as a rule, and they come at the end.
+    constexpr int nearby = 64;
+    int left = nearby;
+    TNuDOMNode* before = nullptr;
+    TNuDOMNode* node = NodeAccess::firstAttribute(element);
+    for (; node != attribute && left > 0; --left) {
+        before = node;
+        node = NodeAccess::next(*node);
+    }
+    if (node == attribute) {
+        return before;
+    }
+    // 2. The others of many are looked up, so that many changes stay linear.
+    try {
+        return NodeAccess::lists(element).attributeIndex.before(element, attribute);
+    } catch (const std::bad_alloc&) {
+        // 3. Or searched for all the same, where there is no memory for that.
+        for (; node != attribute; node = NodeAccess::next(*node)) {
+            before = node;
+        }
+        return before;
+    }
 }
 
 // Searches

@@ -22,8 +22,15 @@ public:
                                         bool& isOnly);
     /// An attribute came, at the end or elsewhere, or left.
     void changed(TNuDOMAttribute& attribute, bool isAdded, bool isAtEnd) noexcept;
-    /// Names have changed.
+    /// Names have changed, or the order.
     void drop() noexcept;
+
+    /// The attribute before `attribute`, null before the first; the last one for null.
+    [[nodiscard]] TNuDOMNode* before(const TNuDOMElement& element, const TNuDOMNode* attribute);
+    /// An attribute has been put behind `before`, see AttributeChain.
+    void linked(TNuDOMNode* before, const TNuDOMNode& attribute) noexcept;
+    /// An attribute between `before` and `next`, null where there is none, has been taken out.
+    void unlinked(TNuDOMNode* before, const TNuDOMNode& attribute, const TNuDOMNode* next) noexcept;
 
 private:
     /// The first attribute of each key.
@@ -47,8 +54,13 @@ private:
 
     Table<const NodeName*> names_;
     Table<std::u16string_view> localNames_;
+    /// The attribute before each, and for null the last; empty as long as nobody asked.
+    std::unordered_map<const TNuDOMNode*, TNuDOMNode*> before_;
 };
 
+/// The attribute of `element` before `attribute`, null before the first; the last one for null.
+[[nodiscard]] TNuDOMNode* attributeBefore(TNuDOMElement& element,
+                                          const TNuDOMNode* attribute) noexcept;
 /// The first attribute of the plain name; null without one, and for null.
 [[nodiscard]] TNuDOMAttribute* findAttribute(const TNuDOMElement& element, const NodeName* plain);
 /// The first attribute of the local name and the namespace that its prefix resolves to.

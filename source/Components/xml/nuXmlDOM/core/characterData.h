@@ -11,7 +11,7 @@
 
 /// A node of characters, which has no children. Lengths, offsets and counts are in UTF-16 code
 /// units; out of range values are treated as each operation says.
-class NUXML_API TNuDOMCharacterData : public TNuDOMNode {
+class NUXML_API TNuDOMCharacterData : public TNuDOMChildNode {
 public:
     [[nodiscard]] NuXmlString get_nodeName() const override;
     [[nodiscard]] NuXmlString get_nodeValue() const override;
@@ -33,7 +33,7 @@ public:
     void _LoadFromStream(host::TStream& stream);
 
 protected:
-    using TNuDOMNode::TNuDOMNode;
+    using TNuDOMChildNode::TNuDOMChildNode;
 
     /// Puts `text` in place of the stored text.
     void store(std::u16string_view text);
@@ -138,7 +138,7 @@ private:
 };
 
 /// A processing instruction: a target, which is the node's name, and data.
-class NUXML_API TNuDOMProcessingInstruction final : public TNuDOMNode {
+class NUXML_API TNuDOMProcessingInstruction final : public TNuDOMChildNode {
 public:
     static const TNuDOMNodeClass Class;
     static constexpr host::DOMNodeType Type = host::PROCESSING_INSTRUCTION_NODE;
@@ -157,7 +157,7 @@ public:
     void setAttribute(std::u16string_view name, std::u16string_view value);
 
 private:
-    using TNuDOMNode::TNuDOMNode;
+    using TNuDOMChildNode::TNuDOMChildNode;
     friend class nu::NodeAccess;
 
     nu::StoredText text_;

@@ -40,11 +40,11 @@ void TNuDOMElement::_addChild(TNuDOMNode& child, TNuDOMPosition position, TNuDOM
                             isKnown);
     }
     // 3. The place among the children, or among the attributes.
-    nu::NodeChain& chain = isAttribute ? attributes_ : children_;
+    TNuDOMNode* const first = isAttribute ? attributes_.first() : children_.first();
     TNuDOMNode* place = nullptr;
     switch (position) {
     case rdpFirst:
-        place = chain.first();
+        place = first;
         break;
     case rdpLast:
         break;
@@ -52,15 +52,37 @@ void TNuDOMElement::_addChild(TNuDOMNode& child, TNuDOMPosition position, TNuDOM
         place = reference;
         break;
     case rdpAfter:
-        place = isKnown ? nu::NodeChain::next(*reference) : chain.first();
+        place = isKnown ? nu::NodeChain::next(*reference) : first;
         break;
     }
-    chain.insert(child, place);
+    if (isAttribute) {
+        linkAttribute(child, place);
+    } else {
+        children_.insert(child, place);
+    }
     if (!nu::NodeAccess::is<TNuDOMCharacterData>(child) || nu::NodeAccess::name(child).isNamed()) {
         setFlag(nu::hadNamedChild);
     }
     if (nu::NodeLists* lists = listsIfAny()) {
         lists->childChanged(child, true, place == nullptr);
+    }
+}
+
+/// Puts an attribute before `place`; at the end when it is null.
+void TNuDOMElement::linkAttribute(TNuDOMNode& attribute, TNuDOMNode* place) noexcept {
+    TNuDOMNode* const before = nu::attributeBefore(*this, place);
+    attributes_.insertBehind(before, attribute);
+    if (nu::NodeLists* lists = listsIfAny()) {
+        lists->attributeIndex.linked(before, attribute);
+    }
+}
+
+void TNuDOMElement::unlinkAttribute(TNuDOMNode& attribute) noexcept {
+    TNuDOMNode* const before = nu::attributeBefore(*this, &attribute);
+    TNuDOMNode* const next = nu::NodeChain::next(attribute);
+    attributes_.removeBehind(before);
+    if (nu::NodeLists* lists = listsIfAny()) {
+        lists->attributeIndex.unlinked(before, attribute, next);
     }
 }
 
@@ -99,7 +121,7 @@ void TNuDOMElement::placeInElementOrder(TNuDOMElement& child, TNuDOMPosition pos
 
 void TNuDOMElement::_removeChild(TNuDOMNode& child) {
     if (child.get_nodeType() == host::ATTRIBUTE_NODE) {
-        attributes_.remove(child);
+        unlinkAttribute(child);
     } else {
         children_.remove(child);
     }

@@ -19,7 +19,7 @@
 /// Lookups by name take the first match in order. Their options (TNuDOMSelectOptions) say whether
 /// letter case and prefix count and what happens when nothing matches; without soCreate and soRaise
 /// the result is then null.
-class NUXML_API TNuDOMElement final : public TNuDOMNode {
+class NUXML_API TNuDOMElement final : public TNuDOMChildNode {
 public:
     static const TNuDOMNodeClass Class;
     static constexpr host::DOMNodeType Type = host::ELEMENT_NODE;
@@ -212,16 +212,18 @@ public:
     TNuDOMElement* SelectSingleElement(std::u16string_view path, TNuDOMSelectOptions options = {});
 
 private:
-    using TNuDOMNode::TNuDOMNode;
+    using TNuDOMChildNode::TNuDOMChildNode;
     friend class nu::NodeAccess;
 
     void _addChild(TNuDOMNode& child, TNuDOMPosition position, TNuDOMNode* reference) override;
     void _removeChild(TNuDOMNode& child) override;
+    void linkAttribute(TNuDOMNode& attribute, TNuDOMNode* place) noexcept;
+    void unlinkAttribute(TNuDOMNode& attribute) noexcept;
     /// From now on the child elements have an order of their own, whatever moves in the tree.
     void keepElementOrder();
     void placeInElementOrder(TNuDOMElement& child, TNuDOMPosition position,
                              TNuDOMNode* besideElement, bool isReferenceKnown);
 
     nu::NodeChain children_;
-    nu::NodeChain attributes_;
+    nu::AttributeChain attributes_;
 };

@@ -60,9 +60,10 @@ const std::vector<TNuDOMNode*>& LiveList<Base, shown>::members() const {
     if (order != nullptr) {
         members.assign(order->begin(), order->end());
     } else {
-        const NodeChain* chain = shown == LiveMembers::attributes ? NodeAccess::attributes(owner)
-                                                                  : NodeAccess::children(owner);
-        for (TNuDOMNode* node = chain->first(); node != nullptr; node = NodeChain::next(*node)) {
+        TNuDOMNode* const first = shown == LiveMembers::attributes
+                                      ? NodeAccess::firstAttribute(owner)
+                                      : NodeAccess::children(owner)->first();
+        for (TNuDOMNode* node = first; node != nullptr; node = NodeChain::next(*node)) {
             if (isMember(*node)) {
                 members.push_back(node);
             }

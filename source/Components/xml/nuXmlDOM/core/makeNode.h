@@ -19,14 +19,16 @@ template <class Node> Node& NodeAccess::make(TNuDOMDocument& document, const Nod
 
 template <class Node> void NodeAccess::appendLoaded(TNuDOMElement& element, Node& node) noexcept {
     node.parent_ = &element;
-    if constexpr (std::is_same_v<Node, TNuDOMAttribute>) {
-        element.attributes_.append(node);
-    } else {
-        element.children_.append(node);
-        if constexpr (!std::is_base_of_v<TNuDOMCharacterData, Node>) {
-            element.setFlag(hadNamedChild);
-        }
+    element.children_.append(node);
+    if constexpr (!std::is_base_of_v<TNuDOMCharacterData, Node>) {
+        element.setFlag(hadNamedChild);
     }
+}
+
+inline void NodeAccess::appendLoaded(TNuDOMElement& element, TNuDOMAttribute* last,
+                                     TNuDOMAttribute& attribute) noexcept {
+    attribute.parent_ = &element;
+    element.attributes_.insertBehind(last, attribute);
 }
 
 /// What TNuDOMNodeClass::create is for a class of nodes.

@@ -6,6 +6,7 @@
 
 #include "host/dom/node.h"
 #include "host/runtime/stream.h"
+#include "nuXmlDOM/core/attributeChain.h"
 #include "nuXmlDOM/core/domObject.h"
 #include "nuXmlDOM/core/nodeChain.h"
 #include "nuXmlDOM/core/nodeClass.h"
@@ -199,6 +200,7 @@ protected:
     [[nodiscard]] nu::NodeLists& lists();
 
 private:
+    friend class nu::AttributeChain;
     friend class nu::DocumentLifetime;
     friend class nu::NodeChain;
     friend class nu::NodeAccess;
@@ -208,6 +210,17 @@ private:
     void checkNotInside(const TNuDOMNode& parent) const;
 
     TNuDOMNode* parent_ = nullptr;
-    TNuDOMNode* previous_ = nullptr;
     TNuDOMNode* next_ = nullptr;
+};
+
+/// A node that can stand among the children of another: any but attributes and the document.
+class NUXML_API TNuDOMChildNode : public TNuDOMNode {
+protected:
+    using TNuDOMNode::TNuDOMNode;
+    ~TNuDOMChildNode() = default;
+
+private:
+    friend class nu::NodeChain;
+
+    TNuDOMNode* previous_ = nullptr;
 };

@@ -33,13 +33,9 @@ const NodeChain* NodeAccess::children(const TNuDOMNode& node) noexcept {
     return children(const_cast<TNuDOMNode&>(node));
 }
 
-NodeChain* NodeAccess::attributes(TNuDOMNode& node) noexcept {
-    auto* element = as<TNuDOMElement>(&node);
-    return element != nullptr ? &element->attributes_ : nullptr;
-}
-
-const NodeChain* NodeAccess::attributes(const TNuDOMNode& node) noexcept {
-    return attributes(const_cast<TNuDOMNode&>(node));
+TNuDOMNode* NodeAccess::firstAttribute(const TNuDOMNode& node) noexcept {
+    return is<TNuDOMElement>(node) ? static_cast<const TNuDOMElement&>(node).attributes_.first()
+                                   : nullptr;
 }
 
 const std::vector<TNuDOMElement*>* NodeAccess::elementOrder(const TNuDOMElement& element) noexcept {
@@ -119,8 +115,17 @@ void NodeAccess::reorder(TNuDOMNode& owner, LiveMembers shown,
         return;
     }
     // The chain is taken apart and put together again; the document element stands in none.
-    NodeChain& chain = shown == LiveMembers::attributes ? *attributes(owner) : *children(owner);
-    owner.lists().attributeIndex.drop();
+    if (shown == LiveMembers::attributes) {
+        element->lists().attributeIndex.drop();
+        element->attributes_.clear();
+        TNuDOMNode* last = nullptr;
+        for (TNuDOMNode* attribute : order) {
+            element->attributes_.insertBehind(last, *attribute);
+            last = attribute;
+        }
+        return;
+    }
+    NodeChain& chain = *children(owner);
     for (TNuDOMNode* node : order) {
         if (as<TNuDOMDocument>(node->parent_) == nullptr || !is<TNuDOMElement>(*node)) {
             chain.remove(*node);
@@ -174,8 +179,8 @@ void NodeAccess::destroySubtree(TNuDOMNode& root) noexcept {
                 node = child;
                 continue;
             }
-            while (TNuDOMNode* attribute = element->attributes_.last()) {
-                element->attributes_.remove(*attribute);
+            while (TNuDOMNode* attribute = element->attributes_.first()) {
+                element->attributes_.removeBehind(nullptr);
                 destroy(*attribute);
             }
         }

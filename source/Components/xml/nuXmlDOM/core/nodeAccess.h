@@ -39,17 +39,19 @@ public:
         return node.parent_ != nullptr && !node.hasFlag(isRefused);
     }
     static void setParent(TNuDOMNode& node, TNuDOMNode* parent) noexcept { node.parent_ = parent; }
-    /// Puts a node that has no place behind the children (or attributes) of `element`, which is
-    /// known to be able to hold it.
+    /// Puts a node that has no place behind the children of `element`, which is known to be able
+    /// to hold it.
     template <class Node> static void appendLoaded(TNuDOMElement& element, Node& node) noexcept;
+    /// The same for an attribute and the last one of the element; null when there is none.
+    static void appendLoaded(TNuDOMElement& element, TNuDOMAttribute* last,
+                             TNuDOMAttribute& attribute) noexcept;
 
     /// The chain of children; null for nodes that cannot have any. Of a document only instructions
     /// and comments stand there.
     [[nodiscard]] static NodeChain* children(TNuDOMNode& node) noexcept;
     [[nodiscard]] static const NodeChain* children(const TNuDOMNode& node) noexcept;
-    /// The chain of attributes; null for nodes that cannot have any.
-    [[nodiscard]] static NodeChain* attributes(TNuDOMNode& node) noexcept;
-    [[nodiscard]] static const NodeChain* attributes(const TNuDOMNode& node) noexcept;
+    /// The first attribute; null without one.
+    [[nodiscard]] static TNuDOMNode* firstAttribute(const TNuDOMNode& node) noexcept;
     /// Whether a child of the element may have a name; most elements hold nothing but text.
     [[nodiscard]] static bool mayHaveNamedChildren(const TNuDOMNode& element) noexcept {
         return element.hasFlag(hadNamedChild);
@@ -173,8 +175,7 @@ const TNuDOMNode* NodeAccess::firstFrom(const TNuDOMNode& start, const TNuDOMNod
             if (test(*node)) {
                 return node;
             }
-            const NodeChain* chain = attributes(*node);
-            attribute = chain != nullptr ? chain->first() : nullptr;
+            attribute = firstAttribute(*node);
         }
         for (; attribute != nullptr; attribute = attribute->next_) {
             if (test(*attribute)) {
@@ -197,12 +198,16 @@ const TNuDOMNode* NodeAccess::firstFrom(const TNuDOMNode& start, const TNuDOMNod
     }
 }
 
+inline TNuDOMNode*& NodeChain::previousOf(TNuDOMNode& node) noexcept {
+    return static_cast<TNuDOMChildNode&>(node).previous_;
+}
+
 inline TNuDOMNode* NodeChain::last() const noexcept {
-    return first_ != nullptr ? first_->previous_ : nullptr;
+    return first_ != nullptr ? previousOf(*first_) : nullptr;
 }
 
 inline TNuDOMNode* NodeChain::previous(const TNuDOMNode& node) const noexcept {
-    return &node != first_ ? node.previous_ : nullptr;
+    return &node != first_ ? previousOf(const_cast<TNuDOMNode&>(node)) : nullptr;
 }
 
 inline TNuDOMNode* NodeChain::next(const TNuDOMNode& node) noexcept { return node.next_; }
@@ -210,13 +215,14 @@ inline TNuDOMNode* NodeChain::next(const TNuDOMNode& node) noexcept { return nod
 inline void NodeChain::append(TNuDOMNode& node) noexcept {
     node.next_ = nullptr;
     if (first_ == nullptr) {
-        node.previous_ = &node;
+        previousOf(node) = &node;
         first_ = &node;
         return;
     }
-    node.previous_ = first_->previous_;
-    node.previous_->next_ = &node;
-    first_->previous_ = &node;
+    TNuDOMNode* const last = previousOf(*first_);
+    previousOf(node) = last;
+    last->next_ = &node;
+    previousOf(*first_) = &node;
 }
 
 inline void NodeChain::insert(TNuDOMNode& node, TNuDOMNode* place) noexcept {
@@ -225,28 +231,42 @@ inline void NodeChain::insert(TNuDOMNode& node, TNuDOMNode* place) noexcept {
         return;
     }
     node.next_ = place;
-    node.previous_ = place->previous_;
+    previousOf(node) = previousOf(*place);
     if (place == first_) {
         first_ = &node;
     } else {
-        place->previous_->next_ = &node;
+        previousOf(*place)->next_ = &node;
     }
-    place->previous_ = &node;
+    previousOf(*place) = &node;
 }
 
 inline void NodeChain::remove(TNuDOMNode& node) noexcept {
+    TNuDOMNode* const previous = previousOf(node);
     if (&node == first_) {
         first_ = node.next_;
     } else {
-        node.previous_->next_ = node.next_;
+        previous->next_ = node.next_;
     }
     if (node.next_ != nullptr) {
-        node.next_->previous_ = node.previous_;
+        previousOf(*node.next_) = previous;
     } else if (first_ != nullptr) {
-        first_->previous_ = node.previous_;
+        previousOf(*first_) = previous;
     }
-    node.previous_ = nullptr;
+    previousOf(node) = nullptr;
     node.next_ = nullptr;
+}
+
+inline void AttributeChain::insertBehind(TNuDOMNode* before, TNuDOMNode& attribute) noexcept {
+    TNuDOMNode*& link = before != nullptr ? before->next_ : first_;
+    attribute.next_ = link;
+    link = &attribute;
+}
+
+inline void AttributeChain::removeBehind(TNuDOMNode* before) noexcept {
+    TNuDOMNode*& link = before != nullptr ? before->next_ : first_;
+    TNuDOMNode& attribute = *link;
+    link = attribute.next_;
+    attribute.next_ = nullptr;
 }
 
 } // namespace nu

@@ -4,7 +4,7 @@ class TNuDOMNode;
 
 namespace nu {
 
-/// Nodes in order, linked through their own members: the children of a node, or its attributes.
+/// The children of a node in order, linked through their own members.
 ///
 /// Every change takes the same time wherever it happens. The first node's link backwards leads to
 /// the last node, so that one pointer is all that the owner keeps.
@@ -22,6 +22,9 @@ public:
     inline void remove(TNuDOMNode& node) noexcept;
 
 private:
+    /// The link backwards of a node of the chain.
+    [[nodiscard]] static inline TNuDOMNode*& previousOf(TNuDOMNode& node) noexcept;
+
     TNuDOMNode* first_ = nullptr;
 };
 

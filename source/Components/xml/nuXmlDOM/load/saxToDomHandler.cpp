@@ -64,7 +64,8 @@ private:
         before_ = name;
         if (name->loadedElement != number_) [[likely]] {
             auto& attribute = nu::NodeAccess::make<TNuDOMAttribute>(document_, name);
-            nu::NodeAccess::appendLoaded(element_, attribute);
+            nu::NodeAccess::appendLoaded(element_, last_, attribute);
+            last_ = &attribute;
             name->loadedElement = number_;
             name->loadedAttribute = &attribute;
         }
@@ -74,7 +75,8 @@ private:
     TNuDOMDocument& document_;
     TNuDOMElement& element_;
     const nu::NodeName* before_; ///< of the element, or of the attribute that came last
-    std::uint64_t number_;       ///< of the element
+    TNuDOMAttribute* last_ = nullptr;
+    std::uint64_t number_; ///< of the element
 };
 
 void addAttributes(AttributeLoader& loader, host::IBufferedAttributes& attributes) {

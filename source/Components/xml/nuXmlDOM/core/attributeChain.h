@@ -1,0 +1,26 @@
+#pragma once
+
+class TNuDOMNode;
+
+namespace nu {
+
+/// The attributes of an element in order, linked one way through their own members.
+///
+/// Most nodes of many documents are attributes, and nearly none of them is ever taken out: they do
+/// without a link backwards. Whoever changes the chain finds out what stands before, see
+/// AttributeIndex.
+class AttributeChain {
+public:
+    [[nodiscard]] TNuDOMNode* first() const noexcept { return first_; }
+
+    /// Puts `attribute` behind `before`, which is in the chain; at the beginning when it is null.
+    inline void insertBehind(TNuDOMNode* before, TNuDOMNode& attribute) noexcept;
+    /// Takes out what stands behind `before`; the first one when it is null.
+    inline void removeBehind(TNuDOMNode* before) noexcept;
+    void clear() noexcept { first_ = nullptr; }
+
+private:
+    TNuDOMNode* first_ = nullptr;
+};
+
+} // namespace nu
