@@ -55,7 +55,7 @@ inline constexpr VarType varStringArray = varArray | varString;
 
 /// The state of a variant whose value is missing.
 struct Null {
-    friend constexpr bool operator==(Null, Null) noexcept { return true; }
+    friend constexpr bool operator==(Null /*left*/, Null /*right*/) noexcept { return true; }
 };
 /// The missing value.
 inline constexpr Null null{};

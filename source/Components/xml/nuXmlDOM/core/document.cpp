@@ -95,7 +95,7 @@ void TNuDOMDocument::leaveResultList(TNuDOMNodeList& list) noexcept {
 }
 
 void TNuDOMDocument::keepRoom(std::vector<TNuDOMNode*> nodes) noexcept {
-    const std::size_t size = nodes.capacity() * sizeof(TNuDOMNode*);
+    const std::size_t size = nodes.capacity() * sizeof(void*);
     if (nodes.capacity() > room_.capacity() && size <= memory_.size() / 8) {
         nodes.clear();
         room_.swap(nodes);

@@ -186,7 +186,7 @@ TNuDOMNode* DocumentLifetime::takeCandidate(TNuDOMNode& witness) noexcept {
     }
     TNuDOMNode* root = place->second;
     candidates_.erase(place);
-    if (candidates_.count(&witness) == 0) {
+    if (!candidates_.contains(&witness)) {
         witness.clearFlag(isWitness);
     }
     witnesses_.erase(root);
@@ -202,7 +202,7 @@ void DocumentLifetime::withdraw(TNuDOMNode& node) noexcept {
         const auto [first, last] = candidates_.equal_range(witness);
         candidates_.erase(std::find_if(
             first, last, [&node](const auto& entry) { return entry.second == &node; }));
-        if (candidates_.count(witness) == 0) {
+        if (!candidates_.contains(witness)) {
             witness->clearFlag(isWitness);
         }
         witnesses_.erase(place);

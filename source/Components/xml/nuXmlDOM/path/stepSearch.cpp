@@ -27,12 +27,10 @@ bool hasText(TNuDOMNode& child) {
     if (element == nullptr) {
         return false;
     }
-    for (TNuDOMNode& node : element->ChildNodes()) {
-        if (NodeAccess::is<TNuDOMText>(node) && !node.get_nodeValue().empty()) {
-            return true;
-        }
-    }
-    return false;
+    const auto children = element->ChildNodes();
+    return std::any_of(children.begin(), children.end(), [](const TNuDOMNode& node) {
+        return NodeAccess::is<TNuDOMText>(node) && !node.get_nodeValue().empty();
+    });
 }
 
 } // namespace
