@@ -7,8 +7,8 @@
 
 namespace nu {
 
-/// The attributes of an element with many of them by name and by local name; made when one is
-/// looked for, and kept up to date while attributes come and go.
+/// The attributes of an element with many of them by name and by local name, and what stands before
+/// each; made when that is looked for, and kept up to date while attributes come and go.
 class AttributeIndex {
 public:
     /// Attributes that a search looks at one by one before it makes an index.

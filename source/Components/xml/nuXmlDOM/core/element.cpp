@@ -59,9 +59,10 @@ void TNuDOMElement::_addChild(TNuDOMNode& child, TNuDOMPosition position, TNuDOM
         linkAttribute(child, place);
     } else {
         children_.insert(child, place);
-    }
-    if (!nu::NodeAccess::is<TNuDOMCharacterData>(child) || nu::NodeAccess::name(child).isNamed()) {
-        setFlag(nu::hadNamedChild);
+        if (!nu::NodeAccess::is<TNuDOMCharacterData>(child) ||
+            nu::NodeAccess::name(child).isNamed()) {
+            setFlag(nu::hadNamedChild);
+        }
     }
     if (nu::NodeLists* lists = listsIfAny()) {
         lists->childChanged(child, true, place == nullptr);
