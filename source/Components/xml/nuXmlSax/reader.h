@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -12,6 +13,8 @@
 #include "host/sax/BSax.h"
 #include "host/sax/BSaxExt.h"
 #include "nuXmlParser/baseParser.h"
+#include "nuXmlParser/conforming/conformingOptions.h"
+#include "nuXmlParser/conforming/sourceForm.h"
 #include "nuXmlSax/attributes.h"
 #include "nuXmlSax/events.h"
 #include "nuXmlSax/features.h"
@@ -57,6 +60,24 @@ public:
     /// stream without one can be read.
     [[nodiscard]] TNuSaxParserChoice ParserChoice() const noexcept { return parserChoice_; }
     void SetParserChoice(TNuSaxParserChoice choice) noexcept { parserChoice_ = choice; }
+
+    /// Puts the conforming stage in front of every parse from the next one on: the document is read
+    /// as the XML standard means it. A fault of the document is told to the error handler as a
+    /// fatal error with its place in the source and thrown as ENuXmlFault, whatever came before it
+    /// having been reported; with cfPassOn it is an error and the parse goes on. ParseFragment is
+    /// left as it is.
+    ///
+    /// White space counts as the options say, without regard to xml:space where they say cwAll.
+    /// Prefixes are then compared exactly, "xml" needs no declaration, comments and instructions
+    /// keep their control characters.
+    void SetConforming(const TNuConformingOptions& options);
+    /// Leaves the reader to its own rules again, as it was made.
+    void ClearConforming() noexcept { conforming_.reset(); }
+    [[nodiscard]] const std::optional<TNuConformingOptions>& Conforming() const noexcept {
+        return conforming_;
+    }
+    /// What the conforming stage found out about the source of the last parse.
+    [[nodiscard]] const TNuSourceForm& SourceForm() const noexcept { return sourceForm_; }
 
     /// Parses the rest of the stream from its position. With `ownsStream` the stream is destroyed
     /// at the end, however the parse ends. A stream in memory is read in
@@ -151,6 +172,8 @@ private:
     std::int32_t depth_ = 0;
     bool isFragment_ = false;
     TNuSaxParserChoice parserChoice_ = TNuSaxParserChoice::BySize;
+    std::optional<TNuConformingOptions> conforming_;
+    TNuSourceForm sourceForm_;
     host::Ref<TNuSAXAttributes> attributes_;
 
     bool isParsing_ = false;

@@ -22,6 +22,7 @@
 
 class TNuDOMImplementation;
 class TNuSaxToDomHandler;
+struct TNuConformingOptions;
 
 /// A document: the root of a tree, and what makes and owns all nodes of it.
 ///
@@ -126,6 +127,11 @@ public:
     bool loadxml(std::u16string_view xml);
     /// XML text (it begins with "<"), the name of a file, or a stream.
     bool load(const host::DOMSource& source);
+    /// The same, read as the XML standard means it: what is not well-formed throws ENuXmlFault.
+    bool LoadFromFile(const std::filesystem::path& fileName, const TNuConformingOptions& options);
+    bool LoadFromStream(host::TStream& stream, const TNuConformingOptions& options);
+    bool loadxml(std::u16string_view xml, const TNuConformingOptions& options);
+    bool load(const host::DOMSource& source, const TNuConformingOptions& options);
     /// Always 0: loading is done when the call is.
     [[nodiscard]] std::int32_t asyncLoadState() const noexcept { return 0; }
     /// Whether the document is being loaded.

@@ -7,6 +7,7 @@
 #include "host/dom/document.h"
 #include "host/runtime/stream.h"
 #include "nuXmlDOM/core/document.h"
+#include "nuXmlParser/conforming/conformingOptions.h"
 
 /// \file
 /// Documents made and loaded in one call. What is wrong with the XML throws as
@@ -27,3 +28,17 @@
 /// A document of a file, opened in a mode of host::TFileStream.
 [[nodiscard]] NUXML_API host::Ref<host::IDOMDocument>
 NuGetDOMDocument(const std::filesystem::path& fileName, std::uint16_t mode);
+
+/// \name The same, read as the XML standard means it
+/// What is not well-formed throws ENuXmlFault with its place.
+/// @{
+[[nodiscard]] NUXML_API NuRef<TNuDOMDocument>
+NuCreateDOMDocument(std::u16string_view xml, const TNuConformingOptions& options);
+[[nodiscard]] NUXML_API host::Ref<host::IDOMDocument>
+NuGetDOMDocument(std::u16string_view xml, const TNuConformingOptions& options);
+[[nodiscard]] NUXML_API host::Ref<host::IDOMDocument>
+NuGetDOMDocument(host::TStream* stream, bool freeStream, const TNuConformingOptions& options);
+[[nodiscard]] NUXML_API host::Ref<host::IDOMDocument>
+NuGetDOMDocument(const std::filesystem::path& fileName, std::uint16_t mode,
+                 const TNuConformingOptions& options);
+/// @}

@@ -1,0 +1,3 @@
+#include "nuXmlParser/conforming/xmlFault.h"
+
+ENuXmlFault::~ENuXmlFault() = default;
