@@ -26,7 +26,7 @@ template <class Failure> std::u16string failureOf(const std::function<void()>& a
     return {};
 }
 
-constexpr auto loaded = NuCreateDOMDocument;
+NuRef<TNuDOMDocument> loaded(std::u16string_view xml) { return NuCreateDOMDocument(xml); }
 
 TEST(Node, isNamedOnceUpToWhatIsRefused) {
     const struct {
