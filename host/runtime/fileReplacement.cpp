@@ -1,16 +1,18 @@
 #include "host/runtime/fileReplacement.h"
 
 #include <fcntl.h>
+#include <pthread.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <charconv>
+#include <csignal>
 #include <cstdio>
-#include <random>
-#include <string>
 #include <system_error>
 
 #include "host/runtime/exception.h"
+#include "host/runtime/fileAttributes.h"
 #include "host/runtime/format.h"
 #include "host/runtime/unicode.h"
 
@@ -20,135 +22,273 @@ namespace {
 
 constexpr int mostLinks = 40;
 constexpr int mostAttempts = 100;
-constexpr mode_t permissions = 07777;
 
 std::u16string reasonOf(int error) { return utf8ToUtf16(std::generic_category().message(error)); }
 
-[[noreturn]] void raiseNotCreated(const std::filesystem::path& name, int error) {
-    throw EFileOpenError(formatMessage(u"Cannot create file \"%s\". %s",
-                                       {utf8ToUtf16(name.string()), reasonOf(error)}));
+std::filesystem::path folderOf(const std::filesystem::path& place) {
+    return place.has_parent_path() ? place.parent_path() : std::filesystem::path(".");
 }
 
-/// The file behind all links, which may not be there yet.
-std::filesystem::path behindLinks(const std::filesystem::path& name) {
-    std::filesystem::path place = name;
-    std::error_code error;
-    for (int links = 0; std::filesystem::is_symlink(std::filesystem::symlink_status(place, error));
-         ++links) {
-        if (links == mostLinks) {
-            raiseNotCreated(name, ELOOP);
+/// The system's name of an open file, a link to it.
+std::string descriptorName(int descriptor) { return "/proc/self/fd/" + std::to_string(descriptor); }
+
+/// Whether the name stands in the folder of this process's open files, whatever it is called.
+bool isAmongDescriptors(const std::filesystem::path& place) {
+    struct stat folder = {};
+    struct stat descriptors = {};
+    return ::stat(folderOf(place).c_str(), &folder) == 0 &&
+           ::stat("/proc/self/fd", &descriptors) == 0 && folder.st_dev == descriptors.st_dev &&
+           folder.st_ino == descriptors.st_ino;
+}
+
+/// Why something that is no plain file is not written.
+std::u16string refusalOf(mode_t mode) {
+    if (S_ISDIR(mode)) {
+        return reasonOf(EISDIR);
+    }
+    return S_ISFIFO(mode)   ? u"It is a pipe"
+           : S_ISSOCK(mode) ? u"It is a socket"
+                            : u"It is a device";
+}
+
+/// While it lives no signal ends the program, unless by a fault of its own or by force.
+class SignalsHeld {
+public:
+    SignalsHeld() noexcept {
+        sigset_t held;
+        sigfillset(&held);
+        for (const int fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGTRAP}) {
+            sigdelset(&held, fault);
         }
-        const std::filesystem::path target = std::filesystem::read_symlink(place, error);
-        if (error) {
-            raiseNotCreated(name, error.value());
+        isHolding_ = pthread_sigmask(SIG_BLOCK, &held, &former_) == 0;
+    }
+    SignalsHeld(const SignalsHeld&) = delete;
+    SignalsHeld& operator=(const SignalsHeld&) = delete;
+    ~SignalsHeld() {
+        if (isHolding_) {
+            pthread_sigmask(SIG_SETMASK, &former_, nullptr);
         }
-        place = place.parent_path() / target;
     }
-    return place;
+
+private:
+    sigset_t former_;
+    bool isHolding_;
+};
+
+/// Waits until what is open is on the disk.
+int synchronise(int descriptor) noexcept {
+    while (::fsync(descriptor) != 0) {
+        if (errno != EINTR) {
+            return errno;
+        }
+    }
+    return 0;
 }
 
-/// A name that nobody else has, for a file in the same folder. Its length does not depend on the
-/// name of the file that it is for, which may be as long as the system allows.
-std::filesystem::path temporaryName(const std::filesystem::path& place) {
-    static constexpr char digits[] = "0123456789abcdef";
-    std::random_device random;
-    std::string name = ".nuxml-";
-    for (int count = 0; count < 16; ++count) {
-        name += digits[random() % 16];
-    }
-    return place.parent_path() / (name + ".tmp");
-}
-
-/// Gives a file the owner and the permissions of another one. Owners may be changed by few; a group
-/// that would see more than before is given the rights of everybody instead.
-void takeRights(int descriptor, const struct stat& former) noexcept {
-    mode_t mode = former.st_mode & permissions;
-    const bool hasGroup = ::fchown(descriptor, former.st_uid, former.st_gid) == 0 ||
-                          ::fchown(descriptor, static_cast<uid_t>(-1), former.st_gid) == 0;
-    if (!hasGroup) {
-        mode = (mode & ~mode_t{S_IRWXG}) | ((mode & S_IRWXO) << 3);
-    }
-    ::fchmod(descriptor, mode);
-}
-
-/// Waits until the contents are on the disk.
-int synchronise(const std::filesystem::path& path) noexcept {
-    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (descriptor < 0) {
-        return errno;
-    }
-    const int error = ::fsync(descriptor) == 0 ? 0 : errno;
-    ::close(descriptor);
-    return error;
+/// Waits until the names in a folder are on the disk.
+int synchroniseFolder(int folder) noexcept {
+    const int error = synchronise(folder);
+    // One that may be written but not read cannot be waited for, nor can those of some file
+    // systems.
+    return error == EBADF || error == EINVAL ? 0 : error;
 }
 
 } // namespace
 
 FileReplacement::FileReplacement(const std::filesystem::path& name) : name_(name) {
-    struct stat former = {};
-    const bool isThere = ::stat(name.c_str(), &former) == 0;
-    replaces_ = isThere && S_ISREG(former.st_mode);
-    if (isThere && !replaces_) {
-        // A pipe waits for its reader only when it is opened for nothing but writing.
-        stream_.emplace(name, S_ISFIFO(former.st_mode) ? fmOpenWrite : fmCreate);
+    // 1. The place of the file, behind all links.
+    std::filesystem::path place = name;
+    struct stat status = {};
+    for (int links = 0;; ++links) {
+        const bool isThere = ::lstat(place.c_str(), &status) == 0;
+        if (!isThere && errno != ENOENT) {
+            raiseNotCreated(errno);
+        }
+        if (!isThere || !S_ISLNK(status.st_mode)) {
+            break;
+        }
+        if (links == mostLinks) {
+            raiseNotCreated(ELOOP);
+        }
+        // Before it is read: what an open file was called need not be its name.
+        if (takeOpenOutput(place)) {
+            return;
+        }
+        std::error_code error;
+        const std::filesystem::path target = std::filesystem::read_symlink(place, error);
+        if (error) {
+            raiseNotCreated(error.value());
+        }
+        place = place.parent_path() / target;
+    }
+
+    // 2. What is there. From here on everything goes by way of the open folder and the open files,
+    // so that nobody can put something else in between.
+    openFormer(place);
+
+    // 3. The file that takes its place.
+    makeNew();
+}
+
+FileReplacement::~FileReplacement() = default;
+
+/// True when the link is an open output of this program, which is then the stream.
+bool FileReplacement::takeOpenOutput(const std::filesystem::path& link) {
+    const std::string number = link.filename().string();
+    int descriptor = -1;
+    const char* const end = number.data() + number.size();
+    const auto parsed = std::from_chars(number.data(), end, descriptor);
+    if (parsed.ec != std::errc() || parsed.ptr != end || !isAmongDescriptors(link)) {
+        return false;
+    }
+    // What is open may be a folder, or open to be read only; writing then says so.
+    const int own = ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
+    if (own < 0) {
+        raiseNotCreated(errno);
+    }
+    stream_.emplace(own, true);
+    return true;
+}
+
+void FileReplacement::openFormer(const std::filesystem::path& place) {
+    leaf_ = place.filename().string();
+    struct stat status = {};
+    const bool isThere = ::stat(place.c_str(), &status) == 0;
+    if (!isThere && errno != ENOENT) {
+        raiseNotCreated(errno);
+    }
+    if (isThere && !S_ISREG(status.st_mode)) {
+        raiseNotCreated(refusalOf(status.st_mode));
+    }
+    const std::filesystem::path folder = folderOf(place);
+    folder_ = Descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!folder_.isOpen() && errno == EACCES) {
+        folder_ = Descriptor(::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    }
+    if (!folder_.isOpen() || leaf_.empty()) {
+        raiseNotCreated(folder_.isOpen() ? ENOENT : errno);
+    }
+    if (!isThere) {
         return;
     }
-    // Not before: what a link such as /dev/stdout leads to need not have a name.
-    place_ = behindLinks(name);
-    // Nobody may replace what he must not write, although the system would let him.
-    if (replaces_ && ::access(place_.c_str(), W_OK) != 0) {
-        raiseNotCreated(name, errno);
+    // To be written, although nothing is: nobody may replace what he must not write, even if the
+    // system would let him. And without waiting, should it have become a pipe.
+    former_ = Descriptor(
+        ::openat(folder_.number(), leaf_.c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (!former_.isOpen() || ::fstat(former_.number(), &status) != 0) {
+        raiseNotCreated(errno);
     }
-    makeBeside(replaces_ ? &former : nullptr);
-    try {
-        stream_.emplace(temporary_, fmOpenReadWrite);
-    } catch (...) {
-        ::unlink(temporary_.c_str());
-        throw;
+    if (!S_ISREG(status.st_mode)) {
+        raiseNotCreated(refusalOf(status.st_mode));
     }
 }
 
-FileReplacement::~FileReplacement() {
-    stream_.reset();
-    if (!temporary_.empty()) {
-        ::unlink(temporary_.c_str());
-    }
-}
-
-void FileReplacement::makeBeside(const struct stat* former) {
-    int descriptor = -1;
-    for (int attempt = 0; descriptor < 0; ++attempt) {
+/// Makes the new file, and writes it through the descriptor that it was made with.
+void FileReplacement::makeNew() {
+    written_ = makeUnnamed();
+    for (int attempt = 0; written_ < 0; ++attempt) {
         if (attempt > 0 && (errno != EEXIST || attempt == mostAttempts)) {
-            raiseNotCreated(name_, errno);
+            const int error = errno;
+            unfinished_.forget();
+            raiseNotCreated(error);
         }
-        temporary_ = temporaryName(place_);
+        unfinished_.chooseName(folder_.number());
         // Nobody else reads it before it has the rights of the old file.
-        descriptor = ::open(temporary_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC,
-                            former != nullptr ? 0600 : 0666);
+        written_ = ::openat(folder_.number(), unfinished_.name(),
+                            O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                            former_.isOpen() ? 0600 : 0666);
     }
-    if (former != nullptr) {
-        takeRights(descriptor, *former);
-    }
-    ::close(descriptor);
+    stream_.emplace(written_, false);
+}
+
+/// A file without a name that can be given one later, or -1.
+int FileReplacement::makeUnnamed() const noexcept {
+    Descriptor made(::openat(folder_.number(), ".", O_RDWR | O_TMPFILE | O_CLOEXEC,
+                             former_.isOpen() ? 0600 : 0666));
+    return made.isOpen() && ::access(descriptorName(made.number()).c_str(), F_OK) == 0
+               ? made.release()
+               : -1;
 }
 
 void FileReplacement::commit() {
     stream_->Flush();
-    stream_.reset();
-    if (temporary_.empty()) {
+    if (written_ < 0) {
+        stream_->Close();
         return;
     }
-    // After a crash of the system there must be one of the two files as well. It costs time, so it
-    // is done only where there is something to lose.
-    int error = replaces_ ? synchronise(temporary_) : 0;
-    if (error == 0 && std::rename(temporary_.c_str(), place_.c_str()) != 0) {
-        error = errno;
+    // 1. Everything that takes time or may be refused, before anybody sees the file.
+    if (former_.isOpen()) {
+        const AttributeLoss loss = keepAttributes(former_.number(), written_);
+        if (!loss.what.empty()) {
+            raiseNotReplaced(std::u16string(loss.what) + u": " + reasonOf(loss.error));
+        }
     }
-    if (error != 0) {
-        throw EWriteError(formatMessage(u"Cannot replace file \"%s\". %s",
-                                        {utf8ToUtf16(name_.string()), reasonOf(error)}));
+    if (const int error = synchronise(written_)) {
+        raiseNotReplaced(reasonOf(error));
     }
-    temporary_.clear();
+
+    // 2. Into its place.
+    takePlace();
+
+    // 3. After a crash of the system there must be the file with its name.
+    if (const int error = synchroniseFolder(folder_.number())) {
+        throw EWriteError(
+            formatMessage(u"File \"%s\" is written, but would not outlast a failure of the "
+                          u"system. %s",
+                          {utf8ToUtf16(name_.string()), reasonOf(error)}));
+    }
+}
+
+/// A name of its own for a file that has none, because a name can be replaced only by another one.
+void FileReplacement::giveName() {
+    const std::string source = descriptorName(written_);
+    for (int attempt = 0; attempt < mostAttempts; ++attempt) {
+        unfinished_.chooseName(folder_.number());
+        if (::linkat(AT_FDCWD, source.c_str(), folder_.number(), unfinished_.name(),
+                     AT_SYMLINK_FOLLOW) == 0) {
+            return;
+        }
+        if (errno != EEXIST) {
+            break;
+        }
+    }
+    const int error = errno;
+    unfinished_.forget();
+    raiseNotReplaced(reasonOf(error));
+}
+
+void FileReplacement::takePlace() {
+    const SignalsHeld held;
+    if (unfinished_.name() == nullptr) {
+        giveName();
+    }
+    try {
+        stream_->Close();
+    } catch (...) {
+        unfinished_.remove();
+        throw;
+    }
+    if (::renameat(folder_.number(), unfinished_.name(), folder_.number(), leaf_.c_str()) != 0) {
+        const int error = errno;
+        unfinished_.remove();
+        raiseNotReplaced(reasonOf(error));
+    }
+    unfinished_.forget();
+}
+
+void FileReplacement::removeUnfinished() noexcept { removeUnfinishedFiles(); }
+
+void FileReplacement::raiseNotCreated(std::u16string_view reason) const {
+    throw EFileOpenError(
+        formatMessage(u"Cannot create file \"%s\". %s", {utf8ToUtf16(name_.string()), reason}));
+}
+
+void FileReplacement::raiseNotCreated(int error) const { raiseNotCreated(reasonOf(error)); }
+
+void FileReplacement::raiseNotReplaced(std::u16string_view reason) const {
+    throw EWriteError(formatMessage(former_.isOpen() ? u"Cannot replace file \"%s\". %s"
+                                                     : u"Cannot create file \"%s\". %s",
+                                    {utf8ToUtf16(name_.string()), reason}));
 }
 
 } // namespace host

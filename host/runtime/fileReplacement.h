@@ -2,42 +2,65 @@
 
 #include <filesystem>
 #include <optional>
+#include <string>
 
+#include "host/runtime/descriptor.h"
 #include "host/runtime/export.h"
 #include "host/runtime/fileStream.h"
-
-struct stat;
+#include "host/runtime/unfinishedFile.h"
 
 namespace host {
 
 /// A file that is written beside the one that it is for and takes its place when it is complete.
-/// Whoever looks there finds the old file or the new one, never a part; what fails before the end
-/// leaves the old file as it was and nothing beside it.
+/// Whoever looks there finds the old file or the new one, never a part, also after a crash of the
+/// system; what fails before the end leaves the old file as it was and nothing beside it.
 ///
-/// The new file has the permissions of the old one, and its owner where the system allows that. A
-/// name that is a link stays one: the file that it leads to is replaced. What is no plain file,
-/// such as a device, is written to directly.
-class NUXML_API FileReplacement {
+/// While it is written the new file has no name where the system knows such files, so nothing is
+/// left of it even if the program is killed. Elsewhere removeUnfinished takes it away.
+///
+/// The new file has the owner, the permissions and the extended attributes of the old one; where
+/// they cannot be kept, the old file is not replaced. A name that is a link stays one: the file
+/// that it leads to is replaced. Deliberate: other names of the old file (hard links) keep the old
+/// contents, because only a file of its own can be complete at once.
+///
+/// A name of an output that the program has open already, such as /dev/stdout, means that output:
+/// it is written to where it stands. What else is no plain file (a folder, a pipe, a device) is
+/// refused.
+class FileReplacement {
 public:
     /// Throws EFileOpenError when the file could not be written to, or no file can be made in
     /// its folder.
-    explicit FileReplacement(const std::filesystem::path& name);
+    NUXML_API explicit FileReplacement(const std::filesystem::path& name);
     FileReplacement(const FileReplacement&) = delete;
     FileReplacement& operator=(const FileReplacement&) = delete;
-    ~FileReplacement();
+    NUXML_API ~FileReplacement();
 
     /// The new file, open for reading and writing.
     [[nodiscard]] TStream& stream() noexcept { return *stream_; }
-    /// Puts the new file in the place of the old one. Throws EWriteError.
-    void commit();
+    /// Puts the new file in the place of the old one, once. Throws EWriteError.
+    NUXML_API void commit();
+
+    /// Takes away what unfinished replacements of this process have left so far, which can be
+    /// committed no more. For the handler of a signal that ends the program; safe there.
+    NUXML_API static void removeUnfinished() noexcept;
 
 private:
-    void makeBeside(const struct stat* former);
+    bool takeOpenOutput(const std::filesystem::path& link);
+    void openFormer(const std::filesystem::path& place);
+    void makeNew();
+    int makeUnnamed() const noexcept;
+    void giveName();
+    void takePlace();
+    [[noreturn]] void raiseNotCreated(std::u16string_view reason) const;
+    [[noreturn]] void raiseNotCreated(int error) const;
+    [[noreturn]] void raiseNotReplaced(std::u16string_view reason) const;
 
-    std::filesystem::path name_;      ///< as the caller knows it, for messages
-    std::filesystem::path place_;     ///< where the file is, behind all links
-    std::filesystem::path temporary_; ///< empty when there is none
-    bool replaces_ = false;           ///< whether there is a file that could be lost
+    std::filesystem::path name_; ///< as the caller knows it, for messages
+    Descriptor folder_;          ///< where the file is, behind all links
+    std::string leaf_;           ///< its name there
+    Descriptor former_;          ///< the old file, if there is one
+    UnfinishedFile unfinished_;
+    int written_ = -1; ///< the new file, which the stream owns; -1 for an output open already
     std::optional<TFileStream> stream_;
 };
 

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstring>
 #include <system_error>
+#include <utility>
 
 #include "host/runtime/exception.h"
 #include "host/runtime/format.h"
@@ -53,16 +54,30 @@ int openFile(const std::filesystem::path& path, unsigned mode) noexcept {
     return descriptor;
 }
 
-} // namespace
-
-TFileStream::TFileStream(const std::filesystem::path& path, unsigned mode)
-    : descriptor_(openFile(path, mode)), isWritable_((systemFlags(mode) & O_ACCMODE) != O_RDONLY) {
-    if (descriptor_ < 0) {
+int openOrThrow(const std::filesystem::path& path, unsigned mode) {
+    const int descriptor = openFile(path, mode);
+    if (descriptor < 0) {
         const int error = errno;
         throw EFileOpenError(formatMessage(mode == fmCreate ? u"Cannot create file \"%s\". %s"
                                                             : u"Cannot open file \"%s\". %s",
                                            {utf8ToUtf16(path.string()), systemReason(error)}));
     }
+    return descriptor;
+}
+
+/// Whether it has no places, as a pipe.
+bool hasNoPlaces(int descriptor) noexcept { return ::lseek(descriptor, 0, SEEK_CUR) < 0; }
+
+} // namespace
+
+TFileStream::TFileStream(const std::filesystem::path& path, unsigned mode)
+    : TFileStream(openOrThrow(path, mode), false) {
+    isSequential_ = hasNoPlaces(descriptor_);
+}
+
+TFileStream::TFileStream(int descriptor, bool isSequential)
+    : descriptor_(descriptor), isWritable_((::fcntl(descriptor, F_GETFL) & O_ACCMODE) != O_RDONLY),
+      isSequential_(isSequential) {
     try {
         block_ = std::make_unique_for_overwrite<std::byte[]>(blockSize);
     } catch (...) {
@@ -85,9 +100,11 @@ TFileStream::~TFileStream() {
     try {
         Flush();
     } catch (...) {
-        // Nobody is left to tell; who wants to know calls Flush first.
+        // Nobody is left to tell; who wants to know calls Close first.
     }
-    ::close(descriptor_);
+    if (descriptor_ >= 0) {
+        ::close(descriptor_);
+    }
 }
 
 std::size_t TFileStream::Read(void* buffer, std::size_t count) {
@@ -161,6 +178,9 @@ std::int64_t TFileStream::Seek(std::int64_t offset, SeekOrigin origin) {
     if (insideBlock && !blockIsDirty_) {
         blockPosition_ = static_cast<std::size_t>(target - blockStart_);
     } else if (target != logicalPosition()) {
+        if (isSequential_) {
+            throw EStreamError(u"Stream seek error");
+        }
         Flush();
         blockStart_ = target;
         blockPosition_ = 0;
@@ -171,6 +191,9 @@ std::int64_t TFileStream::Seek(std::int64_t offset, SeekOrigin origin) {
 
 std::int64_t TFileStream::GetSize() {
     Flush();
+    if (isSequential_) {
+        return logicalPosition();
+    }
     struct stat status = {};
     if (::fstat(descriptor_, &status) != 0) {
         throw EStreamError(systemReason(errno));
@@ -192,6 +215,14 @@ void TFileStream::Flush() {
         writeToSystem(block_.get(), blockFill_);
         blockIsDirty_ = false;
         leaveBlock();
+    }
+}
+
+void TFileStream::Close() {
+    Flush();
+    // Interrupted, it is closed all the same.
+    if (::close(std::exchange(descriptor_, -1)) != 0 && errno != EINTR) {
+        throwWriteError(errno);
     }
 }
 
@@ -217,10 +248,8 @@ std::size_t TFileStream::readFromSystem(std::byte* target, std::size_t count) {
 void TFileStream::writeToSystem(const std::byte* source, std::size_t count) {
     std::int64_t place = blockStart_;
     while (count > 0) {
-        ssize_t taken = ::pwrite(descriptor_, source, count, place);
-        if (taken < 0 && errno == ESPIPE) {
-            taken = ::write(descriptor_, source, count); // a pipe has no places
-        }
+        const ssize_t taken = isSequential_ ? ::write(descriptor_, source, count)
+                                            : ::pwrite(descriptor_, source, count, place);
         if (taken < 0) {
             if (errno == EINTR) {
                 continue;

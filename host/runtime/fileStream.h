@@ -22,8 +22,8 @@ enum FileMode : unsigned {
 /// gives less than asked only at the end of the file; Write takes everything.
 ///
 /// Opening throws EFileOpenError, a failing read EReadError, a failing write EWriteError, each with
-/// the system's reason. Written bytes reach the file at the latest with Flush; the destructor
-/// flushes too but has no way to report a failure.
+/// the system's reason. Written bytes reach the file at the latest with Flush or Close; the
+/// destructor does both but has no way to report a failure.
 class NUXML_API TFileStream final : public TStream {
 public:
     TFileStream(const std::filesystem::path& path, unsigned mode);
@@ -32,10 +32,13 @@ public:
     requires std::is_convertible_v<const Text&, std::u16string_view> TFileStream(const Text& path,
                                                                                  unsigned mode)
         : TFileStream(systemPath(path), mode) {}
+    /// What is open already, and becomes this stream's to close. One that is sequential is written
+    /// to where it stands and has no other places: a pipe, or an output that is shared with others.
+    TFileStream(int descriptor, bool isSequential);
     ~TFileStream() override;
 
-    /// The path that a name stands for. Throws EFileOpenError for a name that the system cannot have
-    /// (a NUL inside, an unpaired surrogate).
+    /// The path that a name stands for. Throws EFileOpenError for a name that the system cannot
+    /// have (a NUL inside, an unpaired surrogate).
     static std::filesystem::path systemPath(std::u16string_view path);
 
     std::size_t Read(void* buffer, std::size_t count) override;
@@ -46,6 +49,9 @@ public:
 
     /// Hands everything written so far to the system.
     void Flush() override;
+    /// Flushes and closes the file, which may fail where the system writes late. Nothing can be
+    /// done with the stream any more.
+    void Close();
 
 private:
     [[nodiscard]] std::int64_t logicalPosition() const noexcept {
@@ -57,6 +63,7 @@ private:
 
     int descriptor_;
     bool isWritable_;
+    bool isSequential_;
     std::unique_ptr<std::byte[]> block_;
     std::int64_t blockStart_ = 0;   ///< place of the block's first byte in the file
     std::size_t blockPosition_ = 0; ///< next byte inside the block

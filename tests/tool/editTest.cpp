@@ -51,10 +51,15 @@ const ShellCase files[] = {
      0, "1\n2\n8\n",
      "nuxml: small.xml: nothing matched a/missing; --create makes what is missing\n"
      "nuxml: --set a/c[=1 lacks \"=VALUE\"; see \"nuxml edit --help\"\n"},
-    // A pipe is written to as it is.
-    {"nuxml edit -o /dev/stdout --delete a/b small.xml | cat; mkfifo queue; cat queue & nuxml edit "
-     "-o queue --set a/c=9 other.xml; wait",
-     0, "<a><c>8</c></a><a><c>9</c></a>", ""},
+    // An output that is open is written to where it stands; what is no file is refused.
+    {"nuxml edit -o /dev/stdout --delete a/b small.xml | cat; { printf 'first '; nuxml edit -o "
+     "/dev/stdout --delete a/b small.xml; printf ' last'; } >whole; cat whole; mkfifo queue; nuxml "
+     "edit -o queue --set a/c=9 other.xml",
+     4, "<a><c>8</c></a>first <a><c>8</c></a> last",
+     "nuxml: cannot write queue: Cannot create file \"queue\". It is a pipe\n"},
+    {"cp library.xml copy; (ulimit -f 0; nuxml edit -o copy --set a/c=9 small.xml 2>&1 || echo $?) "
+     "| cat; cmp library.xml copy; ls -A | grep -c '^\\.'",
+     1, "nuxml: cannot write copy: Stream write error: File too large\n4\n0\n", ""},
     // What would be lost is not taken away behind one's back.
     {"nuxml edit -i --set library/contact/mail=x library.xml; echo $?; grep -c hall@ library.xml",
      0, "3\n1\n",

@@ -18,6 +18,7 @@
 #include "eventsCommand.h"
 #include "formatCommand.h"
 #include "help.h"
+#include "host/runtime/fileReplacement.h"
 #include "input.h"
 #include "selectCommand.h"
 
@@ -101,13 +102,32 @@ void takeClosedDescriptors() noexcept {
     }
 }
 
+extern "C" void leaveNothingUnfinished(int signal) {
+    host::FileReplacement::removeUnfinished();
+    std::signal(signal, SIG_DFL);
+    std::raise(signal);
+}
+
+/// What ends the tool while it writes a file takes the unfinished file away first. What the caller
+/// ignores stays ignored.
+void watchSignals() noexcept {
+    // A reader of the output that goes away, and a limit on the size of files, show as a failed
+    // write, not as a deadly signal.
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+    for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGXCPU}) {
+        if (std::signal(signal, leaveNothingUnfinished) == SIG_IGN) {
+            std::signal(signal, SIG_IGN);
+        }
+    }
+}
+
 } // namespace
 
 } // namespace tool
 
 int main(int argumentCount, char** argumentTexts) {
-    // A reader of the output that goes away shows as a failed write, not as a deadly signal.
-    std::signal(SIGPIPE, SIG_IGN);
+    tool::watchSignals();
     tool::takeClosedDescriptors();
 
     tool::Console console;
