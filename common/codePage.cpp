@@ -88,20 +88,26 @@ std::string plainCharacterSet(std::string_view name) {
     return plain;
 }
 
-// The page that a character set names by its number or by a name of its own, 0 for others.
-std::uint32_t codePageOfCharacterSet(std::string_view characterSet) {
+// The number that a character set has as a code page, by its number or by a name of its own; 0 for
+// others. Not each number is a page that is known.
+std::uint32_t numberOfCharacterSet(std::string_view characterSet) {
     struct Family {
         std::string_view name;
         std::uint32_t base;
         bool numbered;
     };
-    static constexpr std::array<Family, 7> families = {{{"iso8859", 28590, true},
-                                                        {"cp", 0, true},
-                                                        {"windows", 0, true},
-                                                        {"ibm", 0, true},
-                                                        {"koi8r", 20866, false},
-                                                        {"koi8u", 21866, false},
-                                                        {"tis620", 874, false}}};
+    static constexpr Family families[] = {
+        {"iso8859", 28590, true}, {"cp", 0, true},
+        {"windows", 0, true},     {"ibm", 0, true},
+        {"koi8r", 20866, false},  {"koi8u", 21866, false},
+        {"tis620", 874, false},   {"usascii", 20127, false},
+        {"ascii", 20127, false},  {"utf8", cNuCodePageUtf8, false},
+        {"latin1", 28591, false}, {"latin2", 28592, false},
+        {"latin3", 28593, false}, {"latin4", 28594, false},
+        {"latin5", 28599, false}, {"latin6", 28600, false},
+        {"latin7", 28603, false}, {"latin8", 28604, false},
+        {"latin9", 28605, false}, {"latin10", 28606, false},
+    };
     const std::string plain = plainCharacterSet(characterSet);
     for (const Family& family : families) {
         if (!plain.starts_with(family.name))
@@ -128,8 +134,8 @@ std::uint32_t codePageOfEnvironment() {
         const std::size_t point = locale.find('.');
         if (point == std::string_view::npos)
             return cNuCodePageUtf8;
-        const std::uint32_t number = codePageOfCharacterSet(locale.substr(point + 1));
-        return findSingleBytePage(number) != nullptr ? number : cNuCodePageUtf8;
+        const std::uint32_t number = NuFindCodePage(locale.substr(point + 1));
+        return number != 0 ? number : cNuCodePageUtf8;
     }
     return cNuCodePageUtf8;
 }
@@ -161,12 +167,15 @@ void widenSingleBytes(const CodePage& page, std::string_view text, char16_t* uni
     }
 }
 
+const NarrowingTable& narrowingTableOf(const CodePage& page) noexcept {
+    return narrowingTables[static_cast<std::size_t>(&page - nu::codePages.data())];
+}
+
 // Writes one byte a unit and returns the number of units lost.
 std::size_t narrowSingleBytes(const CodePage& page, std::u16string_view text,
                               char* bytes) noexcept {
     constexpr std::size_t blockSize = nu::simd::blockSize;
-    const auto index = static_cast<std::size_t>(&page - nu::codePages.data());
-    const NarrowingTable& table = narrowingTables[index];
+    const NarrowingTable& table = narrowingTableOf(page);
     std::size_t lost = 0;
     while (!text.empty()) {
         const std::size_t count = std::min(blockSize, text.size());
@@ -212,6 +221,12 @@ void NuSetSystemCodePage(std::uint32_t codePage) {
     systemCodePage() = codePage;
 }
 
+std::uint32_t NuFindCodePage(std::string_view characterSet) {
+    const std::uint32_t number = numberOfCharacterSet(characterSet);
+    const bool isKnown = number == cNuCodePageUtf8 || findSingleBytePage(number) != nullptr;
+    return isKnown ? number : 0;
+}
+
 std::size_t NuWidenAnsi(std::string_view text, char16_t* units, std::uint32_t codePage) {
     if (codePage == 0)
         codePage = NuGetSystemCodePage();
@@ -247,4 +262,25 @@ std::string NuWideStringToAnsiString(std::u16string_view text, std::uint32_t cod
     std::string bytes(text.size(), '\0');
     lost = narrowSingleBytes(page, text, bytes.data());
     return bytes;
+}
+
+std::size_t NuNarrowAnsiPrefix(std::u16string_view text, std::uint32_t codePage, char* bytes) {
+    constexpr std::uint32_t firstWithControls = 28591; // the pages of ISO 8859 have them all
+    constexpr char16_t afterControls = 0xA0;
+    const CodePage& page = singleBytePage(codePage);
+    const NarrowingTable& table = narrowingTableOf(page);
+    const char16_t firstUpper = codePage < firstWithControls ? afterControls : char16_t{0x80};
+    std::size_t count = 0;
+    for (; count < text.size(); ++count) {
+        const char16_t unit = text[count];
+        if (unit < 0x80) {
+            bytes[count] = static_cast<char>(unit);
+            continue;
+        }
+        const std::uint8_t byte = unit < firstUpper ? std::uint8_t{0} : table.find(page, unit);
+        if (byte == 0)
+            break;
+        bytes[count] = static_cast<char>(byte);
+    }
+    return count;
 }

@@ -33,6 +33,10 @@ NUXML_API std::uint32_t NuGetSystemCodePage() noexcept;
 /// Changes the system code page for all threads; 0 takes it from the environment again.
 NUXML_API void NuSetSystemCodePage(std::uint32_t codePage);
 
+/// The code page that a name of a character set means, whatever its letter case and punctuation:
+/// 65001 for UTF-8, the number of a single-byte page that is known here, 0 for any other name.
+NUXML_API std::uint32_t NuFindCodePage(std::string_view characterSet);
+
 /// Widens to memory with room for `text.size()` units and returns their number; the units behind
 /// may be overwritten.
 NUXML_API std::size_t NuWidenAnsi(std::string_view text, char16_t* units,
@@ -49,3 +53,10 @@ NUXML_API std::string NuWideStringToAnsiString(std::u16string_view text,
 /// The same; `lost` receives the number of units that the code page cannot hold.
 NUXML_API std::string NuWideStringToAnsiString(std::u16string_view text, std::uint32_t codePage,
                                                std::size_t& lost);
+
+/// Narrows up to the first unit that a single-byte page does not have and returns the number of
+/// units narrowed, which is that of the bytes written. `bytes` needs room for `text.size()`.
+/// Control codes that stand for bytes which a Windows page leaves open are none of that page here:
+/// others may refuse such bytes.
+NUXML_API std::size_t NuNarrowAnsiPrefix(std::u16string_view text, std::uint32_t codePage,
+                                         char* bytes);

@@ -140,10 +140,19 @@ public:
 
     /// \name Saving
     /// In the encoding that the document's XML declaration names: UTF-8, UTF-16 (or UCS), else the
-    /// 8-bit code page of the system.
+    /// 8-bit code page of the system. Where that is UTF-8, as almost everywhere, a single-byte page
+    /// that the declaration names (see common/codePage.h) is written instead, so that others can
+    /// read the document; under any other name only ASCII is written, which almost every encoding
+    /// has.
+    ///
+    /// What a page lacks becomes a character reference in texts and values and between two CDATA
+    /// sections, and "?" in comments. In a name or an instruction it throws host::EConvertError;
+    /// SetEncoding(u"UTF-8") helps.
     /// @{
     /// The encoding of the declaration in lower case, "" without one.
     [[nodiscard]] NuXmlString GetEncoding() const;
+    /// Makes the declaration name an encoding, and makes a declaration where there is none.
+    void SetEncoding(std::u16string_view name);
     void SaveToStream(host::TStream& stream) { SaveToStream(stream, false, false); }
     /// Throws host::Exception ("Failed to write all the data!") when an 8-bit save is cut short,
     /// and what the stream throws.

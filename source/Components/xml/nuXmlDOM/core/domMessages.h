@@ -60,6 +60,10 @@ inline constexpr std::u16string_view cUnknownType =
 inline constexpr std::u16string_view cNoStreamContents =
     u"Failed to get the contents of the stream.";
 
+// host::EConvertError
+inline constexpr std::u16string_view cLackingCharacter =
+    u"\"%s\" has a character that the encoding of the document does not have.";
+
 // host::EReadError
 inline constexpr std::u16string_view cNoFile = u"There is no file \"%s\"";
 

@@ -106,6 +106,15 @@ void writeNode(const TNuDOMNode& node, OutputTarget<Unit>& target, const WriteOp
     output.finish();
 }
 
+void writeInCodePage(const TNuDOMDocument& document, OutputTarget<char>& target,
+                     const WriteOptions& options, std::uint32_t codePage) {
+    Output<char> output(target);
+    NodeWriter<char, PageCharacters> writer(output, *document.OwnerDocument(), options.formatted,
+                                            options.baseLevel, PageCharacters(codePage));
+    writer.writeDocument(document);
+    output.finish();
+}
+
 template void writeNode(const TNuDOMNode&, OutputTarget<char>&, const WriteOptions&);
 template void writeNode(const TNuDOMNode&, OutputTarget<char16_t>&, const WriteOptions&);
 

@@ -6,6 +6,8 @@
 #include "nuXmlDOM/core/node.h"
 #include "nuXmlDOM/write/outputTarget.h"
 
+class TNuDOMDocument;
+
 namespace nu {
 
 /// The number of elements around a node.
@@ -30,6 +32,11 @@ void writeNode(const TNuDOMNode& node, OutputTarget<Unit>& target, const WriteOp
 
 extern template void writeNode(const TNuDOMNode&, OutputTarget<char>&, const WriteOptions&);
 extern template void writeNode(const TNuDOMNode&, OutputTarget<char16_t>&, const WriteOptions&);
+
+/// Writes a document as bytes of a code page of single bytes. Throws host::EConvertError where a
+/// name or an instruction has a character that the page lacks; what stands before it is written.
+void writeInCodePage(const TNuDOMDocument& document, OutputTarget<char>& target,
+                     const WriteOptions& options, std::uint32_t codePage);
 
 /// Writes a node as UTF-16 at the position of a stream. A document that goes to the start of a file
 /// begins with a byte-order mark in any case.

@@ -9,22 +9,24 @@
 #include "nuXmlDOM/core/nodeAccess.h"
 #include "nuXmlDOM/values/preserveSpace.h"
 #include "nuXmlDOM/write/output.h"
+#include "nuXmlDOM/write/pageCharacters.h"
 
 namespace nu {
 
-/// Says what every kind of node writes, as UTF-16 (char16_t) or UTF-8 (char).
+/// Says what every kind of node writes, as UTF-16 (char16_t) or UTF-8 (char), or as bytes of a code
+/// page (char, with characters that say so).
 ///
 /// A formatted text has elements, comments, CDATA sections and instructions on lines of their own,
 /// each indented by its depth, except inside elements that preserve space. Text is written as it
 /// is.
-template <class Unit> class NodeWriter {
+template <class Unit, class Characters = AllCharacters> class NodeWriter {
 public:
     /// \param document  the document of all nodes to write
     /// \param baseLevel the depth that is not indented
     NodeWriter(Output<Unit>& output, TNuDOMDocument& document, bool formatted,
-               std::int64_t baseLevel)
-        : out_(output), isFormatted_(formatted), baseLevel_(baseLevel),
-          spaceName_(formatted ? findSpaceName(document) : nullptr) {}
+               std::int64_t baseLevel, Characters characters = {})
+        : out_(output), characters_(std::move(characters)), isFormatted_(formatted),
+          baseLevel_(baseLevel), spaceName_(formatted ? findSpaceName(document) : nullptr) {}
 
     /// The prolog, then the document element.
     void writeDocument(const TNuDOMDocument& document) {
@@ -83,7 +85,7 @@ private:
         if (spaceName_ != nullptr) {
             enterSpace(element);
         }
-        const NodeName& name = NodeAccess::name(element);
+        const auto& name = characters_.name(NodeAccess::name(element));
         if (isBroken()) {
             if (out_.breaksBeforeElement()) {
                 out_.put("\r\n", Indentation{level_}, "<", name);
@@ -110,7 +112,7 @@ private:
 
     void closeElement(const TNuDOMElement& element) {
         --level_;
-        const NodeName& name = NodeAccess::name(element);
+        const auto& name = characters_.name(NodeAccess::name(element));
         if (hasElements_ && isBroken()) {
             out_.put("\r\n", Indentation{level_}, "</", name, ">");
         } else {
@@ -120,12 +122,12 @@ private:
     }
 
     void writeAttribute(const TNuDOMAttribute& attribute) {
-        const NodeName& name = NodeAccess::name(attribute);
+        const auto& name = characters_.name(NodeAccess::name(attribute));
         const StoredText& value = NodeAccess::stored(attribute);
         if (value.isNarrow()) [[likely]] {
             out_.put(" ", name, "=\"", value.narrow(), "\"");
         } else {
-            out_.put(" ", name, "=\"", value.wide(), "\"");
+            out_.put(" ", name, "=\"", characters_.value(value.wide()), "\"");
         }
     }
 
@@ -134,7 +136,8 @@ private:
         case host::ATTRIBUTE_NODE:
             return writeAttribute(static_cast<const TNuDOMAttribute&>(node));
         case host::TEXT_NODE:
-            return out_.putText(NodeAccess::stored(static_cast<const TNuDOMText&>(node)));
+            return out_.putText(
+                characters_.text(NodeAccess::stored(static_cast<const TNuDOMText&>(node))));
         case host::CDATA_SECTION_NODE:
             return writeCData(static_cast<const TNuDOMCDATA&>(node));
         case host::COMMENT_NODE:
@@ -145,7 +148,7 @@ private:
     }
 
     void writeCData(const TNuDOMCDATA& section) {
-        const StoredText& text = NodeAccess::stored(section);
+        const auto& text = characters_.section(NodeAccess::stored(section));
         if (isBroken()) {
             out_.put("\r\n", Indentation{level_}, "<![CDATA[", text, "]]>\r\n",
                      Indentation{level_ - 1});
@@ -160,7 +163,7 @@ private:
         if (isFormatted_) {
             out_.put("\r\n", Indentation{preserves_ ? 0 : level_});
         }
-        out_.put("<!--", NodeAccess::stored(comment), "-->");
+        out_.put("<!--", characters_.comment(NodeAccess::stored(comment)), "-->");
     }
 
     void writeInstruction(const TNuDOMProcessingInstruction& instruction) {
@@ -168,7 +171,8 @@ private:
         if (isFormatted_ && out_.breaksBeforeInstruction()) {
             out_.put("\r\n", Indentation{preserves_ ? 0 : level_});
         }
-        out_.put("<?", NodeAccess::name(instruction), " ", NodeAccess::stored(instruction), "?>");
+        out_.put("<?", characters_.name(NodeAccess::name(instruction)), " ",
+                 characters_.instruction(NodeAccess::stored(instruction)), "?>");
     }
 
     /// Whether what is written now stands on a line of its own.
@@ -197,6 +201,7 @@ private:
     };
 
     Output<Unit>& out_;
+    [[no_unique_address]] Characters characters_;
     bool isFormatted_;
     std::int64_t baseLevel_;
     /// The name xml:space when the text is formatted and any node has that name.

@@ -49,6 +49,9 @@ public:
         }
     }
 
+    /// The same for text that is written as it is.
+    void putText(std::basic_string_view<Unit> text) { put(text); }
+
     /// Writes a byte-order mark, before anything else. It counts as something written in UTF-16
     /// only.
     void putMark() {

@@ -4,7 +4,6 @@
 #include <string>
 #include <string_view>
 
-#include "common/codePage.h"
 #include "host/runtime/exception.h"
 #include "host/runtime/stream.h"
 #include "nuXmlDOM/core/domMessages.h"
@@ -55,35 +54,18 @@ private:
     host::TStream& stream_;
 };
 
-/// Writes 8-bit text of a code page; throws when the stream takes less.
-inline void writeEightBit(host::TStream& stream, std::string_view text) {
-    if (stream.Write(text.data(), text.size()) < text.size()) {
-        throw host::Exception(cIncompleteWrite);
-    }
-}
-
-/// UTF-8 where that is the code page.
-class EightBitUtf8Target final : public OutputTarget<char> {
+/// 8-bit text, UTF-8 or that of a code page; throws when the stream takes less.
+class EightBitTarget final : public OutputTarget<char> {
 public:
-    explicit EightBitUtf8Target(host::TStream& stream) : stream_(stream) {}
-    void take(std::string_view block) override { writeEightBit(stream_, block); }
-
-private:
-    host::TStream& stream_;
-};
-
-/// A code page of single bytes, which is converted character by character.
-class CodePageTarget final : public OutputTarget<char16_t> {
-public:
-    CodePageTarget(host::TStream& stream, std::uint32_t codePage)
-        : stream_(stream), codePage_(codePage) {}
-    void take(std::u16string_view block) override {
-        writeEightBit(stream_, NuWideStringToAnsiString(block, codePage_));
+    explicit EightBitTarget(host::TStream& stream) : stream_(stream) {}
+    void take(std::string_view block) override {
+        if (stream_.Write(block.data(), block.size()) < block.size()) {
+            throw host::Exception(cIncompleteWrite);
+        }
     }
 
 private:
     host::TStream& stream_;
-    std::uint32_t codePage_;
 };
 
 } // namespace nu

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "nuXmlDOM/core/nameTable.h"
+#include "nuXmlDOM/core/storedText.h"
+
+/// \file
+/// How names and texts are written where an encoding may lack characters of them.
+
+namespace nu {
+
+/// For UTF-8 and UTF-16, which lack none: everything is as it is stored.
+struct AllCharacters {
+    static const NodeName& name(const NodeName& name) noexcept { return name; }
+    static std::u16string_view value(std::u16string_view text) noexcept { return text; }
+    static const StoredText& text(const StoredText& text) noexcept { return text; }
+    static const StoredText& section(const StoredText& text) noexcept { return text; }
+    static const StoredText& comment(const StoredText& text) noexcept { return text; }
+    static const StoredText& instruction(const StoredText& text) noexcept { return text; }
+};
+
+/// For a code page of single bytes, as bytes of it. What it gives is valid until a name or a text,
+/// whichever it was, is asked for again.
+///
+/// A character that the page lacks becomes a reference in texts and values; a CDATA section is
+/// ended before the reference and another one begun behind it. Where XML knows no references, a
+/// comment gets a "?", because nothing depends on it, but a name or an instruction throws
+/// host::EConvertError: it would be another one, or none.
+class PageCharacters {
+public:
+    /// \param codePage one of single bytes
+    explicit PageCharacters(std::uint32_t codePage) : codePage_(codePage) {}
+
+    std::string_view name(const NodeName& name);
+    std::string_view value(std::u16string_view text) { return withReferences(text, {}, {}); }
+    std::string_view text(const StoredText& text);
+    std::string_view section(const StoredText& text);
+    std::string_view comment(const StoredText& text);
+    std::string_view instruction(const StoredText& text);
+
+private:
+    /// What one character of a text is and how many units it takes.
+    struct Character {
+        std::uint32_t value;
+        std::size_t length;
+    };
+
+    static Character firstOf(std::u16string_view text) noexcept;
+    template <class WriteLacking>
+    std::string_view convert(std::u16string_view text, std::string& bytes, WriteLacking&& lacking);
+    std::string_view withReferences(std::u16string_view text, std::string_view before,
+                                    std::string_view behind);
+
+    std::uint32_t codePage_;
+    std::string name_;
+    std::string text_;
+};
+
+} // namespace nu
