@@ -5,35 +5,13 @@
 #include "nuXmlDOM/core/domMessages.h"
 #include "nuXmlDOM/core/element.h"
 #include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/values/schemaPrefix.h"
 #include "nuXmlParser.h"
 
 namespace {
 
-constexpr std::u16string_view instanceURI = u"http://www.w3.org/2001/XMLSchema-instance";
-constexpr std::u16string_view schemaURI = u"http://www.w3.org/2001/XMLSchema";
-
-/// A namespace of typed values as it is in scope at an element.
-struct Prefix {
-    /// The declared prefix with its colon; empty when there is none, or for the default namespace.
-    NuXmlString text;
-    bool isDeclared = false;
-
-    [[nodiscard]] NuXmlString name(std::u16string_view local) const {
-        return text + NuXmlString(local);
-    }
-};
-
-Prefix findPrefix(const TNuDOMElement& element, std::u16string_view uri) {
-    const TNuDOMAttribute* declaration = element.FindNamespace(uri, true);
-    if (declaration == nullptr) {
-        return {};
-    }
-    NuXmlString text = declaration->get_localName();
-    if (!text.empty()) {
-        text += cNuColon;
-    }
-    return {text, true};
-}
+using nu::findSchemaPrefix;
+using nu::SchemaPrefix;
 
 host::VarType typeNamed(std::u16string_view name) {
     host::VarType type = host::varEmpty;
@@ -59,7 +37,7 @@ bool hasTextChild(const TNuDOMElement& element) {
 /// Writes a value with its type where the types have a namespace, else as text alone.
 template <class Write>
 void setTyped(TNuDOMElement& element, const host::Variant& value, Write&& write) {
-    if (element.FindNamespace(instanceURI, true) != nullptr) {
+    if (element.FindNamespace(nu::cInstanceURI, true) != nullptr) {
         element.SetVarValue(value);
     } else {
         element.set_nodeValue(write());
@@ -70,7 +48,7 @@ void setTyped(TNuDOMElement& element, const host::Variant& value, Write&& write)
 
 host::Variant TNuDOMElement::GetVarValue() const {
     // 1. No value.
-    const Prefix instance = findPrefix(*this, instanceURI);
+    const SchemaPrefix instance = findSchemaPrefix(*this, nu::cInstanceURI);
     const TNuDOMAttribute* nil = getAttributeNode(instance.name(u"nil"));
     if (nil != nullptr && NuEqualAsciiWord(nil->get_nodeValue(), u"true")) {
         return host::null;
@@ -90,7 +68,7 @@ host::Variant TNuDOMElement::GetVarValue() const {
 }
 
 void TNuDOMElement::SetVarValue(const host::Variant& value) {
-    const Prefix instance = findPrefix(*this, instanceURI);
+    const SchemaPrefix instance = findSchemaPrefix(*this, nu::cInstanceURI);
     const NuXmlString nil = instance.name(u"nil");
     // 1. No value. Deliberate: a type that is there already stays.
     if (value.IsEmpty() || value.IsNull()) {
@@ -104,8 +82,9 @@ void TNuDOMElement::SetVarValue(const host::Variant& value) {
     // Deliberate: text has its type only where the types have a namespace, other values always;
     // without a namespace as a bare "type".
     const bool namesType = !isString || instance.isDeclared;
-    const NuXmlString type =
-        namesType ? findPrefix(*this, schemaURI).name(NuSchemaType(value)) : NuXmlString();
+    const NuXmlString type = namesType
+                                 ? findSchemaPrefix(*this, nu::cSchemaURI).name(NuSchemaType(value))
+                                 : NuXmlString();
     // 3. The text, and the type.
     removeAttribute(nil);
     set_nodeValue(text);
