@@ -81,10 +81,11 @@ TEST(DataSetForms, TypesAndNilTakeThePrefixesInScope) {
     rows.SetValue(0, 5);
     rows.Post();
     EXPECT_EQ(written(rows), u"<rows><row><id type=\"int\">5</id><day nil=\"true\"/></row></rows>");
-    EXPECT_EQ(written(rows, u"<rows xmlns:i=\"http://www.w3.org/2001/XMLSchema-instance\" "
-                            u"xmlns:s=\"http://www.w3.org/2001/XMLSchema\"><old/></rows>")
-                  .substr(100),
-              u"<old/><row><id i:type=\"s:int\">5</id><day i:nil=\"true\"/></row></rows>");
+    const NuXmlString declared = u"<rows xmlns:i=\"http://www.w3.org/2001/XMLSchema-instance\" "
+                                 u"xmlns:s=\"http://www.w3.org/2001/XMLSchema\">";
+    EXPECT_EQ(written(rows, declared + u"<old/></rows>"),
+              declared +
+                  u"<old/><row><id i:type=\"s:int\">5</id><day i:nil=\"true\"/></row></rows>");
 }
 
 TEST(DataSetForms, ReadingGoesByFieldsAndTellsThePlace) {
