@@ -241,15 +241,60 @@ TEST(Parse, keepsTheDepthOfAnEarlierParse) {
               "|SD|EP|E a|E a|E a|E a|S b|E b|S c|E c|ED");
 }
 
-TEST(Parse, refusesToRunTwiceAtOnce) {
-    TNuSAXXMLReader reader;
-    std::string failures;
-    reader.OnEndProlog = [&](TNuSAXXMLReader& sender) {
-        failures += exceptionOf([&] { sender.Parse(new OddStream("<b/>"), true); });
-        EXPECT_EQ(OddStream::alive, 0);
+TEST(Parse, forgetsWhatCameBefore) {
+    // What a reader is asked, and what it tells: the same whatever it was asked before.
+    const auto parse = [](std::u16string_view text) {
+        return [text](TNuSAXXMLReader& reader) { reader.Parse(text); };
     };
-    reader.Parse(u"<a/>");
-    EXPECT_EQ(failures, "ESAXException The reader is already parsing a document.");
+    const auto parseFragment = [](std::u16string_view text) {
+        return [text](TNuSAXXMLReader& reader) { reader.ParseFragment(text); };
+    };
+    const std::vector<std::function<void(TNuSAXXMLReader&)>> uses = {
+        parse(u"<!DOCTYPE a ><!-- c --><a> <p:b xmlns:p=\"u\">x</p:b></a>"),
+        parse(u"<a xml:space=\"preserve\" xmlns=\"u\" xmlns:p=\"v\"> <b><c"),
+        parse(u"<a/><!DOCTYPE a >"),
+        parse(u"<a><![CDATA["),
+        parseFragment(u" x<!-- c --><p:b xml:space=\"preserve\"> </p:b> y"),
+        parseFragment(u"<b>"),
+        parseFragment(u"</a></a>z"),
+        [](TNuSAXXMLReader& reader) { reader.ParseBytes("<a>\xFF</a>"); },
+        [](TNuSAXXMLReader& reader) {
+            reader.OnStart = [](TNuSAXXMLReader&) { throw host::EListError(u"start"); };
+            reader.ParseFragment(u"<b/>");
+        },
+        [](TNuSAXXMLReader& reader) {
+            reader.SetParserChoice(TNuSaxParserChoice::LargeStream);
+            reader.ParseFragment(u"x");
+        },
+    };
+    // Each of them may be asked inside another, too, and is refused.
+    const auto traced = [](TNuSAXXMLReader& reader, const auto& use, bool isInterrupted) {
+        const auto trace = host::makeRef<EventTrace>();
+        trace->attachTo(reader);
+        if (isInterrupted) {
+            trace->onEvent = [&reader](const std::string&) {
+                constexpr std::string_view refusal =
+                    "ESAXException The reader is already parsing a document.";
+                EXPECT_EQ(exceptionOf([&] { reader.Parse(new OddStream("<b/>"), true); }), refusal);
+                EXPECT_EQ(exceptionOf([&] { reader.ParseFragment(u"b"); }), refusal);
+                EXPECT_EQ(OddStream::alive, 0);
+            };
+        }
+        trace->record([&] { use(reader); });
+        reader.OnStart = nullptr;
+        reader.SetParserChoice(TNuSaxParserChoice::BySize);
+        return trace->text();
+    };
+    for (std::size_t first = 0; first < uses.size(); ++first) {
+        for (std::size_t second = 0; second < uses.size(); ++second) {
+            TNuSAXXMLReader reader;
+            for (const std::size_t use : {first, second, first, second, second}) {
+                TNuSAXXMLReader fresh;
+                EXPECT_EQ(traced(reader, uses[use], use == second), traced(fresh, uses[use], false))
+                    << first << " and " << second;
+            }
+        }
+    }
 }
 
 TEST(Parse, letsHandlersChange) {

@@ -56,7 +56,11 @@ host::Ref<TNuSAXXMLReader> TNuSAXXMLReader::CreateCounted() {
 }
 
 void TNuSAXXMLReader::Parse(host::TStream* stream, bool ownsStream) {
-    std::unique_ptr<host::TStream> owned(ownsStream ? stream : nullptr);
+    parse(std::unique_ptr<host::TStream>(ownsStream ? stream : nullptr), stream, false);
+}
+
+void TNuSAXXMLReader::parse(std::unique_ptr<host::TStream> owned, host::TStream* stream,
+                            bool isFragment) {
     if (isParsing_) {
         throw host::ESAXException(nu::messages::alreadyParsing);
     }
@@ -70,6 +74,11 @@ void TNuSAXXMLReader::Parse(host::TStream* stream, bool ownsStream) {
     installDefaultHandlers();
 
     // 2. The parse proper. What leaves it is kept until everything is in order again.
+    const std::int32_t depthBefore = depth_;
+    isFragment_ = isFragment;
+    if (isFragment) {
+        depth_ = 1;
+    }
     std::exception_ptr failure;
     try {
         try {
@@ -86,7 +95,10 @@ void TNuSAXXMLReader::Parse(host::TStream* stream, bool ownsStream) {
         failure = std::current_exception();
     }
 
-    // 3. Always: only what the application has set stays.
+    // 3. Always: only what the application has set stays, and the depth that documents leave.
+    if (isFragment) {
+        depth_ = depthBefore;
+    }
     finishParse();
     if (failure) {
         std::rethrow_exception(failure);
@@ -121,15 +133,16 @@ void TNuSAXXMLReader::ParseBytes(std::string_view bytes) {
 void TNuSAXXMLReader::ParseFragment(std::u16string_view text) {
     // The NUL ends the text: a character that is the last one of the input would be lost.
     auto stream = std::make_unique<TNuStringStream>(NuXmlString(text) + u'\0');
-    depth_ = 1;
-    isFragment_ = true;
-    Parse(stream.release(), true);
+    TNuStringStream* const fragment = stream.get();
+    parse(std::move(stream), fragment, true);
 }
 
 void TNuSAXXMLReader::parseDocument(std::unique_ptr<host::TStream> owned, host::TStream* stream) {
-    const bool isLarge = parserChoice_ == TNuSaxParserChoice::LargeStream ||
+    // A NUL, which ends a fragment, is text to the large-stream parser.
+    const bool isLarge =
+        !isFragment_ && (parserChoice_ == TNuSaxParserChoice::LargeStream ||
                          (parserChoice_ == TNuSaxParserChoice::BySize && stream != nullptr &&
-                          stream->GetSize() >= largeStreamSize);
+                          stream->GetSize() >= largeStreamSize));
     if (isLarge) {
         scan(new TNuXmlLargeStreamParser(stream, false, errorHandler_), std::move(owned));
     } else {

@@ -102,7 +102,7 @@ public:
     /// UTF-8, UTF-16 with a mark, or 8-bit text.
     void ParseBytes(std::string_view bytes);
     /// Parses what may stand between the tags of an element: text counts from the first character
-    /// on. For a reader that has not parsed anything yet.
+    /// on. It counts as one level deep whatever came before, and leaves the depth as it was.
     void ParseFragment(std::u16string_view text);
 
     [[nodiscard]] bool getFeature(std::u16string_view name) override;
@@ -142,6 +142,7 @@ public:
 private:
     template <class Source> friend class nu::SaxScanner;
 
+    void parse(std::unique_ptr<host::TStream> owned, host::TStream* stream, bool isFragment);
     void installDefaultHandlers();
     void parseDocument(std::unique_ptr<host::TStream> owned, host::TStream* stream);
     template <class Source> void scan(Source* newSource, std::unique_ptr<host::TStream> owned);
