@@ -2,12 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
+#include <map>
 #include <string>
 #include <vector>
 
 #include "common/caseFolding.h"
 #include "common/encoding.h"
 #include "common/stringStream.h"
+#include "common/textHash.h"
 
 namespace {
 
@@ -38,6 +42,43 @@ TEST(CaseFolding, comparesTexts) {
     EXPECT_FALSE(NuEqualFolded(u"name", u"names"));
     EXPECT_FALSE(NuEqualFolded(u"[", u"{"));
     EXPECT_EQ(NuFolded(u"ÉTÉ Xml"), u"été xml");
+}
+
+TEST(TextHash, scattersWhatWasChosenToCollide) {
+    // Names that collide for one pair of keys are like any others to the next pair.
+    constexpr std::uint64_t places = 256;
+    const auto mostAtOnePlace = [](const nu::HashKeys& keys, const auto& names) {
+        std::map<std::uint64_t, std::size_t> counts;
+        std::size_t most = 0;
+        for (const std::u16string& name : names) {
+            most = std::max(most, ++counts[nu::hashText(keys, name, NuFoldCase) % places]);
+        }
+        return most;
+    };
+    const nu::HashKeys known[] = {{0, 0x9E3779B97F4A7C15u}, {5, 0xC2B2AE3D27D4EB4Fu}};
+    for (const nu::HashKeys& keys : known) {
+        std::vector<std::u16string> names;
+        for (std::uint64_t number = 0; names.size() < 100; ++number) {
+            std::u16string name = u"aaaaaaaaa";
+            for (std::uint64_t left = number, index = 0; left > 0; left /= 26, ++index) {
+                name[index * 7 % 9] = static_cast<char16_t>(u'a' + left % 26);
+            }
+            if (nu::hashText(keys, name) % places == 77) {
+                names.push_back(std::move(name));
+            }
+        }
+        EXPECT_EQ(mostAtOnePlace(keys, names), names.size());
+        EXPECT_LT(mostAtOnePlace(nu::hashKeys(), names), 10U);
+        EXPECT_LT(mostAtOnePlace({keys.start + 1, keys.factor}, names), 10U);
+        EXPECT_LT(mostAtOnePlace({keys.start, keys.factor ^ 0x1235A1F000}, names), 10U);
+    }
+    // Differences that a product without its upper half would hand on whatever the keys.
+    std::vector<std::u16string> pairs(2, u"abcdefgh");
+    pairs[1][3] ^= 0x8000;
+    for (const std::size_t unit : {5U, 7U}) {
+        pairs[1][unit] ^= 0x8000;
+        EXPECT_NE(nu::hashText(nu::hashKeys(), pairs[0]), nu::hashText(nu::hashKeys(), pairs[1]));
+    }
 }
 
 TEST(ContainsText, findsPartsInAnyLetterCase) {

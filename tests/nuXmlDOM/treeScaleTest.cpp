@@ -151,6 +151,22 @@ TEST(TreeScale, letsGoOfManyNodes) {
     EXPECT_EQ(document->CreateRootNode(u"s").get_xml(), u"<s/>");
 }
 
+TEST(TreeScale, readsNamesOfManyNamespaces) {
+    // One name in many namespaces, and many names in one whose name is long.
+    std::u16string content;
+    for (std::size_t number = 0; number < many; ++number) {
+        content += u"<a xmlns=\"" + text(number) + u"\"/>";
+    }
+    content += u"<b xmlns:p=\"" + std::u16string(million, u'u') + u"\">";
+    for (std::size_t number = 0; number < many; ++number) {
+        content += u"<p:n" + text(number) + u"/>";
+    }
+    const auto document = NuCreateDOMDocument(u"<r>" + content + u"</b></r>");
+    const TNuDOMElement& root = *document->GetRootNode();
+    EXPECT_EQ(root.FirstChildElement()->get_nextSibling()->GetCreationNamespaceURI(), u"1");
+    EXPECT_EQ(root.LastChild()->LastChild()->GetCreationNamespaceURI().size(), million);
+}
+
 TEST(TreeScale, findsNamespacesFarBelowTheirDeclaration) {
     const std::u16string inner = repeated(many, u"<p:a>") +
                                  u"<p:b xmlns:p=\"w\"><p:a/></p:b><q:a/>" +

@@ -1,5 +1,7 @@
 #include "nodePaths.h"
 
+#include <map>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -57,7 +59,7 @@ void NodePaths::countChildren(TNuDOMNode& parent) {
         std::size_t count = 0;
         const TNuDOMNode* first = nullptr;
     };
-    std::unordered_map<std::u16string, Named> names;
+    std::map<std::u16string, Named> names; // no names can be chosen to slow it down
     const auto count = [&](const TNuDOMNode& child) {
         Named& named = names[comparedName(child)];
         places_[&child] = {++named.count, named.count == 1};

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "common/textHash.h"
+
 namespace {
 
 constexpr std::size_t firstSlotCount = 16;
@@ -9,12 +11,7 @@ constexpr std::size_t firstSlotCount = 16;
 constexpr std::size_t keptEntries = 1024;
 
 std::size_t hashPrefix(std::u16string_view prefix) {
-    std::uint64_t hash = 0;
-    for (const char16_t unit : prefix) {
-        hash = (hash ^ NuFoldCase(unit)) * 0x9E3779B97F4A7C15;
-        hash ^= hash >> 32U;
-    }
-    return static_cast<std::size_t>(hash);
+    return static_cast<std::size_t>(nu::hashText(nu::hashKeys(), prefix, NuFoldCase));
 }
 
 } // namespace
@@ -31,6 +28,7 @@ void TNuSaxNamespaceList::AddNamespace(std::int32_t level, std::u16string_view p
     entry.Level = level;
     entry.Prefix = prefix;
     entry.URI = uri;
+    entry.Number = ++addedCount_;
     entry.Hash = hashPrefix(prefix);
     isOrdered_ = isOrdered_ && (count_ == 0 || level >= highestLevel_);
     highestLevel_ = count_ == 0 ? level : std::max(highestLevel_, level);
@@ -46,7 +44,7 @@ const TNuSaxNamespace* TNuSaxNamespaceList::find(std::u16string_view prefix) con
     const TNuSaxNamespace* entry = slots_[hash & (slots_.size() - 1)];
     while (entry != nullptr && (entry->Hash != hash || !(entry->Prefix == prefix ||
                                                          NuEqualFolded(entry->Prefix, prefix)))) {
-        entry = entry->Older;
+        entry = entry->Next;
     }
     recent_[recentPlace(prefix)] = entry;
     return entry;
@@ -89,20 +87,36 @@ void TNuSaxNamespaceList::Clear() {
     isOrdered_ = true;
 }
 
+/// Where the newest entry of a prefix, or one that is about to be that, stands in its hash slot:
+/// the pointer to the entry that it replaces, or the null at the end.
+TNuSaxNamespace** TNuSaxNamespaceList::placeOf(const TNuSaxNamespace& entry) {
+    TNuSaxNamespace** place = &slots_[entry.Hash & (slots_.size() - 1)];
+    while (*place != nullptr &&
+           ((*place)->Hash != entry.Hash || !NuEqualFolded((*place)->Prefix, entry.Prefix))) {
+        place = &(*place)->Next;
+    }
+    return place;
+}
+
 void TNuSaxNamespaceList::removeNewest() {
     const TNuSaxNamespace& entry = entries_[--count_];
-    slots_[entry.Hash & (slots_.size() - 1)] = entry.Older;
-    default_ = entry.OlderDefault;
-    if (!entry.Prefix.empty()) {
+    TNuSaxNamespace** const place = placeOf(entry);
+    *place = entry.Hidden != nullptr ? entry.Hidden : entry.Next;
+    if (entry.Hidden != nullptr) {
+        entry.Hidden->Next = entry.Next;
+    }
+    if (entry.Prefix.empty()) {
+        default_ = entry.Hidden;
+    } else {
         recent_[recentPlace(entry.Prefix)] = nullptr;
     }
 }
 
 void TNuSaxNamespaceList::link(TNuSaxNamespace& entry) {
-    const TNuSaxNamespace*& slot = slots_[entry.Hash & (slots_.size() - 1)];
-    entry.Older = slot;
-    slot = &entry;
-    entry.OlderDefault = default_;
+    TNuSaxNamespace** const place = placeOf(entry);
+    entry.Hidden = *place;
+    entry.Next = *place != nullptr ? (*place)->Next : nullptr;
+    *place = &entry;
     if (entry.Prefix.empty()) {
         default_ = &entry;
     } else {

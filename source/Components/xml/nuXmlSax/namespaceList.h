@@ -17,16 +17,17 @@ struct TNuSaxNamespace {
     std::int32_t Level = 0; ///< depth of the declaring element
     std::u16string Prefix;  ///< empty for the default namespace
     std::u16string URI;
-    std::size_t Hash = 0;                          ///< of the prefix, letter case ignored
-    const TNuSaxNamespace* OlderDefault = nullptr; ///< the default namespace behind this entry
-    const TNuSaxNamespace* Older = nullptr;        ///< the next older entry with the same hash slot
+    std::uint64_t Number = 0;          ///< of all that were ever added to the list, from 1
+    std::size_t Hash = 0;              ///< of the prefix, letter case ignored
+    TNuSaxNamespace* Hidden = nullptr; ///< the declaration of the same prefix that this one hides
+    TNuSaxNamespace* Next = nullptr;   ///< the entry of another prefix in the same hash slot
 };
 
 /// The namespace declarations in scope, oldest first. Prefixes are compared ignoring letter case
 /// (unlike Namespaces in XML), so `P:x` finds a declaration of `p`.
 ///
-/// Lookup goes through a hash table: its time does not grow with the number of declarations, unless
-/// their prefixes were chosen to collide.
+/// Lookup goes through a hash table of the prefixes, whose time grows neither with their number nor
+/// with the number of declarations of one of them.
 class NUXML_API TNuSaxNamespaceList {
 public:
     /// Adds a declaration; one of the same prefix is hidden, not replaced.
@@ -58,6 +59,7 @@ private:
     }
     [[nodiscard]] const TNuSaxNamespace* find(std::u16string_view prefix) const;
     void removeFrom(std::int32_t level);
+    [[nodiscard]] TNuSaxNamespace** placeOf(const TNuSaxNamespace& entry);
     void removeNewest();
     void link(TNuSaxNamespace& entry);
     void rebuildSlots(std::size_t slotCount);
@@ -66,10 +68,12 @@ private:
     /// declaration.
     std::deque<TNuSaxNamespace> entries_;
     std::size_t count_ = 0;
+    std::uint64_t addedCount_ = 0;
     const TNuSaxNamespace* default_ = nullptr; ///< the newest entry without a prefix
     std::int32_t highestLevel_ = 0;
-    bool isOrdered_ = true;                     ///< no entry has a lower level than one before it
-    std::vector<const TNuSaxNamespace*> slots_; ///< newest entry per hash slot, or null
+    bool isOrdered_ = true; ///< no entry has a lower level than one before it
+    /// The first of the prefixes in each hash slot, as their newest entries; or null.
+    std::vector<TNuSaxNamespace*> slots_;
     /// Entries that were found or made last, each the newest one of its prefix, or null.
     mutable std::array<const TNuSaxNamespace*, recentCount> recent_{};
 };

@@ -28,14 +28,15 @@ template <class Key> Key keyOf(const TNuDOMAttribute& attribute) noexcept {
 
 // One table
 
-template <class Key> void AttributeIndex::Table<Key>::enter(TNuDOMAttribute& attribute) {
+template <class Key, class Hash>
+void AttributeIndex::Table<Key, Hash>::enter(TNuDOMAttribute& attribute) {
     const auto [place, isNew] =
         entries_.try_emplace(keyOf<Key>(attribute), Entry{&attribute, true});
     place->second.isOnly = isNew;
 }
 
-template <class Key>
-auto AttributeIndex::Table<Key>::find(TNuDOMElement& element, Key key) -> const Entry* {
+template <class Key, class Hash>
+auto AttributeIndex::Table<Key, Hash>::find(TNuDOMElement& element, Key key) -> const Entry* {
     if (!isMade_) {
         entries_.clear();
         for (TNuDOMAttribute& attribute : element.Attributes()) {
@@ -47,8 +48,8 @@ auto AttributeIndex::Table<Key>::find(TNuDOMElement& element, Key key) -> const 
     return found != entries_.end() ? &found->second : nullptr;
 }
 
-template <class Key>
-void AttributeIndex::Table<Key>::added(TNuDOMAttribute& attribute, bool isAtEnd) {
+template <class Key, class Hash>
+void AttributeIndex::Table<Key, Hash>::added(TNuDOMAttribute& attribute, bool isAtEnd) {
     if (!isMade_) {
         return;
     }
@@ -60,8 +61,8 @@ void AttributeIndex::Table<Key>::added(TNuDOMAttribute& attribute, bool isAtEnd)
     enter(attribute);
 }
 
-template <class Key>
-void AttributeIndex::Table<Key>::removed(const TNuDOMAttribute& attribute) noexcept {
+template <class Key, class Hash>
+void AttributeIndex::Table<Key, Hash>::removed(const TNuDOMAttribute& attribute) noexcept {
     const auto found = entries_.find(keyOf<Key>(attribute));
     if (!isMade_ || found == entries_.end() || found->second.first != &attribute) {
         return;
@@ -73,7 +74,7 @@ void AttributeIndex::Table<Key>::removed(const TNuDOMAttribute& attribute) noexc
     }
 }
 
-template <class Key> void AttributeIndex::Table<Key>::drop() noexcept {
+template <class Key, class Hash> void AttributeIndex::Table<Key, Hash>::drop() noexcept {
     entries_.clear();
     isMade_ = false;
 }

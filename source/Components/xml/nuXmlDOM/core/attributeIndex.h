@@ -1,8 +1,10 @@
 #pragma once
 
+#include <functional>
 #include <string_view>
 #include <unordered_map>
 
+#include "common/textHash.h"
 #include "nuXmlDOM/core/nodeAccess.h"
 
 namespace nu {
@@ -34,7 +36,7 @@ public:
 
 private:
     /// The first attribute of each key.
-    template <class Key> class Table {
+    template <class Key, class Hash> class Table {
     public:
         struct Entry {
             TNuDOMAttribute* first;
@@ -48,12 +50,13 @@ private:
     private:
         void enter(TNuDOMAttribute& attribute);
 
-        std::unordered_map<Key, Entry> entries_;
+        std::unordered_map<Key, Entry, Hash> entries_;
         bool isMade_ = false;
     };
 
-    Table<const NodeName*> names_;
-    Table<std::u16string_view> localNames_;
+    // Addresses need no keyed hash: what collides must lie as far apart as there are entries.
+    Table<const NodeName*, std::hash<const NodeName*>> names_;
+    Table<std::u16string_view, TextHash> localNames_;
     /// The attribute before each, and for null the last; empty as long as nobody asked.
     std::unordered_map<const TNuDOMNode*, TNuDOMNode*> before_;
 };

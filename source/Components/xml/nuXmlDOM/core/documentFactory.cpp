@@ -33,7 +33,8 @@ TNuDOMNode& TNuDOMDocument::_CreateNode(const TNuDOMNodeClass& nodeClass, std::u
     TNuDOMNode& node = *nodeClass.create(this);
     Unfinished guard(node);
     if (!namespaceURI.empty()) {
-        nu::NodeAccess::setName(node, names_.get(false, {}, false, {}, namespaceURI));
+        nu::NodeAccess::setName(node,
+                                names_.get(false, {}, false, {}, names_.getURI(namespaceURI)));
     }
     node.set_nodeName(name);
     if (parent != nullptr) {

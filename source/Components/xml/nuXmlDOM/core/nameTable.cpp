@@ -15,26 +15,10 @@ namespace {
 
 constexpr std::u16string_view declarationName = u"xmlns";
 
-std::uint64_t mix(std::uint64_t value) noexcept {
-    value *= 0x9E3779B97F4A7C15u;
-    return value ^ value >> 32;
-}
-
-/// Four units at a time; names are short.
-std::uint32_t hashOf(std::u16string_view text) noexcept {
-    std::uint64_t hash = text.size();
-    const NuXmlChar* unit = text.data();
-    std::size_t left = text.size();
-    std::uint64_t four = 0;
-    for (; left > 4; left -= 4, unit += 4) {
-        std::memcpy(&four, unit, sizeof four);
-        hash = mix(hash ^ four);
+void checkLength(std::u16string_view text) {
+    if (text.size() > std::numeric_limits<std::uint32_t>::max() / 4) {
+        throw std::bad_alloc();
     }
-    four = 0;
-    for (; left > 0; --left, ++unit) {
-        four = four << 16 | *unit;
-    }
-    return static_cast<std::uint32_t>(mix(hash ^ four));
 }
 
 template <class Unit> const Unit* keep(DocumentMemory& memory, std::basic_string_view<Unit> text) {
@@ -48,30 +32,41 @@ template <class Unit> const Unit* keep(DocumentMemory& memory, std::basic_string
 
 } // namespace
 
-bool NameTable::matches(const NodeName& name, const Key& key) noexcept {
-    return name.hash == key.hash && std::u16string_view(name.text, name.length) == key.text &&
-           name.hasLocal == key.hasLocal &&
-           (key.isSplitAtColon ? name.isSplitAtColon : name.prefixLength == key.prefixLength) &&
-           name.creationURI() == key.uri;
+/// Names that read the same come in many forms, too: whatever tells two apart is hashed.
+std::uint32_t NameTable::hashOf(const Key& key) const noexcept {
+    std::uint64_t hash = hashText(keys_, key.text);
+    if (&key.uri != noURI_) {
+        hash = mixHash(keys_, hash ^ key.uri.hash);
+    }
+    if (!key.isSplitAtColon) {
+        hash = mixHash(keys_, hash ^ key.prefixLength);
+    }
+    return static_cast<std::uint32_t>(hash);
 }
 
-const NodeName* NameTable::lookUp(const Key& key) {
+bool NameTable::matches(const NodeName& name, const Key& key) noexcept {
+    return std::u16string_view(name.text, name.length) == key.text &&
+           name.hasLocal == key.hasLocal &&
+           (key.isSplitAtColon ? name.isSplitAtColon : name.prefixLength == key.prefixLength) &&
+           name.uri == &key.uri;
+}
+
+const NodeName* NameTable::lookUp(const Key& key, std::uint32_t hash) {
     const std::size_t mask = places_.size() - 1;
-    for (std::size_t place = key.hash & mask; places_[place] != nullptr;
-         place = (place + 1) & mask) {
-        if (matches(*places_[place], key)) {
+    for (std::size_t place = hash & mask; places_[place] != nullptr; place = (place + 1) & mask) {
+        if (places_[place]->hash == hash && matches(*places_[place], key)) {
             return places_[place];
         }
     }
     // The plain name is entered first; that may move the places.
     const NodeName* plain = nullptr;
-    if (key.hasLocal && (!key.uri.empty() || !key.isSplitAtColon)) {
-        plain = lookUp({key.text, {}, 0, key.hash, true, true});
+    if (key.hasLocal && (&key.uri != noURI_ || !key.isSplitAtColon)) {
+        plain = lookUp({key.text, *noURI_, 0, true, true});
     }
     if (count_ * 2 >= places_.size()) {
         grow();
     }
-    NodeName* name = make(key);
+    NodeName* name = make(key, hash);
     name->plain = plain != nullptr ? plain : name;
     enter(name);
     ++count_;
@@ -79,10 +74,8 @@ const NodeName* NameTable::lookUp(const Key& key) {
     return name;
 }
 
-NodeName* NameTable::make(const Key& key) {
-    if (std::max(key.text.size(), key.uri.size()) > std::numeric_limits<std::uint32_t>::max() / 4) {
-        throw std::bad_alloc();
-    }
+NodeName* NameTable::make(const Key& key, std::uint32_t hash) {
+    checkLength(key.text);
     std::uint32_t prefixLength = key.prefixLength;
     if (key.isSplitAtColon) {
         const std::size_t colon = key.text.find(cNuColon);
@@ -96,11 +89,10 @@ NodeName* NameTable::make(const Key& key) {
     name->text = keep(memory_, key.text);
     name->length = static_cast<std::uint32_t>(key.text.size());
     name->prefixLength = prefixLength;
-    name->uri = keep(memory_, key.uri);
-    name->uriLength = static_cast<std::uint32_t>(key.uri.size());
+    name->uri = &key.uri;
     name->utf8Text = keep(memory_, std::string_view(utf8));
     name->utf8Length = static_cast<std::uint32_t>(utf8.size());
-    name->hash = key.hash;
+    name->hash = hash;
     name->ends = key.text.empty() ? TextEnds() : TextEnds::of(key.text);
     name->hasLocal = key.hasLocal;
     name->isSplitAtColon = key.isSplitAtColon;
@@ -130,16 +122,37 @@ void NameTable::enter(NodeName* name) noexcept {
 }
 
 NameTable::NameTable(DocumentMemory& memory, TNuDOMDocument& document)
-    : memory_(memory), document_(document), places_(32), nameless_(get(false, {}, false, {}, {})) {
+    : memory_(memory), document_(document), keys_(hashKeys()), places_(32), noURI_(&makeURI({})),
+      nameless_(get(false, {}, false, {}, *noURI_)) {
     recent_.fill(nameless_);
 }
 
-const NodeName* NameTable::getFromTable(std::u16string_view qualified, std::u16string_view uri) {
-    return lookUp({qualified, uri, 0, hashOf(qualified), true, true});
+const NameURI& NameTable::getURI(std::u16string_view uri) {
+    if (uri.empty()) {
+        return *noURI_;
+    }
+    const auto found = uris_.find(uri);
+    if (found != uris_.end()) {
+        return *found->second;
+    }
+    const NameURI& made = makeURI(uri);
+    uris_.emplace(made.view(), &made);
+    return made;
+}
+
+const NameURI& NameTable::makeURI(std::u16string_view uri) {
+    checkLength(uri);
+    auto* place = static_cast<NameURI*>(memory_.allocate(sizeof(NameURI)));
+    return *new (place) NameURI{keep(memory_, uri), static_cast<std::uint32_t>(uri.size()),
+                                static_cast<std::uint32_t>(hashText(keys_, uri))};
+}
+
+const NodeName* NameTable::getFromTable(std::u16string_view qualified, const NameURI& uri) {
+    return lookUp({qualified, uri, 0, true, true});
 }
 
 const NodeName* NameTable::get(bool hasPrefix, std::u16string_view prefix, bool hasLocal,
-                               std::u16string_view local, std::u16string_view uri) {
+                               std::u16string_view local, const NameURI& uri) {
     NuXmlString text(prefix);
     if (hasPrefix && hasLocal) {
         text += cNuColon;
@@ -152,11 +165,11 @@ const NodeName* NameTable::get(bool hasPrefix, std::u16string_view prefix, bool 
         hasLocal &&
         prefixLength ==
             (colon == NuXmlString::npos ? NodeName::noPrefix : static_cast<std::uint32_t>(colon));
-    return lookUp({text, uri, prefixLength, hashOf(text), hasLocal, isSplitAtColon});
+    return lookUp({text, uri, prefixLength, hasLocal, isSplitAtColon});
 }
 
 const NodeName* NameTable::find(std::u16string_view qualified) const noexcept {
-    const std::uint32_t hash = hashOf(qualified);
+    const std::uint32_t hash = hashOf({qualified, *noURI_, 0, true, true});
     const std::size_t mask = places_.size() - 1;
     for (std::size_t place = hash & mask; places_[place] != nullptr; place = (place + 1) & mask) {
         const NodeName& name = *places_[place];

@@ -6,8 +6,10 @@
 #include <cstdint>
 #include <cstring>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
+#include "common/textHash.h"
 #include "nuXmlDOM/core/asciiText.h"
 #include "nuXmlDOM/core/documentMemory.h"
 #include "nuXmlDOM/core/domObject.h"
@@ -33,6 +35,16 @@ struct TextEnds {
         return {units[0] | std::uint64_t{units[length / 2]} << 16, units[length - 1]};
     }
     friend bool operator==(const TextEnds&, const TextEnds&) noexcept = default;
+};
+
+/// A namespace URI that nodes were created with. There is one object for each in a document: many
+/// names can share a long one, which is then neither copied nor compared for each.
+struct NameURI {
+    const NuXmlChar* text;
+    std::uint32_t length;
+    std::uint32_t hash;
+
+    [[nodiscard]] std::u16string_view view() const noexcept { return {text, length}; }
 };
 
 /// What comes behind a name while a document is read.
@@ -63,19 +75,18 @@ public:
     [[nodiscard]] bool isNamed() const noexcept { return hasLocal || hasPrefix(); }
     /// The qualified name in UTF-8, as it is written.
     [[nodiscard]] std::string_view utf8() const noexcept { return {utf8Text, utf8Length}; }
-    [[nodiscard]] std::u16string_view creationURI() const noexcept { return {uri, uriLength}; }
+    [[nodiscard]] std::u16string_view creationURI() const noexcept { return uri->view(); }
     /// Whether an attribute of this name declares a namespace: "xmlns" or "xmlns:…".
     [[nodiscard]] bool declaresNamespace() const noexcept { return isDeclaration; }
 
     const NuXmlChar* text;
-    const NuXmlChar* uri;
+    const NameURI* uri;
     const char* utf8Text;
     /// The name that reads the same, split at the first colon and without a creation URI: two names
     /// read the same when these are equal.
     const NodeName* plain;
     std::uint32_t length;
     std::uint32_t prefixLength;
-    std::uint32_t uriLength;
     std::uint32_t utf8Length;
     std::uint32_t hash;
     TextEnds ends;
@@ -104,14 +115,19 @@ public:
 
     /// The name of nodes that have none yet.
     [[nodiscard]] const NodeName* nameless() const noexcept { return nameless_; }
+    [[nodiscard]] const NameURI& noURI() const noexcept { return *noURI_; }
+    [[nodiscard]] const NameURI& getURI(std::u16string_view uri);
     /// The name that reads `qualified`, split at the first colon.
-    [[nodiscard]] const NodeName* get(std::u16string_view qualified, std::u16string_view uri = {}) {
+    [[nodiscard]] const NodeName* get(std::u16string_view qualified) {
+        return get(qualified, *noURI_);
+    }
+    [[nodiscard]] const NodeName* get(std::u16string_view qualified, const NameURI& uri) {
         // Nearly every name of a document has just been asked for.
         if (qualified.empty()) {
             return getFromTable(qualified, uri);
         }
         const TextEnds ends = TextEnds::of(qualified);
-        const std::size_t place = recentPlace(ends, qualified, uri.size());
+        const std::size_t place = recentPlace(ends, qualified, uri);
         if (readsSame(*recent_[place], ends, qualified, uri)) [[likely]] {
             return recent_[place];
         }
@@ -125,8 +141,7 @@ public:
     /// The same while nodes are loaded, for one that comes behind the name `before`: often it is
     /// the one that came there last time. `qualified` is not empty.
     [[nodiscard]] const NodeName* getFollower(const NodeName& before, NameFollower kind,
-                                              std::u16string_view qualified,
-                                              std::u16string_view uri = {}) {
+                                              std::u16string_view qualified, const NameURI& uri) {
         const NodeName*& guess = before.loadedFollowers[static_cast<std::size_t>(kind)];
         if (guess == nullptr || !readsSame(*guess, TextEnds::of(qualified), qualified, uri))
             [[unlikely]] {
@@ -136,11 +151,11 @@ public:
     }
     /// The name of these parts.
     [[nodiscard]] const NodeName* get(bool hasPrefix, std::u16string_view prefix, bool hasLocal,
-                                      std::u16string_view local, std::u16string_view uri);
+                                      std::u16string_view local, const NameURI& uri);
     /// The same name as one of another document.
     [[nodiscard]] const NodeName* get(const NodeName& other) {
-        return lookUp({std::u16string_view(other.text, other.length), other.creationURI(),
-                       other.prefixLength, other.hash, other.hasLocal, other.isSplitAtColon});
+        return lookUp({std::u16string_view(other.text, other.length), getURI(other.creationURI()),
+                       other.prefixLength, other.hasLocal, other.isSplitAtColon});
     }
     /// The plain name that reads so, or null when no node of the document ever had such a name.
     [[nodiscard]] const NodeName* find(std::u16string_view qualified) const noexcept;
@@ -156,9 +171,9 @@ private:
 
     /// A place among the recent names, by what is quick to get hold of.
     static std::size_t recentPlace(const TextEnds& ends, std::u16string_view text,
-                                   std::size_t uriLength) noexcept {
+                                   const NameURI& uri) noexcept {
         std::uint64_t mixed = ends.first * 0x9E3779B97F4A7C15u +
-                              (ends.last ^ text.size() ^ uriLength << 8) * 0xC2B2AE3D27D4EB4Fu;
+                              (ends.last ^ text.size() ^ uri.hash) * 0xC2B2AE3D27D4EB4Fu;
         if (text.size() > 8) {
             mixed += loadFour(text.data() + text.size() / 2 - 2) * 0x165667B19E3779F9u;
         }
@@ -170,34 +185,37 @@ private:
     }
     /// For names split at the first colon, which the recent ones all are.
     static bool readsSame(const NodeName& name, const TextEnds& ends, std::u16string_view qualified,
-                          std::u16string_view uri) noexcept {
+                          const NameURI& uri) noexcept {
         const std::size_t length = qualified.size();
-        return name.ends == ends && name.length == length && name.uriLength == uri.size() &&
-               (length <= 8 || areEqual(name.text + 4, qualified.data() + 4, length - 8)) &&
-               areEqual(name.uri, uri.data(), uri.size());
+        return name.ends == ends && name.length == length && name.uri == &uri &&
+               (length <= 8 || areEqual(name.text + 4, qualified.data() + 4, length - 8));
     }
-    [[nodiscard]] const NodeName* getFromTable(std::u16string_view qualified,
-                                               std::u16string_view uri);
+    [[nodiscard]] const NodeName* getFromTable(std::u16string_view qualified, const NameURI& uri);
 
     struct Key {
         std::u16string_view text;
-        std::u16string_view uri;
+        const NameURI& uri;
         std::uint32_t prefixLength;
-        std::uint32_t hash;
         bool hasLocal;
         bool isSplitAtColon;
     };
 
     [[nodiscard]] static bool matches(const NodeName& name, const Key& key) noexcept;
-    [[nodiscard]] const NodeName* lookUp(const Key& key);
-    [[nodiscard]] NodeName* make(const Key& key);
+    [[nodiscard]] const NameURI& makeURI(std::u16string_view uri);
+    [[nodiscard]] std::uint32_t hashOf(const Key& key) const noexcept;
+    [[nodiscard]] const NodeName* lookUp(const Key& key) { return lookUp(key, hashOf(key)); }
+    [[nodiscard]] const NodeName* lookUp(const Key& key, std::uint32_t hash);
+    [[nodiscard]] NodeName* make(const Key& key, std::uint32_t hash);
     void grow();
     void enter(NodeName* name) noexcept;
 
     DocumentMemory& memory_;
     TNuDOMDocument& document_;
+    const HashKeys& keys_;
     /// Open addressing, a power of two of places.
     std::vector<NodeName*> places_;
+    std::unordered_map<std::u16string_view, const NameURI*, TextHash> uris_;
+    const NameURI* noURI_;
     std::array<const NodeName*, recentCount> recent_;
     std::size_t count_ = 0;
     bool hasDeclarations_ = false;

@@ -69,7 +69,7 @@ void TNuDOMNode::set_nodeName(std::u16string_view name) {
     // 2. Deliberate: the name is taken up to a character that is refused, and the node is named
     // then; a name is built character by character.
     const std::size_t refused = name.find(cNuSpace);
-    rename(OwnerDocument()->names().get(name.substr(0, refused), named.creationURI()));
+    rename(OwnerDocument()->names().get(name.substr(0, refused), *named.uri));
     if (refused != std::u16string_view::npos) {
         throw ENuDomInvalidCharacter(nu::cInvalidName);
     }
@@ -80,7 +80,7 @@ void TNuDOMNode::set_prefix(std::u16string_view prefix) {
     const std::u16string_view taken = isRefused ? std::u16string_view() : prefix;
     const nu::NodeName& name = nu::NodeAccess::name(*this);
     rename(OwnerDocument()->names().get(!prefix.empty(), taken, name.hasLocal, name.local(),
-                                        name.creationURI()));
+                                        *name.uri));
     if (isRefused) {
         throw ENuDomInvalidCharacter(nu::cInvalidName);
     }

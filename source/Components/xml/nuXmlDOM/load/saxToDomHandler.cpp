@@ -10,6 +10,7 @@
 #include "nuXmlDOM/core/nodeAccess.h"
 #include "nuXmlParser/unescape.h"
 #include "nuXmlSax/attributes.h"
+#include "nuXmlSax/reader.h"
 
 namespace {
 
@@ -59,7 +60,8 @@ private:
     /// The text of an attribute that is new, unless the element already got one of that name.
     [[gnu::always_inline]] nu::StoredText& textFor(std::u16string_view qName) {
         const nu::NodeName* name = checkedName(qName, [&] {
-            return document_.names().getFollower(*before_, nu::NameFollower::Attribute, qName);
+            nu::NameTable& names = document_.names();
+            return names.getFollower(*before_, nu::NameFollower::Attribute, qName, names.noURI());
         });
         before_ = name;
         if (name->loadedElement != number_) [[likely]] {
@@ -103,7 +105,8 @@ void addAttributes(AttributeLoader& loader, host::IBufferedAttributes& attribute
 TNuSaxToDomHandler::TNuSaxToDomHandler(TNuSAXXMLReader& reader, TNuDOMDocument& document,
                                        TNuDOMNode* parent)
     : TNuSAXHandlerOf(reader), document_(&document),
-      current_(parent != nullptr ? parent : &document), before_(document.names().nameless()) {}
+      current_(parent != nullptr ? parent : &document), before_(document.names().nameless()),
+      uri_(&document.names().noURI()) {}
 
 TNuSaxToDomHandler::~TNuSaxToDomHandler() { setLoading(false); }
 
@@ -136,6 +139,29 @@ template <class Node> void TNuSaxToDomHandler::append(Node& node) {
     }
 }
 
+/// The document's own of a namespace URI; most elements are in the namespace of the one before.
+const nu::NameURI& TNuSaxToDomHandler::uriOf(std::u16string_view uri, std::u16string_view qName) {
+    constexpr std::size_t longLength = 256;
+    if (uri.size() <= longLength) [[likely]] {
+        if (uri != uri_->view()) {
+            uri_ = &document_->names().getURI(uri);
+        }
+        return *uri_;
+    }
+    // A long one is known by its declaration: to look at it for each element would add up.
+    const std::size_t colon = qName.rfind(cNuColon);
+    const TNuSaxNamespace* scope =
+        Reader().Namespaces().GetNamespace(qName.substr(0, colon == qName.npos ? 0 : colon));
+    if (scope == nullptr || scope->URI.data() != uri.data()) {
+        return document_->names().getURI(uri); // it does not come from the reader
+    }
+    const nu::NameURI*& known = longURIs_[scope->Number];
+    if (known == nullptr) {
+        known = &document_->names().getURI(uri);
+    }
+    return *known;
+}
+
 void TNuSaxToDomHandler::startDocument() { setLoading(true); }
 
 void TNuSaxToDomHandler::endDocument() { setLoading(false); }
@@ -145,8 +171,9 @@ void TNuSaxToDomHandler::startElement(std::u16string_view uri, std::u16string_vi
                                       host::IBufferedAttributes& attributes) {
     remember([&] {
         // 1. The element, behind the children of the current one.
-        const nu::NodeName* name = checkedName(
-            qName, [&] { return document_->names().getFollower(*before_, follower_, qName, uri); });
+        const nu::NodeName* name = checkedName(qName, [&] {
+            return document_->names().getFollower(*before_, follower_, qName, uriOf(uri, qName));
+        });
         auto& element = nu::NodeAccess::make<TNuDOMElement>(*document_, name);
         append(element);
         // 2. Its attributes, namespace declarations among them.

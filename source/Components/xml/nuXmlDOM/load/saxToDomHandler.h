@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <exception>
 #include <string_view>
+#include <unordered_map>
 
 #include "host/sax/BSaxExt.h"
 #include "nuXmlDOM/core/document.h"
@@ -59,11 +60,14 @@ private:
     template <class Operation> void remember(Operation&& operation);
     void setLoading(bool isLoading) noexcept;
     template <class Node> void append(Node& node);
+    const nu::NameURI& uriOf(std::u16string_view uri, std::u16string_view qName);
 
     NuRef<TNuDOMDocument> document_;
     TNuDOMNode* current_;
     const nu::NodeName* before_; ///< of the element that started or ended last
     nu::NameFollower follower_ = nu::NameFollower::Child; ///< what comes behind it now
+    const nu::NameURI* uri_; ///< of the last element whose URI is not a long one
+    std::unordered_map<std::uint64_t, const nu::NameURI*> longURIs_; ///< by declaration
     bool isInCData_ = false;
     std::exception_ptr failure_;
 };

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "host/runtime/export.h"
+
+/// \file
+/// The hash of texts that strangers may choose.
+
+namespace nu {
+
+/// What a hash depends on. Whoever does not know it cannot choose texts that collide.
+struct HashKeys {
+    std::uint64_t start;
+    std::uint64_t factor; ///< odd
+};
+
+/// The keys of this process, drawn when they are first asked for.
+[[nodiscard]] NUXML_API const HashKeys& hashKeys() noexcept;
+
+/// A step of the hash: both halves of a product, so that no difference between two values is sure
+/// to be seen in it, or not to be, whatever the factor.
+[[nodiscard]] inline std::uint64_t mixHash(const HashKeys& keys, std::uint64_t value) noexcept {
+    __extension__ using Product = unsigned __int128;
+    const Product product = static_cast<Product>(value) * keys.factor;
+    return static_cast<std::uint64_t>(product >> 64) ^ static_cast<std::uint64_t>(product);
+}
+
+/// The hash of what `unit` makes of each unit of a text; four at a time, as most texts are short.
+template <class Unit>
+[[nodiscard]] std::uint64_t hashText(const HashKeys& keys, std::u16string_view text,
+                                     Unit&& unit) noexcept {
+    std::uint64_t hash = keys.start ^ text.size();
+    const char16_t* units = text.data();
+    std::size_t left = text.size();
+    const auto at = [&units, &unit](std::size_t index) {
+        return std::uint64_t{unit(units[index])};
+    };
+    for (; left >= 4; left -= 4, units += 4) {
+        hash = mixHash(keys, hash ^ at(0) ^ at(1) << 16 ^ at(2) << 32 ^ at(3) << 48);
+    }
+    std::uint64_t rest = 0;
+    for (std::size_t index = 0; index < left; ++index) {
+        rest = rest << 16 ^ at(index);
+    }
+    return mixHash(keys, hash ^ rest);
+}
+
+/// The hash of a text as it is.
+[[nodiscard]] inline std::uint64_t hashText(const HashKeys& keys,
+                                            std::u16string_view text) noexcept {
+    return hashText(keys, text, [](char16_t unit) { return unit; });
+}
+
+/// For the containers of the standard library.
+struct TextHash {
+    [[nodiscard]] std::size_t operator()(std::u16string_view text) const noexcept {
+        return static_cast<std::size_t>(hashText(hashKeys(), text));
+    }
+};
+
+} // namespace nu
