@@ -36,6 +36,10 @@ public:
     /// Up to four decimals, those that are zero at the end left out.
     explicit NumberText(Currency amount) noexcept;
 
+    /// Valid as long as this object.
+    [[nodiscard]] std::string_view view() const noexcept {
+        return {characters_.data(), static_cast<std::size_t>(end_ - characters_.data())};
+    }
     [[nodiscard]] std::u16string string() const { return {characters_.data(), end_}; }
     void appendTo(std::u16string& text) const { text.append(characters_.data(), end_); }
 

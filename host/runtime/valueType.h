@@ -88,6 +88,8 @@ struct ListOperations {
     /// The place of a new element behind the `count` that were added since the list was cleared;
     /// null where a list of fixed size is full.
     void* (*append)(void* list, std::size_t count);
+    /// The bytes of an element where adding one moves those that are there; 0 elsewhere.
+    std::size_t (*movedSize)();
 };
 
 /// How a map is read and filled.

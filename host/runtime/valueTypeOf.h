@@ -252,6 +252,9 @@ template <class Container> struct ContainerAccess {
     static void clear(void* container) { static_cast<Container*>(container)->clear(); }
 };
 
+template <class List> inline constexpr bool isVector = false;
+template <class Element> inline constexpr bool isVector<std::vector<Element>> = true;
+
 template <class List> struct ListAccess : ContainerAccess<List> {
     static const void* next(const void* list, Cursor& cursor) {
         auto& place = iteratorAt<List>(cursor);
@@ -262,10 +265,16 @@ template <class List> struct ListAccess : ContainerAccess<List> {
                       "the elements of a published list need a constructor without arguments");
         return &static_cast<List*>(list)->emplace_back();
     }
+    static std::size_t movedSize() {
+        return isVector<List> ? sizeof(typename List::value_type) : 0;
+    }
 
     static constexpr ListOperations operations{ContainerAccess<List>::size,
-                                               ContainerAccess<List>::begin, next,
-                                               ContainerAccess<List>::clear, append};
+                                               ContainerAccess<List>::begin,
+                                               next,
+                                               ContainerAccess<List>::clear,
+                                               append,
+                                               movedSize};
 };
 
 template <class Array> struct ArrayAccess : ContainerAccess<Array> {
@@ -277,7 +286,10 @@ template <class Array> struct ArrayAccess : ContainerAccess<Array> {
 
     static constexpr ListOperations operations{ContainerAccess<Array>::size,
                                                ContainerAccess<Array>::begin,
-                                               ListAccess<Array>::next, clear, append};
+                                               ListAccess<Array>::next,
+                                               clear,
+                                               append,
+                                               [] { return std::size_t{0}; }};
 };
 
 template <class Map> struct MapAccess : ContainerAccess<Map> {

@@ -1,6 +1,7 @@
 #include "nuXmlParser/variantText.h"
 
 #include <type_traits>
+#include <utility>
 
 #include "common/codePage.h"
 #include "host/runtime/numberText.h"
@@ -41,15 +42,20 @@ void addQuoted(NuXmlString& list, std::u16string_view item) {
     list.push_back(quote);
 }
 
-template <class Items, class Add> NuXmlString joined(const Items& items, Add add) {
-    NuXmlString list;
+/// Adds the items with a blank between them.
+template <class Items, class Add> void addJoined(NuXmlString& list, const Items& items, Add add) {
+    bool isFirst = true;
     for (const auto& item : items) {
-        if (!list.empty()) {
+        if (!std::exchange(isFirst, false)) {
             list.push_back(u' ');
         }
         add(list, item);
     }
-    return list;
+}
+
+template <class Strings> void addStrings(NuXmlString& list, const Strings& strings) {
+    addJoined(list, strings,
+              [](NuXmlString& text, const auto& item) { addQuoted(text, wide(item)); });
 }
 
 struct VariantWriter {
@@ -69,13 +75,16 @@ struct VariantWriter {
         return NuBytesToXML(bytes);
     }
     NuXmlString operator()(const std::vector<std::int32_t>& numbers) const {
-        return joined(numbers, [](NuXmlString& list, std::int32_t number) {
-            host::NumberText(number).appendTo(list);
+        NuXmlString list;
+        addJoined(list, numbers, [](NuXmlString& text, std::int32_t number) {
+            host::NumberText(number).appendTo(text);
         });
+        return list;
     }
     template <class String> NuXmlString operator()(const std::vector<String>& strings) const {
-        return NuStrToXML(joined(
-            strings, [](NuXmlString& list, const String& text) { addQuoted(list, wide(text)); }));
+        NuXmlString list;
+        addStrings(list, strings);
+        return NuStrToXML(list);
     }
 };
 
@@ -99,9 +108,8 @@ NuXmlString takeQuoted(std::u16string_view& text) {
 }
 
 template <class String> std::vector<String> readStrings(std::u16string_view text) {
-    const NuXmlString plain = NuXMLToStr(text);
     std::vector<String> strings;
-    for (std::u16string_view rest = nu::trimmed(plain); !rest.empty(); rest = nu::trimmed(rest)) {
+    for (std::u16string_view rest = nu::trimmed(text); !rest.empty(); rest = nu::trimmed(rest)) {
         if (!rest.starts_with(quote)) {
             strings.push_back(stringOf<String>(NuXmlString(nu::takeWord(rest))));
             continue;
@@ -176,12 +184,20 @@ host::Variant NuXmlToVariant(std::u16string_view text, host::VarType type) {
     case host::varInt32Array:
         return readIntegers(text);
     case host::varAnsiStringArray:
-        return readStrings<std::string>(text);
+        return readStrings<std::string>(NuXMLToStr(text));
     case host::varWideStringArray:
-        return readStrings<WideString>(text);
+        return readStrings<WideString>(NuXMLToStr(text));
     case host::varStringArray:
-        return readStrings<NuXmlString>(text);
+        return readStrings<NuXmlString>(NuXMLToStr(text));
     default:
         throw host::EConvertError(host::formatMessage(nu::messages::noVariantType, {type}));
     }
+}
+
+void nu::appendStringArray(const std::vector<NuXmlString>& strings, NuXmlString& text) {
+    addStrings(text, strings);
+}
+
+std::vector<NuXmlString> nu::readStringArray(std::u16string_view text) {
+    return readStrings<NuXmlString>(text);
 }

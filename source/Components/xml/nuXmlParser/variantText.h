@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string_view>
+#include <vector>
 
 #include "host/runtime/variant.h"
 #include "nuXmlParser/chars.h"
@@ -22,3 +23,12 @@ NUXML_API NuXmlString NuVariantToXml(const host::Variant& value);
 /// empty and null give such a variant whatever the text. Throws host::EConvertError for a text that
 /// is no such value and for a type code that is not known.
 NUXML_API host::Variant NuXmlToVariant(std::u16string_view text, host::VarType type);
+
+namespace nu {
+
+/// Appends an array of strings as NuVariantToXml writes it, but not escaped.
+void appendStringArray(const std::vector<NuXmlString>& strings, NuXmlString& text);
+/// Reads such a text.
+std::vector<NuXmlString> readStringArray(std::u16string_view text);
+
+} // namespace nu

@@ -1,0 +1,11 @@
+#pragma once
+
+/// \file
+/// Objects as XML and back: everything of the unit.
+
+#include "host/runtime/classRegistry.h"
+#include "host/runtime/exception.h"
+#include "host/runtime/persistent.h"
+#include "host/runtime/propertyValue.h"
+#include "nuObj2Xml/registry.h"
+#include "nuObj2Xml/serializer.h"

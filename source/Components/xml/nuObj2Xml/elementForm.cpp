@@ -1,0 +1,104 @@
+#include "nuObj2Xml/elementForm.h"
+
+#include "nuXmlParser/escape.h"
+
+namespace nu {
+
+namespace {
+
+void appendAttribute(NuXmlString& text, std::u16string_view name, std::u16string_view value) {
+    text.append(name).append(u"=\"").append(value).append(u"\"");
+}
+
+NuXmlString schemaLocationAttribute(std::u16string_view instancePrefix, std::u16string_view uri,
+                                    std::u16string_view location) {
+    NuXmlString text;
+    if (location.empty()) {
+        return text;
+    }
+    text = instancePrefix;
+    if (location.find(cNuSpace) == location.npos) {
+        appendAttribute(text, u"noNamespaceSchemaLocation", NuStrToXML(location));
+    } else {
+        appendAttribute(text, u"schemaLocation", NuStrToXML(uri) + cNuSpace + NuStrToXML(location));
+    }
+    return text;
+}
+
+} // namespace
+
+ElementForm::ElementForm(std::u16string_view uri, std::u16string_view prefix,
+                         std::u16string_view schemaLocation, TNuNamespaceOptions options)
+    : instancePrefix_(options.has(noUseXSIPrefix) ? u"xsi:" : u""),
+      schemaPrefix_(options.has(noUseXSDPrefix) ? u"xsd:" : u""),
+      schemaLocation_(schemaLocationAttribute(instancePrefix_, uri, schemaLocation)) {
+    // Deliberate: an empty prefix that is to be used leaves its colon.
+    if (options.has(noUseTNSPrefix)) {
+        prefix_.append(prefix).push_back(cNuColon);
+    }
+    const auto declare = [this](std::u16string_view name, std::u16string_view value) {
+        appendAttribute(rootAttributes_, name, value);
+        rootAttributes_.push_back(cNuSpace);
+    };
+    if (options.has(noAddTNS) && !uri.empty()) {
+        if (options.has(noUseDefaultNS)) {
+            declare(u"xmlns", NuStrToXML(uri));
+        } else if (!prefix.empty()) {
+            declare(u"xmlns:" + NuXmlString(prefix), NuStrToXML(uri));
+        }
+    }
+    if (options.has(noAddXSI)) {
+        declare(u"xmlns:xsi", u"http://www.w3.org/2001/XMLSchema-instance");
+    }
+    if (options.has(noAddXSD)) {
+        declare(u"xmlns:xsd", u"http://www.w3.org/2001/XMLSchema");
+    }
+    if (!schemaLocation_.empty()) {
+        rootAttributes_.append(schemaLocation_).push_back(cNuSpace);
+    }
+}
+
+void ElementForm::appendName(NuXmlString& text, std::u16string_view name) const {
+    text.append(prefix_).append(name);
+}
+
+void ElementForm::appendType(NuXmlString& text, std::u16string_view prefix,
+                             std::u16string_view type) const {
+    text.append(instancePrefix_).append(u"type=\"").append(prefix).append(type).append(u"\">");
+}
+
+void ElementForm::appendRootStart(NuXmlString& text, std::u16string_view name,
+                                  std::u16string_view className) const {
+    text.push_back(cNuLt);
+    appendName(text, name);
+    text.append(u" ").append(rootAttributes_);
+    appendType(text, prefix_, className);
+}
+
+void ElementForm::appendPropertyStart(NuXmlString& text, std::u16string_view name,
+                                      std::u16string_view schemaType) const {
+    text.push_back(cNuLt);
+    appendName(text, name);
+    text.push_back(cNuSpace);
+    appendType(text, schemaPrefix_, schemaType);
+}
+
+void ElementForm::appendPlainStart(NuXmlString& text, std::u16string_view name) const {
+    text.push_back(cNuLt);
+    appendName(text, name);
+    text.push_back(cNuGt);
+}
+
+void ElementForm::appendNilStart(NuXmlString& text, std::u16string_view name) const {
+    text.push_back(cNuLt);
+    appendName(text, name);
+    text.append(u" ").append(instancePrefix_).append(u"nil=\"true\">");
+}
+
+void ElementForm::appendEnd(NuXmlString& text, std::u16string_view name) const {
+    text.append(u"</");
+    appendName(text, name);
+    text.push_back(cNuGt);
+}
+
+} // namespace nu

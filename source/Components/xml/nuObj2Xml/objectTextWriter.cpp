@@ -1,0 +1,548 @@
+#include "nuObj2Xml/objectTextWriter.h"
+
+#include <algorithm>
+#include <array>
+
+#include "common/stringStream.h"
+#include "common/utf8.h"
+#include "host/runtime/persistent.h"
+#include "host/runtime/propertyValue.h"
+#include "host/runtime/valueAccess.h"
+#include "nuObj2Xml/elementNames.h"
+#include "nuObj2Xml/registry.h"
+#include "nuXmlParser/schemaTypes.h"
+
+namespace nu {
+
+using host::Instance;
+using host::OwnedValue;
+using host::ValueKind;
+using host::ValueRef;
+
+/// The tags of a property, as far as they do not depend on its value.
+template <class Unit> struct ObjectTextWriter<Unit>::PropertyTags {
+    Text start;
+    Text end;
+};
+
+template <class Unit> struct ObjectTextWriter<Unit>::ClassTags {
+    std::vector<PropertyTags> properties;
+    /// What writes objects of the class, as soon as one has come; null for a class that is
+    /// described from outside.
+    const TNuSerializerClass* serializerClass = nullptr;
+};
+
+/// An element that has begun, and how far its content is written.
+template <class Unit> struct ObjectTextWriter<Unit>::Frame {
+    enum class Kind : std::uint8_t { Object, Items, List, Map };
+
+    Kind kind = Kind::Object;
+    NuXmlString name;
+    const ElementForm* form = nullptr;   ///< of the element itself
+    const ElementForm* inside = nullptr; ///< of the elements in it, but for objects
+    std::size_t next = 0;                ///< the property or item to come
+
+    // An object
+    Instance object;
+    const ClassTags* tags = nullptr;
+    TNuSerializer* serializer = nullptr; ///< knows the items; null for none
+    std::unique_ptr<TNuSerializer> owned;
+    bool areItemsWritten = false;
+
+    // A list or a map
+    ValueRef container;
+    OwnedValue held; ///< keeps a container that a getter made
+    host::Cursor cursor;
+    bool isItemOpen = false; ///< of a map: its value is being written
+    struct ElementTags {
+        const host::ValueType* type = nullptr;
+        PropertyTags tags;
+    };
+    std::array<ElementTags, 2> elementTags; ///< of items, or keys and values
+};
+
+namespace {
+
+/// Whether an object is written where a pointer leads to it.
+bool isWritten(Instance object) {
+    return object &&
+           (!object.info->isObject || object.info->derivesFrom(host::classOf<host::TPersistent>));
+}
+
+/// The type that decides about the tags of a property.
+const host::ValueType& heldType(const host::ValueType& type) noexcept {
+    return type.kind == ValueKind::Optional ? *type.element : type;
+}
+
+} // namespace
+
+template <class Unit>
+ObjectTextWriter<Unit>::ObjectTextWriter(TextBuffer<Unit>& out, const TNuSerializer& settings)
+    : out_(out), values_(out), settings_(settings),
+      rootForm_(settings.uri_, settings.prefix_, settings.schemaLocation_, settings.options_),
+      nestedForm_(settings.uri_, settings.prefix_, settings.schemaLocation_, {}),
+      chain_(settings.around_) {}
+
+template <class Unit> ObjectTextWriter<Unit>::~ObjectTextWriter() = default;
+
+template <class Unit>
+void ObjectTextWriter<Unit>::writeOwn(TNuSerializer& serializer, std::u16string_view name) {
+    beginObject(rootForm_, name, 0, host::instance(*serializer.GetObject()), &serializer);
+    run();
+}
+
+template <class Unit>
+void ObjectTextWriter<Unit>::write(Instance object, std::u16string_view name) {
+    beginObject(rootForm_, name, 0, object, nullptr);
+    run();
+}
+
+template <class Unit> void ObjectTextWriter<Unit>::run() {
+    try {
+        while (depth_ > 0) {
+            step(*frames_[depth_ - 1]);
+        }
+    } catch (...) {
+        while (depth_ > 0) {
+            pop();
+        }
+        throw;
+    }
+}
+
+template <class Unit> void ObjectTextWriter<Unit>::step(Frame& frame) {
+    switch (frame.kind) {
+    case Frame::Kind::Object:
+        return stepObject(frame);
+    case Frame::Kind::Items:
+        return stepItems(frame);
+    case Frame::Kind::List:
+        return stepList(frame);
+    case Frame::Kind::Map:
+        return stepMap(frame);
+    }
+}
+
+/// Goes on until an element has begun in this one, or it is written.
+template <class Unit> void ObjectTextWriter<Unit>::stepObject(Frame& frame) {
+    const std::size_t depth = depth_;
+    const auto properties = frame.object.info->properties;
+    while (frame.next < properties.size()) {
+        const std::size_t index = frame.next++;
+        writeProperty(frame, properties[index], frame.tags->properties[index]);
+        if (depth_ != depth) {
+            return;
+        }
+    }
+    if (frame.serializer != nullptr && !std::exchange(frame.areItemsWritten, true) &&
+        frame.serializer->ItemCount() > 0) {
+        const std::u16string_view name = frame.serializer->ItemsElement();
+        if (!name.empty()) {
+            appendPlainStart(*frame.inside, name);
+        }
+        chain_.enter(name);
+        Frame& items = push(name, *frame.inside);
+        items.kind = Frame::Kind::Items;
+        items.form = frame.inside;
+        items.serializer = frame.serializer;
+        return;
+    }
+    appendEnd(*frame.form, frame.name);
+    pop();
+}
+
+template <class Unit> void ObjectTextWriter<Unit>::stepItems(Frame& frame) {
+    const std::size_t depth = depth_;
+    while (frame.next < frame.serializer->ItemCount()) {
+        const TNuSerializerItem item = frame.serializer->GetItem(frame.next++);
+        if (item.object) {
+            beginObject(nestedForm_, item.name, frame.next, item.object, nullptr);
+        } else if (item.value) {
+            // Names differ from item to item, so that no tag can be kept.
+            frame.elementTags[0].type = nullptr;
+            writeElement(frame, 0, item.name, frame.next, item.value);
+        }
+        if (depth_ != depth) {
+            return;
+        }
+    }
+    if (!frame.name.empty()) {
+        appendEnd(*frame.form, frame.name);
+    }
+    pop();
+}
+
+template <class Unit> void ObjectTextWriter<Unit>::stepList(Frame& frame) {
+    const std::size_t depth = depth_;
+    const host::ValueType& type = *frame.container.type;
+    while (const void* const element = type.list->next(frame.container.value, frame.cursor)) {
+        writeElement(frame, 0, itemName, ++frame.next, {const_cast<void*>(element), type.element});
+        if (depth_ != depth) {
+            return;
+        }
+    }
+    appendEnd(*frame.form, frame.name);
+    pop();
+}
+
+template <class Unit> void ObjectTextWriter<Unit>::stepMap(Frame& frame) {
+    const std::size_t depth = depth_;
+    const host::ValueType& type = *frame.container.type;
+    for (;;) {
+        if (std::exchange(frame.isItemOpen, false)) {
+            appendEnd(*frame.inside, itemName);
+        }
+        const void* value = nullptr;
+        const void* const key = type.map->next(frame.container.value, frame.cursor, value);
+        if (key == nullptr) {
+            break;
+        }
+        appendPlainStart(*frame.inside, itemName);
+        frame.isItemOpen = true;
+        writeElement(frame, 0, keyName, ++frame.next, {const_cast<void*>(key), type.key});
+        writeElement(frame, 1, valueName, frame.next, {const_cast<void*>(value), type.element});
+        if (depth_ != depth) {
+            return;
+        }
+    }
+    appendEnd(*frame.form, frame.name);
+    pop();
+}
+
+// Properties
+
+template <class Unit>
+void ObjectTextWriter<Unit>::writeProperty(Frame& frame, const host::TPropInfo& property,
+                                           const PropertyTags& tags) {
+    const void* const self = frame.object.object;
+    if (property.isStored != nullptr && !property.isStored(self)) {
+        return;
+    }
+    const host::ValueType& type = *property.type;
+    OwnedValue held;
+    void* value = nullptr;
+    if (property.place != nullptr) {
+        value = const_cast<void*>(property.place(self));
+    } else {
+        if (type.kind <= ValueKind::DateTime) {
+            value = scalarValue_;
+        } else if (type.kind == ValueKind::String) {
+            value = &wideValue_;
+        } else if (type.kind == ValueKind::Utf8String) {
+            value = &narrowValue_;
+        } else {
+            held = OwnedValue(type);
+            value = held.get();
+        }
+        property.get(self, value);
+    }
+    if (!property.hasDefault() || !host::equalsDefault(type, value, property.defaultValue)) {
+        writeHeld(frame, property, tags, {value, &type}, std::move(held));
+    }
+}
+
+/// Writes the value unless it stands for nothing.
+template <class Unit>
+void ObjectTextWriter<Unit>::writeHeld(Frame& frame, const host::TPropInfo& property,
+                                       const PropertyTags& tags, ValueRef value, OwnedValue held) {
+    switch (value.type->kind) {
+    case ValueKind::Variant: {
+        const auto& variant = *static_cast<const host::Variant*>(value.value);
+        if (!variant.IsEmpty() && !variant.IsNull()) {
+            writeVariant(*frame.inside, property.name, variant);
+        }
+        break;
+    }
+    case ValueKind::Object:
+    case ValueKind::Slot: {
+        const Instance object = value.type->slot->get(value.value);
+        if (isWritten(object)) {
+            beginObject(nestedForm_, property.name, 0, object, nullptr);
+            if (held && depth_ > 0 && frames_[depth_ - 1].get() != &frame) {
+                frames_[depth_ - 1]->held = std::move(held);
+            }
+        }
+        break;
+    }
+    case ValueKind::Optional:
+        if (const void* const inner = value.type->optional->get(value.value)) {
+            writeHeld(frame, property, tags, {const_cast<void*>(inner), value.type->element},
+                      std::move(held));
+        }
+        break;
+    case ValueKind::List:
+    case ValueKind::Map:
+        beginContainer(*frame.inside, property.name, 0, value, std::move(held));
+        break;
+    case ValueKind::Reference: {
+        const Instance target = value.type->reference->get(value.value);
+        const NuXmlString name = target ? host::ReferenceName(target) : NuXmlString();
+        if (!name.empty()) {
+            out_.append(tags.start);
+            out_.appendContent(name);
+            out_.append(tags.end);
+        }
+        break;
+    }
+    default:
+        out_.append(tags.start);
+        values_.write(*value.type, value.value);
+        out_.append(tags.end);
+    }
+}
+
+// Elements of lists and maps
+
+template <class Unit>
+void ObjectTextWriter<Unit>::writeElement(Frame& frame, std::size_t tagPlace,
+                                          std::u16string_view name, std::size_t index,
+                                          ValueRef value) {
+    switch (value.type->kind) {
+    case ValueKind::Variant: {
+        const auto& variant = *static_cast<const host::Variant*>(value.value);
+        if (variant.IsEmpty() || variant.IsNull()) {
+            writeNil(*frame.inside, name);
+        } else {
+            writeVariant(*frame.inside, name, variant);
+        }
+        break;
+    }
+    case ValueKind::Object:
+    case ValueKind::Slot: {
+        const Instance object = value.type->slot->get(value.value);
+        if (isWritten(object)) {
+            beginObject(nestedForm_, name, index, object, nullptr);
+        } else {
+            writeNil(*frame.inside, name);
+        }
+        break;
+    }
+    case ValueKind::Optional:
+        if (const void* const inner = value.type->optional->get(value.value)) {
+            writeElement(frame, tagPlace, name, index,
+                         {const_cast<void*>(inner), value.type->element});
+        } else {
+            writeNil(*frame.inside, name);
+        }
+        break;
+    case ValueKind::List:
+    case ValueKind::Map:
+        beginContainer(*frame.inside, name, index, value, {});
+        break;
+    default:
+        writeTagged(frame, tagPlace, name, value);
+    }
+}
+
+template <class Unit>
+void ObjectTextWriter<Unit>::writeTagged(Frame& frame, std::size_t tagPlace,
+                                         std::u16string_view name, ValueRef value) {
+    auto& [type, tags] = frame.elementTags[tagPlace];
+    if (type != value.type) {
+        NuXmlString text;
+        frame.inside->appendPropertyStart(text, name, schemaTypeOf(*value.type));
+        tags.start = encoded(text);
+        text.clear();
+        frame.inside->appendEnd(text, name);
+        tags.end = encoded(text);
+        type = value.type;
+    }
+    out_.append(tags.start);
+    values_.write(*value.type, value.value);
+    out_.append(tags.end);
+}
+
+template <class Unit>
+void ObjectTextWriter<Unit>::writeNil(const ElementForm& form, std::u16string_view name) {
+    appendPiece([&](NuXmlString& text) {
+        form.appendNilStart(text, name);
+        form.appendEnd(text, name);
+    });
+}
+
+template <class Unit>
+void ObjectTextWriter<Unit>::writeVariant(const ElementForm& form, std::u16string_view name,
+                                          const host::Variant& value) {
+    const NuXmlString type = NuSchemaType(value);
+    appendPiece([&](NuXmlString& text) { form.appendPropertyStart(text, name, type); });
+    values_.write(value);
+    appendEnd(form, name);
+}
+
+// Beginning and ending
+
+template <class Unit>
+typename ObjectTextWriter<Unit>::Frame& ObjectTextWriter<Unit>::push(std::u16string_view name,
+                                                                     const ElementForm& inside) {
+    if (depth_ == frames_.size()) {
+        frames_.push_back(std::make_unique<Frame>());
+    }
+    Frame& frame = *frames_[depth_++];
+    frame.name = name;
+    frame.inside = &inside;
+    frame.next = 0;
+    frame.serializer = nullptr;
+    frame.areItemsWritten = false;
+    return frame;
+}
+
+template <class Unit> void ObjectTextWriter<Unit>::pop() noexcept {
+    Frame& frame = *frames_[--depth_];
+    frame.owned.reset();
+    frame.held.reset();
+    frame.isItemOpen = false;
+    frame.elementTags[0].type = nullptr;
+    frame.elementTags[1].type = nullptr;
+    chain_.leave();
+}
+
+/// `own` is the serializer that writes the outermost object, or null for the registered one.
+template <class Unit>
+void ObjectTextWriter<Unit>::beginObject(const ElementForm& form, std::u16string_view name,
+                                         std::size_t index, Instance object, TNuSerializer* own) {
+    // 1. What writes it.
+    const ElementForm& inside = own != nullptr || depth_ == 0 ? rootForm_ : nestedForm_;
+    ClassTags& tags = tagsOf(*object.info, inside);
+    if (own == nullptr && object.info->isObject && tags.serializerClass == nullptr) {
+        tags.serializerClass = &serializerClassOf(*object.info);
+    }
+    const TNuSerializerClass* const serializerClass =
+        own == nullptr ? tags.serializerClass : nullptr;
+    // 2. It may be written here.
+    chain_.enter(name, index);
+    try {
+        chain_.hold(object);
+        if (serializerClass != nullptr && serializerClass->isCustom) {
+            writeCustom(*serializerClass, name, *static_cast<host::TObject*>(object.object));
+            chain_.leave();
+            return;
+        }
+    } catch (...) {
+        chain_.leave();
+        throw;
+    }
+    // 3. Its start tag. The rest is for the steps.
+    Frame& frame = push(name, inside);
+    frame.kind = Frame::Kind::Object;
+    frame.form = &form;
+    frame.object = object;
+    frame.tags = &tags;
+    frame.serializer = own;
+    if (serializerClass != nullptr && !serializerClass->isPlain) {
+        frame.owned =
+            serializerClass->createFromInstance(*static_cast<host::TObject*>(object.object));
+        frame.serializer = frame.owned.get();
+    }
+    appendRootStart(form, name, *object.info);
+}
+
+/// A serializer that writes in its own way writes a text of its own, which then goes in here.
+template <class Unit>
+void ObjectTextWriter<Unit>::writeCustom(const TNuSerializerClass& serializerClass,
+                                         std::u16string_view name, host::TObject& object) {
+    const auto serializer = serializerClass.createFromInstance(object);
+    serializer->uri_ = settings_.uri_;
+    serializer->prefix_ = settings_.prefix_;
+    serializer->schemaLocation_ = settings_.schemaLocation_;
+    if (depth_ == 0) {
+        serializer->options_ = settings_.options_;
+    }
+    serializer->around_ = &chain_;
+    TNuStringStream stream(cNuXmlStringType);
+    serializer->Serialize(stream, name);
+    out_.appendWide(stream.WideView());
+}
+
+template <class Unit>
+void ObjectTextWriter<Unit>::beginContainer(const ElementForm& form, std::u16string_view name,
+                                            std::size_t index, ValueRef container,
+                                            OwnedValue held) {
+    chain_.enter(name, index);
+    Frame& frame = push(name, form);
+    const bool isList = container.type->kind == ValueKind::List;
+    frame.kind = isList ? Frame::Kind::List : Frame::Kind::Map;
+    frame.form = &form;
+    frame.container = container;
+    frame.held = std::move(held);
+    if (isList) {
+        container.type->list->begin(container.value, frame.cursor);
+    } else {
+        container.type->map->begin(container.value, frame.cursor);
+    }
+    appendPlainStart(form, name);
+}
+
+// Tags
+
+template <class Unit>
+typename ObjectTextWriter<Unit>::Text ObjectTextWriter<Unit>::encoded(std::u16string_view text) {
+    if constexpr (std::is_same_v<Unit, char>) {
+        return NuToUtf8(text);
+    } else {
+        return Text(text);
+    }
+}
+
+template <class Unit>
+typename ObjectTextWriter<Unit>::ClassTags&
+ObjectTextWriter<Unit>::tagsOf(const host::TClassInfo& info, const ElementForm& form) {
+    auto& tags = (&form == &rootForm_ ? rootTags_ : nestedTags_)[&info];
+    if (!tags) {
+        tags = makeTags(info, form);
+    }
+    return *tags;
+}
+
+template <class Unit>
+std::unique_ptr<typename ObjectTextWriter<Unit>::ClassTags>
+ObjectTextWriter<Unit>::makeTags(const host::TClassInfo& info, const ElementForm& form) {
+    auto tags = std::make_unique<ClassTags>();
+    NuXmlString text;
+    for (const host::TPropInfo& property : info.properties) {
+        PropertyTags& of = tags->properties.emplace_back();
+        text.clear();
+        form.appendPropertyStart(text, property.name, schemaTypeOf(heldType(*property.type)));
+        of.start = encoded(text);
+        text.clear();
+        form.appendEnd(text, property.name);
+        of.end = encoded(text);
+    }
+    return tags;
+}
+
+template <class Unit>
+template <class Append>
+void ObjectTextWriter<Unit>::appendPiece(Append append) {
+    scratch_.clear();
+    append(scratch_);
+    out_.appendWide(scratch_);
+}
+
+template <class Unit>
+void ObjectTextWriter<Unit>::appendRootStart(const ElementForm& form, std::u16string_view name,
+                                             const host::TClassInfo& info) {
+    if (lastStart_.info != &info || lastStart_.form != &form || lastStart_.name != name) {
+        scratch_.clear();
+        form.appendRootStart(scratch_, name, info.name);
+        lastStart_.tag = encoded(scratch_);
+        lastStart_.name = name;
+        lastStart_.form = &form;
+        lastStart_.info = &info;
+    }
+    out_.append(lastStart_.tag);
+}
+
+template <class Unit>
+void ObjectTextWriter<Unit>::appendPlainStart(const ElementForm& form, std::u16string_view name) {
+    appendPiece([&](NuXmlString& text) { form.appendPlainStart(text, name); });
+}
+
+template <class Unit>
+void ObjectTextWriter<Unit>::appendEnd(const ElementForm& form, std::u16string_view name) {
+    appendPiece([&](NuXmlString& text) { form.appendEnd(text, name); });
+}
+
+template class ObjectTextWriter<char>;
+template class ObjectTextWriter<char16_t>;
+
+} // namespace nu

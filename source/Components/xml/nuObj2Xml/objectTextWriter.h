@@ -1,0 +1,111 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "host/runtime/classInfo.h"
+#include "nuObj2Xml/elementForm.h"
+#include "nuObj2Xml/objectChain.h"
+#include "nuObj2Xml/serializer.h"
+#include "nuObj2Xml/textBuffer.h"
+#include "nuObj2Xml/valueText.h"
+
+namespace nu {
+
+/// Writes objects as elements into a buffer. What is known of a class (the tags of its properties,
+/// its serializer) is put together when it is met first and kept, so that many objects of few
+/// classes cost little beyond their text. Objects may be nested as deeply as ObjectChain lets them:
+/// levels take memory and no stack.
+template <class Unit> class ObjectTextWriter {
+public:
+    /// Objects are written with the texts and the options of `settings`, which has to stay, and
+    /// those inside of them without the options.
+    ObjectTextWriter(TextBuffer<Unit>& out, const TNuSerializer& settings);
+    ObjectTextWriter(const ObjectTextWriter&) = delete;
+    ObjectTextWriter& operator=(const ObjectTextWriter&) = delete;
+    ~ObjectTextWriter();
+
+    /// Writes the object of the settings' serializer, with what that writes behind the properties.
+    void writeOwn(TNuSerializer& serializer, std::u16string_view name);
+    /// Writes an object of any described class by the serializer that is registered for it.
+    void write(host::Instance object, std::u16string_view name);
+
+private:
+    struct PropertyTags;
+    struct ClassTags;
+    struct Frame;
+    using Text = std::basic_string<Unit>;
+
+    /// The tags of one class in one form.
+    ClassTags& tagsOf(const host::TClassInfo& info, const ElementForm& form);
+    static std::unique_ptr<ClassTags> makeTags(const host::TClassInfo& info,
+                                               const ElementForm& form);
+    static Text encoded(std::u16string_view text);
+
+    void run();
+    void step(Frame& frame);
+    void stepObject(Frame& frame);
+    void stepItems(Frame& frame);
+    void stepList(Frame& frame);
+    void stepMap(Frame& frame);
+
+    void writeProperty(Frame& frame, const host::TPropInfo& property, const PropertyTags& tags);
+    void writeHeld(Frame& frame, const host::TPropInfo& property, const PropertyTags& tags,
+                   host::ValueRef value, host::OwnedValue held);
+    void writeElement(Frame& frame, std::size_t tagPlace, std::u16string_view name,
+                      std::size_t index, host::ValueRef value);
+    void writeTagged(Frame& frame, std::size_t tagPlace, std::u16string_view name,
+                     host::ValueRef value);
+    void writeNil(const ElementForm& form, std::u16string_view name);
+    void writeVariant(const ElementForm& form, std::u16string_view name,
+                      const host::Variant& value);
+
+    Frame& push(std::u16string_view name, const ElementForm& inside);
+    void pop() noexcept;
+    void beginObject(const ElementForm& form, std::u16string_view name, std::size_t index,
+                     host::Instance object, TNuSerializer* own);
+    void writeCustom(const TNuSerializerClass& serializerClass, std::u16string_view name,
+                     host::TObject& object);
+    void beginContainer(const ElementForm& form, std::u16string_view name, std::size_t index,
+                        host::ValueRef container, host::OwnedValue held);
+
+    void appendRootStart(const ElementForm& form, std::u16string_view name,
+                         const host::TClassInfo& info);
+    void appendPlainStart(const ElementForm& form, std::u16string_view name);
+    void appendEnd(const ElementForm& form, std::u16string_view name);
+    /// Appends what `append` puts into a string.
+    template <class Append> void appendPiece(Append append);
+
+    TextBuffer<Unit>& out_;
+    ValueWriter<Unit> values_;
+    const TNuSerializer& settings_;
+    ElementForm rootForm_;
+    ElementForm nestedForm_;
+    ObjectChain chain_;
+    std::vector<std::unique_ptr<Frame>> frames_;
+    std::size_t depth_ = 0;
+    NuXmlString scratch_;
+    // What getters give
+    alignas(std::uint64_t) std::byte scalarValue_[sizeof(std::uint64_t)];
+    std::u16string wideValue_;
+    std::string narrowValue_;
+    /// The start tag of the last object: that of the next is often the same.
+    struct {
+        const host::TClassInfo* info = nullptr;
+        const ElementForm* form = nullptr;
+        NuXmlString name;
+        Text tag;
+    } lastStart_;
+    std::unordered_map<const host::TClassInfo*, std::unique_ptr<ClassTags>> rootTags_;
+    std::unordered_map<const host::TClassInfo*, std::unique_ptr<ClassTags>> nestedTags_;
+};
+
+extern template class ObjectTextWriter<char>;
+extern template class ObjectTextWriter<char16_t>;
+
+} // namespace nu

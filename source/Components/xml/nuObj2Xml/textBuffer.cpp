@@ -1,0 +1,195 @@
+#include "nuObj2Xml/textBuffer.h"
+
+#include <array>
+#include <string>
+
+#include "common/utf8.h"
+#include "nuXmlParser/scan.h"
+#include "nuXmlParser/whiteSpace.h"
+
+namespace nu {
+
+namespace {
+
+/// What is written in place of a character; empty for one that is dropped.
+constexpr std::string_view replacementOf(char16_t unit) noexcept {
+    switch (unit) {
+    case cNuApos:
+        return "&apos;";
+    case cNuQuote:
+        return "&quot;";
+    case cNuAmp:
+        return "&amp;";
+    case cNuLt:
+        return "&lt;";
+    case cNuGt:
+        return "&gt;";
+    case u'\r':
+        return "&#13;";
+    default:
+        return "";
+    }
+}
+
+/// Whether an ASCII character stands for itself; indexed by it.
+constexpr auto isPlain = [] {
+    std::array<bool, 128> table{};
+    for (std::size_t unit = 1; unit < table.size(); ++unit) {
+        table[unit] = replacementOf(static_cast<char16_t>(unit)).empty();
+    }
+    return table;
+}();
+
+template <class Unit> constexpr bool isPlainAscii(Unit unit) noexcept {
+    const auto index = static_cast<std::make_unsigned_t<Unit>>(unit);
+    return index < isPlain.size() && isPlain[index];
+}
+
+template <class Unit> bool isWhiteSpaceOnly(std::basic_string_view<Unit> text) noexcept {
+    return std::all_of(text.begin(), text.end(), [](Unit unit) {
+        return unit == Unit{' '} || unit == Unit{'\t'} || unit == Unit{'\n'};
+    });
+}
+
+} // namespace
+
+template <class Unit> void TextBuffer<Unit>::makeRoom(std::size_t count) {
+    if (target_ != nullptr) {
+        flush();
+    }
+    const auto fill = static_cast<std::size_t>(next_ - block_.get());
+    const auto capacity = static_cast<std::size_t>(end_ - block_.get());
+    if (capacity - fill >= count) {
+        return;
+    }
+    const std::size_t least = target_ != nullptr ? blockSize : 256;
+    const std::size_t larger = std::max({fill + count, capacity * 2, least});
+    auto block = std::make_unique_for_overwrite<Unit[]>(larger);
+    std::copy_n(block_.get(), fill, block.get());
+    block_ = std::move(block);
+    next_ = block_.get() + fill;
+    end_ = block_.get() + larger;
+}
+
+template <class Unit> void TextBuffer<Unit>::flush() {
+    if (target_ != nullptr) {
+        const auto text = view();
+        clear();
+        target_->WriteBuffer(text.data(), text.size() * sizeof(Unit));
+    }
+}
+
+template <class Unit> void TextBuffer<Unit>::appendWide(std::u16string_view text) {
+    if constexpr (isUtf8) {
+        appendEncoded(text);
+    } else {
+        append(text);
+    }
+}
+
+/// UTF-8 out of UTF-16, in parts of which each has room in a block.
+template <class Unit> void TextBuffer<Unit>::appendEncoded(std::u16string_view text) {
+    if constexpr (isUtf8) {
+        constexpr std::size_t longest = blockSize / 4;
+        while (!text.empty()) {
+            std::size_t count = std::min(text.size(), longest);
+            // The halves of a character stay together.
+            if (count < text.size() && (text[count - 1] & 0xFC00U) == 0xD800) {
+                --count;
+            }
+            Unit* const place = room(3 * count);
+            next_ = place + NuEncodeUtf8(text.substr(0, count), place);
+            text.remove_prefix(count);
+        }
+    }
+}
+
+/// Text of a few plain characters, as most values are; false, with nothing written, for any other.
+template <class Unit>
+template <class Source>
+bool TextBuffer<Unit>::appendShort(std::basic_string_view<Source> text) {
+    constexpr std::size_t longest = 24;
+    if (text.size() > longest) {
+        return false;
+    }
+    Unit* const place = room(longest);
+    bool isAllPlain = true;
+    bool isAllWhite = true;
+    for (std::size_t index = 0; index < text.size(); ++index) {
+        isAllPlain &= isPlainAscii(text[index]);
+        isAllWhite &= text[index] <= Source{' '};
+        place[index] = static_cast<Unit>(text[index]);
+    }
+    if (!isAllPlain || (isAllWhite && !text.empty())) {
+        return false;
+    }
+    next_ = place + text.size();
+    return true;
+}
+
+template <class Unit>
+template <class Source>
+void TextBuffer<Unit>::appendEscaped(std::basic_string_view<Source> text) {
+    if (appendShort(text)) {
+        return;
+    }
+    if (text.find(Source{0}) != text.npos) {
+        std::basic_string<Source> withoutNul(text);
+        std::erase(withoutNul, Source{0});
+        appendEscaped(std::basic_string_view<Source>(withoutNul));
+        return;
+    }
+    if (isWhiteSpaceOnly(text)) {
+        const char16_t first = static_cast<unsigned char>(text.front());
+        appendAscii(first == u' ' ? "&#32;" : first == u'\t' ? "&#9;" : "&#10;");
+        text.remove_prefix(1);
+    }
+    const Source* place = text.data();
+    const Source* const end = place + text.size();
+    while (place != end) {
+        // Parts of bounded length, so that a text of any length goes through a block.
+        const Source* const partEnd =
+            place + std::min<std::size_t>(static_cast<std::size_t>(end - place), blockSize / 4);
+        const Source* const found =
+            findOneOf<cNuAposA, cNuQuoteA, cNuAmpA, cNuLtA, cNuGtA, '\r'>(place, partEnd);
+        const auto length = static_cast<std::size_t>(found - place);
+        if constexpr (std::is_same_v<Source, Unit>) {
+            append({place, length});
+        } else {
+            // The first half of a character waits for the second.
+            const bool isHalf =
+                found == partEnd && partEnd != end && length > 1 && (found[-1] & 0xFC00U) == 0xD800;
+            appendEncoded({place, length - (isHalf ? 1 : 0)});
+            if (isHalf) {
+                place = found - 1;
+                continue;
+            }
+        }
+        place = found;
+        if (found != partEnd) {
+            appendAscii(replacementOf(static_cast<char16_t>(*place++)));
+        }
+    }
+}
+
+template <class Unit> void TextBuffer<Unit>::appendContent(std::u16string_view text) {
+    appendEscaped(text);
+}
+
+template <class Unit> void TextBuffer<Unit>::appendUtf8Content(std::string_view text) {
+    if constexpr (isUtf8) {
+        if (appendShort(text)) {
+            return;
+        }
+        if (NuIsUtf8(text)) {
+            appendEscaped(text);
+            return;
+        }
+    }
+    appendContent(NuFromUtf8(text));
+}
+
+template class TextBuffer<char>;
+template class TextBuffer<char16_t>;
+
+} // namespace nu
