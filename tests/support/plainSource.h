@@ -63,7 +63,7 @@ private:
         static host::TMemoryStream stream;
         return stream;
     }
-    void failAtEnd() const {
+    void failAtEnd() {
         if (eof_ || text_.empty()) {
             raiseUnexpectedEof();
         }

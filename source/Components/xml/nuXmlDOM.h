@@ -9,6 +9,7 @@
 #include "nuXmlDOM/core/implementation.h"
 #include "nuXmlDOM/core/nodeList.h"
 #include "nuXmlDOM/face/interfaces.h"
+#include "nuXmlDOM/load/loadReport.h"
 #include "nuXmlDOM/load/loading.h"
 #include "nuXmlDOM/load/saxToDomHandler.h"
 #include "nuXmlDOM/path/path.h"

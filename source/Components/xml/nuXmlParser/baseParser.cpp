@@ -95,7 +95,9 @@ void TNuXmlBaseParser::releaseStream() noexcept {
     ownsStream_ = false;
 }
 
-void TNuXmlBaseParser::raiseUnexpectedEof() { throw ENuSaxFatalError(nu::messages::unexpectedEof); }
+void TNuXmlBaseParser::raiseUnexpectedEof() {
+    throw ENuSaxFatalError(nu::messages::unexpectedEof, LineNumber(), ColumnNumber());
+}
 
 void TNuXmlBaseParser::setCounters(std::int64_t line, std::int64_t column,
                                    std::int64_t charCount) noexcept {

@@ -89,7 +89,7 @@ protected:
     /// Gives the decoded text back; called once, before the stream goes.
     virtual void releaseText() noexcept = 0;
 
-    [[noreturn]] static void raiseUnexpectedEof();
+    [[noreturn]] void raiseUnexpectedEof();
     void setCounters(std::int64_t line, std::int64_t column, std::int64_t charCount) noexcept;
 
     bool eof_ = false;

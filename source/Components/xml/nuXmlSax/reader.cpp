@@ -55,6 +55,8 @@ host::Ref<TNuSAXXMLReader> TNuSAXXMLReader::CreateCounted() {
     return {reader};
 }
 
+void TNuSAXXMLReader::SetConforming(const TNuConformingOptions& options) { conforming_ = options; }
+
 void TNuSAXXMLReader::Parse(host::TStream* stream, bool ownsStream) {
     parse(std::unique_ptr<host::TStream>(ownsStream ? stream : nullptr), stream, false);
 }
@@ -295,7 +297,7 @@ void TNuSAXXMLReader::FatalError(TNuXmlBaseParser& source, std::u16string_view m
         errorHandler_->fatalError(*host::makeRef<host::TSAXParseError>(
             message, u"", u"", source.LineNumber(), source.ColumnNumber()));
     }
-    throw ENuSaxFatalError(message);
+    throw ENuSaxFatalError(message, source.LineNumber(), source.ColumnNumber());
 }
 
 void TNuSAXXMLReader::RaiseEOF(TNuXmlBaseParser& source) {
@@ -303,7 +305,7 @@ void TNuSAXXMLReader::RaiseEOF(TNuXmlBaseParser& source) {
         errorHandler_->fatalError(*host::makeRef<host::TSAXParseError>(
             nu::messages::endOfDocument, u"", u"", source.LineNumber(), source.ColumnNumber()));
     }
-    throw ENuSaxFatalError(nu::messages::abort);
+    throw ENuSaxFatalError(nu::messages::abort, source.LineNumber(), source.ColumnNumber());
 }
 
 host::ResultCode TNuSAXXMLReader::QueryInterface(const host::InterfaceId& id,

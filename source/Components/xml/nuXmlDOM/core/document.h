@@ -21,6 +21,7 @@
 /// The document.
 
 class TNuDOMImplementation;
+class TNuLoadReport;
 class TNuSaxToDomHandler;
 struct TNuConformingOptions;
 
@@ -116,8 +117,8 @@ public:
     /// \name Loading
     /// Deliberate: only loadxml and set_innerxml clear the document before; the others put what
     /// they read behind what is there, so a second document element throws ENuDomHierarchyRequest.
-    /// What is wrong with the XML throws as TNuSAXXMLReader::Parse does; what was read before
-    /// stays.
+    /// What is wrong with the XML throws as TNuSAXXMLReader::Parse does, with the name of the file
+    /// where there is one; what was read before stays.
     /// @{
     /// Throws host::EReadError when there is no such file.
     bool LoadFromFile(const std::filesystem::path& fileName);
@@ -128,10 +129,20 @@ public:
     /// XML text (it begins with "<"), the name of a file, or a stream.
     bool load(const host::DOMSource& source);
     /// The same, read as the XML standard means it: what is not well-formed throws ENuXmlFault.
-    bool LoadFromFile(const std::filesystem::path& fileName, const TNuConformingOptions& options);
-    bool LoadFromStream(host::TStream& stream, const TNuConformingOptions& options);
-    bool loadxml(std::u16string_view xml, const TNuConformingOptions& options);
-    bool load(const host::DOMSource& source, const TNuConformingOptions& options);
+    /// `report`, if there is one, receives what was wrong, the fatal fault included.
+    bool LoadFromFile(const std::filesystem::path& fileName, const TNuConformingOptions& options,
+                      TNuLoadReport* report = nullptr);
+    bool LoadFromStream(host::TStream& stream, const TNuConformingOptions& options,
+                        TNuLoadReport* report = nullptr);
+    bool loadxml(std::u16string_view xml, const TNuConformingOptions& options,
+                 TNuLoadReport* report = nullptr);
+    bool load(const host::DOMSource& source, const TNuConformingOptions& options,
+              TNuLoadReport* report = nullptr);
+    /// Read by the rules of the reader alone, which forgives much and tells the report.
+    bool LoadFromFile(const std::filesystem::path& fileName, TNuLoadReport& report);
+    bool LoadFromStream(host::TStream& stream, TNuLoadReport& report);
+    bool loadxml(std::u16string_view xml, TNuLoadReport& report);
+    bool load(const host::DOMSource& source, TNuLoadReport& report);
     /// Always 0: loading is done when the call is.
     [[nodiscard]] std::int32_t asyncLoadState() const noexcept { return 0; }
     /// Whether the document is being loaded.

@@ -2,36 +2,29 @@
 
 #include "common/memoryStream.h"
 #include "common/utf8.h"
-#include "host/com/streamAdapter.h"
 #include "host/runtime/exception.h"
 #include "host/runtime/fileStream.h"
 #include "host/runtime/format.h"
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
-#include "nuXmlDOM/core/nodeAccess.h"
-#include "nuXmlDOM/load/loading.h"
-#include "nuXmlDOM/load/saxToDomHandler.h"
-#include "nuXmlParser/parserErrors.h"
-#include "nuXmlSax/reader.h"
+#include "nuXmlDOM/load/documentLoader.h"
 
 namespace {
 
-/// Builds below `parent` what `parse` makes a reader read.
-template <class Parse> void build(TNuDOMDocument& document, TNuDOMNode& parent, Parse&& parse) {
-    TNuSAXXMLReader reader;
-    const auto handler = host::makeRef<TNuSaxToDomHandler>(reader, document, &parent);
-    reader.setContentHandler(handler);
-    reader.setLexicalHandler(handler);
-    try {
-        parse(reader);
-    } catch (const ENuSaxHandledAbort&) {
-        // The reader's abort says nothing; what the tree did not take does.
-        if (handler->Failure()) {
-            std::rethrow_exception(handler->Failure());
-        }
-        throw;
+using nu::Loading;
+using nu::loadStream;
+using nu::loadText;
+
+void loadFile(TNuDOMDocument& document, const std::filesystem::path& fileName, Loading loading) {
+    loading.file = NuFromUtf8(fileName.string());
+    // A file that cannot be looked at is left to the stream, which says why.
+    std::error_code error;
+    if (!std::filesystem::exists(fileName, error) && !error) {
+        throw host::EReadError(host::formatMessage(nu::cNoFile, {loading.file}));
     }
+    host::TFileStream file(fileName, host::fmOpenRead | host::fmShareDenyNone);
+    loadStream(document, file, loading);
 }
 
 /// Everything from the position of the stream on.
@@ -50,21 +43,32 @@ void copyContents(host::IStream& source, host::TStream& target) {
     }
 }
 
-} // namespace
-
-void TNuDOMNode::set_innerxml(std::u16string_view xml) {
-    if (xml.empty()) {
-        return;
+void loadInterface(TNuDOMDocument& document, host::IStream* stream, const Loading& loading) {
+    if (stream == nullptr) {
+        throw ENuDomException(nu::cNoStreamContents);
     }
-    build(*OwnerDocument(), *this, [&](TNuSAXXMLReader& reader) {
-        if (nu::NodeAccess::is<TNuDOMElement>(*this)) {
-            reader.ParseFragment(xml);
-        } else {
-            TNuStringStream stream(xml);
-            reader.Parse(stream);
-        }
-    });
+    TNuMemoryStream contents;
+    copyContents(*stream, contents);
+    contents.Seek(0, host::SeekOrigin::Beginning);
+    loadStream(document, contents, loading);
 }
+
+void loadSource(TNuDOMDocument& document, const host::DOMSource& source, const Loading& loading) {
+    if (const auto* text = std::get_if<std::u16string_view>(&source)) {
+        return text->starts_with(cNuLt)
+                   ? loadText(document, *text, loading)
+                   : loadFile(document, host::TFileStream::systemPath(*text), loading);
+    }
+    if (const auto* stream = std::get_if<host::TStream*>(&source)) {
+        if (*stream == nullptr) {
+            throw ENuDomException(nu::cNoStreamContents);
+        }
+        return loadStream(document, **stream, loading);
+    }
+    loadInterface(document, std::get<host::IStream*>(source), loading);
+}
+
+} // namespace
 
 void TNuDOMDocument::set_innerxml(std::u16string_view xml) {
     Clear();
@@ -76,77 +80,66 @@ bool TNuDOMDocument::loadxml(std::u16string_view xml) {
     return true;
 }
 
+bool TNuDOMDocument::loadxml(std::u16string_view xml, const TNuConformingOptions& options,
+                             TNuLoadReport* report) {
+    loadText(*this, xml, {&options, report});
+    return true;
+}
+
+bool TNuDOMDocument::loadxml(std::u16string_view xml, TNuLoadReport& report) {
+    loadText(*this, xml, {nullptr, &report});
+    return true;
+}
+
 bool TNuDOMDocument::LoadFromStream(host::TStream& stream) {
-    build(*this, *this, [&stream](TNuSAXXMLReader& reader) { reader.Parse(stream); });
+    loadStream(*this, stream, {});
+    return true;
+}
+
+bool TNuDOMDocument::LoadFromStream(host::TStream& stream, const TNuConformingOptions& options,
+                                    TNuLoadReport* report) {
+    loadStream(*this, stream, {&options, report});
+    return true;
+}
+
+bool TNuDOMDocument::LoadFromStream(host::TStream& stream, TNuLoadReport& report) {
+    loadStream(*this, stream, {nullptr, &report});
     return true;
 }
 
 bool TNuDOMDocument::loadFromStream(host::IStream* stream) {
-    if (stream == nullptr) {
-        throw ENuDomException(nu::cNoStreamContents);
-    }
-    TNuMemoryStream contents;
-    copyContents(*stream, contents);
-    contents.Seek(0, host::SeekOrigin::Beginning);
-    return LoadFromStream(contents);
+    loadInterface(*this, stream, {});
+    return true;
 }
 
 bool TNuDOMDocument::LoadFromFile(const std::filesystem::path& fileName) {
-    // A file that cannot be looked at is left to the stream, which says why.
-    std::error_code error;
-    if (!std::filesystem::exists(fileName, error) && !error) {
-        throw host::EReadError(host::formatMessage(nu::cNoFile, {NuFromUtf8(fileName.string())}));
-    }
-    host::TFileStream file(fileName, host::fmOpenRead | host::fmShareDenyNone);
-    return LoadFromStream(file);
+    loadFile(*this, fileName, {});
+    return true;
+}
+
+bool TNuDOMDocument::LoadFromFile(const std::filesystem::path& fileName,
+                                  const TNuConformingOptions& options, TNuLoadReport* report) {
+    loadFile(*this, fileName, {&options, report});
+    return true;
+}
+
+bool TNuDOMDocument::LoadFromFile(const std::filesystem::path& fileName, TNuLoadReport& report) {
+    loadFile(*this, fileName, {nullptr, &report});
+    return true;
 }
 
 bool TNuDOMDocument::load(const host::DOMSource& source) {
-    if (const auto* text = std::get_if<std::u16string_view>(&source)) {
-        return text->starts_with(cNuLt) ? loadxml(*text)
-                                        : LoadFromFile(host::TFileStream::systemPath(*text));
-    }
-    if (const auto* stream = std::get_if<host::TStream*>(&source)) {
-        if (*stream == nullptr) {
-            throw ENuDomException(nu::cNoStreamContents);
-        }
-        return LoadFromStream(**stream);
-    }
-    return loadFromStream(std::get<host::IStream*>(source));
+    loadSource(*this, source, {});
+    return true;
 }
 
-// Loading functions
-
-NuRef<TNuDOMDocument> NuCreateDOMDocument(std::u16string_view xml) {
-    NuRef<TNuDOMDocument> document = TNuDOMDocument::Create();
-    document->set_innerxml(xml);
-    return document;
+bool TNuDOMDocument::load(const host::DOMSource& source, const TNuConformingOptions& options,
+                          TNuLoadReport* report) {
+    loadSource(*this, source, {&options, report});
+    return true;
 }
 
-namespace {
-
-host::Ref<host::IDOMDocument> interfaceOf(const NuRef<TNuDOMDocument>& document) {
-    return document.as<host::IDOMDocument>();
-}
-
-} // namespace
-
-host::Ref<host::IDOMDocument> NuGetDOMDocument(std::u16string_view xml) {
-    return interfaceOf(NuCreateDOMDocument(xml));
-}
-
-host::Ref<host::IDOMDocument> NuGetDOMDocument(host::TStream* stream, bool freeStream) {
-    if (stream == nullptr) {
-        throw ENuDomException(nu::cNoStreamContents);
-    }
-    const std::unique_ptr<host::TStream> owned(freeStream ? stream : nullptr);
-    const NuRef<TNuDOMDocument> document = TNuDOMDocument::Create();
-    document->LoadFromStream(*stream);
-    return interfaceOf(document);
-}
-
-host::Ref<host::IDOMDocument> NuGetDOMDocument(const std::filesystem::path& fileName,
-                                               std::uint16_t mode) {
-    host::TFileStream file(fileName, mode);
-    return NuGetDOMDocument(&file, false);
+bool TNuDOMDocument::load(const host::DOMSource& source, TNuLoadReport& report) {
+    loadSource(*this, source, {nullptr, &report});
+    return true;
 }

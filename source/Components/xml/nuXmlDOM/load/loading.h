@@ -7,7 +7,9 @@
 #include "host/dom/document.h"
 #include "host/runtime/stream.h"
 #include "nuXmlDOM/core/document.h"
+#include "nuXmlDOM/load/loadReport.h"
 #include "nuXmlParser/conforming/conformingOptions.h"
+#include "nuXmlParser/conforming/xmlFault.h"
 
 /// \file
 /// Documents made and loaded in one call. What is wrong with the XML throws as
@@ -30,15 +32,35 @@
 NuGetDOMDocument(const std::filesystem::path& fileName, std::uint16_t mode);
 
 /// \name The same, read as the XML standard means it
-/// What is not well-formed throws ENuXmlFault with its place.
+/// What is not well-formed throws ENuXmlFault with its place. `report`, if there is one, receives
+/// what was wrong, the fatal fault included.
 /// @{
+/// A document of a file: the way to begin with.
 [[nodiscard]] NUXML_API NuRef<TNuDOMDocument>
-NuCreateDOMDocument(std::u16string_view xml, const TNuConformingOptions& options);
+NuLoadDocument(const std::filesystem::path& fileName, const TNuConformingOptions& options = {},
+               TNuLoadReport* report = nullptr);
+[[nodiscard]] NUXML_API NuRef<TNuDOMDocument>
+NuCreateDOMDocument(std::u16string_view xml, const TNuConformingOptions& options,
+                    TNuLoadReport* report = nullptr);
 [[nodiscard]] NUXML_API host::Ref<host::IDOMDocument>
-NuGetDOMDocument(std::u16string_view xml, const TNuConformingOptions& options);
+NuGetDOMDocument(std::u16string_view xml, const TNuConformingOptions& options,
+                 TNuLoadReport* report = nullptr);
 [[nodiscard]] NUXML_API host::Ref<host::IDOMDocument>
-NuGetDOMDocument(host::TStream* stream, bool freeStream, const TNuConformingOptions& options);
+NuGetDOMDocument(host::TStream* stream, bool freeStream, const TNuConformingOptions& options,
+                 TNuLoadReport* report = nullptr);
 [[nodiscard]] NUXML_API host::Ref<host::IDOMDocument>
 NuGetDOMDocument(const std::filesystem::path& fileName, std::uint16_t mode,
-                 const TNuConformingOptions& options);
+                 const TNuConformingOptions& options, TNuLoadReport* report = nullptr);
+/// @}
+
+/// \name By the rules of the reader alone, with a report
+/// @{
+[[nodiscard]] NUXML_API NuRef<TNuDOMDocument> NuCreateDOMDocument(std::u16string_view xml,
+                                                                  TNuLoadReport& report);
+[[nodiscard]] NUXML_API host::Ref<host::IDOMDocument> NuGetDOMDocument(std::u16string_view xml,
+                                                                       TNuLoadReport& report);
+[[nodiscard]] NUXML_API host::Ref<host::IDOMDocument>
+NuGetDOMDocument(host::TStream* stream, bool freeStream, TNuLoadReport& report);
+[[nodiscard]] NUXML_API host::Ref<host::IDOMDocument>
+NuGetDOMDocument(const std::filesystem::path& fileName, std::uint16_t mode, TNuLoadReport& report);
 /// @}

@@ -118,6 +118,8 @@ template <class Operation> void TNuSaxToDomHandler::remember(Operation&& operati
     } catch (...) {
         if (!failure_) {
             failure_ = std::current_exception();
+            failureLine_ = locator_ ? locator_->getLineNumber() : 0;
+            failureColumn_ = locator_ ? locator_->getColumnNumber() : 0;
         }
         throw;
     }
@@ -162,9 +164,14 @@ const nu::NameURI& TNuSaxToDomHandler::uriOf(std::u16string_view uri, std::u16st
     return *known;
 }
 
+void TNuSaxToDomHandler::setDocumentLocator(host::ILocator& locator) { locator_ = &locator; }
+
 void TNuSaxToDomHandler::startDocument() { setLoading(true); }
 
-void TNuSaxToDomHandler::endDocument() { setLoading(false); }
+void TNuSaxToDomHandler::endDocument() {
+    setLoading(false);
+    locator_.reset();
+}
 
 void TNuSaxToDomHandler::startElement(std::u16string_view uri, std::u16string_view /*localName*/,
                                       std::u16string_view qName,
@@ -241,7 +248,6 @@ void TNuSaxToDomHandler::endCDATA() { isInCData_ = false; }
 
 // What the tree does not keep.
 
-void TNuSaxToDomHandler::setDocumentLocator(host::ILocator& /*locator*/) {}
 void TNuSaxToDomHandler::EndProlog() {}
 void TNuSaxToDomHandler::startPrefixMapping(std::u16string_view /*prefix*/,
                                             std::u16string_view /*uri*/) {}

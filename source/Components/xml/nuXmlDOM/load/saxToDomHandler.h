@@ -26,6 +26,9 @@ public:
 
     /// What has left one of the operations first.
     [[nodiscard]] std::exception_ptr Failure() const noexcept { return failure_; }
+    /// Where the reader stood at that, from 1; 0 before.
+    [[nodiscard]] std::int64_t FailureLine() const noexcept { return failureLine_; }
+    [[nodiscard]] std::int64_t FailureColumn() const noexcept { return failureColumn_; }
     /// What the next node goes below. An element of the input when a parse has ended tells that the
     /// input broke off inside it.
     [[nodiscard]] TNuDOMNode& Current() const noexcept { return *current_; }
@@ -70,4 +73,7 @@ private:
     std::unordered_map<std::uint64_t, const nu::NameURI*> longURIs_; ///< by declaration
     bool isInCData_ = false;
     std::exception_ptr failure_;
+    std::int64_t failureLine_ = 0;
+    std::int64_t failureColumn_ = 0;
+    host::Ref<host::ILocator> locator_; ///< of the parse that runs
 };

@@ -11,15 +11,11 @@
 class NUXML_API ENuXmlFault : public ENuSaxFatalError {
 public:
     ENuXmlFault(std::u16string_view message, std::int64_t line, std::int64_t column)
-        : ENuSaxFatalError(message), line_(line), column_(column) {}
+        : ENuSaxFatalError(message, line, column) {}
     ENuXmlFault(const ENuXmlFault&) = default;
     ENuXmlFault& operator=(const ENuXmlFault&) = default;
     ~ENuXmlFault() override;
 
-    [[nodiscard]] std::int64_t Line() const noexcept { return line_; }
-    [[nodiscard]] std::int64_t Column() const noexcept { return column_; }
-
-private:
-    std::int64_t line_;
-    std::int64_t column_;
+    /// With its place, as Text() gives it; Message() is without.
+    [[nodiscard]] const char* what() const noexcept override { return Text().c_str(); }
 };

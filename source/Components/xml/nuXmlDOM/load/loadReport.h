@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "host/runtime/export.h"
+#include "nuXmlParser/chars.h"
+
+/// \file
+/// What was wrong with a document that was loaded.
+
+enum TNuFaultSeverity : std::uint8_t {
+    fsWarning, ///< the reader went on
+    fsError,   ///< the reader went on, and the tree may lack something
+    fsFatal,   ///< the loading ended there
+};
+
+/// One fault of a document.
+struct TNuLoadFault {
+    TNuFaultSeverity severity;
+    NuXmlString message;
+    NuXmlString file;        ///< as it was opened; empty where the document came from no file
+    std::int64_t line = 0;   ///< from 1; 0 where it is not known
+    std::int64_t column = 0; ///< the same
+
+    /// "FILE:LINE:COLUMN: warning: MESSAGE", or "error", as much of the place as is known; line
+    /// breaks of the message are blanks.
+    [[nodiscard]] NUXML_API NuXmlString Text() const;
+};
+
+/// What loading a document told about it, in the order of the document. Give one to a loading
+/// function; whoever gives none hears of the fault that ends the loading only, as an exception.
+class NUXML_API TNuLoadReport {
+public:
+    /// Keeps that many faults; later ones are counted only, but a fatal one is kept in any case.
+    explicit TNuLoadReport(std::size_t limit = 1000) : limit_(limit) {}
+
+    /// \name All of the loading that was last
+    /// @{
+    [[nodiscard]] const std::vector<TNuLoadFault>& Faults() const noexcept { return faults_; }
+    /// How many there were, whether kept or not.
+    [[nodiscard]] std::size_t Count() const noexcept { return count_; }
+    [[nodiscard]] bool IsEmpty() const noexcept { return count_ == 0; }
+    /// The fault that ended the loading; null without one.
+    [[nodiscard]] const TNuLoadFault* Fatal() const noexcept;
+    /// The texts of all faults that were kept, a line each.
+    [[nodiscard]] NuXmlString Text() const;
+    /// @}
+
+    void Clear() noexcept;
+    void Add(TNuLoadFault fault);
+
+private:
+    std::size_t limit_;
+    std::size_t count_ = 0;
+    std::vector<TNuLoadFault> faults_;
+};
