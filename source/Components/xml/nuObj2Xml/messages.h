@@ -22,6 +22,7 @@ inline constexpr std::u16string_view endsInside = u"The text ends inside of an o
 
 // With the place of what was read, see at
 inline constexpr std::u16string_view noProperty = u"There is no property \"%s\" in class %s";
+inline constexpr std::u16string_view noPlace = u"There is no place for an element \"%s\"";
 inline constexpr std::u16string_view missingProperty =
     u"The property \"%s\" of class %s is missing";
 inline constexpr std::u16string_view textBesideElements = u"There is text beside elements";

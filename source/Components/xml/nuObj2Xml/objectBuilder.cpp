@@ -122,16 +122,29 @@ void ObjectBuilder::startElement(const ElementStart& element) {
     }
 }
 
+/// Adds the place to what cannot be converted.
+template <class Conversion> void ObjectBuilder::withPlace(Conversion convert) const {
+    try {
+        convert();
+    } catch (const host::EConvertError& error) {
+        throw host::EConvertError(error.Message() + place());
+    }
+}
+
 void ObjectBuilder::characters(std::u16string_view text, bool isCData) {
     const Frame& frame = *frames_[depth_ - 1];
     if (frame.kind == Frame::Kind::Value) {
         if (isCData || text.find(cNuAmp) == text.npos) {
             text_.append(text);
-        } else if (text_.empty()) {
-            text_ = NuXMLToStr(text);
-        } else {
-            text_.append(NuXMLToStr(text));
+            return;
         }
+        withPlace([&] {
+            if (text_.empty()) {
+                text_ = NuXMLToStr(text);
+            } else {
+                text_.append(NuXMLToStr(text));
+            }
+        });
     } else if (frame.kind != Frame::Kind::Skip && isStrict() && !trimmed(text).empty()) {
         fail(NuXmlString(messages::textBesideElements));
     }
@@ -210,6 +223,15 @@ void ObjectBuilder::pop() noexcept {
 
 void ObjectBuilder::skip(std::u16string_view name) { push(name); }
 
+/// Passes over an element that stands for nothing; `message` is for who is strict.
+void ObjectBuilder::skipUnknown(std::u16string_view message, const ElementStart& element,
+                                std::u16string_view className) {
+    if (isStrict()) {
+        fail(host::formatMessage(message, {element.name, className}));
+    }
+    skip(element.name);
+}
+
 // The beginning of elements
 
 void ObjectBuilder::startInObject(Frame& frame, const ElementStart& element) {
@@ -231,20 +253,13 @@ void ObjectBuilder::startInObject(Frame& frame, const ElementStart& element) {
             return;
         }
     }
-    if (isStrict()) {
-        fail(host::formatMessage(messages::noProperty, {element.name, frame.object.info->name}));
-    }
-    skip(element.name);
+    skipUnknown(messages::noProperty, element, frame.object.info->name);
 }
 
 void ObjectBuilder::startInItems(Frame& frame, const ElementStart& element) {
-    if (startItem(frame, element, true)) {
-        return;
+    if (!startItem(frame, element, true)) {
+        skipUnknown(messages::noPlace, element, {});
     }
-    if (isStrict()) {
-        fail(host::formatMessage(messages::noProperty, {element.name, frame.object.info->name}));
-    }
-    skip(element.name);
 }
 
 /// Reads an element as an item if the serializer takes it as one.
@@ -265,10 +280,7 @@ bool ObjectBuilder::startItem(Frame& frame, const ElementStart& element, bool is
 
 void ObjectBuilder::startInList(Frame& frame, const ElementStart& element) {
     if (element.name != itemName) {
-        if (isStrict()) {
-            fail(host::formatMessage(messages::noProperty, {element.name, frame.name}));
-        }
-        skip(element.name);
+        skipUnknown(messages::noPlace, element, {});
         return;
     }
     const host::ListOperations& list = *frame.target.type->list;
@@ -292,10 +304,7 @@ void ObjectBuilder::startInList(Frame& frame, const ElementStart& element) {
 
 void ObjectBuilder::startInMap(Frame& frame, const ElementStart& element) {
     if (element.name != itemName) {
-        if (isStrict()) {
-            fail(host::formatMessage(messages::noProperty, {element.name, frame.name}));
-        }
-        skip(element.name);
+        skipUnknown(messages::noPlace, element, {});
         return;
     }
     Frame& inside = push(element.name, ++frame.count);
@@ -321,10 +330,7 @@ void ObjectBuilder::startInMapItem(Frame& frame, const ElementStart& element) {
         }
         startValue(push(element.name), {frame.mapped, type.element}, element);
     } else {
-        if (isStrict()) {
-            fail(host::formatMessage(messages::noProperty, {element.name, frame.name}));
-        }
-        skip(element.name);
+        skipUnknown(messages::noPlace, element, {});
     }
 }
 
@@ -601,11 +607,7 @@ void ObjectBuilder::readText(const Frame& frame, const host::ValueType& type, vo
             return;
         }
     }
-    try {
-        readValue(type, text_, frame.schemaType, value);
-    } catch (const host::EConvertError& error) {
-        throw host::EConvertError(error.Message() + place());
-    }
+    withPlace([&] { readValue(type, text_, frame.schemaType, value); });
 }
 
 /// Hands a value that was read beside the object to its setter.

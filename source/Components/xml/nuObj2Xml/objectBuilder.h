@@ -72,6 +72,8 @@ private:
     Frame& push(std::u16string_view name, std::size_t index = 0);
     void pop() noexcept;
     void skip(std::u16string_view name);
+    void skipUnknown(std::u16string_view message, const ElementStart& element,
+                     std::u16string_view className);
     [[nodiscard]] bool isStrict() const noexcept { return options_.has(dsStrict); }
 
     void startInObject(Frame& frame, const ElementStart& element);
@@ -96,6 +98,7 @@ private:
     void completeProperties(Frame& frame);
     void readText(const Frame& frame, const host::ValueType& type, void* value);
 
+    template <class Conversion> void withPlace(Conversion convert) const;
     [[nodiscard]] NuXmlString place() const;
     [[noreturn]] void failConversion(std::u16string_view message) const;
     [[noreturn]] void fail(NuXmlString message) const;

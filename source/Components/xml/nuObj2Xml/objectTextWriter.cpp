@@ -408,18 +408,22 @@ void ObjectTextWriter<Unit>::beginObject(const ElementForm& form, std::u16string
     }
     const TNuSerializerClass* const serializerClass =
         own == nullptr ? tags.serializerClass : nullptr;
-    // 2. It may be written here.
+    // 2. It may be written here. A serializer of its own kind says so itself.
     chain_.enter(name, index);
+    const bool isCustom = serializerClass != nullptr && serializerClass->isCustom;
     try {
-        chain_.hold(object);
-        if (serializerClass != nullptr && serializerClass->isCustom) {
+        if (isCustom) {
             writeCustom(*serializerClass, name, *static_cast<host::TObject*>(object.object));
-            chain_.leave();
-            return;
+        } else {
+            chain_.hold(object);
         }
     } catch (...) {
         chain_.leave();
         throw;
+    }
+    if (isCustom) {
+        chain_.leave();
+        return;
     }
     // 3. Its start tag. The rest is for the steps.
     Frame& frame = push(name, inside);
