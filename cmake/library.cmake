@@ -1,3 +1,49 @@
+# Built libraries lie as installed ones do, seen from the programs in bin, so that both find each other by the
+# same relative path and installing changes nothing in them.
+file(RELATIVE_PATH NUXML_LIBRARIES_FROM_BIN
+    ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+cmake_path(ABSOLUTE_PATH NUXML_LIBRARIES_FROM_BIN BASE_DIRECTORY ${PROJECT_BINARY_DIR}/bin
+    NORMALIZE OUTPUT_VARIABLE NUXML_LIBRARY_FOLDER)
+
+# nuVersionSymbols(<name>)
+#
+# Gives every symbol that the checked list names a version of the library. What the list does not name yet, and
+# what the standard library's templates leave behind, stays without one.
+function(nuVersionSymbols name)
+    set(list ${PROJECT_SOURCE_DIR}/tests/package/symbols/lib${name}.txt)
+    set(script ${CMAKE_CURRENT_BINARY_DIR}/${name}.version)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${list})
+
+    # 1. The names as the linker knows them; the list shortens two types and leaves marks of the ABI out.
+    file(READ ${list} names)
+    foreach(character IN ITEMS char char16_t)
+        string(REPLACE "char" "" prefix ${character})
+        string(REPLACE "16_t" "u16" prefix "${prefix}")
+        string(REPLACE "std::${prefix}string_view"
+            "std::basic_string_view<${character}, std::char_traits<${character}> >" names "${names}")
+    endforeach()
+    string(REGEX REPLACE "([^\n(]+)([^\n]*)\n" [[        "\1\2"; "\1[abi:cxx11]\2";
+]] names "${names}")
+
+    # 2. The script. A name that is gone is none of the linker's business: the list's own test tells.
+    get_target_property(version ${name} SOVERSION)
+    string(TOUPPER ${name}_${version} version)
+    file(CONFIGURE OUTPUT ${script} @ONLY CONTENT "@version@ {
+    global:
+        extern \"C++\" {
+@names@        non-virtual?thunk?to?*; virtual?thunk?to?*;
+        };
+};
+")
+    target_link_options(${name} PRIVATE -Wl,--version-script=${script})
+    include(CheckLinkerFlag)
+    check_linker_flag(CXX -Wl,--undefined-version NUXML_HAS_UNDEFINED_VERSION)
+    if(NUXML_HAS_UNDEFINED_VERSION)
+        target_link_options(${name} PRIVATE -Wl,--undefined-version)
+    endif()
+    set_property(TARGET ${name} APPEND PROPERTY LINK_DEPENDS ${script})
+endfunction()
+
 # nuAddLibrary(<name> ALIAS <alias> [LINKS <target>...])
 #
 # A shared library of every source file below the current folder. Its include roots are the
@@ -19,5 +65,8 @@ function(nuAddLibrary name)
         EXPORT_NAME ${arg_ALIAS}
         VERSION ${PROJECT_VERSION}
         SOVERSION 0
+        LIBRARY_OUTPUT_DIRECTORY ${NUXML_LIBRARY_FOLDER}
+        BUILD_WITH_INSTALL_RPATH ON
         INSTALL_RPATH "$ORIGIN")
+    nuVersionSymbols(${name})
 endfunction()
