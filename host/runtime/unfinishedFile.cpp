@@ -13,12 +13,14 @@ namespace {
 
 /// Where a handler finds them: it may neither wait nor allocate. Whoever finds no place is not seen
 /// by handlers, and loses nothing else.
-constexpr std::size_t mostSeen = 32;
-std::array<std::atomic<const UnfinishedFile*>, mostSeen> seenByHandlers{};
+auto& seenByHandlers() noexcept {
+    static std::array<std::atomic<const UnfinishedFile*>, 32> places{};
+    return places;
+}
 static_assert(std::atomic<const UnfinishedFile*>::is_always_lock_free);
 
 void exchangePlace(const UnfinishedFile* from, const UnfinishedFile* to) noexcept {
-    for (auto& place : seenByHandlers) {
+    for (auto& place : seenByHandlers()) {
         const UnfinishedFile* expected = from;
         if (place.compare_exchange_strong(expected, to)) {
             return;
@@ -60,7 +62,7 @@ void UnfinishedFile::remove() noexcept {
 }
 
 void removeUnfinishedFiles() noexcept {
-    for (auto& place : seenByHandlers) {
+    for (auto& place : seenByHandlers()) {
         if (const UnfinishedFile* const file = place.exchange(nullptr)) {
             ::unlinkat(file->folder_, file->name_.data(), 0);
         }

@@ -16,7 +16,7 @@ void checkCharacters(const void* buffer, std::size_t count, const TNuCharSet& re
                      std::u16string_view message) {
     const auto* bytes = static_cast<const std::byte*>(buffer);
     for (std::size_t left = count / cNuXmlCharSize; left > 0; --left, bytes += cNuXmlCharSize) {
-        NuXmlChar unit;
+        NuXmlChar unit = 0;
         std::memcpy(&unit, bytes, cNuXmlCharSize);
         if (NuCharInSet(unit, refused)) {
             throw ENuDomInvalidCharacter(message);
