@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 
 #include "host/runtime/export.h"
@@ -54,8 +55,26 @@ template <class Unit>
     return hashText(keys, text, [](char16_t unit) { return unit; });
 }
 
-/// For the containers of the standard library.
+/// The hash of bytes, eight at a time.
+[[nodiscard]] inline std::uint64_t hashText(const HashKeys& keys, std::string_view text) noexcept {
+    std::uint64_t hash = keys.start ^ text.size();
+    std::uint64_t eight = 0;
+    for (; text.size() >= sizeof eight; text.remove_prefix(sizeof eight)) {
+        std::memcpy(&eight, text.data(), sizeof eight);
+        hash = mixHash(keys, hash ^ eight);
+    }
+    eight = 0;
+    text.copy(reinterpret_cast<char*>(&eight), text.size());
+    return mixHash(keys, hash ^ eight);
+}
+
+/// For the containers of the standard library, which can then be asked by views.
 struct TextHash {
+    using is_transparent = void;
+
+    [[nodiscard]] std::size_t operator()(std::string_view text) const noexcept {
+        return static_cast<std::size_t>(hashText(hashKeys(), text));
+    }
     [[nodiscard]] std::size_t operator()(std::u16string_view text) const noexcept {
         return static_cast<std::size_t>(hashText(hashKeys(), text));
     }

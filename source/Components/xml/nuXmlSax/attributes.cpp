@@ -22,10 +22,10 @@ void put(std::u16string_view source, PNuXmlChar& text, host::SAXLength& length) 
 
 /// Compares letter by letter and stops at the first difference, so that a short name at the end of
 /// the buffer is not read past.
-bool startsLikeDeclaration(PNuXmlChar name) noexcept {
+bool startsLikeDeclaration(PNuXmlChar name, bool isExact) noexcept {
     for (const NuXmlChar letter : declarationPrefix) {
         const auto upper = static_cast<NuXmlChar>(letter - (u'a' - u'A'));
-        if (*name != letter && *name != upper) {
+        if (*name != letter && (isExact || *name != upper)) {
             return false;
         }
         ++name;
@@ -39,7 +39,8 @@ void TNuSAXAttribute::classify() noexcept {
     isDefaultNamespace_ = false;
     isNamespaceDecl_ = false;
     const PNuXmlChar name = qName_.data();
-    if (qName_.size() < declarationPrefix.size() || !startsLikeDeclaration(name)) {
+    if (qName_.size() < declarationPrefix.size() ||
+        !startsLikeDeclaration(name, reader_->IsBehindStage())) {
         return;
     }
     // Deliberate: the unit behind the letters is looked up in the buffer even where the name ends

@@ -42,8 +42,7 @@ const TNuSaxNamespace* TNuSaxNamespaceList::find(std::u16string_view prefix) con
     }
     const std::size_t hash = hashPrefix(prefix);
     const TNuSaxNamespace* entry = slots_[hash & (slots_.size() - 1)];
-    while (entry != nullptr && (entry->Hash != hash || !(entry->Prefix == prefix ||
-                                                         NuEqualFolded(entry->Prefix, prefix)))) {
+    while (entry != nullptr && (entry->Hash != hash || !isSame(entry->Prefix, prefix))) {
         entry = entry->Next;
     }
     recent_[recentPlace(prefix)] = entry;
@@ -92,7 +91,7 @@ void TNuSaxNamespaceList::Clear() {
 TNuSaxNamespace** TNuSaxNamespaceList::placeOf(const TNuSaxNamespace& entry) {
     TNuSaxNamespace** place = &slots_[entry.Hash & (slots_.size() - 1)];
     while (*place != nullptr &&
-           ((*place)->Hash != entry.Hash || !NuEqualFolded((*place)->Prefix, entry.Prefix))) {
+           ((*place)->Hash != entry.Hash || !isSame((*place)->Prefix, entry.Prefix))) {
         place = &(*place)->Next;
     }
     return place;

@@ -24,7 +24,8 @@ struct TNuSaxNamespace {
 };
 
 /// The namespace declarations in scope, oldest first. Prefixes are compared ignoring letter case
-/// (unlike Namespaces in XML), so `P:x` finds a declaration of `p`.
+/// (unlike Namespaces in XML), so `P:x` finds a declaration of `p`, unless a reader behind the
+/// conforming stage wants it otherwise.
 ///
 /// Lookup goes through a hash table of the prefixes, whose time grows neither with their number nor
 /// with the number of declarations of one of them.
@@ -48,6 +49,8 @@ public:
         }
     }
     void Clear();
+    /// Whether prefixes are compared exactly. For an empty list.
+    void compareExactly(bool isExact) noexcept { isExact_ = isExact; }
     [[nodiscard]] std::size_t Count() const noexcept { return count_; }
 
 private:
@@ -58,6 +61,9 @@ private:
         return (NuFoldCase(prefix.front()) + prefix.size()) % recentCount;
     }
     [[nodiscard]] const TNuSaxNamespace* find(std::u16string_view prefix) const;
+    [[nodiscard]] bool isSame(std::u16string_view left, std::u16string_view right) const {
+        return left == right || (!isExact_ && NuEqualFolded(left, right));
+    }
     void removeFrom(std::int32_t level);
     [[nodiscard]] TNuSaxNamespace** placeOf(const TNuSaxNamespace& entry);
     void removeNewest();
@@ -69,6 +75,7 @@ private:
     std::deque<TNuSaxNamespace> entries_;
     std::size_t count_ = 0;
     std::uint64_t addedCount_ = 0;
+    bool isExact_ = false;
     const TNuSaxNamespace* default_ = nullptr; ///< the newest entry without a prefix
     std::int32_t highestLevel_ = 0;
     bool isOrdered_ = true; ///< no entry has a lower level than one before it

@@ -9,6 +9,7 @@
 #include "host/runtime/format.h"
 #include "host/runtime/memoryStream.h"
 #include "host/sax/SaxHelpers.h"
+#include "nuXmlParser/conforming/conformingStream.h"
 #include "nuXmlParser/largeStreamParser.h"
 #include "nuXmlParser/parserErrors.h"
 #include "nuXmlParser/smallStreamParser.h"
@@ -55,8 +56,6 @@ host::Ref<TNuSAXXMLReader> TNuSAXXMLReader::CreateCounted() {
     return {reader};
 }
 
-void TNuSAXXMLReader::SetConforming(const TNuConformingOptions& options) { conforming_ = options; }
-
 void TNuSAXXMLReader::Parse(host::TStream* stream, bool ownsStream) {
     parse(std::unique_ptr<host::TStream>(ownsStream ? stream : nullptr), stream, false);
 }
@@ -88,6 +87,10 @@ void TNuSAXXMLReader::parse(std::unique_ptr<host::TStream> owned, host::TStream*
         } catch (const ENuSaxHandledAbort&) {
             // Deliberate: swallowed here, while a foreign exception leaves as an abort. Whoever
             // raises an abort has already told what there was to tell.
+        } catch (const ENuXmlFault& fault) {
+            // The stage knows nobody to tell.
+            tellFault(fault, &host::IErrorHandler::fatalError);
+            throw;
         } catch (const ENuSaxFatalError&) {
             throw;
         } catch (...) {
@@ -140,19 +143,34 @@ void TNuSAXXMLReader::ParseFragment(std::u16string_view text) {
 }
 
 void TNuSAXXMLReader::parseDocument(std::unique_ptr<host::TStream> owned, host::TStream* stream) {
-    // A NUL, which ends a fragment, is text to the large-stream parser.
-    const bool isLarge =
-        !isFragment_ && (parserChoice_ == TNuSaxParserChoice::LargeStream ||
-                         (parserChoice_ == TNuSaxParserChoice::BySize && stream != nullptr &&
-                          stream->GetSize() >= largeStreamSize));
-    if (isLarge) {
-        scan(new TNuXmlLargeStreamParser(stream, false, errorHandler_), std::move(owned));
+    if (conforming_ && !isFragment_ && stream != nullptr) {
+        parseBehindStage(*stream);
+    } else if (isLarge(stream)) {
+        scanLarge(std::move(owned), stream);
     } else {
-        // Text that stays in the nearer caches from its decoding to its last use.
-        constexpr std::size_t windowLength = 32 * 1024;
-        scan(new TNuXmlSmallStreamParser(stream, false, errorHandler_, windowLength),
-             std::move(owned));
+        scanSmall(std::move(owned), stream);
     }
+}
+
+bool TNuSAXXMLReader::isLarge(host::TStream* stream) const {
+    // Nobody knows the size of what the stage gives.
+    if (dynamic_cast<TNuConformingStream*>(stream) != nullptr) {
+        return true;
+    }
+    // A NUL, which ends a fragment, is text to the large-stream parser.
+    return !isFragment_ && (parserChoice_ == TNuSaxParserChoice::LargeStream ||
+                            (parserChoice_ == TNuSaxParserChoice::BySize && stream != nullptr &&
+                             stream->GetSize() >= largeStreamSize));
+}
+
+void TNuSAXXMLReader::scanLarge(std::unique_ptr<host::TStream> owned, host::TStream* stream) {
+    scan(new TNuXmlLargeStreamParser(stream, false, errorHandler_), std::move(owned));
+}
+
+void TNuSAXXMLReader::scanSmall(std::unique_ptr<host::TStream> owned, host::TStream* stream) {
+    // Text that stays in the nearer caches from its decoding to its last use.
+    constexpr std::size_t windowLength = 32 * 1024;
+    scan(new TNuXmlSmallStreamParser(stream, false, errorHandler_, windowLength), std::move(owned));
 }
 
 /// The stream goes with the character source, or with the caller's if that could not be made: in
@@ -194,6 +212,8 @@ void TNuSAXXMLReader::reportForeignException() {
 }
 
 void TNuSAXXMLReader::finishParse() {
+    namespaces_.Clear();
+    leaveStage();
     // Deliberate: a handler that the application put in place of a default one during the parse
     // goes too, because only the flag tells whose it was.
     if (contentHandlerCreated_) {
@@ -209,7 +229,6 @@ void TNuSAXXMLReader::finishParse() {
         errorHandlerCreated_ = false;
     }
     replacedHandlers_.clear();
-    namespaces_.Clear();
     if (OnFinished) {
         OnFinished(*this);
     }

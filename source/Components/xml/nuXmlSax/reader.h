@@ -21,6 +21,8 @@
 #include "nuXmlSax/namespaceList.h"
 #include "nuXmlSax/spaceStack.h"
 
+class ENuXmlFault;
+
 namespace nu {
 template <class Source> class SaxScanner;
 }
@@ -70,7 +72,7 @@ public:
     /// White space counts as the options say, without regard to xml:space where they say cwAll.
     /// Prefixes are then compared exactly, "xml" needs no declaration, comments and instructions
     /// keep their control characters.
-    void SetConforming(const TNuConformingOptions& options);
+    void SetConforming(const TNuConformingOptions& options) { conforming_ = options; }
     /// Leaves the reader to its own rules again, as it was made.
     void ClearConforming() noexcept { conforming_.reset(); }
     [[nodiscard]] const std::optional<TNuConformingOptions>& Conforming() const noexcept {
@@ -78,6 +80,8 @@ public:
     }
     /// What the conforming stage found out about the source of the last parse.
     [[nodiscard]] const TNuSourceForm& SourceForm() const noexcept { return sourceForm_; }
+    /// Whether what is being parsed comes through the stage that SetConforming asked for.
+    [[nodiscard]] bool IsBehindStage() const noexcept { return isBehindStage_; }
 
     /// Parses the rest of the stream from its position. With `ownsStream` the stream is destroyed
     /// at the end, however the parse ends. A stream in memory is read in
@@ -145,6 +149,16 @@ private:
     void parse(std::unique_ptr<host::TStream> owned, host::TStream* stream, bool isFragment);
     void installDefaultHandlers();
     void parseDocument(std::unique_ptr<host::TStream> owned, host::TStream* stream);
+    void parseBehindStage(host::TStream& stream);
+    bool parseWhole(host::TStream& stream);
+    void parseInBlocks(host::TStream& stream);
+    void enterStage();
+    void leaveStage() noexcept;
+    void tellFault(const ENuXmlFault& fault,
+                   void (host::IErrorHandler::*tell)(host::ISAXParseError& error));
+    [[nodiscard]] bool isLarge(host::TStream* stream) const;
+    void scanSmall(std::unique_ptr<host::TStream> owned, host::TStream* stream);
+    void scanLarge(std::unique_ptr<host::TStream> owned, host::TStream* stream);
     template <class Source> void scan(Source* newSource, std::unique_ptr<host::TStream> owned);
     [[noreturn]] void reportForeignException();
     void finishParse();
@@ -175,6 +189,8 @@ private:
     TNuSaxParserChoice parserChoice_ = TNuSaxParserChoice::BySize;
     std::optional<TNuConformingOptions> conforming_;
     TNuSourceForm sourceForm_;
+    bool isBehindStage_ = false;
+    nu::SpaceStack::Always spaceKept_ = nu::SpaceStack::Always::Nothing;
     host::Ref<TNuSAXAttributes> attributes_;
 
     bool isParsing_ = false;

@@ -65,7 +65,7 @@ template <class Source> void SaxScanner<Source>::scanProlog() {
 }
 
 template <class Source> void SaxScanner<Source>::scanContent() {
-    reader_.space_.clear();
+    reader_.space_.start(reader_.spaceKept_);
     while (!source_.hasEnded()) {
         // 1. As far as it goes the plain way.
         if constexpr (Source::hasTextAtHand) {
@@ -149,7 +149,8 @@ template <class Source> void SaxScanner<Source>::scanText() {
         if (source_.current() <= cNuSpace) {
             source_.template readUntil<StopSet::Solid>();
         }
-        if (source_.current() == cNuLt) {
+        if (source_.current() == cNuLt &&
+            !isInlineSpace(source_.keptPlace(), source_.currentPlace())) {
             return;
         }
     }

@@ -15,6 +15,10 @@ namespace nu {
 /// Entered with the first "-" behind "<!" current. Two dashes inside are accepted; control
 /// characters are dropped.
 template <class Source> void SaxScanner<Source>::scanComment() {
+    if (reader_.isBehindStage_) {
+        scanExactComment();
+        return;
+    }
     constexpr std::u16string_view terminator = u"-->";
 
     // 1. The second dash, then the first character of the text.
@@ -102,6 +106,10 @@ template <class Source> void SaxScanner<Source>::scanCData() {
 /// Entered with the "?" behind "<" current. The target ends at the first space, the data at the
 /// first "?".
 template <class Source> void SaxScanner<Source>::scanProcessingInstruction() {
+    if (reader_.isBehindStage_) {
+        scanExactInstruction();
+        return;
+    }
     // 1. The text; its first space divides it and belongs to neither part.
     std::u16string& collected = emptyCollection();
     source_.ReadXmlChar();
@@ -121,6 +129,42 @@ template <class Source> void SaxScanner<Source>::scanProcessingInstruction() {
         if (source_.hasEnded()) {
             fail(messages::endOfDocument);
         }
+    }
+}
+
+/// Behind the conforming stage: everything up to the terminator as it stands, control characters
+/// included. Leaves the last character of the terminator current.
+template <class Source>
+void SaxScanner<Source>::collectExactly(std::u16string_view terminator, std::u16string& target) {
+    while (!target.ends_with(terminator)) {
+        if (source_.hasEnded()) {
+            fail(messages::endOfDocument);
+        }
+        target += *source_.ReadRawChar();
+    }
+    target.resize(target.size() - terminator.size());
+}
+
+/// Entered with the first "-" behind "<!" current.
+template <class Source> void SaxScanner<Source>::scanExactComment() {
+    source_.ReadRawChar();
+    std::u16string& collected = emptyCollection();
+    collectExactly(u"-->", collected);
+    if (lexical() != nullptr) {
+        lexical()->comment(collected);
+    }
+}
+
+/// Entered with the "?" behind "<" current.
+template <class Source> void SaxScanner<Source>::scanExactInstruction() {
+    std::u16string& collected = emptyCollection();
+    collectExactly(u"?>", collected);
+    const std::u16string_view instruction = collected;
+    const std::size_t space = instruction.find(cNuSpace);
+    if (content() != nullptr) {
+        content()->processingInstruction(instruction.substr(0, space),
+                                         space == instruction.npos ? u""
+                                                                   : instruction.substr(space + 1));
     }
 }
 

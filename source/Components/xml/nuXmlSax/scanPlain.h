@@ -62,7 +62,7 @@ template <class Source> inline PNuXmlChar SaxScanner<Source>::scanPlainText(PNuX
     const PNuXmlChar solid = *start > cNuSpace || reader_.space_.isPreserved()
                                  ? start
                                  : source_.template findFrom<StopSet::Solid>(start);
-    if (*solid == cNuLt && solid != last) {
+    if (*solid == cNuLt && solid != last && !isInlineSpace(start, solid)) {
         source_.countRaw(start);
         if (solid != start) {
             source_.releaseBefore(start);

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 
 #include "nuXmlParser/markupBlock.h"
+#include "nuXmlParser/textCounter.h"
 #include "nuXmlSax/reader.h"
 
 namespace nu {
@@ -48,6 +50,11 @@ private:
     void scanMarkup();
     bool needsMoreText();
     void skipOutsideText();
+    /// Whether white space between two places is kept because it has no line break.
+    [[nodiscard]] bool isInlineSpace(PNuXmlChar start, PNuXmlChar end) const noexcept {
+        return reader_.space_.keepsInline() && start != end &&
+               std::find(start, end, TextCounter::lineFeed) == end;
+    }
     void scanText();
 
     // scanPlain.h: the hot loop, one function without a call but those of the handlers
@@ -78,6 +85,9 @@ private:
 
     // scanMarkup.h
     void scanComment();
+    void scanExactComment();
+    void scanExactInstruction();
+    void collectExactly(std::u16string_view terminator, std::u16string& target);
     void scanCData();
     void scanProcessingInstruction();
     void scanDocumentType();

@@ -69,7 +69,7 @@ inline constexpr std::u16string_view characterNotAllowed =
 inline constexpr std::u16string_view referenceMalformed =
     u"a reference to a character is malformed";
 inline constexpr std::u16string_view referenceNotAllowed =
-    u"a reference to a character that XML does not allow (U+%s)";
+    u"a reference to a character that XML does not allow, \"%s\"";
 inline constexpr std::u16string_view semicolonMissing =
     u"\";\" is missing after a reference, \"%s\"";
 inline constexpr std::u16string_view bareAmpersand =
@@ -89,6 +89,9 @@ inline constexpr std::u16string_view insideEntity = u"%s (in the entity \"%s\")"
 inline constexpr std::u16string_view parameterEntityInside =
     u"a parameter entity inside a declaration is not allowed in the internal subset";
 
+inline constexpr std::u16string_view declarationPercent =
+    u"\"%\" is not allowed in the value of an entity";
+
 // Document type and other markup
 inline constexpr std::u16string_view declarationExpected = u"a declaration is expected";
 inline constexpr std::u16string_view secondDocumentType = u"a second document type";
@@ -97,7 +100,7 @@ inline constexpr std::u16string_view documentTypeMisplaced =
 inline constexpr std::u16string_view unknownMarkup = u"this cannot follow \"<!\"";
 inline constexpr std::u16string_view malformedDeclaration = u"the declaration of %s is malformed";
 inline constexpr std::u16string_view publicIdCharacter =
-    u"a character that is not allowed in a public identifier (U+%s)";
+    u"a character that is not allowed in a public identifier";
 inline constexpr std::u16string_view spaceMissingIn = u"white space is missing in %s";
 inline constexpr std::u16string_view reservedTarget =
     u"the target \"xml\" is allowed in the XML declaration only";

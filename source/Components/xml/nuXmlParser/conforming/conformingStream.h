@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "host/runtime/stream.h"
 #include "nuXmlParser/conforming/conformingOptions.h"
@@ -26,13 +27,16 @@ class ConformingPass;
 class NUXML_API TNuConformingStream final : public host::TStream {
 public:
     explicit TNuConformingStream(host::TStream& source, const TNuConformingOptions& options = {});
+    /// \cond internal
+    explicit TNuConformingStream(std::unique_ptr<nu::ConformingPass> pass);
+    /// \endcond
     ~TNuConformingStream() override;
 
     std::size_t Read(void* buffer, std::size_t count) override;
     /// Throws host::EStreamError.
     std::size_t Write(const void* buffer, std::size_t count) override;
-    /// Tells the position, and goes back where nothing but the mark was read, which is what whoever
-    /// looks for one does. Anything else throws host::EStreamError.
+    /// Tells the position, and goes back as long as no more than the first few bytes were read,
+    /// which is what whoever looks for a mark does. Anything else throws host::EStreamError.
     std::int64_t Seek(std::int64_t offset, host::SeekOrigin origin) override;
     /// Throws host::EStreamError: nobody knows before all is read.
     std::int64_t GetSize() override;
@@ -43,8 +47,11 @@ public:
     [[nodiscard]] const std::optional<ENuXmlFault>& PassedFault() const noexcept;
 
 private:
+    static constexpr std::size_t headSize = 64;
+
     std::unique_ptr<nu::ConformingPass> pass_;
     std::int64_t position_ = 0;
+    std::string head_; ///< the first bytes, as long as no more than headSize were read
 };
 
 /// Reads the rest of the source and throws ENuXmlFault for its first fault: the fastest way to

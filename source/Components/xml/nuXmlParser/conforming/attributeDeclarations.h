@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "common/textHash.h"
+
+namespace nu {
+
+/// One attribute as an attribute list declares it.
+struct AttributeDeclaration {
+    std::string name;
+    bool isTokens = false; ///< of any type but CDATA: its values are trimmed and collapsed
+    bool hasDefault = false;
+    std::string value; ///< the default, normalised and escaped for double quotes
+};
+
+/// The declared attributes of one element type. The first declaration of an attribute counts.
+class ElementDeclaration {
+public:
+    void declare(AttributeDeclaration attribute);
+    [[nodiscard]] const AttributeDeclaration* find(std::string_view name) const noexcept {
+        const auto found = places_.find(name);
+        return found == places_.end() ? nullptr : &attributes_[found->second];
+    }
+    /// Calls `use` for each default whose attribute is not among those of the tag `tagNumber`,
+    /// which were told by `noteSpecified`.
+    template <class Use> void forEachMissing(std::uint64_t tagNumber, Use&& use) const {
+        for (const std::size_t place : defaults_) {
+            if (specifiedIn_[place] != tagNumber) {
+                use(attributes_[place]);
+            }
+        }
+    }
+    void noteSpecified(const AttributeDeclaration& attribute, std::uint64_t tagNumber) noexcept {
+        specifiedIn_[static_cast<std::size_t>(&attribute - attributes_.data())] = tagNumber;
+    }
+
+private:
+    std::vector<AttributeDeclaration> attributes_;
+    std::vector<std::uint64_t> specifiedIn_;
+    std::vector<std::size_t> defaults_;
+    std::unordered_map<std::string, std::size_t, TextHash, std::equal_to<>> places_;
+};
+
+inline void ElementDeclaration::declare(AttributeDeclaration attribute) {
+    const std::size_t place = attributes_.size();
+    if (places_.try_emplace(attribute.name, place).second) {
+        if (attribute.hasDefault) {
+            defaults_.push_back(place);
+        }
+        attributes_.push_back(std::move(attribute));
+        specifiedIn_.push_back(0);
+    }
+}
+
+/// What attribute lists declare, by element type.
+using ElementDeclarations =
+    std::unordered_map<std::string, ElementDeclaration, TextHash, std::equal_to<>>;
+
+} // namespace nu

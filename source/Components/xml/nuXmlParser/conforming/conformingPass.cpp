@@ -1,0 +1,154 @@
+#include "nuXmlParser/conforming/conformingPass.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "common/codePage.h"
+#include "common/stringStream.h"
+#include "host/runtime/memoryStream.h"
+#include "nuXmlParser/textDecoder.h"
+
+namespace nu {
+
+namespace {
+
+constexpr std::string_view mark = "\xEF\xBB\xBF";
+constexpr std::size_t everything = std::numeric_limits<std::size_t>::max();
+
+/// What is left of a stream whose bytes lie in memory; nothing for any other.
+std::optional<std::string_view> restInMemory(host::TStream& stream) {
+    const auto* const memory = dynamic_cast<host::TCustomMemoryStream*>(&stream);
+    if (memory == nullptr) {
+        return std::nullopt;
+    }
+    const std::int64_t start = stream.GetPosition();
+    const std::int64_t size = std::max<std::int64_t>(stream.GetSize() - start, 0);
+    stream.Seek(0, host::SeekOrigin::End);
+    const auto* const bytes = reinterpret_cast<const char*>(memory->Memory());
+    return size == 0 ? std::string_view("", 0)
+                     : std::string_view(bytes + start, static_cast<std::size_t>(size));
+}
+
+ByteSource byteSourceOf(std::optional<std::string_view> memory, host::TStream& stream) {
+    return memory ? ByteSource(*memory) : ByteSource(stream, ConformingPass::blockSize);
+}
+
+/// A stream of text that is UTF-16 by its kind: what it declares was written for its bytes
+/// elsewhere.
+bool isWideText(host::TStream& stream) {
+    const auto* const text = dynamic_cast<const TNuStringStream*>(&stream);
+    return text != nullptr && text->StringType() == 2;
+}
+
+} // namespace
+
+ConformingPass::ConformingPass(host::TStream& stream, const TNuConformingOptions& options,
+                               ReaderForm reader)
+    : options_(options), reader_(reader), source_(ByteSource(std::string_view())) {
+    if (isWideText(stream) && options_.encoding.empty()) {
+        options_.encoding = "UTF-16LE";
+        options_.keepEncodingName = true;
+    }
+    const std::optional<std::string_view> memory = restInMemory(stream);
+    memory_ = memory.value_or(std::string_view());
+    source_ = SourceText(byteSourceOf(memory, stream));
+}
+
+ConformingPass::~ConformingPass() = default;
+
+/// What the source throws when its first bytes are read is thrown by whoever reads first.
+void ConformingPass::open() {
+    if (!normaliser_) {
+        source_.open(options_.encoding);
+        normaliser_.emplace(source_, output_, options_, reader_, form_);
+        output_.append(mark);
+    }
+}
+
+std::string_view ConformingPass::readWhole() {
+    open();
+    normaliser_->run(everything);
+    TextStack& texts = normaliser_->texts();
+    noteForm();
+    if (source_.staysInPlace() && !texts.isChanged() && isReadAsUtf8(memory_)) {
+        return memory_;
+    }
+    texts.write();
+    return output_.text();
+}
+
+void ConformingPass::check() {
+    output_.discard();
+    open();
+    normaliser_->run(everything);
+    noteForm();
+}
+
+/// Whether a reader that is given these bytes takes them for UTF-8, which they are.
+bool ConformingPass::isReadAsUtf8(std::string_view bytes) const {
+    return source_.hasMark() || NuGetSystemCodePage() == cNuCodePageUtf8 ||
+           declaresUtf8(bytes.substr(0, bytes.find('>') + 1));
+}
+
+void ConformingPass::noteForm() {
+    form_.encoding = source_.encodingName();
+    form_.hasMark = source_.hasMark();
+    form_.lineEnd = source_.lineEnd();
+    form_.isChanged = normaliser_ && normaliser_->texts().isChanged();
+}
+
+std::size_t ConformingPass::read(char* target, std::size_t count) {
+    while (output_.text().empty() && !hasEnded_ && !failure_) {
+        fillOutput();
+    }
+    const std::string_view text = output_.text().substr(0, count);
+    if (text.empty() && failure_) {
+        std::rethrow_exception(failure_);
+    }
+    text.copy(target, text.size());
+    output_.take(text.size());
+    return text.size();
+}
+
+void ConformingPass::fillOutput() {
+    // 1. Behind a fault that is passed on, everything as it comes.
+    if (passedFault_) {
+        passedText_.clear();
+        hasEnded_ = !source_.passOn(nullptr, passedText_);
+        output_.append(passedText_);
+        return;
+    }
+    // 2. The next block.
+    try {
+        open();
+        hasEnded_ = !normaliser_->run(blockSize);
+        normaliser_->texts().write();
+    } catch (const ENuXmlFault& fault) {
+        if (options_.onFault == cfPassOn && normaliser_) {
+            passOn(fault);
+        } else {
+            failure_ = std::current_exception();
+        }
+    } catch (...) {
+        failure_ = std::current_exception();
+    }
+    // 3. What came before a fault still goes out.
+    if (failure_ && normaliser_) {
+        normaliser_->texts().write();
+    }
+    noteForm();
+}
+
+void ConformingPass::passOn(const ENuXmlFault& fault) {
+    TextStack& texts = normaliser_->texts();
+    texts.leaveAll();
+    passedFault_ = fault;
+    passedText_.clear();
+    source_.passOn(texts.notWritten(), passedText_);
+    output_.append(passedText_);
+    if (onPassedFault) {
+        onPassedFault(fault);
+    }
+}
+
+} // namespace nu

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace nu {
+
+/// The namespaces that prefixes are bound to, innermost element first. A look-up takes the same
+/// time however many declarations are in scope.
+class NamespaceBindings {
+public:
+    static constexpr std::string_view xmlUri = "http://www.w3.org/XML/1998/namespace";
+    static constexpr std::string_view xmlnsUri = "http://www.w3.org/2000/xmlns/";
+
+    /// Binds a prefix, empty for the default namespace, for the element at `depth`.
+    void bind(std::string_view prefix, std::string_view uri, std::size_t depth);
+    /// The declarations of the element at `depth`, and deeper ones, go.
+    void unbind(std::size_t depth) noexcept {
+        while (!bindings_.empty() && bindings_.back().depth >= depth) {
+            removeLast();
+        }
+    }
+    /// The namespace of a prefix that is not empty; null where it is not declared.
+    [[nodiscard]] const std::string* find(std::string_view prefix) const noexcept;
+
+private:
+    struct Binding {
+        std::string prefix;
+        std::string uri;
+        std::size_t depth;
+        std::size_t hash;
+        std::size_t older; ///< the next older one of the slot, counted from 1; 0 for none
+    };
+
+    void removeLast() noexcept;
+    void grow();
+
+    std::vector<Binding> bindings_;
+    std::vector<std::size_t> slots_; ///< the newest one, counted from 1; 0 for none
+};
+
+} // namespace nu

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "nuXmlParser/conforming/conformingOptions.h"
+#include "nuXmlParser/conforming/documentTypeRules.h"
+#include "nuXmlParser/conforming/entityRules.h"
+#include "nuXmlParser/conforming/markupRules.h"
+#include "nuXmlParser/conforming/openElements.h"
+#include "nuXmlParser/conforming/sourceForm.h"
+#include "nuXmlParser/conforming/sourceText.h"
+#include "nuXmlParser/conforming/tagRules.h"
+#include "nuXmlParser/conforming/textStack.h"
+
+namespace nu {
+
+/// The loop of the conforming stage: goes through a document, checks it and writes what the reader
+/// is to read.
+///
+/// Every construct has its rules in a class of its own; here is their order, and character data.
+class Normaliser {
+public:
+    /// \param source opened
+    Normaliser(SourceText& source, OutputText& output, const TNuConformingOptions& options,
+               ReaderForm reader, TNuSourceForm& form);
+
+    /// Goes on until so many bytes are ready to go out, or to the end of the document, and says by
+    /// false that there it is. Throws ENuXmlFault where the document is not well-formed.
+    bool run(std::size_t enough);
+    [[nodiscard]] TextStack& texts() noexcept { return texts_; }
+
+private:
+    void step();
+    void finish();
+    void passXmlDeclaration();
+    void passMarkup();
+    void passDeclarationMarkup();
+    void passOutside();
+    void passEntityEnd();
+
+    // Character data: textRules.cpp
+    void passText();
+    void passTextInEntity();
+    bool passTextEnd(const char* end);
+    bool passCarriageReturn(const char*& at);
+    void passReference();
+    bool passSpaceRun();
+    [[nodiscard]] bool isKept(std::string_view space) const noexcept;
+    [[nodiscard]] bool mayVanish(const char* reference);
+    void protect(std::string_view space);
+    void beginText() noexcept {
+        isTextFirst_ = true;
+        isTextSolid_ = false;
+    }
+    void noteText() noexcept {
+        isTextFirst_ = false;
+        isTextSolid_ = true;
+    }
+
+    SourceText& source_;
+    OutputText& output_;
+    const TNuConformingOptions& options_;
+    ReaderForm reader_;
+    TNuSourceForm& form_;
+
+    OpenElements elements_;
+    TextStack texts_;
+    EntityRules entities_;
+    TagRules tags_;
+    MarkupRules markup_;
+    DocumentTypeRules documentType_;
+
+    bool hasBegun_ = false;
+    bool hasEnded_ = false;
+    bool hasRoot_ = false;
+    bool hasDocumentType_ = false;
+    bool isTextFirst_ = true;  ///< nothing came out behind the last markup
+    bool isTextSolid_ = false; ///< something came out behind it that is not white space
+};
+
+} // namespace nu

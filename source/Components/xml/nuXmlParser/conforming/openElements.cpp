@@ -1,0 +1,21 @@
+#include "nuXmlParser/conforming/openElements.h"
+
+namespace nu {
+
+void OpenElements::settleLines(const SourceText& source, std::int64_t offset) {
+    // Those that are settled stand before those that are not, and offsets grow with the depth.
+    std::size_t first = elements_.size();
+    while (first > 0 && elements_[first - 1].line == 0) {
+        --first;
+    }
+    const char* from = source.begin();
+    PlaceCounter counter = source.counterAtBegin();
+    for (; first < elements_.size() && elements_[first].offset < offset; ++first) {
+        const char* const start = source.placeAt(elements_[first].offset);
+        counter.moveOver({from, static_cast<std::size_t>(start - from)});
+        from = start;
+        elements_[first].line = counter.place().line;
+    }
+}
+
+} // namespace nu

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <string_view>
+
+namespace nu {
+
+/// What the stage has to hand on: bytes that grow at the end and are taken from the front.
+class OutputText {
+public:
+    /// Nothing is kept: for who only wants to know whether there is a fault.
+    void discard() noexcept { isDiscarding_ = true; }
+    [[nodiscard]] bool isDiscarding() const noexcept { return isDiscarding_; }
+
+    void append(const char* from, const char* to) {
+        if (from != to && !isDiscarding_) {
+            const auto count = static_cast<std::size_t>(to - from);
+            if (capacity_ - size_ < count) {
+                grow(count);
+            }
+            std::memcpy(bytes_.get() + size_, from, count);
+            size_ += count;
+        }
+    }
+    void append(std::string_view text) { append(text.data(), text.data() + text.size()); }
+    void append(char c) { append(&c, &c + 1); }
+    void append(std::size_t count, char c) {
+        for (; count > 0; --count) {
+            append(c);
+        }
+    }
+    /// Room for what is surely to come.
+    void reserve(std::size_t count) {
+        if (capacity_ - size_ < count) {
+            grow(count);
+        }
+    }
+
+    /// What is there and not taken.
+    [[nodiscard]] std::string_view text() const noexcept {
+        return {bytes_.get() + taken_, size_ - taken_};
+    }
+    void take(std::size_t count) noexcept {
+        taken_ += count;
+        if (taken_ == size_) {
+            taken_ = size_ = 0;
+        }
+    }
+
+private:
+    struct Freer {
+        void operator()(char* bytes) const noexcept { std::free(bytes); }
+    };
+
+    void grow(std::size_t count);
+
+    std::unique_ptr<char, Freer> bytes_;
+    std::size_t capacity_ = 0;
+    std::size_t size_ = 0;
+    std::size_t taken_ = 0;
+    bool isDiscarding_ = false;
+};
+
+} // namespace nu

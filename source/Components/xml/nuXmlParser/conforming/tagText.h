@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace nu {
+
+/// An attribute as it stands in a start tag.
+struct TagAttribute {
+    const char* space; ///< where the white space before the name begins
+    const char* name;
+    const char* nameEnd;
+    const char* value; ///< behind the opening quote
+    const char* valueEnd;
+    bool isPlainForm;  ///< "=" and the quote, a double one, stand right behind the name
+    bool isPlainValue; ///< no reference, white space but spaces, or double quote in it
+
+    [[nodiscard]] std::string_view nameText() const noexcept { return {name, nameEnd}; }
+    [[nodiscard]] std::string_view valueText() const noexcept { return {value, valueEnd}; }
+};
+
+/// What is wrong with the text of a tag; no message, no fault.
+struct TagFault {
+    const char16_t* message = nullptr;
+    const char* place = nullptr;
+    std::string_view text; ///< what the message names
+};
+
+/// The parts of a tag, as it is written.
+class TagText {
+public:
+    enum class Result : std::uint8_t {
+        Complete,
+        CutShort, ///< the text ends inside the tag
+        Faulty    ///< not well-formed; `fault` says why
+    };
+
+    /// Takes the start tag at `less` apart.
+    Result readStartTag(const char* less, const char* textEnd);
+    /// Takes the end tag at `less` apart: a name and white space.
+    Result readEndTag(const char* less, const char* textEnd);
+
+    const char* name = nullptr;
+    const char* nameEnd = nullptr;
+    std::vector<TagAttribute> attributes;
+    const char* endSpace = nullptr; ///< the white space before the end of the tag
+    const char* end = nullptr;      ///< behind the ">"
+    bool isEmptyElement = false;
+    TagFault fault;
+
+    [[nodiscard]] std::string_view nameText() const noexcept { return {name, nameEnd}; }
+
+private:
+    Result readName(const char* start, const char* textEnd);
+    Result readAttribute(const char* space, const char* start, const char* textEnd);
+    Result readValue(TagAttribute& attribute, const char* quote, const char* textEnd);
+    Result fail(std::u16string_view message, const char* place, std::string_view text = {});
+};
+
+} // namespace nu

@@ -1,0 +1,119 @@
+#include "nuXmlParser/conforming/textStack.h"
+
+#include "host/runtime/format.h"
+#include "nuXmlParser/conforming/conformingMessages.h"
+
+namespace nu {
+
+bool TextStack::showMore() {
+    if (isInEntity()) {
+        return false;
+    }
+    if (!source_.staysInPlace()) {
+        write();
+        elements_.settleLines(source_, source_.offsetOf(place));
+    }
+    const bool isMore = source_.showMore(place);
+    end = source_.end();
+    if (!source_.staysInPlace()) {
+        notWritten_ = place;
+    }
+    return isMore;
+}
+
+bool TextStack::startsWith(std::string_view text) {
+    for (;;) {
+        const std::string_view shown(place, end);
+        if (shown.size() >= text.size() || !text.starts_with(shown)) {
+            return shown.starts_with(text);
+        }
+        if (!showMore()) {
+            return false;
+        }
+    }
+}
+
+void TextStack::write() {
+    if (dropped_ == nullptr) {
+        output_.append(notWritten_, place);
+    } else if (!isInEntity()) {
+        dropped_->add({notWritten_, place});
+    }
+    notWritten_ = place;
+}
+
+void TextStack::beginDropping(DroppedText& dropped) {
+    change(place, place, {});
+    dropped_ = &dropped;
+}
+
+void TextStack::endDropping() {
+    write();
+    dropped_ = nullptr;
+}
+
+void TextStack::insertBreaks(const char* at) {
+    insert(at, {});
+    output_.append(static_cast<std::size_t>(keptBreaks_), '\n');
+    keptBreaks_ = 0;
+}
+
+void TextStack::enter(Entity& entity, std::string_view name, const char* behindReference) {
+    // The reference goes, or is dropped with what stands around it.
+    change(place, behindReference, {});
+    if (dropped_ != nullptr && !isInEntity()) {
+        dropped_->add({notWritten_, behindReference});
+    }
+    frames_.push_back({&entity, std::string(name), elements_.depth(), place, behindReference, end});
+    entity.isOpen = true;
+    place = entity.text.data();
+    end = place + entity.text.size();
+    notWritten_ = place;
+}
+
+void TextStack::leave() {
+    write();
+    const Frame& frame = frames_.back();
+    frame.entity->isOpen = false;
+    place = frame.place;
+    end = frame.end;
+    notWritten_ = place;
+    frames_.pop_back();
+}
+
+void TextStack::leaveAll() {
+    while (isInEntity()) {
+        notWritten_ = place;
+        leave();
+    }
+}
+
+void TextStack::fail(std::u16string_view message, const char* at) const {
+    failWith(std::u16string(message), at);
+}
+
+void TextStack::fail(std::u16string_view message, std::string_view text, const char* at) const {
+    const std::u16string shown = shortened(text);
+    failWith(host::formatMessage(message, {shown}), at);
+}
+
+void TextStack::failWith(const std::u16string& message, const char* at) const {
+    if (!isInEntity()) {
+        throw makeFault(message, source_.placeOf(at));
+    }
+    const std::u16string name = shortened(frames_.back().name);
+    throw makeFault(host::formatMessage(messages::insideEntity, {message, name}),
+                    source_.placeOf(frames_.front().reference));
+}
+
+void TextStack::failEntity(std::u16string_view message) const {
+    throw makeFault(message, frames_.back().name, source_.placeOf(frames_.front().reference));
+}
+
+std::int64_t countBreaks(std::string_view text) noexcept {
+    PlaceCounter counter;
+    counter.moveOver(text);
+    return counter.place().line - 1;
+}
+
+} // namespace nu

@@ -1,0 +1,142 @@
+#include "nuXmlParser/markup/checkedText.h"
+
+#include <algorithm>
+
+#include "common/simd.h"
+#include "common/utf8.h"
+#include "common/utf8Sequence.h"
+
+namespace nu {
+
+namespace {
+
+/// Text that is looked at at once, so that it is still near for the second look.
+constexpr std::size_t pieceSize = 4096;
+
+constexpr bool isAllowed(char32_t codePoint) noexcept {
+    return codePoint >= 0x20 ? (codePoint & 0xFFFFFFFE) != 0xFFFE
+                             : codePoint == '\t' || codePoint == '\n' || codePoint == '\r';
+}
+
+#if defined(__SSE2__)
+
+/// Marks the control characters among 16 bytes that are not allowed.
+inline __m128i controls(__m128i block) noexcept {
+    const __m128i isControl = _mm_cmpeq_epi8(_mm_min_epu8(block, _mm_set1_epi8(0x1F)), block);
+    const __m128i isTabOrLf = _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('\t')),
+                                           _mm_cmpeq_epi8(block, _mm_set1_epi8('\n')));
+    const __m128i isCr = _mm_cmpeq_epi8(block, _mm_set1_epi8('\r'));
+    return _mm_andnot_si128(_mm_or_si128(isTabOrLf, isCr), isControl);
+}
+
+/// Marks where U+FFFE and U+FFFF begin among 16 bytes, of which two more are looked at.
+inline __m128i noncharacters(const char* bytes) noexcept {
+    const auto isByte = [](__m128i block, unsigned byte) {
+        return _mm_cmpeq_epi8(block, _mm_set1_epi8(static_cast<char>(byte)));
+    };
+    const __m128i third = _mm_or_si128(simd::loadBlock(bytes + 2), _mm_set1_epi8(1));
+    return _mm_and_si128(_mm_and_si128(isByte(simd::loadBlock(bytes), 0xEF),
+                                       isByte(simd::loadBlock(bytes + 1), 0xBF)),
+                         isByte(third, 0xBF));
+}
+
+/// Bytes from the front of well-formed text in which no character begins that is not allowed.
+std::size_t surelyAllowed(std::string_view bytes) noexcept {
+    constexpr std::size_t groupSize = 4 * simd::blockSize;
+    std::size_t place = 0;
+    for (; place + groupSize + 2 <= bytes.size(); place += groupSize) {
+        __m128i found = _mm_setzero_si128();
+        __m128i all = _mm_setzero_si128();
+        for (std::size_t offset = 0; offset < groupSize; offset += simd::blockSize) {
+            const __m128i block = simd::loadBlock(bytes.data() + place + offset);
+            found = _mm_or_si128(found, controls(block));
+            all = _mm_or_si128(all, block);
+        }
+        if (_mm_movemask_epi8(all) != 0) {
+            for (std::size_t offset = 0; offset < groupSize; offset += simd::blockSize) {
+                found = _mm_or_si128(found, noncharacters(bytes.data() + place + offset));
+            }
+        }
+        if (_mm_movemask_epi8(found) != 0) {
+            break;
+        }
+    }
+    return place;
+}
+
+#else
+
+std::size_t surelyAllowed(std::string_view /*bytes*/) noexcept { return 0; }
+
+#endif
+
+/// Character by character, from the one on that `from` is in.
+CheckedText checkEach(std::string_view bytes, std::size_t from) noexcept {
+    const auto* const start = reinterpret_cast<const unsigned char*>(bytes.data());
+    const auto* const end = start + bytes.size();
+    const auto* place = start + from;
+    while (place != end && (*place & 0xC0) == 0x80 && place != start) {
+        --place;
+    }
+    while (place != end) {
+        const Utf8Sequence sequence = readUtf8Sequence(place, end);
+        const auto length = static_cast<std::size_t>(place - start);
+        if (!sequence.wellFormed) {
+            return {length,
+                    sequence.truncated ? CheckedText::Stop::CutShort : CheckedText::Stop::Malformed,
+                    0};
+        }
+        if (!isAllowed(sequence.codePoint)) {
+            return {length, CheckedText::Stop::NotAllowed, sequence.codePoint};
+        }
+        place += sequence.length;
+    }
+    return {bytes.size(), CheckedText::Stop::All, 0};
+}
+
+/// The length of `bytes` without a sequence that their end may cut off.
+std::size_t wholeSequences(std::string_view bytes) noexcept {
+    std::size_t length = bytes.size();
+    for (int back = 0; back < 3 && length > 0; ++back) {
+        const auto last = static_cast<unsigned char>(bytes[length - 1]);
+        if (last < 0x80) {
+            break;
+        }
+        --length;
+        if (last >= 0xC0) {
+            return length;
+        }
+    }
+    return length;
+}
+
+} // namespace
+
+CheckedText checkText(std::string_view bytes) noexcept {
+    std::size_t checked = 0;
+    while (checked < bytes.size()) {
+        // 1. All at once, as nearly always.
+        const std::string_view rest = bytes.substr(checked, pieceSize);
+        const std::string_view piece = rest.substr(0, wholeSequences(rest));
+        if (!piece.empty() && NuIsUtf8(piece)) {
+            const std::size_t allowed = surelyAllowed(piece);
+            const CheckedText tail = checkEach(piece, allowed);
+            checked += tail.length;
+            if (tail.stop != CheckedText::Stop::All) {
+                return {checked, tail.stop, tail.codePoint};
+            }
+            continue;
+        }
+        // 2. One by one where something is wrong, or where there is only the end of the text.
+        const CheckedText found = checkEach(rest, 0);
+        checked += found.length;
+        if (found.stop != CheckedText::Stop::All &&
+            (found.stop != CheckedText::Stop::CutShort || found.length == 0 ||
+             checked + rest.size() - found.length == bytes.size())) {
+            return {checked, found.stop, found.codePoint};
+        }
+    }
+    return {checked, CheckedText::Stop::All, 0};
+}
+
+} // namespace nu
