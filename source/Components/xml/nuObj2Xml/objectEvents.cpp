@@ -97,7 +97,8 @@ void ObjectEvents::startElement(std::u16string_view uri, std::u16string_view loc
     guarded([&] {
         // 1. What the attributes say of type and value. The list is that of the reader, which is
         // ours.
-        ElementStart element{localName, {}, false};
+        // A name that begins with a colon, as an empty prefix leaves it, has none for the reader.
+        ElementStart element{localName.substr(localName.rfind(cNuColon) + 1), {}, false};
         int typeCertainty = 0;
         int nilCertainty = 0;
         for (const TNuSAXAttribute& attribute : static_cast<TNuSAXAttributes&>(attributes).all()) {

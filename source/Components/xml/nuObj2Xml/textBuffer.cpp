@@ -4,8 +4,8 @@
 #include <string>
 
 #include "common/utf8.h"
+#include "host/runtime/numberText.h"
 #include "nuXmlParser/scan.h"
-#include "nuXmlParser/whiteSpace.h"
 
 namespace nu {
 
@@ -45,9 +45,11 @@ template <class Unit> constexpr bool isPlainAscii(Unit unit) noexcept {
     return index < isPlain.size() && isPlain[index];
 }
 
-template <class Unit> bool isWhiteSpaceOnly(std::basic_string_view<Unit> text) noexcept {
+/// Whether readers would take a text for white space between tags: control characters count for
+/// some.
+template <class Unit> bool isBlank(std::basic_string_view<Unit> text) noexcept {
     return std::all_of(text.begin(), text.end(), [](Unit unit) {
-        return unit == Unit{' '} || unit == Unit{'\t'} || unit == Unit{'\n'};
+        return static_cast<std::make_unsigned_t<Unit>>(unit) <= ' ';
     });
 }
 
@@ -139,9 +141,10 @@ void TextBuffer<Unit>::appendEscaped(std::basic_string_view<Source> text) {
         appendEscaped(std::basic_string_view<Source>(withoutNul));
         return;
     }
-    if (isWhiteSpaceOnly(text)) {
-        const char16_t first = static_cast<unsigned char>(text.front());
-        appendAscii(first == u' ' ? "&#32;" : first == u'\t' ? "&#9;" : "&#10;");
+    if (isBlank(text)) {
+        appendAscii("&#");
+        appendAscii(host::NumberText(static_cast<unsigned>(text.front())).view());
+        appendAscii(";");
         text.remove_prefix(1);
     }
     const Source* place = text.data();

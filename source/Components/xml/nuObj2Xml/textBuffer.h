@@ -45,8 +45,8 @@ public:
     /// UTF-16 text; its last character is whole.
     void appendWide(std::u16string_view text);
     /// UTF-16 text as the content of an element. NUL is dropped, and a carriage return and the
-    /// first character of a text of nothing but white space become references, because readers
-    /// would change them.
+    /// first character of a text of nothing but white space and control characters become
+    /// references, because readers would change them.
     void appendContent(std::u16string_view text);
     /// The same for UTF-8; what is malformed becomes U+FFFD.
     void appendUtf8Content(std::string_view text);

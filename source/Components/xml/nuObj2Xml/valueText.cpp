@@ -9,6 +9,7 @@
 #include "nuXmlParser/base64Text.h"
 #include "nuXmlParser/dateTimeText.h"
 #include "nuXmlParser/schemaTypes.h"
+#include "nuXmlParser/unescape.h"
 #include "nuXmlParser/variantText.h"
 
 namespace nu {
@@ -144,6 +145,8 @@ template <class Unit> void ValueWriter<Unit>::write(const host::Variant& value) 
         out_.appendContent(*text);
     } else if (value.IsString()) {
         out_.appendContent(NuVarToWideString(value));
+    } else if (NuVarType(value) == TNuDataType::StringArray) {
+        out_.appendContent(NuXMLToStr(NuVariantToXml(value)));
     } else {
         out_.appendWide(NuVariantToXml(value));
     }
