@@ -42,6 +42,15 @@ struct FoldingTable {
 
 constexpr FoldingTable foldingTable;
 
+char16_t lowered(char16_t unit) noexcept {
+    for (const nu::CaseFoldingRange& range : nu::lowerCaseRanges) {
+        if (unit >= range.first && unit <= range.last && (unit - range.first) % range.step == 0) {
+            return static_cast<char16_t>(unit + range.distance);
+        }
+    }
+    return NuFoldCase(unit);
+}
+
 } // namespace
 
 char16_t nu::foldBeyondAscii(char16_t unit) noexcept {
@@ -60,4 +69,10 @@ std::u16string NuFolded(std::u16string_view text) {
     std::u16string folded(text);
     std::transform(folded.begin(), folded.end(), folded.begin(), NuFoldCase);
     return folded;
+}
+
+std::u16string NuLowered(std::u16string_view text) {
+    std::u16string result(text);
+    std::transform(result.begin(), result.end(), result.begin(), lowered);
+    return result;
 }

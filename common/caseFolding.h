@@ -39,3 +39,7 @@ NUXML_API bool NuEqualFolded(std::u16string_view left, std::u16string_view right
 
 /// The text with every unit folded.
 NUXML_API std::u16string NuFolded(std::u16string_view text);
+
+/// The text in lower case, unit by unit. Other than folding it leaves alone what is in lower case
+/// already, like a final sigma.
+NUXML_API std::u16string NuLowered(std::u16string_view text);

@@ -84,6 +84,14 @@ inline constexpr std::array<CaseFoldingRange, 191> caseFoldingRanges = {{
     {0xA7D0, 0xA7D0, 1, 1}, {0xA7D6, 0xA7D8, 2, 1}, {0xA7F5, 0xA7F5, 1, 1},
     {0xAB70, 0xABBF, 1, -38864}, {0xFF21, 0xFF3A, 1, 32},
 }};
+// Everything whose lower case is another unit than that, with the way to the lower case.
+inline constexpr std::array<CaseFoldingRange, 15> lowerCaseRanges = {{
+    {0x00B5, 0x00B5, 1, 0}, {0x017F, 0x017F, 1, 0}, {0x0345, 0x0345, 1, 0},
+    {0x03C2, 0x03C2, 1, 0}, {0x03D0, 0x03D1, 1, 0}, {0x03D5, 0x03D6, 1, 0},
+    {0x03F0, 0x03F1, 1, 0}, {0x03F5, 0x03F5, 1, 0}, {0x13A0, 0x13EF, 1, 38864},
+    {0x13F0, 0x13F5, 1, 8}, {0x13F8, 0x13FD, 1, 0}, {0x1C80, 0x1C88, 1, 0},
+    {0x1E9B, 0x1E9B, 1, 0}, {0x1FBE, 0x1FBE, 1, 0}, {0xAB70, 0xABBF, 1, 0},
+}};
 // clang-format on
 
 } // namespace nu

@@ -15,6 +15,12 @@ def fold(code):
     return code
 
 
+def lower(code):
+    """The lower case where it is one character."""
+    lowered = chr(code).lower()
+    return ord(lowered) if len(lowered) == 1 and ord(lowered) < 0x10000 else code
+
+
 def ranges(folds):
     """Groups (code, folded) pairs of equal distance whose codes follow each other in steps of 1
     or 2."""
@@ -29,6 +35,15 @@ def ranges(folds):
                 continue
         found.append((code, code, 1, distance))
     return found
+
+
+def print_ranges(name, found):
+    print(f"inline constexpr std::array<CaseFoldingRange, {len(found)}> {name} = {{{{")
+    entries = [f"{{0x{first:04X}, 0x{last:04X}, {step}, {distance}}}"
+               for first, last, step, distance in found]
+    for start in range(0, len(entries), 3):
+        print("    " + ", ".join(entries[start:start + 3]) + ",")
+    print("}};")
 
 
 def main():
@@ -55,13 +70,12 @@ struct CaseFoldingRange {{
 
 // Everything above ASCII that folds to another unit.
 // clang-format off""")
-    found = ranges(folds)
-    print(f"inline constexpr std::array<CaseFoldingRange, {len(found)}> caseFoldingRanges = {{{{")
-    entries = [f"{{0x{first:04X}, 0x{last:04X}, {step}, {distance}}}"
-               for first, last, step, distance in found]
-    for start in range(0, len(entries), 3):
-        print("    " + ", ".join(entries[start:start + 3]) + ",")
-    print("}};\n// clang-format on\n\n} // namespace nu")
+    print_ranges("caseFoldingRanges", ranges(folds))
+    print("// Everything whose lower case is another unit than that, with the way to the lower case.")
+    print_ranges("lowerCaseRanges", ranges(
+        [(code, lower(code)) for code in range(0x80, 0x10000)
+         if not 0xD800 <= code <= 0xDFFF and lower(code) != fold(code)]))
+    print("// clang-format on\n\n} // namespace nu")
 
 
 if __name__ == "__main__":

@@ -340,6 +340,8 @@ const Case kindsCases[] = {
     // Slashes in double quotes belong to the value, as far as they are looked for.
     {"0", u"B[@k=\"a/b\"]", u"B2"},
     {"0", u"B[@k=\"a&slash;b\"]", u"B2"},
+    {"0", u"B[@k='a&slash;b']", u"B2"},
+    {"0", u"/.//r", u"r"},
     {"0", u"B[@x=\"/////////\"]/b", u"Exception Unterminated Filtervalue!"},
     {"0", u"*[@x=\"//\"] | b", u"b b1"},
     // Values as they are meant, CDATA too
@@ -470,6 +472,7 @@ TEST(PathTest, TakesWhateverItIsGiven) {
     EXPECT_EQ(outcome(u"root[\"" + repeated(u"/", million) + u"\"]"),
               u"Exception Unterminated Filtervalue!");
     EXPECT_EQ(outcome(u"root[" + repeated(u"9", million) + u"]"), u"");
+    EXPECT_EQ(outcome(repeated(u"root[", 250) + repeated(u"x", 60'000) + repeated(u"]", 250)), u"");
     // Generous even for a sanitized build on a busy machine; anything quadratic takes hours.
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::minutes(2));
 }
@@ -508,11 +511,64 @@ TEST(PathTest, FindsAnElementByItsId) {
     EXPECT_EQ(found(u"x'y"), u"none");
     EXPECT_EQ(found(u"nowhere"), u"none");
     EXPECT_EQ(TNuDOMDocument::Create()->getElementById(u"x"), nullptr);
-    try {
-        static_cast<void>(document->getElementById(u"a | b"));
-        FAIL();
-    } catch (const host::Exception& error) {
-        EXPECT_EQ(error.Message(), u"Unterminated Filtervalue!");
+    // Ids that a path would take for something else.
+    TNuDOMElement& last = document->GetRootNode()->AddElement(u"z");
+    last.setAttribute(u"n", u"6");
+    for (const std::u16string_view id :
+         {u"/////////", u"a/b/c/d/e/f | //*", u"a | b", u" ", u"[", u"]", u"a&slash;b", u"&amp;",
+          u"@*", u"<=>", u"http://x/y?z=1#/1/2"}) {
+        last.setAttribute(u"id", id);
+        EXPECT_EQ(found(id), u"6") << NuToUtf8(id);
+    }
+}
+
+TEST(PathTest, ComplainsOfWhatNoPathCanMean) {
+    struct Complaint {
+        std::u16string_view path;
+        std::u16string_view text;
+    };
+    constexpr std::u16string_view contains = u"the path language has no function contains()";
+    for (const Complaint& row : {
+             Complaint{u"a/b[@c='and'] | //d[e]/text() | x[.=1][string()='a or b'][last()]", u""},
+             Complaint{u"a[@b = 'x (y)'] | ../node()/@* | /a[1][first()]", u""},
+             Complaint{u"a[contains(@b,'x')]", contains},
+             Complaint{u"a[b[contains(@c, 'x')]]", contains},
+             Complaint{u"a[@b=contains(c)]", contains},
+             Complaint{u"a[contains(b)='x']", contains},
+             Complaint{u"a/contains(b)", contains},
+             Complaint{u"a[not(contains(b))]", u"the path language has no function not()"},
+             Complaint{u"a[last()-1]", u"the path language has no place for last()-1 here"},
+             Complaint{u"a/child::b", u"the path language has no axis child::"},
+             Complaint{u"a[@b!='x']", u"the path language has no operator !="},
+             Complaint{u"a[b<>1]", u"the path language has no operator <>"},
+             Complaint{u"a[@b='x' and @c='y']", u"the path language has no operator and"},
+             Complaint{u"a[@b or @c]", u"the path language has no operator or"},
+             Complaint{u"a[b or c]", u"the path language has no operator or"},
+             Complaint{u"a|b", u"the path language wants a blank on each side of |"},
+             Complaint{u"a / b", u"no name has a blank in it, as \"a \" has"},
+         }) {
+        EXPECT_EQ(TNuDOMPath(row.path).Complaint(), row.text) << NuToUtf8(row.path);
+    }
+}
+
+TEST(PathTest, FailsForAWrongReferenceWhateverItIsComparedWith) {
+    const NuRef<TNuDOMDocument> document = NuCreateDOMDocument(u"<r><a><b>&#;</b></a></r>");
+    for (const std::u16string_view literal : {u"", u"x", u"&#;", u"a long one"}) {
+        const std::u16string value = u"='" + std::u16string(literal) + u"']";
+        EXPECT_THROW(static_cast<void>(document->CreateNodeList(u"//b[." + value)),
+                     host::EConvertError);
+        EXPECT_THROW(static_cast<void>(document->CreateNodeList(u"//a[b" + value)),
+                     host::EConvertError);
+    }
+}
+
+TEST(PathTest, MakesNamesInLowerCase) {
+    // Final sigma, micro sign and long s are in lower case already, whatever they fold to.
+    const NuRef<TNuDOMDocument> document = NuCreateDOMDocument(u"<r/>");
+    constexpr auto options = soCreate | soCaseInsensitive;
+    for (const std::u16string_view path : {u"/R/ΌΡΟΣ/\u00B5\u03C2\u017F", u"r/ΌΡΟς/\u03BCΣS"}) {
+        EXPECT_EQ(document->CreateNodeList(path, options)->Count(), 1U);
+        EXPECT_EQ(document->get_xml(), u"<r><όροσ><\u00B5\u03C2\u017F/></όροσ></r>");
     }
 }
 

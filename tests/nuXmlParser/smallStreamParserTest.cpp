@@ -194,14 +194,14 @@ TEST(SmallStreamParser, readsUtf16InPlace) {
 TEST(SmallStreamParser, failsClearlyOnBadStreams) {
     struct Case {
         std::int64_t failsAt;
-        std::int64_t claimedSize;
+        std::optional<std::int64_t> claimedSize;
         std::string_view expected;
     };
     constexpr std::int64_t never = std::numeric_limits<std::int64_t>::max();
     for (const Case& item :
          {Case{never, 7, "<a>x"}, Case{never, 2000, "X EStreamError Stream read error"},
           Case{never, never, "X EStreamError Stream read error"},
-          Case{5, -1, "X EStreamError broken"}, Case{0, -1, "X EStreamError broken"}}) {
+          Case{5, {}, "X EStreamError broken"}, Case{0, {}, "X EStreamError broken"}}) {
         OddStream utf8("\xEF\xBB\xBF<a>xy");
         OddStream utf16("\xFF\xFE" + support::utf16Bytes(u"<a>xy"));
         for (OddStream* stream : {&utf8, &utf16}) {
@@ -210,6 +210,13 @@ TEST(SmallStreamParser, failsClearlyOnBadStreams) {
             stream->claimedSize = item.claimedSize == 7 && stream == &utf16 ? 10 : item.claimedSize;
             EXPECT_EQ(textOf(*stream), item.expected);
         }
+    }
+    // Less than nothing is nothing.
+    for (const std::int64_t claimed :
+         {std::numeric_limits<std::int64_t>::min(), std::int64_t{-1}}) {
+        OddStream stream("\xFF\xFE" + support::utf16Bytes(u"<a>"));
+        stream.claimedSize = claimed;
+        EXPECT_EQ(textOf(stream), "X fatal eof");
     }
 }
 

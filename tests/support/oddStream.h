@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <optional>
 #include <string>
 
 #include "host/runtime/exception.h"
@@ -19,7 +20,7 @@ public:
 
     std::size_t readsAtMost = std::numeric_limits<std::size_t>::max();
     std::int64_t failsAt = std::numeric_limits<std::int64_t>::max(); ///< a read from there throws
-    std::int64_t claimedSize = -1;
+    std::optional<std::int64_t> claimedSize;
     inline static int alive = 0;
 
     std::size_t Read(void* buffer, std::size_t count) override {
@@ -42,7 +43,7 @@ public:
         return position_ = base + offset;
     }
     std::int64_t GetSize() override {
-        return claimedSize >= 0 ? claimedSize : static_cast<std::int64_t>(bytes_.size());
+        return claimedSize.value_or(static_cast<std::int64_t>(bytes_.size()));
     }
 
 private:

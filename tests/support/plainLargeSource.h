@@ -74,8 +74,16 @@ public:
         return buffer_.get();
     }
     [[nodiscard]] bool peeksAt(char16_t first, char16_t second) {
-        const PNuXmlChar place = PeekCardinal();
-        return place[0] == first && place[1] == second;
+        bool isPair = false;
+        static_cast<void>(peek([&] {
+            char16_t* const place = next_ - 1;
+            const char16_t found = *place;
+            if (!eof_) {
+                isPair = *ReadXmlChar() == second && found == first;
+            }
+            current_ = place;
+        }));
+        return isPair;
     }
 
 protected:

@@ -50,6 +50,7 @@ Operation operationOf(const GivenOption& given) {
     if (path.empty()) {
         throw UsageError("the path of " + std::string(given.name) + " is empty");
     }
+    checkPath(path);
     return operation;
 }
 

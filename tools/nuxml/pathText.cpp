@@ -4,6 +4,7 @@
 
 #include "arguments.h"
 #include "common/utf8.h"
+#include "nuXmlDOM.h"
 
 namespace tool {
 
@@ -42,6 +43,12 @@ std::u16string pathFromArgument(std::string_view argument) {
         throw UsageError("the path is not UTF-8");
     }
     return std::move(*path);
+}
+
+void checkPath(std::u16string_view path) {
+    if (const std::u16string complaint = TNuDOMPath(path).Complaint(); !complaint.empty()) {
+        throw UsageError(NuToUtf8(path) + ": " + NuToUtf8(complaint));
+    }
 }
 
 std::size_t findOutside(std::u16string_view path, char16_t character) {

@@ -11,6 +11,9 @@ namespace tool {
 /// A path as it stands on the command line. Throws UsageError when it is not UTF-8.
 std::u16string pathFromArgument(std::string_view argument);
 
+/// Throws UsageError for what other path languages have and this one has not.
+void checkPath(std::u16string_view path);
+
 /// The first place of one of `characters` in a path that stands neither in brackets nor in quotes;
 /// npos without one.
 std::size_t findOutside(std::u16string_view path, char16_t character);

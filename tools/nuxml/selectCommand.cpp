@@ -50,6 +50,7 @@ Options readOptions(Arguments arguments) {
     }
 
     options.path = pathFromArgument(operands.front().text);
+    checkPath(options.path);
     options.form = asValue ? Form::Value : asPath ? Form::Path : asCount ? Form::Count : Form::Xml;
     options.select = (ignoresCase ? soCaseInsensitive : TNuDOMSelectOptions()) |
                      (ignoresNamespace ? soIgnoreNamespace : TNuDOMSelectOptions());

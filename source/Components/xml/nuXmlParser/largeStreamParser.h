@@ -101,10 +101,11 @@ public:
             ReadXmlChar();
         }
     }
-    /// Whether the next two characters, controls skipped, are these.
+    /// Whether the next two characters, controls skipped, are these. The end, if it is met, is no
+    /// character here; the end flag tells of it.
     [[nodiscard]] bool peeksAt(NuXmlChar first, NuXmlChar second) {
-        const PNuXmlChar place = PeekCardinal();
-        return place[0] == first && place[1] == second;
+        const PNuXmlChar place = PeekXmlChar();
+        return !eof_ && *peekFrom(place + 1) == second && *place == first;
     }
     /// The text from the current character on stays in memory. It may move now, and not before the
     /// next call of this or ResetBuffer. It still fills the buffer.

@@ -36,8 +36,9 @@ void TNuXmlSmallStreamParser::Initialize() {
 
 void TNuXmlSmallStreamParser::openText(TNuEncoding encoding, host::TStream& stream) {
     // 1. What is left from the position on is the text.
-    const std::int64_t start = stream.GetPosition();
-    const auto size = static_cast<std::size_t>(std::max<std::int64_t>(stream.GetSize() - start, 0));
+    const std::int64_t start = std::max<std::int64_t>(stream.GetPosition(), 0);
+    const std::int64_t claimed = stream.GetSize();
+    const auto size = static_cast<std::size_t>(claimed > start ? claimed - start : 0);
 
     // 2. UTF-16 needs no decoding.
     if (encoding == neUtf16LittleEndian) {

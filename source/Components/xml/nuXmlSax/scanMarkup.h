@@ -82,6 +82,10 @@ template <class Source> void SaxScanner<Source>::scanCData() {
         if (source_.peeksAt(u']', cNuGt)) {
             break;
         }
+        // The look ahead may be what finds the end.
+        if (source_.hasEnded()) {
+            fail(messages::endInCData);
+        }
         source_.ReadXmlChar();
     }
     const auto length = source_.currentPlace() - source_.keptPlace();

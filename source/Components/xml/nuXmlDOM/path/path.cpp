@@ -24,9 +24,11 @@ TNuDOMPath::TNuDOMPath(std::u16string_view path, TNuDOMSelectOptions options)
 
 TNuDOMPath::~TNuDOMPath() = default;
 
-NuXmlString TNuDOMPath::Text() const { return program_->text; }
+NuXmlString TNuDOMPath::Text() const { return NuXmlString(program_->text); }
 
 TNuDOMSelectOptions TNuDOMPath::Options() const noexcept { return program_->options; }
+
+NuXmlString TNuDOMPath::Complaint() const { return program_->complaint; }
 
 NuRef<TNuDOMNodeList> TNuDOMPath::CreateNodeList(TNuDOMNode& context) const {
     NuRef<TNuDOMNodeList> list = TNuDOMNodeList::Create(&context, context.OwnerDocument(), false);

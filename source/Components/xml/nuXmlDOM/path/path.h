@@ -25,6 +25,11 @@ public:
 
     [[nodiscard]] NuXmlString Text() const;
     [[nodiscard]] TNuDOMSelectOptions Options() const noexcept;
+    /// What the path asks for and the path language does not have, in a few words ("the path
+    /// language has no function contains()"); empty without such a thing. A selection takes it for
+    /// a name, or a value, that no node has, and finds nothing. Mistakes that throw are not told
+    /// here.
+    [[nodiscard]] NuXmlString Complaint() const;
 
     /// \name Selecting from an element or a document
     /// Other nodes throw ENuDomNotSupported.

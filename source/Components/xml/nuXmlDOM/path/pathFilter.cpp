@@ -241,21 +241,16 @@ bool comparePathValue(const PathFilter& filter, std::u16string_view value) {
 
 bool comparePathValue(const PathFilter& filter, const TNuDOMNode& leaf) {
     const StoredText& stored = *NodeAccess::text(leaf);
-    const NuXmlString& folded = filter.literal.folded;
     const bool isEqualTest = filter.literal.isText && filter.comparison == PathOperator::equal;
-    if (isEqualTest && stored.isNarrow() && !filter.literal.hasReference) {
-        // What is stored gets shorter, never longer, where references in it are replaced.
+    // Without a reference what is stored is the value. Whether one is wrong must not depend on what
+    // the value is compared with.
+    if (isEqualTest && stored.isNarrow() && !stored.contains(cNuAmp)) {
         const std::string_view text = stored.narrow();
-        if (text.size() <= folded.size()) {
-            return text.size() == folded.size() &&
-                   std::equal(text.begin(), text.end(), folded.begin(),
-                              [](char byte, NuXmlChar unit) {
-                                  return NuLowerAscii(static_cast<unsigned char>(byte)) == unit;
-                              });
-        }
-        if (!stored.contains(cNuAmp)) {
-            return false;
-        }
+        const NuXmlString& folded = filter.literal.folded;
+        return std::equal(text.begin(), text.end(), folded.begin(), folded.end(),
+                          [](char byte, NuXmlChar unit) {
+                              return NuLowerAscii(static_cast<unsigned char>(byte)) == unit;
+                          });
     }
     NuXmlString value;
     NodeAccess::appendValue(leaf, value);

@@ -18,6 +18,14 @@ inline constexpr std::u16string_view noCreateInSearch =
 inline constexpr std::u16string_view noCreateForPath =
     u"It is not possible to use the soCreate option for the given search path!";
 
+// What TNuDOMPath::Complaint tells
+inline constexpr std::u16string_view noSuchInPaths = u"the path language has no %s %s";
+inline constexpr std::u16string_view noSuchPlaceInPaths =
+    u"the path language has no place for %s here";
+inline constexpr std::u16string_view barWithoutBlanks =
+    u"the path language wants a blank on each side of |";
+inline constexpr std::u16string_view blankInPathName = u"no name has a blank in it, as \"%s\" has";
+
 // ENuDomTypeMismatch
 inline constexpr std::u16string_view attributeFilterMismatch =
     u"You can only specify attribute filters for DOM Elements!";

@@ -25,8 +25,6 @@ struct PathLiteral {
     NuXmlString text;
     /// The same without regard to letter case.
     NuXmlString folded;
-    /// Whether "&" stands in it.
-    bool hasReference = false;
     /// The integer, if the text is one.
     std::optional<std::int64_t> integer;
 
@@ -52,7 +50,7 @@ enum class TNuXPathFilter : std::uint8_t {
 struct PathFilter {
     TNuXPathFilter kind = TNuXPathFilter::ftChildName;
     /// The attribute's name, or the path of the child.
-    NuXmlString name;
+    std::u16string_view name;
     PathOperator comparison = PathOperator::none;
     PathLiteral literal;
     std::int32_t position = 0;
@@ -79,11 +77,11 @@ struct PathStep {
     /// Whether it looks at everything below the context.
     bool isDeep = false;
     PathTest test = PathTest::everyElement;
-    NuXmlString name;
+    std::u16string_view name;
     std::vector<PathFilter> filters;
     PathMistake mistake = PathMistake::none;
     /// What soCreate makes when nothing matches: the text before the first bracket.
-    NuXmlString nameToCreate;
+    std::u16string_view nameToCreate;
 };
 
 enum class PathStart : std::uint8_t { context, parent, grandparent, document };
@@ -93,13 +91,17 @@ struct PathAlternative {
     std::vector<PathStep> steps;
 };
 
+/// The texts in it are parts of one text that readPath keeps, so that brackets in brackets cost no
+/// copies of what is in them.
 struct PathProgram {
-    NuXmlString text;
+    std::u16string_view text;
     TNuDOMSelectOptions options;
     std::vector<PathAlternative> alternatives;
+    /// What the path asks for and no path can mean, so that it selects nothing; empty without that.
+    NuXmlString complaint;
 };
 
-/// Reads a path.
+/// Reads a path, and keeps its text as long as the program.
 [[nodiscard]] std::shared_ptr<const PathProgram> readPath(std::u16string_view path,
                                                           TNuDOMSelectOptions options);
 

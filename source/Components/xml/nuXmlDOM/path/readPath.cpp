@@ -1,7 +1,9 @@
 #include <algorithm>
+#include <deque>
 #include <limits>
 
 #include "common/caseFolding.h"
+#include "nuXmlDOM/path/pathComplaints.h"
 #include "nuXmlDOM/path/pathProgram.h"
 
 namespace nu {
@@ -25,42 +27,45 @@ std::u16string_view trimmed(std::u16string_view text) noexcept {
     return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
-/// Replaces the slashes inside double quotes, so that they divide no steps.
+/// The slashes of a path that divide its steps: those that do not stand in double quotes.
 ///
-/// Deliberate: as many positions are looked at as the path has, and a replaced slash takes seven of
-/// them, so behind several replaced slashes the end of a path may not be looked at. Single quotes
+/// Deliberate: as many positions are looked at as the path has, and a slash in quotes takes seven
+/// of them, so behind several of these the end of a path may not be looked at. Single quotes
 /// protect nothing.
-NuXmlString protectSlashes(std::u16string_view path) {
-    NuXmlString result;
-    bool isQuoted = false;
-    std::size_t positions = path.size();
-    std::size_t index = 0;
-    while (index < path.size() && positions > 0) {
-        const NuXmlChar unit = path[index++];
-        isQuoted = isQuoted != (unit == cNuQuote);
-        if (unit == cNuSlash && isQuoted) {
-            result += protectedSlash;
-            positions -= std::min(positions, protectedSlash.size());
-        } else {
-            result += unit;
-            --positions;
+class DividingSlashes {
+public:
+    explicit DividingSlashes(std::u16string_view path) : path_(path) {
+        constexpr std::size_t protectedCost = 7;
+        bool isQuoted = false;
+        std::size_t positions = path.find(cNuQuote) == path.npos ? 0 : path.size();
+        for (std::size_t place = 0; place < path.size() && positions > 0; ++place) {
+            isQuoted = isQuoted != (path[place] == cNuQuote);
+            const bool isProtected = isQuoted && path[place] == cNuSlash;
+            if (isProtected) {
+                protected_.push_back(place);
+            }
+            positions -= std::min(positions, isProtected ? protectedCost : std::size_t{1});
         }
     }
-    return result.append(path.substr(index));
-}
 
-NuXmlString restoreSlashes(std::u16string_view step) {
-    NuXmlString result;
-    for (std::size_t from = 0;;) {
-        const std::size_t found = step.find(protectedSlash, from);
-        result += step.substr(from, found - from);
-        if (found == std::u16string_view::npos) {
-            return result;
-        }
-        result += cNuSlash;
-        from = found + protectedSlash.size();
+    /// Whether one stands at `place`.
+    [[nodiscard]] bool isAt(std::size_t place) const noexcept {
+        return place < path_.size() && path_[place] == cNuSlash &&
+               !std::binary_search(protected_.begin(), protected_.end(), place);
     }
-}
+    /// The first one from `place` on; `end` where there is none before that.
+    [[nodiscard]] std::size_t findFrom(std::size_t place, std::size_t end) const noexcept {
+        const std::u16string_view path = path_.substr(0, end);
+        while (place < end && !isAt(place)) {
+            place = std::min(path.find(cNuSlash, place + 1), end);
+        }
+        return place;
+    }
+
+private:
+    std::u16string_view path_;
+    std::vector<std::size_t> protected_;
+};
 
 PathOperator readOperator(std::u16string_view text) noexcept {
     return text == u"="    ? PathOperator::equal
@@ -77,7 +82,6 @@ void PathLiteral::dropQuotes() {
     const auto isQuote = [](NuXmlChar unit) { return unit == cNuApos || unit == cNuQuote; };
     text.erase(std::remove_if(text.begin(), text.end(), isQuote), text.end());
     folded = NuFolded(text);
-    hasReference = text.find(cNuAmp) != NuXmlString::npos;
 }
 
 namespace {
@@ -94,11 +98,45 @@ PathLiteral readLiteral(std::u16string_view text) {
     return literal;
 }
 
+/// Reads a path, and the paths in its brackets.
+class PathReader {
+public:
+    /// \param restored where texts are kept that are not as they stood in the path
+    PathReader(TNuDOMSelectOptions options, std::deque<NuXmlString>& restored)
+        : options_(options), restored_(restored) {}
+
+    void read(std::u16string_view path, PathProgram& program);
+    [[nodiscard]] const NuXmlString& complaint() const noexcept { return complaint_; }
+    /// The first complaint is the one that is told.
+    void complain(NuXmlString complaint) {
+        if (complaint_.empty()) {
+            complaint_ = std::move(complaint);
+        }
+    }
+
+private:
+    struct StepText {
+        std::u16string_view text;
+        bool isDeep;
+    };
+    struct AlternativeText {
+        PathStart start;
+        std::vector<StepText> steps;
+    };
+
+    static std::vector<AlternativeText> divide(std::u16string_view path);
+    std::u16string_view restoreSlashes(std::u16string_view step);
+
+    TNuDOMSelectOptions options_;
+    std::deque<NuXmlString>& restored_;
+    NuXmlString complaint_;
+};
+
 /// Reads one step: its name test and its filters.
 class StepReader {
 public:
-    StepReader(std::u16string_view step, TNuDOMSelectOptions options)
-        : step_(step), options_(options) {}
+    StepReader(std::u16string_view step, TNuDOMSelectOptions options, PathReader& reader)
+        : step_(step), options_(options), reader_(reader) {}
 
     PathStep read(bool isDeep) {
         PathStep result;
@@ -154,6 +192,7 @@ private:
     }
 
     void readTest(std::u16string_view test, PathStep& result) const {
+        reader_.complain(complaintAboutTest(test));
         if (options_.has(soIgnoreNamespace)) {
             test.remove_prefix(test.find(cNuColon) + 1); // none found is -1: nothing is cut
         }
@@ -213,12 +252,17 @@ private:
     }
 
     /// Takes "name operator literal" apart; only a name when there is no operator.
-    static void readComparison(std::u16string_view text, PathFilter& filter) {
+    void readComparison(std::u16string_view text, PathFilter& filter) const {
         const std::size_t first = text.find_first_of(operatorUnits);
         filter.name = trimmed(text.substr(0, first));
+        if (filter.kind == TNuXPathFilter::ftHasAttribute ||
+            filter.kind == TNuXPathFilter::ftAttributeValue) {
+            reader_.complain(complaintAboutName(filter.name));
+        }
         if (first == std::u16string_view::npos) {
             return;
         }
+        reader_.complain(complaintAboutComparison(text));
         const std::size_t behind =
             std::min(text.find_first_not_of(operatorUnits, first), text.size());
         filter.comparison = readOperator(text.substr(first, behind - first));
@@ -231,47 +275,84 @@ private:
             return;
         }
         constexpr std::u16string_view special = u"/@.*[|(#:";
+        if (filter.kind == TNuXPathFilter::ftChildName) {
+            reader_.complain(complaintAboutWords(filter.name));
+        }
         filter.isPlainName =
-            !filter.name.empty() && filter.name.find_first_of(special) == NuXmlString::npos;
-        if (!filter.isPlainName && depth <= deepestBrackets) {
-            filter.child = readPath(filter.name, options_);
+            !filter.name.empty() && filter.name.find_first_of(special) == filter.name.npos;
+        if (filter.isPlainName) {
+            reader_.complain(complaintAboutName(filter.name));
+        } else if (depth <= deepestBrackets) {
+            const auto child = std::make_shared<PathProgram>();
+            reader_.read(filter.name, *child);
+            filter.child = child;
         }
     }
 
     std::u16string_view step_;
     TNuDOMSelectOptions options_;
+    PathReader& reader_;
 };
 
-PathStart startOf(std::u16string_view alternative) noexcept {
-    return alternative.starts_with(u"//")      ? PathStart::context
-           : alternative.starts_with(u"..")    ? PathStart::grandparent
-           : alternative.starts_with(cNuSlash) ? PathStart::document
-           : alternative.starts_with(u'.')     ? PathStart::parent
-                                               : PathStart::context;
+PathStart startOf(std::u16string_view alternative, bool beginsWithSlash) noexcept {
+    return beginsWithSlash
+               ? alternative.starts_with(u"//") ? PathStart::context : PathStart::document
+           : alternative.starts_with(u"..") ? PathStart::grandparent
+           : alternative.starts_with(u'.')  ? PathStart::parent
+                                            : PathStart::context;
 }
 
-PathAlternative readAlternative(std::u16string_view text, TNuDOMSelectOptions options) {
-    PathAlternative result;
-    result.start = startOf(text);
-    const NuXmlString folded = options.has(soCaseInsensitive) ? NuFolded(text) : NuXmlString();
-    std::u16string_view rest = options.has(soCaseInsensitive) ? folded : text;
-    bool isFirst = true;
-    while (isFirst || !rest.empty()) {
-        // 1. One slash, which the first step may lack, or two.
-        const bool isDeep = rest.starts_with(u"//");
-        if (rest.starts_with(cNuSlash)) {
-            rest.remove_prefix(isDeep ? 2 : 1);
+/// Divides a path into the texts of its steps.
+std::vector<PathReader::AlternativeText> PathReader::divide(std::u16string_view path) {
+    std::vector<AlternativeText> result;
+    const DividingSlashes slashes(path);
+    for (std::size_t place = 0;;) {
+        const std::size_t end = std::min(path.find(separator, place), path.size());
+        AlternativeText& alternative = result.emplace_back();
+        alternative.start = startOf(path.substr(place, end - place), slashes.isAt(place));
+        do {
+            // 1. One slash, which the first step may lack, or two.
+            const bool isDivided = place < end && slashes.isAt(place);
+            const bool isDeep = isDivided && path.substr(place, end - place).starts_with(u"//");
+            place += isDeep ? 2 : isDivided ? 1 : 0;
+            // 2. The step up to the next one.
+            const std::size_t next = slashes.findFrom(place, end);
+            alternative.steps.push_back({path.substr(place, next - place), isDeep});
+            place = next;
+        } while (place < end);
+        if (end == path.size()) {
+            return result;
         }
-        // 2. The step up to the next one.
-        const std::size_t length = std::min(rest.find(cNuSlash), rest.size());
-        const std::u16string_view step = rest.substr(0, length);
-        result.steps.push_back(step.find(protectedSlash) == std::u16string_view::npos
-                                   ? StepReader(step, options).read(isDeep)
-                                   : StepReader(restoreSlashes(step), options).read(isDeep));
-        rest.remove_prefix(length);
-        isFirst = false;
+        place = end + separator.size();
     }
-    return result;
+}
+
+void PathReader::read(std::u16string_view path, PathProgram& program) {
+    program.text = path;
+    program.options = options_;
+    for (const AlternativeText& text : divide(path)) {
+        PathAlternative& alternative = program.alternatives.emplace_back();
+        alternative.start = text.start;
+        for (const StepText& step : text.steps) {
+            alternative.steps.push_back(
+                StepReader(restoreSlashes(step.text), options_, *this).read(step.isDeep));
+        }
+    }
+}
+
+/// The step with slashes in place of what stands for them.
+std::u16string_view PathReader::restoreSlashes(std::u16string_view step) {
+    std::size_t found = step.find(protectedSlash);
+    if (found == step.npos) {
+        return step;
+    }
+    NuXmlString& result = restored_.emplace_back();
+    std::size_t from = 0;
+    for (; found != step.npos; found = step.find(protectedSlash, from)) {
+        result.append(step.substr(from, found - from)) += cNuSlash;
+        from = found + protectedSlash.size();
+    }
+    return result += step.substr(from);
 }
 
 } // namespace
@@ -301,21 +382,23 @@ std::optional<std::int64_t> readPathInteger(std::u16string_view text) noexcept {
 }
 
 std::shared_ptr<const PathProgram> readPath(std::u16string_view path, TNuDOMSelectOptions options) {
-    auto program = std::make_shared<PathProgram>();
-    program->text = path;
-    program->options = options;
-    // Texts are copied only where they change: brackets in brackets would add up.
-    const bool isQuoted = path.find(cNuQuote) != std::u16string_view::npos;
-    const NuXmlString whole = isQuoted ? protectSlashes(path) : NuXmlString();
-    std::u16string_view rest = isQuoted ? std::u16string_view(whole) : path;
-    for (;;) {
-        const std::size_t end = rest.find(separator);
-        program->alternatives.push_back(readAlternative(rest.substr(0, end), options));
-        if (end == std::u16string_view::npos) {
-            return program;
-        }
-        rest.remove_prefix(end + separator.size());
+    struct Path {
+        NuXmlString given;
+        NuXmlString lowered;
+        std::deque<NuXmlString> restored;
+        PathProgram program;
+    };
+    const auto whole = std::make_shared<Path>();
+    whole->given = path;
+    const bool isLowered = options.has(soCaseInsensitive);
+    if (isLowered) {
+        whole->lowered = NuLowered(path);
     }
+    PathReader reader(options, whole->restored);
+    reader.read(isLowered ? whole->lowered : whole->given, whole->program);
+    whole->program.text = whole->given;
+    whole->program.complaint = reader.complaint();
+    return {whole, &whole->program};
 }
 
 } // namespace nu
