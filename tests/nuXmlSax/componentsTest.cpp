@@ -344,18 +344,17 @@ TEST(Parse, lendsWhatHandlersMayKeep) {
     EXPECT_EQ(OddStream::alive, 0);
     EXPECT_EQ(keeper->locator->getLineNumber() * 100 + keeper->locator->getColumnNumber(), 215);
     ASSERT_EQ(keeper->lists.size(), 2U);
-    EXPECT_EQ(keeper->lists[0]->getLength() * 10 + keeper->lists[1]->getLength(), 21);
+    EXPECT_EQ(keeper->lists[0]->getLength() + keeper->lists[1]->getLength(), 0);
 }
 
 TEST(Attributes, areFoundByNameAndPlace) {
     TNuSAXXMLReader reader;
-    host::Ref<host::IAttributes> kept;
-    std::string log;
+    bool isSeen = false;
     reader.OnStartElement = [&](TNuSAXXMLReader&, auto&, auto&, auto&, host::IAttributes& list) {
-        if (kept || list.getLength() == 0) {
+        if (list.getLength() == 0) {
             return;
         }
-        kept = &list;
+        isSeen = true;
         EXPECT_EQ(list.getLength(), 5);
         EXPECT_EQ(list.getQName(4) + u'|' + list.getLocalName(4) + u'|' + list.getURI(4) + u'|' +
                       list.getValue(4) + u'|' + list.getType(4),
@@ -391,11 +390,8 @@ TEST(Attributes, areFoundByNameAndPlace) {
         EXPECT_EQ(length, 0);
         EXPECT_EQ(buffered->getIndex(u"p:b", 3) * 10 + buffered->getIndex(u"v", 1, u"b", 1), 22);
     };
-    // URIs are looked up when asked for: outside the element in what is open then.
-    reader.OnEndElement = [&](auto&...) { log += support::readable(kept->getURI(4)) + ';'; };
-    reader.OnComment = [&](auto&) { log += support::readable(kept->getURI(4)) + ';'; };
-    reader.Parse(u"<o><a xmlns=\"u\" xmlns:p=\"v\" p:b=\"1\" c=\"2\" b=\"3\"/><!-- --></o>");
-    EXPECT_EQ(log, "u;;;");
+    reader.Parse(u"<o><a xmlns=\"u\" xmlns:p=\"v\" p:b=\"1\" c=\"2\" b=\"3\"/></o>");
+    EXPECT_TRUE(isSeen);
 }
 
 TEST(NamespaceList, hidesAndRemoves) {
@@ -494,6 +490,68 @@ TEST(Handlers, mustNotBeFreedWhileHeld) {
                   local._AddRef();
               }),
               "Exception Dangling RefCount 1");
+}
+
+// What is kept longer than it should be
+
+TEST(Reader, staysToTheEndOfItsParseWhoeverLetsGoOfIt) {
+    std::string expected;
+    bool isDropped = true;
+    for (std::size_t at = 0; isDropped; ++at) {
+        auto handle = TNuSAXXMLReader::CreateCounted();
+        TNuSAXXMLReader& reader = *handle;
+        std::string log;
+        std::size_t count = 0;
+        assignAll(reader, log, [&](std::string_view) {
+            if (count++ == at) {
+                handle.reset();
+            }
+        });
+        EXPECT_THROW(reader.Parse(faulty), ENuSaxFatalError);
+        isDropped = !handle;
+        expected = at == 0 ? log : expected;
+        EXPECT_EQ(log, expected) << at;
+    }
+    EXPECT_NE(expected, "");
+}
+
+TEST(Attributes, areAnEmptyListBeyondTheirEvent) {
+    constexpr std::u16string_view texts[] = {u"<a b=\"1\"><c b=\"2\"/></a>",
+                                             u"<a  b=\"1\"><c  b=\"2\"/></a>"};
+    for (const std::u16string_view text : texts) {
+        for (const bool fails : {false, true}) {
+            host::Ref<host::IProperty> property;
+            std::vector<host::Ref<host::IAttributes>> kept;
+            {
+                const auto reader = TNuSAXXMLReader::CreateCounted();
+                property = reader->getProperty(u"http://xml.org/sax/properties/lexical-handler");
+                reader->OnStartElement = [&](auto&, auto&, auto&, auto&, auto& attributes) {
+                    for (const auto& former : kept) {
+                        EXPECT_EQ(former->getLength(), 0);
+                    }
+                    kept.emplace_back(&attributes);
+                    EXPECT_EQ(attributes.getLength(), 1);
+                    EXPECT_EQ(attributes.getValue(u"b"), kept.size() == 1 ? u"1" : u"2");
+                    if (fails) {
+                        throw std::runtime_error("no");
+                    }
+                };
+                try {
+                    reader->Parse(text);
+                    EXPECT_FALSE(fails);
+                } catch (const ENuSaxHandledAbort&) {
+                    EXPECT_TRUE(fails);
+                }
+            }
+            EXPECT_EQ(kept.size(), fails ? 1U : 2U);
+            for (const auto& attributes : kept) {
+                EXPECT_EQ(attributes->getLength(), 0);
+                EXPECT_THROW((void)attributes->getValue(0), host::EListError);
+            }
+            // It keeps its reader.
+            property.as<host::IInterfaceProperty>()->setValue({});
+        }
+    }
 }
 
 } // namespace

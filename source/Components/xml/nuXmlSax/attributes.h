@@ -96,7 +96,8 @@ private:
 };
 
 /// The attributes of one start tag in document order, namespace declarations included. Duplicates
-/// are kept; a search finds the first. Names are compared exactly.
+/// are kept; a search finds the first. Names are compared exactly. A reference that is kept beyond
+/// the callback leads to an empty list.
 class NUXML_API TNuSAXAttributes
     : public TNuSAXHandlerOf<host::IBufferedAttributes, host::IAttributes> {
 public:

@@ -2,6 +2,9 @@
 
 #include "nuXmlSax/reader.h"
 
+TNuSaxProperty::TNuSaxProperty(TNuSAXXMLReader& reader, std::u16string_view name)
+    : TNuSAXHandlerOf(reader), name_(name), counted_(reader.IsCounted() ? &reader : nullptr) {}
+
 TNuSaxProperty::~TNuSaxProperty() noexcept(false) = default;
 TNuSaxIntfProperty::~TNuSaxIntfProperty() noexcept(false) = default;
 

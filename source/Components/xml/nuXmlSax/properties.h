@@ -7,14 +7,15 @@
 /// A property of a reader as an object of its own, bearing the name it was asked for by.
 class NUXML_API TNuSaxProperty : public TNuSAXHandlerOf<host::IInterfaceProperty> {
 public:
-    TNuSaxProperty(TNuSAXXMLReader& reader, std::u16string_view name)
-        : TNuSAXHandlerOf(reader), name_(name) {}
+    TNuSaxProperty(TNuSAXXMLReader& reader, std::u16string_view name);
     ~TNuSaxProperty() noexcept(false) override;
 
     host::SAXString getName() override { return name_; }
 
 private:
     host::SAXString name_;
+    /// The reader, if it is one that goes with its last reference.
+    host::Ref<host::IUnknown> counted_;
 };
 
 /// The lexical handler as a property. Setting the value sets the reader's handler too.

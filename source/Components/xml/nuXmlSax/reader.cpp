@@ -65,6 +65,8 @@ void TNuSAXXMLReader::parse(std::unique_ptr<host::TStream> owned, host::TStream*
     if (isParsing_) {
         throw host::ESAXException(nu::messages::alreadyParsing);
     }
+    // A counted reader stays to the end of the parse, although the last reference may go meanwhile.
+    const host::Ref<TNuSAXXMLReader> self(isCounted_ ? this : nullptr);
     const ParsingMark mark(isParsing_);
 
     // 1. Whoever listens to the start can still set handlers.

@@ -55,7 +55,9 @@ public:
     TNuSAXXMLReader& operator=(const TNuSAXXMLReader&) = delete;
     virtual ~TNuSAXXMLReader();
     /// A reader that lives as long as somebody holds it; one made otherwise belongs to its maker.
+    /// It stays to the end of a parse in any case.
     [[nodiscard]] static host::Ref<TNuSAXXMLReader> CreateCounted();
+    [[nodiscard]] bool IsCounted() const noexcept { return isCounted_; }
 
     /// The character source of the next parse. The whole size of a stream decides, wherever it
     /// stands, unless something else is chosen; with a choice the size is not asked for, so that a

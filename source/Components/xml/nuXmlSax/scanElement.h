@@ -30,9 +30,7 @@ template <class Source> void SaxScanner<Source>::scanStartTag() {
     const std::u16string_view uri = resolveNamespace(name);
 
     // 4. The events; an empty element ends where it starts.
-    if (content() != nullptr) {
-        content()->startElement(uri, name.localName(), name.qName(), attributes);
-    }
+    reportElementStart(uri, name, attributes);
     if (source_.current() == cNuSlash) {
         if (content() != nullptr) {
             content()->endElement(uri, name.localName(), name.qName());
@@ -48,6 +46,24 @@ template <class Source> void SaxScanner<Source>::scanStartTag() {
         if (source_.current() != cNuGt && source_.hasEnded()) {
             fail(messages::endOfDocument);
         }
+    }
+}
+
+template <class Source>
+inline void SaxScanner<Source>::reportElementStart(std::u16string_view uri, const Name& name,
+                                                   TNuSAXAttributes& attributes) {
+    /// The attributes are spans of the buffer: whoever keeps them has an empty list afterwards.
+    struct End {
+        TNuSAXAttributes& attributes;
+        ~End() {
+            if (attributes.RefCount() != 1) {
+                attributes.Clear();
+            }
+        }
+    };
+    if (content() != nullptr) {
+        const End end{attributes};
+        content()->startElement(uri, name.localName(), name.qName(), attributes);
     }
 }
 

@@ -113,9 +113,7 @@ template <class Source> inline PNuXmlChar SaxScanner<Source>::scanPlainStartTag(
     const std::u16string_view uri = resolveNamespace(name);
 
     // 3. The events; an empty element ends where it starts.
-    if (content() != nullptr) {
-        content()->startElement(uri, name.localName(), name.qName(), attributes);
-    }
+    reportElementStart(uri, name, attributes);
     if (*end != cNuSlash) {
         return end;
     }

@@ -70,6 +70,8 @@ private:
 
     // scanElement.h
     void scanStartTag();
+    [[gnu::always_inline]] void reportElementStart(std::u16string_view uri, const Name& name,
+                                                   TNuSAXAttributes& attributes);
     Name scanStartTagName();
     void scanEndTag();
     [[gnu::always_inline]] void reportElementEnd(const Name& name);
