@@ -32,8 +32,15 @@ template <class Result, class Operation>
 ResultCode guardCall(Result& result, Operation&& operation) noexcept {
     static_assert(std::is_nothrow_default_constructible_v<Result> &&
                   std::is_nothrow_move_assignable_v<Result>);
-    [[maybe_unused]] const Result former = std::exchange(result, Result());
-    return guardCall([&] { result = std::forward<Operation>(operation)(); });
+    const auto run = [&] { result = std::forward<Operation>(operation)(); };
+    if constexpr (std::is_trivially_destructible_v<Result>) {
+        // Nobody has to give a number a value before the call, so it is not looked at.
+        result = Result();
+        return guardCall(run);
+    } else {
+        const Result former = std::exchange(result, Result());
+        return guardCall(run);
+    }
 }
 
 /// The way back: throws ESystemError with the code and the error information of an interface

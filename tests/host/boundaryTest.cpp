@@ -1,6 +1,7 @@
 #include "host/com/boundary.h"
 
 #include <cstdlib>
+#include <cstring>
 #include <functional>
 #include <new>
 #include <stdexcept>
@@ -88,6 +89,24 @@ TEST(Boundary, turnsWhateverIsThrownIntoACode) {
                                            : row.description);
         }
     }
+}
+
+/// An out-parameter need not hold anything that its type allows.
+TEST(Boundary, doesNotReadWhatNobodyHasWritten) {
+    enum class Kind : std::uint8_t { first };
+    const auto check = [](auto value) {
+        alignas(decltype(value)) unsigned char place[sizeof value];
+        std::memset(place, 0xA5, sizeof place);
+        auto& result = reinterpret_cast<decltype(value)&>(place);
+        EXPECT_EQ(host::guardCall(result, [value] { return value; }), host::resultOk);
+        EXPECT_EQ(result, value);
+    };
+    check(true);
+    check(Kind::first);
+    check(7.5);
+    bool result; // NOLINT(cppcoreguidelines-init-variables): as a caller would have it
+    EXPECT_EQ(host::guardCall(result, [] { return true; }), host::resultOk);
+    EXPECT_TRUE(result);
 }
 
 TEST(Boundary, successLeavesErrorInformationAlone) {
