@@ -43,6 +43,9 @@ struct Model {
     std::vector<NuRef<TNuDOMNode>> handles;
     std::array<NuRef<TNuDOMNodeList>, 3> lists;
     bool isListed = false;
+    /// Its parent has refused it while nobody held it. It may be used again, so it stays although
+    /// nobody holds it; the model does not follow it then.
+    bool isLost = false;
 
     bool is(host::DOMNodeType other) const { return type == other; }
     bool hasChildren() const { return is(host::ELEMENT_NODE) || is(host::DOCUMENT_NODE); }
@@ -57,15 +60,20 @@ struct Model {
     }
 };
 
+/// A list that stands for itself, with nodes of both documents.
 struct Snapshot {
     NuRef<TNuDOMNodeList> list;
-    std::vector<Model*> members;
+    const Model* start;
+    std::vector<const Model*> members;
     std::size_t document;
 };
 
 using Nodes = std::vector<Model*>;
 
-std::ptrdiff_t indexIn(const Nodes& nodes, const Model* node) {
+/// Stands for what goes, or does not, with a lost node.
+const Model lost{};
+
+template <class List> std::ptrdiff_t indexIn(const List& nodes, const Model* node) {
     const auto place = std::find(nodes.begin(), nodes.end(), node);
     return place != nodes.end() ? place - nodes.begin() : -1;
 }
@@ -254,24 +262,20 @@ private:
             forEachBelow(*other, visit);
         }
     }
-    void forgetInSnapshots(const Model& node) {
+    void forgetInSnapshots(const Model& node, const Model* instead) {
         for (Snapshot& snapshot : snapshots_) {
-            std::replace(snapshot.members.begin(), snapshot.members.end(),
-                         const_cast<Model*>(&node), static_cast<Model*>(nullptr));
+            snapshot.start = snapshot.start == &node ? instead : snapshot.start;
+            std::replace(snapshot.members.begin(), snapshot.members.end(), &node, instead);
         }
     }
-    void moveTo(Model& root, std::size_t document) {
-        forEachBelow(root, [&](Model& node) {
-            if (node.document != document) {
-                forgetInSnapshots(node);
-                node.document = document;
-            }
-        });
+    static void moveTo(Model& root, std::size_t document) {
+        forEachBelow(root, [&](Model& node) { node.document = document; });
     }
     void drop(Model& root) {
         Nodes dropped;
+        const Model* instead = root.isLost ? &lost : nullptr;
         forEachBelow(root, [&](Model& node) {
-            forgetInSnapshots(node);
+            forgetInSnapshots(node, instead);
             dropped.push_back(&node);
         });
         const auto isDropped = [&](const auto& node) { return indexIn(dropped, node.get()) >= 0; };
@@ -324,6 +328,7 @@ private:
             return remove(pickNode());
         case 7: {
             Model& node = pickNode();
+            node.isLost = false;
             return node.handles.emplace_back(node.node), void();
         }
         case 8:
@@ -399,12 +404,14 @@ private:
             isRefused = true;
         }
         require(isDone != isRefused);
+        node.isLost = node.parent == nullptr && !node.isHeld();
     }
     void remove(Model& node) {
         if (node.is(host::DOCUMENT_NODE)) {
             return;
         }
         leave(node);
+        node.isLost = false;
         if (pick(2) == 0) {
             NuRef<TNuDOMNode> taken(node.node);
             node.node->_linkToParent(nullptr, rdpLast, nullptr);
@@ -444,6 +451,7 @@ private:
                 leave(*child);
             }
         }
+        const NuRef<TNuDOMNode> held(element.node); // as in read
         element.node->set_nodeValue(value);
         if (kept == nullptr && !value.empty()) {
             place(add(*element.node->LastChild(), element.document), element, rdpLast, nullptr);
@@ -468,6 +476,7 @@ private:
         for (Model* child : Nodes(element->children)) {
             leave(*child);
         }
+        const NuRef<TNuDOMNode> held(element->node); // its last held child may just leave it
         element->node->set_innerxml(text.xml);
         addBelow(*element);
         String below;
@@ -491,6 +500,7 @@ private:
             element->lists[kind].reset();
         } else {
             element->lists[kind] = NuRef<TNuDOMNodeList>(list);
+            element->isLost = false;
         }
     }
     void snapshot() {
@@ -498,15 +508,20 @@ private:
             snapshots_.erase(snapshots_.begin());
             return;
         }
-        Model& start = pickNode();
-        auto& document = static_cast<TNuDOMDocument&>(*documents_[start.document]->node);
-        Snapshot made{TNuDOMNodeList::Create(start.node, &document, false), {}, start.document};
+        const Model& start = pickNode();
+        const std::size_t owner = pick(8) == 0 ? 1 - start.document : start.document;
+        auto& document = static_cast<TNuDOMDocument&>(*documents_[owner]->node);
+        Snapshot made{TNuDOMNodeList::Create(start.node, &document, false), &start, {}, owner};
         for (std::size_t count = pick(8); count > 0; --count) {
             Model& node = pickNode();
-            if (node.document == start.document && indexIn(made.members, &node) < 0) {
-                require(made.list->Add(*node.node) ==
-                        static_cast<std::ptrdiff_t>(made.members.size()));
-                made.members.push_back(&node);
+            const auto size = static_cast<std::ptrdiff_t>(made.members.size());
+            const std::ptrdiff_t known = indexIn(made.members, &node);
+            if (pick(2) == 0) {
+                require(made.list->Add(*node.node) == (known < 0 ? size : known));
+                made.members.insert(made.members.end(), known < 0 ? 1 : 0, &node);
+            } else {
+                require(made.list->Insert(0, *node.node) == (known < 0 ? 0 : known));
+                made.members.insert(made.members.begin(), known < 0 ? 1 : 0, &node);
             }
         }
         snapshots_.push_back(std::move(made));
@@ -592,12 +607,16 @@ private:
         }
         for (const Snapshot& snapshot : snapshots_) {
             require(snapshot.list->Count() == snapshot.members.size());
+            checkEntry(snapshot.start, snapshot.list->Node());
             for (std::size_t index = 0; index < snapshot.members.size(); ++index) {
-                const Model* member = snapshot.members[index];
-                TNuDOMNode* item = snapshot.list->GetItem(static_cast<std::ptrdiff_t>(index));
-                require(member == nullptr || member->node == item);
+                checkEntry(snapshot.members[index],
+                           snapshot.list->GetItem(static_cast<std::ptrdiff_t>(index)));
             }
         }
+    }
+    /// A node that has gone reads as null, any other as itself.
+    static void checkEntry(const Model* expected, const TNuDOMNode* entry) {
+        require(expected == &lost || entry == (expected != nullptr ? expected->node : nullptr));
     }
     void checkNode(const Model& model) {
         require(model.node->OwnerDocument() == documents_[model.document]->node);

@@ -1,9 +1,11 @@
+#include <algorithm>
 #include <functional>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <malloc.h>
 
 #include "nuXmlDOM.h"
 
@@ -165,6 +167,58 @@ TEST(TreeScale, readsNamesOfManyNamespaces) {
     const TNuDOMElement& root = *document->GetRootNode();
     EXPECT_EQ(root.FirstChildElement()->get_nextSibling()->GetCreationNamespaceURI(), u"1");
     EXPECT_EQ(root.LastChild()->LastChild()->GetCreationNamespaceURI().size(), million);
+}
+
+/// What is held leaves what nobody holds, which goes with the last of it.
+TEST(TreeScale, letsGoOfWhatIsLeft) {
+    const auto document = withRoot();
+    const auto list = TNuDOMNodeList::Create(nullptr, document.get(), false);
+    // 1. Wrapper after wrapper around one node, also in one another.
+    const auto core = document->createElement(u"core");
+    NuRef<TNuDOMElement> wrapper;
+    const auto inUse = [] { return mallinfo2().uordblks; };
+    std::size_t used = 0;
+    for (std::size_t number = 0; number < many; ++number) {
+        wrapper = document->createElement(u"w");
+        wrapper->appendChild(*core);
+        used = number == many / 2 ? inUse() : used;
+    }
+    EXPECT_LE(inUse(), used + 1000);
+    for (std::size_t number = 0; number < many; ++number) {
+        NuRef<TNuDOMElement> outer = document->createElement(u"o");
+        outer->appendChild(*wrapper);
+        wrapper = outer;
+    }
+    list->Add(*wrapper);
+    wrapper.reset();
+    EXPECT_NE(list->GetItem(0), nullptr);
+    document->GetRootNode()->appendChild(*core);
+    EXPECT_EQ(list->GetItem(0), nullptr);
+    // 2. One of many after the other, wide or deep, from the first or the last; dropped or moved.
+    for (int kind = 0; kind < 8; ++kind) {
+        auto top = document->createElement(u"top");
+        std::vector<NuRef<TNuDOMNode>> held;
+        TNuDOMElement* place = top.get();
+        for (std::size_t number = 0; number < many; ++number) {
+            held.emplace_back(&place->AddElement(u"h"));
+            place->AddElement(u"unheld");
+            place = kind % 2 != 0 ? &place->AddElement(u"deeper") : place;
+        }
+        if (kind / 2 % 2 != 0) {
+            std::reverse(held.begin(), held.end());
+        }
+        list->Clear();
+        list->Add(*top);
+        top.reset();
+        while (!held.empty()) {
+            ASSERT_NE(list->GetItem(0), nullptr) << kind;
+            if (kind < 4) {
+                held.back()->_delete();
+            }
+            held.pop_back();
+        }
+        EXPECT_EQ(list->GetItem(0), nullptr) << kind;
+    }
 }
 
 TEST(TreeScale, findsNamespacesFarBelowTheirDeclaration) {

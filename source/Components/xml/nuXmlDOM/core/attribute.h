@@ -38,6 +38,7 @@ public:
 
 private:
     using TNuDOMNode::TNuDOMNode;
+    ~TNuDOMAttribute() = default;
     friend class nu::NodeAccess;
 
     nu::StoredText text_;

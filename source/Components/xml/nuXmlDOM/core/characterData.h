@@ -34,6 +34,7 @@ public:
 
 protected:
     using TNuDOMChildNode::TNuDOMChildNode;
+    ~TNuDOMCharacterData() = default;
 
     /// Puts `text` in place of the stored text.
     void store(std::u16string_view text);
@@ -71,6 +72,7 @@ public:
 
 protected:
     using TNuDOMCharacterData::TNuDOMCharacterData;
+    ~TNuDOMText() = default;
     friend class nu::NodeAccess;
 };
 
@@ -90,6 +92,7 @@ public:
 
 private:
     using TNuDOMText::TNuDOMText;
+    ~TNuDOMCDATA() = default;
     friend class nu::NodeAccess;
 };
 
@@ -127,6 +130,7 @@ public:
 
 private:
     using TNuDOMCharacterData::TNuDOMCharacterData;
+    ~TNuDOMComment() = default;
     friend class nu::NodeAccess;
 
     void wasExtended() noexcept override { position_ = cEnd; }
@@ -158,6 +162,7 @@ public:
 
 private:
     using TNuDOMChildNode::TNuDOMChildNode;
+    ~TNuDOMProcessingInstruction() = default;
     friend class nu::NodeAccess;
 
     nu::StoredText text_;

@@ -10,20 +10,27 @@
 #include "nuXmlDOM/core/liveLists.h"
 #include "nuXmlDOM/core/nodeAccess.h"
 
-const TNuDOMNodeClass TNuDOMDocument::Class{u"TNuDOMDocument", host::DOCUMENT_NODE, nullptr};
+namespace {
+
+TNuDOMNode* refuseDocument(TNuDOMDocument* /*document*/) {
+    throw ENuDomNotSupported(nu::cNotSupported);
+}
+
+} // namespace
+
+const TNuDOMNodeClass TNuDOMDocument::Class{u"TNuDOMDocument", host::DOCUMENT_NODE, refuseDocument};
 
 // Coming and going
 
 TNuDOMDocument::TNuDOMDocument()
-    : TNuDOMNode(nullptr, host::DOCUMENT_NODE), names_(memory_, *this), lifetime_(*this) {
+    : TNuDOMNode(nullptr, host::DOCUMENT_NODE), names_(memory_, *this), lifetime_(*this),
+      snapshots_(*this) {
     nu::NodeAccess::setName(*this, names_.nameless());
 }
 
 TNuDOMDocument::~TNuDOMDocument() {
     // Nodes, names and texts are in the memory of the document and go with it.
-    while (firstResultList_ != nullptr) {
-        delete firstResultList_;
-    }
+    snapshots_.end();
     while (firstLists_ != nullptr) {
         nu::NodeLists* lists = firstLists_;
         firstLists_ = lists->next;
@@ -43,6 +50,7 @@ void TNuDOMDocument::Destroy() {
 void TNuDOMDocument::Clear() {
     // Without this the document could go with the last held node that is taken out.
     const NuRef<TNuDOMDocument> self(this);
+    const nu::DocumentLifetime::Work work(lifetime_);
     if (documentElement_ != nullptr) {
         documentElement_->_delete();
     }
@@ -76,21 +84,6 @@ void TNuDOMDocument::removeLists(nu::NodeLists& lists) noexcept {
     (lists.previous != nullptr ? lists.previous->next : firstLists_) = lists.next;
     if (lists.next != nullptr) {
         lists.next->previous = lists.previous;
-    }
-}
-
-void TNuDOMDocument::enterResultList(TNuDOMNodeList& list) noexcept {
-    list.next_ = firstResultList_;
-    if (firstResultList_ != nullptr) {
-        firstResultList_->previous_ = &list;
-    }
-    firstResultList_ = &list;
-}
-
-void TNuDOMDocument::leaveResultList(TNuDOMNodeList& list) noexcept {
-    (list.previous_ != nullptr ? list.previous_->next_ : firstResultList_) = list.next_;
-    if (list.next_ != nullptr) {
-        list.next_->previous_ = list.previous_;
     }
 }
 
@@ -143,18 +136,12 @@ void TNuDOMDocument::forgetRefused(TNuDOMNode& node) noexcept {
 }
 
 void TNuDOMDocument::forgetNode(TNuDOMNode& node) noexcept {
-    lifetime_.forgetNode(node);
-    // New lists stand before those that have marked their members.
-    for (TNuDOMNodeList* list = firstResultList_; list != nullptr && !list->marksMembers_;
-         list = list->next_) {
-        list->markMembers();
-    }
-    if (node.hasFlag(nu::isInResultList)) {
-        for (TNuDOMNodeList* list = firstResultList_; list != nullptr; list = list->next_) {
-            list->forgetNode(node);
-        }
-        node.clearFlag(nu::isInResultList);
-    }
+    snapshots_.forgetNode(node);
+    leaveNode(node);
+}
+
+void TNuDOMDocument::leaveNode(TNuDOMNode& node) noexcept {
+    lifetime_.withdraw(node);
     if (node.hasFlag(nu::isRefused)) {
         forgetRefused(node);
     }

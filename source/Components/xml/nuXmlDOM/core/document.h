@@ -16,6 +16,7 @@
 #include "nuXmlDOM/core/lifetime.h"
 #include "nuXmlDOM/core/nameTable.h"
 #include "nuXmlDOM/core/node.h"
+#include "nuXmlDOM/core/snapshots.h"
 
 /// \file
 /// The document.
@@ -78,7 +79,8 @@ public:
     void get_doctype() const;
     NuRef<TNuDOMNode> importNode(TNuDOMNode& node, bool deep);
 
-    /// Makes a node of a class that has a name and puts it below `parent`, if there is one.
+    /// Makes a node of a class that has a name and puts it below `parent`, if there is one. Throws
+    /// ENuDomNotSupported for the class of documents.
     TNuDOMNode& _CreateNode(const TNuDOMNodeClass& nodeClass, std::u16string_view name,
                             std::u16string_view namespaceURI, TNuDOMNode* parent,
                             TNuDOMPosition position, TNuDOMNode* reference);
@@ -212,6 +214,7 @@ private:
     friend class TNuDOMNode;
     friend class TNuDOMNodeList;
     friend class nu::DocumentLifetime;
+    friend class nu::Snapshots;
     friend class ::TNuSaxToDomHandler;
     friend class nu::NodeAccess;
     friend void nu::adopt(TNuDOMNode& root, TNuDOMDocument& document);
@@ -224,14 +227,14 @@ private:
     [[nodiscard]] nu::NodeLists* makeLists(TNuDOMNode& node);
     void enterLists(nu::NodeLists& lists) noexcept;
     void removeLists(nu::NodeLists& lists) noexcept;
-    void enterResultList(TNuDOMNodeList& list) noexcept;
-    void leaveResultList(TNuDOMNodeList& list) noexcept;
     void noteRefused(TNuDOMNode& node) noexcept;
     void forgetRefused(TNuDOMNode& node) noexcept;
     /// Makes a node of another document one of this, under a name of this.
     void take(TNuDOMNode& node, const nu::NodeName* name) noexcept;
-    /// A node goes or leaves the document: nothing refers to it any more.
+    /// A node goes: nothing refers to it any more.
     void forgetNode(TNuDOMNode& node) noexcept;
+    /// A node goes to another document.
+    void leaveNode(TNuDOMNode& node) noexcept;
     void freeExtras(nu::NodeExtras& extras) noexcept;
     [[nodiscard]] TNuDOMProcessingInstruction* findInstruction(std::u16string_view target) const;
     template <class Node>
@@ -249,7 +252,7 @@ private:
 
     /// What has to be told when nodes go, or goes with the document.
     nu::NodeLists* firstLists_ = nullptr;
-    TNuDOMNodeList* firstResultList_ = nullptr;
+    nu::Snapshots snapshots_;
     /// Memory of a former snapshot: fresh pages cost more than a search fills them with.
     std::vector<TNuDOMNode*> room_;
     /// Nodes outside of the tree whose parent has refused them.

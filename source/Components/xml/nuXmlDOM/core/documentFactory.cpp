@@ -50,8 +50,9 @@ TNuDOMCharacterData& TNuDOMDocument::_CreateCharacterData(const TNuDOMNodeClass&
                                                           TNuDOMPosition position,
                                                           TNuDOMNode* reference) {
     lifetime_.reclaim();
-    auto& node = nu::NodeAccess::cast<TNuDOMCharacterData>(*nodeClass.create(this));
-    Unfinished guard(node);
+    TNuDOMNode& made = *nodeClass.create(this);
+    Unfinished guard(made);
+    auto& node = nu::NodeAccess::cast<TNuDOMCharacterData>(made);
     node.set_data(value);
     if (parent != nullptr) {
         node._linkToParent(parent, position, reference);

@@ -25,6 +25,7 @@ class DocumentLifetime;
 class Face;
 class FaceAccess;
 class NodeAccess;
+class Snapshots;
 
 /// What an object of a document shares with others and leads to the document. For most nodes this
 /// is their name; for those that need more, an object of their own.
@@ -47,13 +48,15 @@ enum ObjectFlag : std::uint16_t {
     hasElementOrder = 32,
     /// A text that reads the same after it is unescaped and escaped again.
     isCanonicalText = 64,
-    /// A held node for whose sake DocumentLifetime keeps what it stands in.
+    /// A held node for whose sake DocumentLifetime keeps a candidate that it stands in.
     isWitness = 128,
     /// A node that is the parent of refused ones.
     hasRefused = 256,
     /// An element that was given a child other than plain text and comments: without it a search
     /// for elements need not look at the children.
     hadNamedChild = 512,
+    /// A witness, or a node of a candidate below which one stands.
+    leadsToWitness = 1024,
 };
 
 } // namespace nu
@@ -128,6 +131,7 @@ private:
     friend class nu::DocumentLifetime;
     friend class nu::FaceAccess;
     friend class nu::NodeAccess;
+    friend class nu::Snapshots;
     friend class TNuDOMDocument;
     friend class TNuDOMNode;
     friend class TNuDOMNodeList;

@@ -211,6 +211,7 @@ NuXmlString TNuDOMElement::get_nodeValue() const {
 }
 
 void TNuDOMElement::set_nodeValue(std::u16string_view value) {
+    const nu::DocumentLifetime::Work work(OwnerDocument()->lifetime());
     // 1. The first plain text keeps its place, if a text is wanted at all.
     TNuDOMText* kept = nullptr;
     if (!value.empty()) {
@@ -246,6 +247,7 @@ NuXmlString TNuDOMElement::GetCDATA() const {
 }
 
 void TNuDOMElement::set_innerxml(std::u16string_view xml) {
+    const nu::DocumentLifetime::Work work(OwnerDocument()->lifetime());
     while (TNuDOMNode* child = children_.last()) {
         child->_delete();
     }

@@ -213,6 +213,7 @@ public:
 
 private:
     using TNuDOMChildNode::TNuDOMChildNode;
+    ~TNuDOMElement() = default;
     friend class nu::NodeAccess;
 
     void _addChild(TNuDOMNode& child, TNuDOMPosition position, TNuDOMNode* reference) override;

@@ -97,25 +97,12 @@ void DocumentLifetime::followNotes() noexcept {
 }
 
 void DocumentLifetime::follow(TNuDOMNode& node) noexcept {
-    const bool isLinked = NodeAccess::isLinked(node);
-    if (isLinked && candidates_.count(&node) == 1) {
-        // Most often: others that are held stand behind the witness.
-        look(*takeCandidate(node), node);
-        return;
-    }
-    noteCandidates(node);
-    if (!isLinked) {
-        look(node, node);
-    }
-}
-
-void DocumentLifetime::noteCandidates(TNuDOMNode& witness) noexcept {
-    if (witness.hasFlag(isWitness)) {
-        while (TNuDOMNode* root = takeCandidate(witness)) {
-            if (root != &witness) {
-                note(*root);
-            }
+    if (NodeAccess::isLinked(node)) {
+        if (node.hasFlag(isWitness) && !NodeAccess::isHeld(node)) {
+            lookFurther(node, node, node);
         }
+    } else if (!node.hasFlag(isCandidate)) {
+        look(node);
     }
 }
 
@@ -130,42 +117,99 @@ TNuDOMNode* DocumentLifetime::takeNote() noexcept {
     return node;
 }
 
-void DocumentLifetime::eraseNote(TNuDOMNode& node) noexcept {
-    if (hasNotes_.load(std::memory_order_acquire)) {
-        const Lock lock(lock_);
-        notes_.erase(&node);
+bool DocumentLifetime::eraseNote(TNuDOMNode& node) noexcept {
+    if (!hasNotes_.load(std::memory_order_acquire)) {
+        return false;
     }
+    const Lock lock(lock_);
+    return notes_.erase(&node) != 0;
 }
 
 // Nodes outside of the tree
 
+namespace {
+
+/// Changes the nodes from one up to what stands below another.
+template <class Change> void changePath(TNuDOMNode* from, const TNuDOMNode* to, Change&& change) {
+    for (; from != to; from = NodeAccess::parent(*from)) {
+        change(*from);
+    }
+}
+
+/// Whether `root` is what `node` stands in. Looks only so far up as costs nothing: false tells
+/// nothing.
+bool isSoonFound(const TNuDOMNode& root, const TNuDOMNode& node) noexcept {
+    constexpr int mostSteps = 64;
+    const TNuDOMNode* place = &node;
+    for (int steps = 0; place != nullptr && steps < mostSteps; ++steps) {
+        if (place == &root) {
+            return true;
+        }
+        place = NodeAccess::parent(*place);
+    }
+    return false;
+}
+
+} // namespace
+
 void DocumentLifetime::collect(TNuDOMNode& detached) noexcept {
     withdraw(detached);
-    look(detached, detached);
+    look(detached);
 }
 
-void DocumentLifetime::reclaimBut(TNuDOMNode& node) noexcept {
-    if (hasNotes_.load(std::memory_order_acquire)) {
-        if (!NodeAccess::isLinked(node) && !node.hasFlag(isWitness)) {
-            eraseNote(node);
-        }
-        followNotes();
-    }
+bool DocumentLifetime::reclaimBut(TNuDOMNode& node) noexcept {
+    const bool isWaiting =
+        node.hasFlag(isCandidate) || (!NodeAccess::isLinked(node) && eraseNote(node));
+    reclaim();
+    return isWaiting;
 }
 
-void DocumentLifetime::look(TNuDOMNode& root, const TNuDOMNode& start) noexcept {
-    if (const TNuDOMNode* held = NodeAccess::firstHeld(root, start)) {
-        setWitness(root, const_cast<TNuDOMNode&>(*held));
-    } else {
+void DocumentLifetime::look(TNuDOMNode& root) noexcept {
+    const TNuDOMNode* held = NodeAccess::firstHeld(root);
+    if (held == nullptr) {
         NodeAccess::destroySubtree(root);
+    } else if (held != &root) {
+        addCandidate(root, const_cast<TNuDOMNode&>(*held));
     }
 }
 
-void DocumentLifetime::setWitness(TNuDOMNode& root, TNuDOMNode& witness) noexcept {
+/// A candidate has lost its witness: another one is looked for, from `start` on first, where the
+/// witness stood. From `place` up to the candidate nodes lead to it still.
+void DocumentLifetime::lookFurther(TNuDOMNode& witness, TNuDOMNode& place,
+                                   const TNuDOMNode& start) noexcept {
+    TNuDOMNode& root = *candidates_.find(&witness)->second;
+    const TNuDOMNode* held = NodeAccess::firstHeld(root, start);
+    if (held != nullptr && held != &root) {
+        replaceWitness(witness, place, const_cast<TNuDOMNode&>(*held));
+        return;
+    }
+    removeCandidate(root, witness, place);
+    if (held == nullptr) {
+        note(root);
+    }
+}
+
+void DocumentLifetime::departed(TNuDOMNode& node, TNuDOMNode& place, TNuDOMNode* next) noexcept {
+    // 1. Whose witness it is, or leads to.
+    TNuDOMNode* root = node.hasFlag(isWitness) ? candidates_.find(&node)->second : &place;
+    while (TNuDOMNode* parent = NodeAccess::parent(*root)) {
+        root = parent;
+    }
+    TNuDOMNode& witness = *witnesses_.find(root)->second;
+    changePath(&witness, NodeAccess::parent(node),
+               [](TNuDOMNode& other) { other.clearFlag(leadsToWitness); });
+    // 2. It may only have moved about.
+    if (NodeAccess::isHeld(witness) && isSoonFound(*root, witness)) {
+        replaceWitness(witness, place, witness);
+    } else {
+        lookFurther(witness, place, next != nullptr ? *next : place);
+    }
+}
+
+void DocumentLifetime::addCandidate(TNuDOMNode& root, TNuDOMNode& witness) noexcept {
     // Without memory for the entries the candidate goes with the document.
-    withdraw(root);
     try {
-        const auto place = candidates_.emplace(&witness, &root);
+        const auto place = candidates_.emplace(&witness, &root).first;
         try {
             witnesses_.emplace(&root, &witness);
         } catch (...) {
@@ -177,44 +221,42 @@ void DocumentLifetime::setWitness(TNuDOMNode& root, TNuDOMNode& witness) noexcep
     }
     root.setFlag(isCandidate);
     witness.setFlag(isWitness);
+    changePath(&witness, nullptr, [](TNuDOMNode& node) { node.setFlag(leadsToWitness); });
 }
 
-TNuDOMNode* DocumentLifetime::takeCandidate(TNuDOMNode& witness) noexcept {
-    const auto place = candidates_.find(&witness);
-    if (place == candidates_.end()) {
-        return nullptr;
+void DocumentLifetime::replaceWitness(TNuDOMNode& former, TNuDOMNode& place,
+                                      TNuDOMNode& witness) noexcept {
+    // 1. The entries, which are used again.
+    auto entry = candidates_.extract(&former);
+    former.clearFlag(isWitness);
+    witness.setFlag(isWitness);
+    witnesses_.find(entry.mapped())->second = &witness;
+    entry.key() = &witness;
+    candidates_.insert(std::move(entry));
+    // 2. The paths have their upper end in common.
+    TNuDOMNode* node = &witness;
+    for (; !node->hasFlag(leadsToWitness); node = NodeAccess::parent(*node)) {
+        node->setFlag(leadsToWitness);
     }
-    TNuDOMNode* root = place->second;
-    candidates_.erase(place);
-    if (!candidates_.contains(&witness)) {
-        witness.clearFlag(isWitness);
-    }
-    witnesses_.erase(root);
-    root->clearFlag(isCandidate);
-    return root;
+    changePath(&place, node, [](TNuDOMNode& other) { other.clearFlag(leadsToWitness); });
+}
+
+void DocumentLifetime::removeCandidate(TNuDOMNode& root, TNuDOMNode& witness,
+                                       TNuDOMNode& place) noexcept {
+    changePath(&place, NodeAccess::parent(root),
+               [](TNuDOMNode& node) { node.clearFlag(leadsToWitness); });
+    witness.clearFlag(isWitness);
+    root.clearFlag(isCandidate);
+    candidates_.erase(&witness);
+    witnesses_.erase(&root);
 }
 
 void DocumentLifetime::withdraw(TNuDOMNode& node) noexcept {
-    // 1. As a candidate.
     if (node.hasFlag(isCandidate)) {
-        const auto place = witnesses_.find(&node);
-        TNuDOMNode* witness = place->second;
-        const auto [first, last] = candidates_.equal_range(witness);
-        candidates_.erase(std::find_if(
-            first, last, [&node](const auto& entry) { return entry.second == &node; }));
-        if (!candidates_.contains(witness)) {
-            witness->clearFlag(isWitness);
-        }
-        witnesses_.erase(place);
-        node.clearFlag(isCandidate);
+        TNuDOMNode& witness = *witnesses_.find(&node)->second;
+        removeCandidate(node, witness, witness);
     }
-    // 2. In a note.
     eraseNote(node);
-}
-
-void DocumentLifetime::forgetNode(TNuDOMNode& node) noexcept {
-    withdraw(node);
-    noteCandidates(node);
 }
 
 } // namespace nu

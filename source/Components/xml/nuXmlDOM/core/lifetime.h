@@ -18,11 +18,13 @@ namespace nu {
 /// The document is held as long as the count of any of its objects is above zero. Instead of
 /// looking at all of them, the number of held objects is counted.
 ///
-/// A node outside of the tree goes when neither it nor anything below it is held. Until then it is
-/// a candidate, and one of the held nodes in it is its witness: only when that one is let go, the
-/// candidate is looked at again. So letting go of many nodes one by one takes a time in proportion
-/// to their number, however large what they stand in is. A witness stays one when it is moved
-/// elsewhere: what it stood in may be just being worked on.
+/// A node outside of the tree goes when neither it nor anything below it is held. If its last
+/// reference goes earlier it becomes a candidate, and one of the held nodes below it its witness.
+/// All nodes from the witness up to the candidate know that they lead to it, so that whoever leaves
+/// the candidate without one needs not look. When the witness is let go, or leaves, the next held
+/// node is looked for from there on: emptying a candidate node by node takes a time in proportion
+/// to its size. The candidate goes as soon as none is left, but at the end of the operation, which
+/// may be working on it.
 ///
 /// Counts may drop on several threads at once. Two rules make that safe. After an object's count
 /// has become zero it is not touched unless nobody else can free it, and the document is not
@@ -31,6 +33,24 @@ namespace nu {
 /// note, and reclaim() does the rest when the tree is worked on again.
 class DocumentLifetime {
 public:
+    /// While one stands, no candidate goes: for operations that need a node after they have changed
+    /// the tree.
+    class Work {
+    public:
+        explicit Work(DocumentLifetime& lifetime) noexcept : lifetime_(lifetime) {
+            ++lifetime_.works_;
+        }
+        Work(const Work&) = delete;
+        Work& operator=(const Work&) = delete;
+        ~Work() {
+            --lifetime_.works_;
+            lifetime_.reclaim();
+        }
+
+    private:
+        DocumentLifetime& lifetime_;
+    };
+
     explicit DocumentLifetime(TNuDOMDocument& document) noexcept : document_(document) {}
     DocumentLifetime(const DocumentLifetime&) = delete;
     DocumentLifetime& operator=(const DocumentLifetime&) = delete;
@@ -53,7 +73,7 @@ public:
     /// @{
     /// Frees what dropped references have left behind.
     void reclaim() noexcept {
-        if (hasNotes_.load(std::memory_order_acquire)) [[unlikely]] {
+        if (hasNotes_.load(std::memory_order_acquire) && works_ == 0) [[unlikely]] {
             followNotes();
         }
     }
@@ -63,17 +83,17 @@ public:
             freeDiscarded();
         }
     }
-    /// The same as reclaim() before `node` is moved: it stays even if nobody holds it. What stands
-    /// around it is looked at as long as it is there, so what is being emptied does not go with its
-    /// last node.
-    void reclaimBut(TNuDOMNode& node) noexcept;
+    /// The same as reclaim() before `node` is moved, which stays even if nobody holds it. Gives
+    /// whether it would have gone, now or later.
+    [[nodiscard]] bool reclaimBut(TNuDOMNode& node) noexcept;
     /// Frees a node outside of the tree at once if it and everything below it is unheld; else it
     /// becomes a candidate.
     void collect(TNuDOMNode& detached) noexcept;
-    /// A candidate comes into the tree.
+    /// A candidate comes into the tree, or a node goes: nothing here refers to it any more.
     void withdraw(TNuDOMNode& node) noexcept;
-    /// A node goes, or goes to another document: nothing here refers to it any more.
-    void forgetNode(TNuDOMNode& node) noexcept;
+    /// A node that leads to a witness has left `place`, where `next` stood behind it. It may stand
+    /// elsewhere already.
+    void departed(TNuDOMNode& node, TNuDOMNode& place, TNuDOMNode* next) noexcept;
     /// Held objects come from another document together with the nodes they belong to.
     void takeHeld(std::int64_t count) noexcept { held_.fetch_add(count); }
     /// Held objects go to another document. This one may be gone afterwards.
@@ -91,12 +111,13 @@ private:
     void followNotes() noexcept;
     void freeDiscarded() noexcept;
     [[nodiscard]] TNuDOMNode* takeNote() noexcept;
-    void eraseNote(TNuDOMNode& node) noexcept;
+    bool eraseNote(TNuDOMNode& node) noexcept;
     void follow(TNuDOMNode& node) noexcept;
-    void noteCandidates(TNuDOMNode& witness) noexcept;
-    void look(TNuDOMNode& root, const TNuDOMNode& start) noexcept;
-    void setWitness(TNuDOMNode& root, TNuDOMNode& witness) noexcept;
-    [[nodiscard]] TNuDOMNode* takeCandidate(TNuDOMNode& witness) noexcept;
+    void look(TNuDOMNode& root) noexcept;
+    void lookFurther(TNuDOMNode& witness, TNuDOMNode& place, const TNuDOMNode& start) noexcept;
+    void addCandidate(TNuDOMNode& root, TNuDOMNode& witness) noexcept;
+    void replaceWitness(TNuDOMNode& former, TNuDOMNode& place, TNuDOMNode& witness) noexcept;
+    void removeCandidate(TNuDOMNode& root, TNuDOMNode& witness, TNuDOMNode& place) noexcept;
 
     TNuDOMDocument& document_;
     std::atomic<std::int64_t> held_ = 0;
@@ -107,9 +128,11 @@ private:
     std::unordered_set<TNuDOMNode*> notes_;
     std::vector<TNuDOMNodeList*> discarded_;
 
-    /// The witness of each candidate, and the candidates of each witness.
+    std::int32_t works_ = 0;
+
+    /// The witness of each candidate, and the candidate of each witness.
     std::unordered_map<TNuDOMNode*, TNuDOMNode*> witnesses_;
-    std::unordered_multimap<TNuDOMNode*, TNuDOMNode*> candidates_;
+    std::unordered_map<TNuDOMNode*, TNuDOMNode*> candidates_;
 };
 
 } // namespace nu

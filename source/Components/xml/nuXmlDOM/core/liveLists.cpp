@@ -123,6 +123,7 @@ std::ptrdiff_t LiveList<Base, shown>::Remove(TNuDOMNode& node) {
 }
 
 template <class Base, LiveMembers shown> void LiveList<Base, shown>::Clear() {
+    const DocumentLifetime::Work work(this->OwnerDocument()->lifetime());
     while (!members().empty()) {
         TNuDOMNode* node = members().back();
         if (NodeAccess::isSubtreeHeld(*node)) {

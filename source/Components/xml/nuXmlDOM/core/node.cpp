@@ -173,36 +173,62 @@ void TNuDOMNode::_removeChild(TNuDOMNode& child) { raiseNoParentOf(child); }
 
 void TNuDOMNode::_linkToParent(TNuDOMNode* parent, TNuDOMPosition position, TNuDOMNode* reference) {
     // 1. What can stand nowhere, or would stand below itself, stays where it is.
-    OwnerDocument()->lifetime().reclaimBut(*this);
     if (parent != nullptr) {
-        checkNotInside(*parent);
+        checkCanStandBelow(*parent, position, reference);
     }
-    // 2. It leaves its old place, and its document when the new parent is in another.
+    const bool wasWaiting = OwnerDocument()->lifetime().reclaimBut(*this);
+    // 2. It leaves its old place.
+    TNuDOMNode* const former = nu::NodeAccess::parent(*this);
+    TNuDOMNode* const formerNext = former != nullptr ? next_ : nullptr;
     unlink();
-    if (parent == nullptr) {
-        return;
-    }
-    if (parent->OwnerDocument() != OwnerDocument()) {
-        // A reference there may go with its document; the node itself is none either.
-        if (reference != nullptr && reference->OwnerDocument() == OwnerDocument()) {
-            reference = this;
-        }
-        nu::adopt(*this, *parent->OwnerDocument());
-    }
     // 3. The new parent may refuse it.
-    TNuDOMDocument& document = *OwnerDocument();
-    parent_ = parent;
+    if (parent != nullptr) {
+        try {
+            if (parent->OwnerDocument() != OwnerDocument()) {
+                // A reference there may go with its document; the node itself is none either.
+                if (reference != nullptr && reference->OwnerDocument() == OwnerDocument()) {
+                    reference = this;
+                }
+                if (former != nullptr && hasFlag(nu::leadsToWitness)) {
+                    OwnerDocument()->lifetime().departed(*this, *former, formerNext);
+                }
+                nu::adopt(*this, *parent->OwnerDocument());
+            }
+            linkBelow(*parent, position, reference);
+        } catch (...) {
+            settle(former, formerNext, wasWaiting);
+            throw;
+        }
+    }
+    // 4. What was left may go now.
+    settle(former, formerNext, wasWaiting);
+}
+
+void TNuDOMNode::linkBelow(TNuDOMNode& parent, TNuDOMPosition position, TNuDOMNode* reference) {
+    parent_ = &parent;
     setFlag(nu::isRefused);
     try {
-        parent->_addChild(*this, position, reference);
+        parent._addChild(*this, position, reference);
     } catch (...) {
-        document.noteRefused(*this);
+        OwnerDocument()->noteRefused(*this);
         throw;
     }
     clearFlag(nu::isRefused);
-    if (hasFlag(nu::isCandidate)) {
-        document.lifetime().withdraw(*this);
+}
+
+void TNuDOMNode::settle(TNuDOMNode* former, TNuDOMNode* formerNext, bool wasWaiting) noexcept {
+    nu::DocumentLifetime& lifetime = OwnerDocument()->lifetime();
+    const bool isLinked = nu::NodeAccess::isLinked(*this);
+    if (former != nullptr && hasFlag(nu::leadsToWitness) &&
+        nu::NodeAccess::parent(*this) != former) {
+        lifetime.departed(*this, *former, formerNext);
     }
+    if (isLinked && hasFlag(nu::isCandidate)) {
+        lifetime.withdraw(*this);
+    } else if (!isLinked && wasWaiting) {
+        lifetime.note(*this);
+    }
+    lifetime.reclaim();
 }
 
 void TNuDOMNode::unlink() {
@@ -217,19 +243,25 @@ void TNuDOMNode::unlink() {
     parent_ = nullptr;
 }
 
-void TNuDOMNode::checkNotInside(const TNuDOMNode& parent) const {
-    if (nodeType_ == host::DOCUMENT_NODE || &parent == this) {
-        parent.raiseNoParentOf(*this);
+void TNuDOMNode::checkCanStandBelow(const TNuDOMNode& parent, TNuDOMPosition position,
+                                    const TNuDOMNode* reference) const {
+    const bool isDocument = nodeType_ == host::DOCUMENT_NODE;
+    const nu::NodeChain* below = isDocument ? nullptr : nu::NodeAccess::children(*this);
+    const bool mayHoldParent = below != nullptr && (!below->empty() || parent.parent_ == this);
+    bool isInside = isDocument || &parent == this;
+    for (const TNuDOMNode* node = mayHoldParent ? &parent : nullptr; node != nullptr && !isInside;
+         node = nu::NodeAccess::parent(*node)) {
+        isInside = node == this;
     }
-    const nu::NodeChain* below = nu::NodeAccess::children(*this);
-    if (below == nullptr || (below->empty() && parent.parent_ != this)) {
+    if (!isInside) {
         return;
     }
-    for (const TNuDOMNode* node = &parent; node != nullptr; node = nu::NodeAccess::parent(*node)) {
-        if (node == this) {
-            parent.raiseNoParentOf(*this);
-        }
+    // An element asks for the reference before it looks at the kind.
+    if (parent.nodeType_ == host::ELEMENT_NODE && reference == nullptr &&
+        (position == rdpBefore || position == rdpAfter)) {
+        throw ENuDomException(nu::cReferenceRequired);
     }
+    parent.raiseNoParentOf(*this);
 }
 
 void TNuDOMNode::_delete() {
@@ -238,6 +270,7 @@ void TNuDOMNode::_delete() {
         lifetime.ask();
         return;
     }
+    const nu::DocumentLifetime::Work work(lifetime);
     _linkToParent(nullptr, rdpLast, nullptr);
     lifetime.collect(*this);
 }

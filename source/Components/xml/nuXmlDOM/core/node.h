@@ -207,7 +207,10 @@ private:
 
     void rename(const nu::NodeName* name) noexcept;
     void unlink();
-    void checkNotInside(const TNuDOMNode& parent) const;
+    void linkBelow(TNuDOMNode& parent, TNuDOMPosition position, TNuDOMNode* reference);
+    void settle(TNuDOMNode* former, TNuDOMNode* formerNext, bool wasWaiting) noexcept;
+    void checkCanStandBelow(const TNuDOMNode& parent, TNuDOMPosition position,
+                            const TNuDOMNode* reference) const;
 
     TNuDOMNode* parent_ = nullptr;
     TNuDOMNode* next_ = nullptr;

@@ -203,17 +203,17 @@ std::int64_t NodeAccess::heldCount(const TNuDOMNode& node) noexcept {
 
 bool NodeAccess::isHeld(const TNuDOMNode& node) noexcept { return heldCount(node) != 0; }
 
-const TNuDOMNode* NodeAccess::firstHeld(const TNuDOMNode& root, const TNuDOMNode& start) noexcept {
-    if (&start != &root) {
-        if (const TNuDOMNode* held = firstFrom(start, root, isHeld)) {
-            return held;
-        }
-    }
+const TNuDOMNode* NodeAccess::firstHeld(const TNuDOMNode& root) noexcept {
     return firstInSubtree(root, isHeld);
 }
 
+const TNuDOMNode* NodeAccess::firstHeld(const TNuDOMNode& root, const TNuDOMNode& start) noexcept {
+    const TNuDOMNode* held = firstFrom(start, root, isHeld);
+    return held != nullptr ? held : firstHeld(root);
+}
+
 bool NodeAccess::isSubtreeHeld(const TNuDOMNode& root) noexcept {
-    return firstInSubtree(root, isHeld) != nullptr;
+    return firstHeld(root) != nullptr;
 }
 
 } // namespace nu

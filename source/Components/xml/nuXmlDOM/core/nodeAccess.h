@@ -110,8 +110,9 @@ public:
     template <class Test>
     [[nodiscard]] static const TNuDOMNode* firstFrom(const TNuDOMNode& start,
                                                      const TNuDOMNode& root, Test&& test);
-    /// A held node of `root` and below it, null without one: the first from `start` on, else the
-    /// first of all. `start` may have left.
+    /// The first held node of `root` and below it; null without one.
+    [[nodiscard]] static const TNuDOMNode* firstHeld(const TNuDOMNode& root) noexcept;
+    /// The first from `start` on, else the first of all.
     [[nodiscard]] static const TNuDOMNode* firstHeld(const TNuDOMNode& root,
                                                      const TNuDOMNode& start) noexcept;
     /// Whether anything of `root` and below it is held.

@@ -14,6 +14,7 @@ struct TNuDOMNodeClass {
     std::u16string_view name;
     host::DOMNodeType type;
     /// Makes a node outside of the tree, in the memory of the document; throws
-    /// host::EAssertionFailed without a document. Null for the document, which makes itself.
+    /// host::EAssertionFailed without a document. For the class of documents it throws
+    /// ENuDomNotSupported: a document makes itself.
     TNuDOMNode* (*create)(TNuDOMDocument* document);
 };

@@ -14,7 +14,10 @@ TNuDOMNodeList::TNuDOMNodeList(TNuDOMNode* node, TNuDOMDocument* document, bool 
     : TNuDOMObject(document), node_(node), ownsItems_(ownsItems) {
     // Who selects again and again, and looks at no member, would otherwise fill the memory.
     document->lifetime().reclaimLists();
-    document->enterResultList(*this);
+    if (node != nullptr) {
+        receive(*node);
+    }
+    document->snapshots_.enter(*this);
     setFlag(nu::selfOwned);
 }
 
@@ -23,7 +26,7 @@ TNuDOMNodeList::TNuDOMNodeList(TNuDOMNode& node)
 
 TNuDOMNodeList::~TNuDOMNodeList() {
     if (hasFlag(nu::selfOwned)) {
-        OwnerDocument()->leaveResultList(*this);
+        OwnerDocument()->snapshots_.leave(*this);
         OwnerDocument()->keepRoom(std::move(items_));
     }
 }
@@ -64,9 +67,9 @@ std::ptrdiff_t TNuDOMNodeList::Insert(std::ptrdiff_t index, TNuDOMNode& node) {
         return known;
     }
     host::checkListIndex(index, items_.size() + 1);
+    receive(node);
     items_.insert(items_.begin() + index, &node);
     places_.clear();
-    markIfAsked(node);
     return index;
 }
 
@@ -104,9 +107,20 @@ void TNuDOMNodeList::Clear() {
 std::size_t TNuDOMNodeList::Count() const { return items_.size(); }
 
 TNuDOMNode* TNuDOMNodeList::item(std::ptrdiff_t index) const {
-    OwnerDocument()->lifetime().reclaim();
     host::checkListIndex(index, items_.size());
-    return items_[static_cast<std::size_t>(index)];
+    return read(items_[static_cast<std::size_t>(index)]);
+}
+
+TNuDOMNode* TNuDOMNodeList::Node() const noexcept {
+    return hasFlag(nu::selfOwned) ? read(node_) : node_;
+}
+
+TNuDOMNode* TNuDOMNodeList::read(TNuDOMNode* const& entry) const noexcept {
+    OwnerDocument()->lifetime().reclaim();
+    if (entry != nullptr && entry->OwnerDocument() != OwnerDocument()) {
+        entry->OwnerDocument()->lifetime().reclaim();
+    }
+    return entry;
 }
 
 TNuDOMNode* TNuDOMNodeList::Last() const {
@@ -119,12 +133,16 @@ void TNuDOMNodeList::reorder(std::vector<TNuDOMNode*> order) {
 }
 
 void TNuDOMNodeList::append(TNuDOMNode& node) {
+    receive(node);
     items_.push_back(&node);
     places_.clear();
-    markIfAsked(node);
 }
 
-void TNuDOMNodeList::markIfAsked(TNuDOMNode& node) noexcept {
+void TNuDOMNodeList::receive(TNuDOMNode& node) {
+    TNuDOMDocument& document = *node.OwnerDocument();
+    if (&document != OwnerDocument()) {
+        document.snapshots_.invite(*this);
+    }
     if (marksMembers_) {
         node.setFlag(nu::isInResultList);
     }
@@ -146,19 +164,10 @@ void TNuDOMNodeList::forgetNode(const TNuDOMNode& node) noexcept {
     if (node_ == &node) {
         node_ = nullptr;
     }
-    // Many nodes of a list may go one after the other: after the first their places are known.
-    if (places_.empty()) {
-        try {
-            places_.reserve(items_.size());
-        } catch (...) {
-            std::replace(items_.begin(), items_.end(), const_cast<TNuDOMNode*>(&node),
-                         static_cast<TNuDOMNode*>(nullptr));
-            return;
-        }
-        for (std::size_t index = 0; index < items_.size(); ++index) {
-            places_.emplace_back(items_[index], index);
-        }
-        std::sort(places_.begin(), places_.end());
+    if (!findPlaces()) {
+        std::replace(items_.begin(), items_.end(), const_cast<TNuDOMNode*>(&node),
+                     static_cast<TNuDOMNode*>(nullptr));
+        return;
     }
     const std::pair<const TNuDOMNode*, std::size_t> lowest(&node, 0);
     for (auto place = std::lower_bound(places_.begin(), places_.end(), lowest);
@@ -167,6 +176,48 @@ void TNuDOMNodeList::forgetNode(const TNuDOMNode& node) noexcept {
             items_[place->second] = nullptr;
         }
     }
+}
+
+void TNuDOMNodeList::forgetNodesOf(const TNuDOMDocument& document) noexcept {
+    if (!ownsItems_ && RefCount() == 0) {
+        return; // about to go itself, and its other nodes may be another thread's
+    }
+    if (node_ != nullptr && node_->OwnerDocument() == &document) {
+        node_ = nullptr;
+    }
+    for (TNuDOMNode*& node : items_) {
+        if (node != nullptr && node->OwnerDocument() == &document) {
+            node = nullptr;
+        }
+    }
+}
+
+bool TNuDOMNodeList::refersTo(const TNuDOMNode& node) noexcept {
+    if (node_ == &node) {
+        return true;
+    }
+    if (!findPlaces()) {
+        return std::find(items_.begin(), items_.end(), &node) != items_.end();
+    }
+    const std::pair<const TNuDOMNode*, std::size_t> lowest(&node, 0);
+    const auto place = std::lower_bound(places_.begin(), places_.end(), lowest);
+    return place != places_.end() && place->first == &node;
+}
+
+bool TNuDOMNodeList::findPlaces() noexcept {
+    // Many nodes of a list may go one after the other: after the first their places are known.
+    if (places_.empty()) {
+        try {
+            places_.reserve(items_.size());
+        } catch (...) {
+            return false;
+        }
+        for (std::size_t index = 0; index < items_.size(); ++index) {
+            places_.emplace_back(items_[index], index);
+        }
+        std::sort(places_.begin(), places_.end());
+    }
+    return true;
 }
 
 // Lists of one kind of nodes

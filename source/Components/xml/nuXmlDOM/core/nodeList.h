@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "nuXmlDOM/core/domObject.h"
+#include "nuXmlDOM/core/snapshots.h"
 #include "nuXmlParser/chars.h"
 
 /// \file
@@ -45,8 +46,9 @@ private:
 ///
 /// There are two kinds. The lists of a node (its children, child elements, attributes) follow the
 /// changes of the tree; changing them changes the tree. Lists that are made by Create, or by a
-/// selection, are snapshots of nodes that live elsewhere; an entry whose node has been freed reads
-/// as null. An index counts from 0; one that is out of range throws host::EListError.
+/// selection, are snapshots of nodes that live elsewhere, maybe in another document; an entry whose
+/// node has been freed reads as null, one whose node has moved follows it. An index counts from 0;
+/// one that is out of range throws host::EListError.
 class NUXML_API TNuDOMNodeList : public TNuDOMObject {
 public:
     /// An empty list for nodes of `document`, which began at `node`. As long as it is held it keeps
@@ -77,7 +79,7 @@ public:
     /// finds no single node from one of them.
     void Sort(std::u16string_view path);
     /// The node whose list it is, or from which the selection began; null when that was freed.
-    [[nodiscard]] TNuDOMNode* Node() const noexcept { return node_; }
+    [[nodiscard]] TNuDOMNode* Node() const noexcept;
 
     [[nodiscard]] TNuDOMListIterator<TNuDOMNodeList> begin() const noexcept { return {*this, 0}; }
     [[nodiscard]] TNuDOMListIterator<TNuDOMNodeList> end() const { return {*this, Count()}; }
@@ -99,17 +101,24 @@ protected:
 private:
     friend class nu::DocumentLifetime;
     friend class nu::NodeAccess;
-    friend class TNuDOMDocument;
+    friend class nu::Snapshots;
 
     /// Appends without looking whether the node is there.
     void append(TNuDOMNode& node);
-    /// Marks a node that becomes a member, if the others are marked.
-    void markIfAsked(TNuDOMNode& node) noexcept;
+    /// What an entry holds when everything has gone that is to go.
+    [[nodiscard]] TNuDOMNode* read(TNuDOMNode* const& entry) const noexcept;
+    /// A node is about to become a member.
+    void receive(TNuDOMNode& node);
     /// Marks all members, so that one that goes is known to stand in a list. Left until the first
     /// node of the document goes: most lists are read and dropped before that.
     void markMembers() noexcept;
     /// Empties the entries of a node that goes.
     void forgetNode(const TNuDOMNode& node) noexcept;
+    /// The same for all nodes of another document, which goes.
+    void forgetNodesOf(const TNuDOMDocument& document) noexcept;
+    [[nodiscard]] bool refersTo(const TNuDOMNode& node) noexcept;
+    /// Has the places of all members, if there is memory for them.
+    bool findPlaces() noexcept;
 
     TNuDOMNode* node_;
     std::vector<TNuDOMNode*> items_;
@@ -120,8 +129,12 @@ private:
     /// The other snapshots of the document.
     TNuDOMNodeList* previous_ = nullptr;
     TNuDOMNodeList* next_ = nullptr;
+    /// The other documents that have nodes in it.
+    nu::Snapshots::Visit* visits_ = nullptr;
     bool ownsItems_;
     bool marksMembers_ = false;
+    /// Whether its own document has asked for the marks.
+    bool isMarkedHere_ = false;
 };
 
 /// A list of elements.
@@ -137,6 +150,7 @@ public:
 
 protected:
     using TNuDOMNodeList::TNuDOMNodeList;
+    ~TNuDOMElementList() override = default;
 };
 
 /// Attributes by name: the attributes of an element.
@@ -164,6 +178,7 @@ public:
 
 protected:
     using TNuDOMNodeList::TNuDOMNodeList;
+    ~TNuDOMAttrList() override = default;
 
 private:
     template <class Test> [[nodiscard]] TNuDOMAttribute* findIf(Test&& test) const;

@@ -68,6 +68,7 @@ host::Variant TNuDOMElement::GetVarValue() const {
 }
 
 void TNuDOMElement::SetVarValue(const host::Variant& value) {
+    const nu::DocumentLifetime::Work work(OwnerDocument()->lifetime());
     const SchemaPrefix instance = findSchemaPrefix(*this, nu::cInstanceURI);
     const NuXmlString nil = instance.name(u"nil");
     // 1. No value. Deliberate: a type that is there already stays.

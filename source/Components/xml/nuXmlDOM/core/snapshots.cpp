@@ -1,0 +1,159 @@
+#include "nuXmlDOM/core/snapshots.h"
+
+#include <atomic>
+#include <mutex>
+
+#include "nuXmlDOM/core/document.h"
+#include "nuXmlDOM/core/nodeList.h"
+
+namespace nu {
+
+namespace {
+
+std::mutex guestMutex;
+/// The visits of all documents.
+std::atomic<std::size_t> visitCount = 0;
+
+} // namespace
+
+struct Snapshots::Visit {
+    TNuDOMNodeList& list;
+    Snapshots& host;
+    /// The other guests of the host.
+    Visit* previous;
+    Visit* next;
+    /// The next visit of the list.
+    Visit* nextOfList;
+};
+
+/// Held while there are guests anywhere.
+class Snapshots::Lock {
+public:
+    Lock() : lock_(guestMutex, std::defer_lock) {
+        if (visitCount.load(std::memory_order_acquire) != 0) {
+            lock_.lock();
+        }
+    }
+
+private:
+    std::unique_lock<std::mutex> lock_;
+};
+
+void Snapshots::enter(TNuDOMNodeList& list) noexcept {
+    list.next_ = first_;
+    if (first_ != nullptr) {
+        first_->previous_ = &list;
+    }
+    first_ = &list;
+}
+
+void Snapshots::leave(TNuDOMNodeList& list) noexcept {
+    {
+        const Lock lock;
+        while (Visit* visit = list.visits_) {
+            list.visits_ = visit->nextOfList;
+            visit->host.dismiss(*visit);
+        }
+    }
+    (list.previous_ != nullptr ? list.previous_->next_ : first_) = list.next_;
+    if (list.next_ != nullptr) {
+        list.next_->previous_ = list.previous_;
+    }
+}
+
+void Snapshots::invite(TNuDOMNodeList& list) {
+    const std::lock_guard lock(guestMutex);
+    welcome(list);
+    if (!list.marksMembers_) {
+        list.markMembers();
+    }
+}
+
+void Snapshots::welcome(TNuDOMNodeList& list) {
+    if (list.OwnerDocument() == &document_) {
+        return;
+    }
+    for (const Visit* visit = list.visits_; visit != nullptr; visit = visit->nextOfList) {
+        if (&visit->host == this) {
+            return;
+        }
+    }
+    auto* visit = new Visit{list, *this, nullptr, firstGuest_, list.visits_};
+    if (firstGuest_ != nullptr) {
+        firstGuest_->previous = visit;
+    }
+    firstGuest_ = visit;
+    list.visits_ = visit;
+    ++visitCount;
+}
+
+void Snapshots::dismiss(Visit& visit) noexcept {
+    (visit.previous != nullptr ? visit.previous->next : firstGuest_) = visit.next;
+    if (visit.next != nullptr) {
+        visit.next->previous = visit.previous;
+    }
+    delete &visit;
+    --visitCount;
+}
+
+void Snapshots::follow(const TNuDOMNode& node, TNuDOMDocument& target) {
+    markMembers();
+    if (!node.hasFlag(isInResultList)) {
+        return;
+    }
+    const std::lock_guard lock(guestMutex);
+    for (TNuDOMNodeList* list = first_; list != nullptr; list = list->next_) {
+        if (list->refersTo(node)) {
+            target.snapshots_.welcome(*list);
+        }
+    }
+    for (Visit* visit = firstGuest_; visit != nullptr; visit = visit->next) {
+        if (visit->list.refersTo(node)) {
+            target.snapshots_.welcome(visit->list);
+        }
+    }
+}
+
+/// New lists stand before those that have marked their members.
+void Snapshots::markMembers() noexcept {
+    for (TNuDOMNodeList* list = first_; list != nullptr && !list->isMarkedHere_;
+         list = list->next_) {
+        list->isMarkedHere_ = true;
+        if (!list->marksMembers_) {
+            list->markMembers();
+        }
+    }
+}
+
+void Snapshots::forgetNode(TNuDOMNode& node) noexcept {
+    markMembers();
+    if (!node.hasFlag(isInResultList)) {
+        return;
+    }
+    const Lock lock;
+    for (TNuDOMNodeList* list = first_; list != nullptr; list = list->next_) {
+        list->forgetNode(node);
+    }
+    for (Visit* visit = firstGuest_; visit != nullptr; visit = visit->next) {
+        visit->list.forgetNode(node);
+    }
+}
+
+void Snapshots::end() noexcept {
+    while (first_ != nullptr) {
+        delete first_;
+    }
+    const Lock lock;
+    while (Visit* visit = firstGuest_) {
+        TNuDOMNodeList& list = visit->list;
+        list.forgetNodesOf(document_);
+        Visit** place = &list.visits_;
+        while (*place != visit) {
+            place = &(*place)->nextOfList;
+        }
+        *place = visit->nextOfList;
+        dismiss(*visit);
+    }
+}
+
+} // namespace nu
