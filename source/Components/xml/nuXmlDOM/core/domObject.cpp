@@ -65,11 +65,11 @@ bool TNuDOMObject::noteLastRelease(nu::DocumentLifetime& lifetime) noexcept {
     const bool isList = nodeType_ == 0;
     auto& node =
         isList ? *static_cast<TNuDOMNodeList*>(this)->Node() : *static_cast<TNuDOMNode*>(this);
-    const bool isDetached = !isList && !nu::NodeAccess::isLinked(node);
-    if (isDetached || node.hasFlag(nu::isWitness)) {
+    const bool isOutside = !nu::NodeAccess::isLinked(node);
+    if (isOutside || node.hasFlag(nu::isWitness)) {
         lifetime.note(node);
     }
-    return !isDetached;
+    return isList || !isOutside;
 }
 
 host::ResultCode TNuDOMObject::SafeCallException(const std::exception& exception) noexcept {
