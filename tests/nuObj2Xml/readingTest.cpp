@@ -113,6 +113,11 @@ TEST(Reading, takesWhatTextsSay) {
         {u"<p:title xmlns:p='u' p:type=\"int\">x</p:title>",
          drawing(u"<Title type=\"string\">x</Title>")},
         {u"<Title>a</Title><Title>b</Title>", drawing(u"<Title type=\"string\">b</Title>")},
+        {u"<!-- &<> -->\n <Title >\u20AC&#128512; </Title\n>",
+         drawing(u"<Title type=\"string\">\u20AC\U0001F600 </Title>")},
+        {u"<Main\n type = 'TCircle' />",
+         drawing(u"<Main type=\"TCircle\"><Radius type=\"double\">0</Radius></Main>")},
+        {u"<Title>a\u0001</Count>", drawing(u"<Title type=\"string\">a\u0001</Title>")},
         {u"<Title nil=\"TRUE\">x</Title>", drawing(u"<Title type=\"string\"></Title>")},
         {u"<Count xsi:nil=\"true\"></Count><Count> +07 </Count>",
          drawing(u"<Count type=\"int\">7</Count>")},
@@ -189,7 +194,7 @@ TEST(Reading, saysWhatIsWrongAndWhere) {
     host::UnregisterClass(host::classOf<Rigid>);
     EXPECT_EQ(read(u"<D type=\"a:TPersistent\"/>"), drawing(u""));
     EXPECT_EQ(read(u"<D type=\"tns:TShape\"/>"), u"The given object does not inherit from TShape!");
-    EXPECT_EQ(read(u""), u"Unexpected EOF");
+    EXPECT_EQ(read(u""), u"The text holds no element!");
     Drawing half;
     EXPECT_THROW(
         TNuSerializer(half).DeSerialize(u"<D><Title>new</Title><Shapes><item/></Shapes><Count>x</"
@@ -216,6 +221,7 @@ TEST(Reading, isStrictWhenAsked) {
     for (const Row& row : rows) {
         EXPECT_EQ(read(u"<D>" + std::u16string(row.content) + u"</D>", dsStrict), row.outcome);
     }
+    EXPECT_EQ(read(u"<D><Own></Size></D>", dsStrict).substr(0, 7), u"the end");
     EXPECT_EQ(read(u"<D>" + whole + u"</D>", dsStrict), read(u"<D>" + whole + u"</D>"));
     // Without a word about it, a property keeps its value; or gets its default.
     EXPECT_NE(read(u"<D/>").find(u"<Count"), std::u16string::npos);

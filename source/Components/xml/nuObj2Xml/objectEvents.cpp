@@ -40,13 +40,22 @@ struct ObjectEvents::Tree {
 };
 
 ObjectEvents::ObjectEvents(TNuDeserializeOptions options, bool hasPlaces)
-    : builder_(options), hasPlaces_(hasPlaces) {}
+    : builder_(options), options_(options), hasPlaces_(hasPlaces) {}
 ObjectEvents::~ObjectEvents() = default;
 
 void ObjectEvents::attach(TNuSAXXMLReader& reader) {
     reader_ = &reader;
     // The reader's handles count; this object stays its owner's.
     _AddRef();
+    if (!options_.has(dsUnchecked)) {
+        // The text is read as XML means it; what is no XML goes on to the reader, which forgives
+        // much, unless somebody wants it strict. Prefixes need no declaration in a fragment.
+        TNuConformingOptions conforming;
+        conforming.whiteSpace = cwAll;
+        conforming.onFault = options_.has(dsStrict) ? cfStop : cfPassOn;
+        conforming.namespaces = false;
+        reader.SetConforming(conforming);
+    }
     reader.setContentHandler(this);
     reader.setLexicalHandler(this);
 }

@@ -72,6 +72,7 @@ private:
     template <class Operation> void tellTrees(Operation operation);
 
     ObjectBuilder builder_;
+    TNuDeserializeOptions options_;
     TNuSAXXMLReader* reader_ = nullptr;
     bool hasPlaces_;
     bool isInCData_ = false;
