@@ -2,7 +2,10 @@
 #include <gtest/gtest.h>
 
 #include "host/dom/vendorRegistry.h"
+#include "host/runtime/classRegistry.h"
+#include "host/runtime/persistent.h"
 #include "host/sax/SaxHelpers.h"
+#include "nuObj2Xml/serializerClass.h"
 
 #ifdef NUXML_LIBRARY
 
@@ -53,6 +56,26 @@ TEST(Package, bringsAndTakesItsVendors) {
         EXPECT_TRUE(host::RegisteredSAXVendors().empty());
         EXPECT_TRUE(host::DOMVendors().All().empty());
     }
+}
+
+/// Classes that were registered for writing can be found while the library is there.
+TEST(Package, takesItsRegistrationsOfClassesAlong) {
+    static constexpr TNuSerializerClass unused{};
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_EQ(host::FindClass(u"TPersistent"), nullptr);
+        void* const library = dlopen(NUXML_LIBRARY, RTLD_NOW | RTLD_LOCAL);
+        ASSERT_NE(library, nullptr) << dlerror();
+        const auto enter =
+            reinterpret_cast<void (*)(const host::TClassInfo&, const TNuSerializerClass&)>(dlsym(
+                library,
+                "_Z28NuRegisterSerializationClassRKN4host10TClassInfoERK18TNuSerializerClass"));
+        ASSERT_NE(enter, nullptr);
+        enter(host::classOf<host::TPersistent>, unused);
+        EXPECT_NE(host::FindClass(u"TPersistent"), nullptr);
+        ASSERT_EQ(dlclose(library), 0);
+        EXPECT_EQ(dlopen(NUXML_LIBRARY, RTLD_LAZY | RTLD_NOLOAD), nullptr) << "still loaded";
+    }
+    EXPECT_EQ(host::FindClass(u"TPersistent"), nullptr);
 }
 
 TEST(Package, leavesATreeOfItsDescriptionAlone) {
