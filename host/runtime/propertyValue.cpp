@@ -70,10 +70,6 @@ Variant variantOf(const ValueType& type, const void* value) {
         return held<std::vector<std::int32_t>>(value);
     case ValueKind::StringArray:
         return held<std::vector<std::u16string>>(value);
-    case ValueKind::Optional: {
-        const void* const inner = type.optional->get(value);
-        return inner != nullptr ? variantOf(*type.element, inner) : Variant();
-    }
     case ValueKind::Reference:
         return referenceVariant(type, value);
     default:
@@ -111,7 +107,17 @@ void assignInteger(const ValueType& type, void* place, const Variant& value) {
     storeBits(type, place, static_cast<std::uint64_t>(number));
 }
 
-void assignVariant(const ValueType& type, void* place, const Variant& value) {
+void assignVariant(const ValueType& target, void* place, const Variant& value) {
+    const bool isOptional = target.kind == ValueKind::Optional;
+    if (isOptional && (value.IsEmpty() || value.IsNull())) {
+        target.optional->reset(place);
+        return;
+    }
+    // What is in an optional is no optional again.
+    const ValueType& type = isOptional ? *target.element : target;
+    if (isOptional) {
+        place = target.optional->emplace(place);
+    }
     switch (type.kind) {
     case ValueKind::Boolean:
         return assign(place, value.AsBoolean());
@@ -144,11 +150,6 @@ void assignVariant(const ValueType& type, void* place, const Variant& value) {
         return assignArray<std::vector<std::int32_t>>(place, value);
     case ValueKind::StringArray:
         return assignArray<std::vector<std::u16string>>(place, value);
-    case ValueKind::Optional:
-        if (value.IsEmpty() || value.IsNull()) {
-            return type.optional->reset(place);
-        }
-        return assignVariant(*type.element, type.optional->emplace(place), value);
     default:
         throw Exception(u"A property of several values cannot be set by one");
     }
@@ -157,7 +158,12 @@ void assignVariant(const ValueType& type, void* place, const Variant& value) {
 } // namespace
 
 Variant GetProperty(Instance object, const TPropInfo& property) {
-    return variantOf(*property.type, PropertyValue(property, object.object).get());
+    const PropertyValue held(property, object.object);
+    if (property.type->kind != ValueKind::Optional) {
+        return variantOf(*property.type, held.get());
+    }
+    const void* const inner = property.type->optional->get(held.get());
+    return inner != nullptr ? variantOf(*property.type->element, inner) : Variant();
 }
 
 void SetProperty(Instance object, const TPropInfo& property, const Variant& value) {
@@ -197,11 +203,13 @@ void ResetToDefault(Instance object, const TPropInfo& property) {
 
 std::u16string ReferenceName(Instance object) {
     const TPropInfo* const property = object.info->findProperty(u"Name");
-    if (property == nullptr || (property->type->kind != ValueKind::String &&
-                                property->type->kind != ValueKind::Utf8String)) {
+    const bool isWide = property != nullptr && property->type->kind == ValueKind::String;
+    if (!isWide && (property == nullptr || property->type->kind != ValueKind::Utf8String)) {
         return {};
     }
-    return GetProperty(object, *property).AsString();
+    const PropertyValue held(*property, object.object);
+    return isWide ? *static_cast<const std::u16string*>(held.get())
+                  : utf8ToUtf16(*static_cast<const std::string*>(held.get()));
 }
 
 const TPropInfo& PropertyOf(const TClassInfo& info, std::u16string_view name) {

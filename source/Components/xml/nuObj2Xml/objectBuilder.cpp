@@ -405,19 +405,18 @@ void ObjectBuilder::startReadOnly(Frame& frame, const TPropInfo& property,
 
 /// Makes the frame that of a value of any type.
 void ObjectBuilder::startValue(Frame& frame, ValueRef target, const ElementStart& element) {
-    const host::ValueType& type = *target.type;
     frame.target = target;
-    if (element.isNil && !isTextKind(type.kind)) {
+    if (element.isNil && !isTextKind(target.type->kind)) {
         makeNil(frame, target);
         return;
     }
+    // What is in an optional is no optional again. A text in one is made when it is there.
+    if (target.type->kind == ValueKind::Optional && !isTextKind(target.type->element->kind)) {
+        target = {target.type->optional->emplace(target.value), target.type->element};
+        frame.target = target;
+    }
+    const host::ValueType& type = *target.type;
     switch (type.kind) {
-    case ValueKind::Optional:
-        if (isTextKind(type.element->kind)) {
-            break;
-        }
-        startValue(frame, {type.optional->emplace(target.value), type.element}, element);
-        return;
     case ValueKind::Object:
     case ValueKind::Slot:
         startSlot(frame, target, element);
@@ -589,10 +588,11 @@ void ObjectBuilder::endValue(Frame& frame) {
 
 /// Reads the text that came, for a value or what an optional holds. A missing one is the empty
 /// value, where there is one, and changes nothing elsewhere.
-void ObjectBuilder::readText(const Frame& frame, const host::ValueType& type, void* value) {
-    if (type.kind == ValueKind::Optional) {
-        readText(frame, *type.element, type.optional->emplace(value));
-        return;
+void ObjectBuilder::readText(const Frame& frame, const host::ValueType& target, void* value) {
+    const bool isOptional = target.kind == ValueKind::Optional;
+    const host::ValueType& type = isOptional ? *target.element : target;
+    if (isOptional) {
+        value = target.optional->emplace(value);
     }
     if (frame.isNil) {
         if (!hasEmptyValue(type.kind)) {
@@ -667,7 +667,7 @@ void ObjectBuilder::failConversion(std::u16string_view message) const {
     throw host::EConvertError(NuXmlString(message) + place());
 }
 
-void ObjectBuilder::fail(NuXmlString message) const {
+void ObjectBuilder::fail(const NuXmlString& message) const {
     throw host::Exception(message + place() + u"!");
 }
 

@@ -96,12 +96,12 @@ private:
     void endHeld(Frame& frame);
     void endObject(Frame& frame, TNuDOMElement* tree);
     void completeProperties(Frame& frame);
-    void readText(const Frame& frame, const host::ValueType& type, void* value);
+    void readText(const Frame& frame, const host::ValueType& target, void* value);
 
     template <class Conversion> void withPlace(Conversion convert) const;
     [[nodiscard]] NuXmlString place() const;
     [[noreturn]] void failConversion(std::u16string_view message) const;
-    [[noreturn]] void fail(NuXmlString message) const;
+    [[noreturn]] void fail(const NuXmlString& message) const;
 
     TNuDeserializeOptions options_;
     host::ILocator* locator_ = nullptr;

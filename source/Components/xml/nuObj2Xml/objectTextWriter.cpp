@@ -245,6 +245,12 @@ void ObjectTextWriter<Unit>::writeProperty(Frame& frame, const host::TPropInfo& 
 template <class Unit>
 void ObjectTextWriter<Unit>::writeHeld(Frame& frame, const host::TPropInfo& property,
                                        const PropertyTags& tags, ValueRef value, OwnedValue held) {
+    if (value.type->kind == ValueKind::Optional) {
+        value = {const_cast<void*>(value.type->optional->get(value.value)), value.type->element};
+        if (!value) {
+            return;
+        }
+    }
     switch (value.type->kind) {
     case ValueKind::Variant: {
         const auto& variant = *static_cast<const host::Variant*>(value.value);
@@ -264,12 +270,6 @@ void ObjectTextWriter<Unit>::writeHeld(Frame& frame, const host::TPropInfo& prop
         }
         break;
     }
-    case ValueKind::Optional:
-        if (const void* const inner = value.type->optional->get(value.value)) {
-            writeHeld(frame, property, tags, {const_cast<void*>(inner), value.type->element},
-                      std::move(held));
-        }
-        break;
     case ValueKind::List:
     case ValueKind::Map:
         beginContainer(*frame.inside, property.name, 0, value, std::move(held));
@@ -297,6 +297,13 @@ template <class Unit>
 void ObjectTextWriter<Unit>::writeElement(Frame& frame, std::size_t tagPlace,
                                           std::u16string_view name, std::size_t index,
                                           ValueRef value) {
+    if (value.type->kind == ValueKind::Optional) {
+        value = {const_cast<void*>(value.type->optional->get(value.value)), value.type->element};
+        if (!value) {
+            writeNil(*frame.inside, name);
+            return;
+        }
+    }
     switch (value.type->kind) {
     case ValueKind::Variant: {
         const auto& variant = *static_cast<const host::Variant*>(value.value);
@@ -317,14 +324,6 @@ void ObjectTextWriter<Unit>::writeElement(Frame& frame, std::size_t tagPlace,
         }
         break;
     }
-    case ValueKind::Optional:
-        if (const void* const inner = value.type->optional->get(value.value)) {
-            writeElement(frame, tagPlace, name, index,
-                         {const_cast<void*>(inner), value.type->element});
-        } else {
-            writeNil(*frame.inside, name);
-        }
-        break;
     case ValueKind::List:
     case ValueKind::Map:
         beginContainer(*frame.inside, name, index, value, {});
