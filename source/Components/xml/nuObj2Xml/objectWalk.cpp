@@ -30,34 +30,40 @@ struct Same {
 
 std::vector<Instance> ObjectWalk::objectsBelow(Instance root) {
     ObjectWalk walk;
+    std::vector<Instance> found;
     std::unordered_set<Instance, Hash, Same> seen;
-    walk.waiting_.push_back(root);
+    walk.waiting_.push_back({root, {}});
     while (!walk.waiting_.empty()) {
-        const Instance object = walk.waiting_.back();
+        const Waiting next = walk.waiting_.back();
         walk.waiting_.pop_back();
-        if (seen.insert(object).second) {
-            walk.found_.push_back(object);
-            walk.visit(object);
+        // What it holds comes before everything else that waits.
+        const auto first = static_cast<std::ptrdiff_t>(walk.waiting_.size());
+        if (next.value) {
+            walk.addContent(next.value);
+        } else if (seen.insert(next.object).second) {
+            found.push_back(next.object);
+            walk.addProperties(next.object);
+            walk.addItems(next.object);
         }
+        std::reverse(walk.waiting_.begin() + first, walk.waiting_.end());
     }
-    return std::move(walk.found_);
-}
-
-/// Puts the objects right below in front of those that wait.
-void ObjectWalk::visit(Instance object) {
-    const auto first = static_cast<std::ptrdiff_t>(waiting_.size());
-    addProperties(object);
-    addItems(object);
-    std::reverse(waiting_.begin() + first, waiting_.end());
+    return found;
 }
 
 void ObjectWalk::addProperties(Instance object) {
     for (const host::TPropInfo& property : object.info->properties) {
-        const ValueKind kind = property.type->kind;
-        if (kind >= ValueKind::Object && kind != ValueKind::Reference &&
-            (property.place != nullptr || kind == ValueKind::Slot)) {
+        const host::ValueType& type = *property.type;
+        if (type.kind < ValueKind::Object || type.kind == ValueKind::Reference) {
+            continue;
+        }
+        if (property.place != nullptr) {
+            waiting_.push_back({{}, {const_cast<void*>(property.place(object.object)), &type}});
+        } else if (type.kind == ValueKind::Slot) {
+            // The pointer is a copy that goes; the object stays.
             const host::PropertyValue value(property, object.object);
-            addValue({const_cast<void*>(value.get()), property.type});
+            if (const Instance held = type.slot->get(value.get())) {
+                waiting_.push_back({held, {}});
+            }
         }
     }
 }
@@ -75,43 +81,44 @@ void ObjectWalk::addItems(Instance object) {
     const std::size_t count = serializer->ItemCount();
     for (std::size_t index = 0; index < count; ++index) {
         const TNuSerializerItem item = serializer->GetItem(index);
-        if (item.object) {
-            waiting_.push_back(item.object);
-        } else if (item.value) {
-            addValue(item.value);
+        if (item) {
+            waiting_.push_back({item.object, item.value});
         }
     }
 }
 
-/// Types are nested as deeply as the program text, so this may call itself.
-void ObjectWalk::addValue(ValueRef value) {
+void ObjectWalk::addContent(ValueRef value) {
     const host::ValueType& type = *value.type;
+    const auto add = [&](const void* element) {
+        waiting_.push_back({{}, {const_cast<void*>(element), type.element}});
+    };
+    if (type.element != nullptr && type.element->kind < ValueKind::Object) {
+        return; // numbers and texts, perhaps very many
+    }
+    host::Cursor cursor;
     switch (type.kind) {
     case ValueKind::Object:
     case ValueKind::Slot:
         if (const Instance object = type.slot->get(value.value)) {
-            waiting_.push_back(object);
+            waiting_.push_back({object, {}});
         }
         break;
     case ValueKind::Optional:
         if (const void* const inner = type.optional->get(value.value)) {
-            addValue({const_cast<void*>(inner), type.element});
+            add(inner);
         }
         break;
-    case ValueKind::List: {
-        host::Cursor cursor;
+    case ValueKind::List:
         type.list->begin(value.value, cursor);
         while (const void* const element = type.list->next(value.value, cursor)) {
-            addValue({const_cast<void*>(element), type.element});
+            add(element);
         }
         break;
-    }
     case ValueKind::Map: {
-        host::Cursor cursor;
-        type.map->begin(value.value, cursor);
         const void* element = nullptr;
+        type.map->begin(value.value, cursor);
         while (type.map->next(value.value, cursor, element) != nullptr) {
-            addValue({const_cast<void*>(element), type.element});
+            add(element);
         }
         break;
     }

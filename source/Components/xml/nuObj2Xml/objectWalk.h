@@ -14,13 +14,17 @@ public:
     static std::vector<host::Instance> objectsBelow(host::Instance root);
 
 private:
-    void visit(host::Instance object);
+    /// An object, or a value that may hold some.
+    struct Waiting {
+        host::Instance object;
+        host::ValueRef value;
+    };
+
     void addProperties(host::Instance object);
     void addItems(host::Instance object);
-    void addValue(host::ValueRef value);
+    void addContent(host::ValueRef value);
 
-    std::vector<host::Instance> found_;
-    std::vector<host::Instance> waiting_; ///< the next one last
+    std::vector<Waiting> waiting_; ///< the next one last
 };
 
 } // namespace nu
