@@ -75,6 +75,16 @@ void ElementForm::appendRootStart(NuXmlString& text, std::u16string_view name,
     appendType(text, prefix_, className);
 }
 
+void ElementForm::appendPlainRootStart(NuXmlString& text, std::u16string_view name) const {
+    text.push_back(cNuLt);
+    appendName(text, name);
+    if (!rootAttributes_.empty()) {
+        text.push_back(cNuSpace);
+        text.append(rootAttributes_, 0, rootAttributes_.size() - 1);
+    }
+    text.push_back(cNuGt);
+}
+
 void ElementForm::appendPropertyStart(NuXmlString& text, std::u16string_view name,
                                       std::u16string_view schemaType) const {
     text.push_back(cNuLt);

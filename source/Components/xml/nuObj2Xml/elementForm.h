@@ -7,6 +7,15 @@
 
 namespace nu {
 
+/// What stands in front of a document, with the mark of UTF-16 where it is that.
+template <class Unit> inline constexpr std::basic_string_view<Unit> xmlDeclaration;
+template <>
+inline constexpr std::string_view xmlDeclaration<char> =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>";
+template <>
+inline constexpr std::u16string_view xmlDeclaration<char16_t> =
+    u"\uFEFF<?xml version=\"1.0\" encoding=\"UTF-16\"?>";
+
 /// How the elements of one serializer look: what its options and its three texts make of names and
 /// attributes.
 class ElementForm {
@@ -17,6 +26,8 @@ public:
     /// `<Person xmlns:xsi="..." type="TPerson">`
     void appendRootStart(NuXmlString& text, std::u16string_view name,
                          std::u16string_view className) const;
+    /// The same without a type, for an element that is no object.
+    void appendPlainRootStart(NuXmlString& text, std::u16string_view name) const;
     /// `<Name type="string">`
     void appendPropertyStart(NuXmlString& text, std::u16string_view name,
                              std::u16string_view schemaType) const;

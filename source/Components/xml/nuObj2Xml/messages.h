@@ -16,6 +16,11 @@ inline constexpr std::u16string_view alreadyBeingWritten =
 inline constexpr std::u16string_view nestedTooDeeply = u"Objects are nested too deeply at \"%s\"!";
 inline constexpr std::u16string_view cannotBeMade =
     u"An object of class %s cannot be made, because it has no constructor without arguments!";
+inline constexpr std::u16string_view noClass = u"The element does not tell a class!";
+inline constexpr std::u16string_view notAnElementName = u"\"%s\" is no name for an element!";
+inline constexpr std::u16string_view documentIsClosed = u"The document takes no more objects!";
+inline constexpr std::u16string_view documentIsBroken =
+    u"An object in the document is not complete!";
 inline constexpr std::u16string_view noObject = u"The serializer has no object to read into!";
 inline constexpr std::u16string_view noElement = u"The text holds no element!";
 inline constexpr std::u16string_view endsInside = u"The text ends inside of an object (at %s)!";
@@ -33,6 +38,7 @@ inline constexpr std::u16string_view listIsFull = u"There are more than %d items
 inline constexpr std::u16string_view itemWithoutKey = u"The item has no key in front of its value";
 inline constexpr std::u16string_view noReferenced = u"There is no object called \"%s\"";
 inline constexpr std::u16string_view at = u" (at %s)";
+inline constexpr std::u16string_view atLine = u" (at line %d, column %d)";
 inline constexpr std::u16string_view atWithLine = u" (at %s, line %d, column %d)";
 
 } // namespace nu::messages

@@ -240,16 +240,18 @@ void ObjectBuilder::startInObject(Frame& frame, const ElementStart& element) {
         return;
     }
     if (frame.serializer != nullptr) {
-        const std::u16string_view items = frame.serializer->ItemsElement();
-        if (!items.empty() && host::equalIgnoringCase(items, element.name)) {
-            Frame& inside = push(element.name);
+        for (const std::u16string_view items : frame.serializer->ItemsElements()) {
+            if (!host::equalIgnoringCase(items, element.name)) {
+                continue;
+            }
+            Frame& inside = push(items);
             inside.kind = Frame::Kind::Items;
             inside.serializer = frame.serializer;
             inside.object = frame.object;
             inside.count = 0;
             return;
         }
-        if (startItem(frame, element, false)) {
+        if (startItem(frame, element, {})) {
             return;
         }
     }
@@ -257,15 +259,16 @@ void ObjectBuilder::startInObject(Frame& frame, const ElementStart& element) {
 }
 
 void ObjectBuilder::startInItems(Frame& frame, const ElementStart& element) {
-    if (!startItem(frame, element, true)) {
+    if (!startItem(frame, element, frame.name)) {
         skipUnknown(messages::noPlace, element, {});
     }
 }
 
 /// Reads an element as an item if the serializer takes it as one.
-bool ObjectBuilder::startItem(Frame& frame, const ElementStart& element, bool isInItemsElement) {
+bool ObjectBuilder::startItem(Frame& frame, const ElementStart& element,
+                              std::u16string_view itemsElement) {
     const TNuSerializerItem item =
-        frame.serializer->ItemToRead({element.name, element.className, isInItemsElement});
+        frame.serializer->ItemToRead({element.name, element.className, itemsElement});
     if (!item) {
         return false;
     }

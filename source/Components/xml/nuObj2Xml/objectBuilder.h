@@ -81,7 +81,7 @@ private:
     void startInList(Frame& frame, const ElementStart& element);
     void startInMap(Frame& frame, const ElementStart& element);
     void startInMapItem(Frame& frame, const ElementStart& element);
-    bool startItem(Frame& frame, const ElementStart& element, bool isInItemsElement);
+    bool startItem(Frame& frame, const ElementStart& element, std::u16string_view itemsElement);
     void startProperty(Frame& frame, const host::TPropInfo& property, const ElementStart& element);
     void startReadOnly(Frame& frame, const host::TPropInfo& property, const ElementStart& element);
     void startValue(Frame& frame, host::ValueRef target, const ElementStart& element);

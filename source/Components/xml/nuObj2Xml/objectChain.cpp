@@ -89,7 +89,10 @@ NuXmlString ObjectChain::path() const {
         const std::size_t end = (*chain)->depth_ - (chain + 1 != chains.rend() ? 1 : 0);
         for (std::size_t index = 0; index < end; ++index) {
             const Place& place = (*chain)->places_[index];
-            text.add(place.name, place.index);
+            // Items may stand right in their object.
+            if (!place.name.empty()) {
+                text.add(place.name, place.index);
+            }
         }
     }
     return text.take();

@@ -58,6 +58,7 @@ void ObjectEvents::attach(TNuSAXXMLReader& reader) {
     }
     reader.setContentHandler(this);
     reader.setLexicalHandler(this);
+    reader.setErrorHandler(this);
 }
 
 void ObjectEvents::fail() {
@@ -66,10 +67,22 @@ void ObjectEvents::fail() {
     if (failure_) {
         std::rethrow_exception(failure_);
     }
-    throw;
+    try {
+        throw;
+    } catch (const ENuSaxHandledAbort&) {
+        // All that is left of what the reader does not know, but for what it told before.
+        if (!fault_.empty()) {
+            throw host::Exception(fault_);
+        }
+        throw;
+    }
 }
 
 void ObjectEvents::finish() {
+    if (!fault_.empty()) {
+        builder_.abandon();
+        throw host::Exception(fault_);
+    }
     if (builder_.isOpen()) {
         const NuXmlString path = builder_.path();
         builder_.abandon();
@@ -192,6 +205,14 @@ void ObjectEvents::characters(std::u16string_view text) {
             builder_.characters(text, isInCData_);
             tellTrees([&](TNuSaxToDomHandler& handler) { handler.characters(text); });
         });
+    }
+}
+
+void ObjectEvents::fatalError(host::ISAXParseError& error) {
+    fault_ = error.getMessage();
+    if (hasPlaces_ && error.getLineNumber() > 0) {
+        fault_ +=
+            host::formatMessage(messages::atLine, {error.getLineNumber(), error.getColumnNumber()});
     }
 }
 

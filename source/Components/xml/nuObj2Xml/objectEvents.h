@@ -23,8 +23,10 @@ public:
     ~ObjectEvents() override;
 
     /// Lets `parse` make a reader read, with this as its handler. What an operation here threw
-    /// leaves as it is, instead of the abort that the reader makes of it; ENuSaxHandledAbort ends
-    /// the reading quietly. Throws host::Exception for a text that ends inside of an object.
+    /// leaves as it is, instead of the abort that the reader makes of it, and
+    /// what else goes wrong, such as a stream that cannot be read, as host::Exception;
+    /// ENuSaxHandledAbort ends the reading quietly. Throws host::Exception for a text that ends
+    /// inside of an object.
     template <class Parse> void read(Parse&& parse) {
         TNuSAXXMLReader reader;
         attach(reader);
@@ -46,6 +48,7 @@ public:
     void processingInstruction(std::u16string_view target, std::u16string_view data) override;
     void startCDATA() override;
     void endCDATA() override;
+    void fatalError(host::ISAXParseError& error) override;
 
 protected:
     /// An object to read into, and what reads it.
@@ -81,6 +84,7 @@ private:
     NuXmlString className_; ///< unescaped, where that is necessary
     std::vector<std::unique_ptr<Tree>> trees_;
     std::exception_ptr failure_;
+    NuXmlString fault_; ///< what ended the reading, where the reader says so to nobody else
 };
 
 } // namespace nu

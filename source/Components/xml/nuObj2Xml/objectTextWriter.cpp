@@ -48,6 +48,8 @@ template <class Unit> struct ObjectTextWriter<Unit>::Frame {
     TNuSerializer* serializer = nullptr; ///< knows the items; null for none
     std::unique_ptr<TNuSerializer> owned;
     bool areItemsWritten = false;
+    std::size_t itemCount = 0;
+    std::u16string_view itemsElement; ///< the one that is open around items
 
     // A list or a map
     ValueRef container;
@@ -134,18 +136,18 @@ template <class Unit> void ObjectTextWriter<Unit>::stepObject(Frame& frame) {
             return;
         }
     }
-    if (frame.serializer != nullptr && !std::exchange(frame.areItemsWritten, true) &&
-        frame.serializer->ItemCount() > 0) {
-        const std::u16string_view name = frame.serializer->ItemsElement();
-        if (!name.empty()) {
-            appendPlainStart(*frame.inside, name);
+    if (frame.serializer != nullptr && !std::exchange(frame.areItemsWritten, true)) {
+        const std::size_t count = frame.serializer->ItemCount();
+        if (count > 0) {
+            chain_.enter({});
+            Frame& items = push({}, *frame.inside);
+            items.kind = Frame::Kind::Items;
+            items.form = frame.inside;
+            items.serializer = frame.serializer;
+            items.itemCount = count;
+            items.itemsElement = {};
+            return;
         }
-        chain_.enter(name);
-        Frame& items = push(name, *frame.inside);
-        items.kind = Frame::Kind::Items;
-        items.form = frame.inside;
-        items.serializer = frame.serializer;
-        return;
     }
     appendEnd(*frame.form, frame.name);
     pop();
@@ -153,8 +155,9 @@ template <class Unit> void ObjectTextWriter<Unit>::stepObject(Frame& frame) {
 
 template <class Unit> void ObjectTextWriter<Unit>::stepItems(Frame& frame) {
     const std::size_t depth = depth_;
-    while (frame.next < frame.serializer->ItemCount()) {
+    while (frame.next < frame.itemCount) {
         const TNuSerializerItem item = frame.serializer->GetItem(frame.next++);
+        changeItemsElement(frame, item.itemsElement);
         if (item.object) {
             beginObject(nestedForm_, item.name, frame.next, item.object, nullptr);
         } else if (item.value) {
@@ -166,10 +169,23 @@ template <class Unit> void ObjectTextWriter<Unit>::stepItems(Frame& frame) {
             return;
         }
     }
-    if (!frame.name.empty()) {
-        appendEnd(*frame.form, frame.name);
-    }
+    changeItemsElement(frame, {});
     pop();
+}
+
+/// Ends the element around the items before, and begins the one around those that come.
+template <class Unit>
+void ObjectTextWriter<Unit>::changeItemsElement(Frame& frame, std::u16string_view name) {
+    if (frame.itemsElement == name) {
+        return;
+    }
+    if (!frame.itemsElement.empty()) {
+        appendEnd(*frame.form, frame.itemsElement);
+    }
+    if (!name.empty()) {
+        appendPlainStart(*frame.form, name);
+    }
+    frame.itemsElement = name;
 }
 
 template <class Unit> void ObjectTextWriter<Unit>::stepList(Frame& frame) {

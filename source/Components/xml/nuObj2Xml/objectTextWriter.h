@@ -51,6 +51,7 @@ private:
     void step(Frame& frame);
     void stepObject(Frame& frame);
     void stepItems(Frame& frame);
+    void changeItemsElement(Frame& frame, std::u16string_view name);
     void stepList(Frame& frame);
     void stepMap(Frame& frame);
 

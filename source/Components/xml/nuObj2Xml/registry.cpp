@@ -8,7 +8,7 @@
 #include "host/runtime/format.h"
 #include "host/runtime/persistent.h"
 #include "nuObj2Xml/messages.h"
-#include "nuObj2Xml/serializer.h"
+#include "nuObj2Xml/specialSerializers.h"
 
 namespace {
 
@@ -25,6 +25,10 @@ public:
         // The class registry is to be there longer than this one.
         static_cast<void>(host::FindClass({}));
         enter(host::classOf<host::TPersistent>, nu::serializerOf<TNuSerializer>);
+        enter(host::classOf<host::TStringList>, nu::serializerOf<TNuStringsSerializer>);
+        enter(host::classOf<host::TCollection>, nu::serializerOf<TNuCollectionSerializer>);
+        enter(host::classOf<host::TComponent>, nu::serializerOf<TNuComponentSerializer>);
+        enter(host::classOf<host::TWindowedControl>, nu::serializerOf<TNuControlSerializer>);
     }
     Registry(const Registry&) = delete;
     Registry& operator=(const Registry&) = delete;

@@ -159,7 +159,7 @@ void TNuSerializer::DoAfterDeserialize(TNuDOMElement& /*element*/) {}
 
 std::size_t TNuSerializer::ItemCount() const { return 0; }
 TNuSerializerItem TNuSerializer::GetItem(std::size_t /*index*/) const { return {}; }
-std::u16string_view TNuSerializer::ItemsElement() const { return {}; }
+std::span<const std::u16string_view> TNuSerializer::ItemsElements() const { return {}; }
 void TNuSerializer::BeginReading() {}
 TNuSerializerItem TNuSerializer::ItemToRead(const TNuElementFound& /*element*/) { return {}; }
 void TNuSerializer::EndReading() {}

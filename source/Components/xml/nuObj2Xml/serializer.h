@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <span>
 #include <string_view>
 
 #include "host/runtime/published.h"
@@ -31,6 +32,9 @@ struct TNuSerializerItem {
     NuXmlString name;
     host::ValueRef value;
     host::Instance object;
+    /// The name of the element that stands around it and the items beside it; empty for an item
+    /// right beside the properties.
+    std::u16string_view itemsElement;
 
     explicit operator bool() const noexcept { return value || object; }
 };
@@ -39,7 +43,8 @@ struct TNuSerializerItem {
 struct TNuElementFound {
     std::u16string_view name;      ///< Without a prefix.
     std::u16string_view className; ///< Of the type attribute, without a prefix; empty without one.
-    bool isInItemsElement = false; ///< Inside the element that ItemsElement names.
+    /// The one of ItemsElements that it stands in; empty right beside the properties.
+    std::u16string_view itemsElement;
 };
 
 /// Writes an object as an element, its published properties as child elements, and reads them back.
@@ -130,13 +135,12 @@ protected:
     /// collection, the components of a component.
     /// @{
 
-    /// The number of items.
+    /// The number of items; asked for once each time the object is written.
     [[nodiscard]] virtual std::size_t ItemCount() const;
     /// An item with the name of its element.
     [[nodiscard]] virtual TNuSerializerItem GetItem(std::size_t index) const;
-    /// The name of the element around the items, which is left out when there are none; empty if
-    /// they stand right beside the properties.
-    [[nodiscard]] virtual std::u16string_view ItemsElement() const;
+    /// The names of the elements that may stand around items.
+    [[nodiscard]] virtual std::span<const std::u16string_view> ItemsElements() const;
     /// Reading begins: the place to remove items that will come again.
     virtual void BeginReading();
     /// Asked for every element that is no property: where it is to be read into. Nothing for an

@@ -42,4 +42,20 @@ const host::TClassInfo& classForSlot(const host::SlotOperations& slot,
     return *named;
 }
 
+const host::TClassInfo& classBelow(const host::TClassInfo& declared,
+                                   std::u16string_view className) {
+    const bool isDeclared = className.empty() || host::equalIgnoringCase(className, declared.name);
+    const host::TClassInfo* const info = isDeclared ? &declared : host::FindClass(className);
+    if (info == nullptr) {
+        throw host::Exception(host::formatMessage(messages::classNotRegistered, {className}));
+    }
+    if (!info->derivesFrom(declared)) {
+        throw host::Exception(host::formatMessage(messages::doesNotInherit, {declared.name}));
+    }
+    if (info->create == nullptr) {
+        throw host::Exception(host::formatMessage(messages::cannotBeMade, {info->name}));
+    }
+    return *info;
+}
+
 } // namespace nu

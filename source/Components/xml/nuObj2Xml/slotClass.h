@@ -16,4 +16,9 @@ bool isRelated(std::u16string_view className, const host::TClassInfo& info);
 const host::TClassInfo& classForSlot(const host::SlotOperations& slot,
                                      std::u16string_view className);
 
+/// The class of a new object where `declared` is wanted: that one if the element names none, or a
+/// registered descendant. Throws host::Exception when there is none of the name, when it does not
+/// derive from the other, and when no object of it can be made.
+const host::TClassInfo& classBelow(const host::TClassInfo& declared, std::u16string_view className);
+
 } // namespace nu

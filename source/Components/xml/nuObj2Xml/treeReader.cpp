@@ -1,0 +1,84 @@
+#include "nuObj2Xml/treeReader.h"
+
+#include "common/caseFolding.h"
+#include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/values/schemaPrefix.h"
+
+namespace nu {
+
+namespace {
+
+/// What the start tag of an element would tell.
+class StartOfElement {
+public:
+    explicit StartOfElement(const TNuDOMElement& element) : name_(element.get_localName()) {
+        for (const TNuDOMAttribute& attribute : element.Attributes()) {
+            const NuXmlString local = attribute.get_localName();
+            if (local == u"type") {
+                take(attribute, type_);
+            } else if (local == u"nil") {
+                take(attribute, nil_);
+            }
+        }
+    }
+
+    [[nodiscard]] ElementStart start() const noexcept {
+        const std::u16string_view type = type_.value;
+        return {name_, type.substr(type.find(cNuColon) + 1), NuEqualAsciiWord(nil_.value, u"true")};
+    }
+
+private:
+    struct Found {
+        NuXmlString value;
+        int rank = 0;
+    };
+
+    /// The namespace counts most, then the usual prefix, whatever it stands for, then none.
+    static void take(const TNuDOMAttribute& attribute, Found& found) {
+        const NuXmlString prefix = attribute.get_prefix();
+        const int rank = prefix.empty()                                     ? 1
+                         : prefix == u"xsi"                                 ? 2
+                         : attribute.get_namespaceURI() == nu::cInstanceURI ? 3
+                                                                            : 0;
+        if (rank > found.rank) {
+            found = {attribute.get_nodeValue(), rank};
+        }
+    }
+
+    NuXmlString name_;
+    Found type_;
+    Found nil_;
+};
+
+/// Takes what comes before the next end of an element, and gives the node behind.
+TNuDOMNode* takeLeaf(ObjectBuilder& builder, TNuDOMNode& node) {
+    if (NodeAccess::is<TNuDOMText>(node)) {
+        // Its value is unescaped already, so that nothing in it is a reference any more.
+        builder.characters(node.get_nodeValue(), true);
+    }
+    return NodeAccess::next(node);
+}
+
+} // namespace
+
+void readElement(ObjectBuilder& builder, TNuDOMElement& element, host::Instance object,
+                 TNuSerializer* serializer) {
+    builder.begin(object, serializer, false, StartOfElement(element).start());
+    TNuDOMElement* open = &element;
+    TNuDOMNode* next = element.get_firstChild();
+    while (open != nullptr) {
+        if (auto* const child = NodeAccess::as<TNuDOMElement>(next)) {
+            builder.startElement(StartOfElement(*child).start());
+            open = child;
+            next = child->get_firstChild();
+        } else if (next != nullptr) {
+            next = takeLeaf(builder, *next);
+        } else {
+            builder.endElement(builder.wantsTree() ? open : nullptr);
+            next = open != &element ? NodeAccess::next(*open) : nullptr;
+            open = open != &element ? NodeAccess::parentElement(*open) : nullptr;
+        }
+    }
+}
+
+} // namespace nu
