@@ -1,57 +1,13 @@
 // Counts the allocations of whole parses: an element must not cost any, so their number may depend
 // on the size of the input only through buffers that double.
 
-#include <cerrno>
 #include <cstddef>
 #include <cstdio>
 #include <exception>
 #include <string>
 
+#include "heap.h"
 #include "peers/peer.h"
-
-// The C library's own functions behind the ones that are replaced below.
-extern "C" {
-void* __libc_malloc(std::size_t size);
-void* __libc_calloc(std::size_t count, std::size_t size);
-void* __libc_realloc(void* block, std::size_t size);
-void* __libc_memalign(std::size_t alignment, std::size_t size);
-}
-
-namespace {
-
-std::size_t allocations = 0;
-
-} // namespace
-
-// operator new and everything else that takes memory comes through here, in all libraries.
-extern "C" {
-
-void* malloc(std::size_t size) {
-    ++allocations;
-    return __libc_malloc(size);
-}
-
-void* calloc(std::size_t count, std::size_t size) {
-    ++allocations;
-    return __libc_calloc(count, size);
-}
-
-void* realloc(void* block, std::size_t size) {
-    ++allocations;
-    return __libc_realloc(block, size);
-}
-
-void* aligned_alloc(std::size_t alignment, std::size_t size) {
-    ++allocations;
-    return __libc_memalign(alignment, size);
-}
-
-int posix_memalign(void** block, std::size_t alignment, std::size_t size) {
-    ++allocations;
-    *block = __libc_memalign(alignment, size);
-    return *block == nullptr ? ENOMEM : 0;
-}
-}
 
 namespace {
 
@@ -66,9 +22,9 @@ std::string document(std::size_t elements) {
 std::size_t allocationsOf(const bench::Reader& reader, std::size_t elements) {
     const std::string text = document(elements);
     const bench::Run run = reader.prepare(text);
-    const std::size_t before = allocations;
+    const std::size_t before = bench::heap.allocations;
     const bench::Tally tally = run();
-    const std::size_t after = allocations;
+    const std::size_t after = bench::heap.allocations;
     if (tally.elements != elements) {
         std::fprintf(stderr, "%s sees %zu of %zu elements\n", reader.name.c_str(), tally.elements,
                      elements);
