@@ -236,7 +236,8 @@ private:
 TEST(ObjectStream, AStreamThatFailsIsToldAndNoEnd) {
     TFailingStream stream;
     try {
-        nu::ReadObjects<TPart>(stream, u"p", [](std::unique_ptr<TPart>) {});
+        nu::ReadObjects<TPart>(
+            stream, u"p", [](std::unique_ptr<TPart>) {}, dsUnchecked);
         ADD_FAILURE();
     } catch (const host::Exception& error) {
         EXPECT_EQ(error.Message(), u"The disk is gone");

@@ -161,7 +161,7 @@ TEST(SpecialSerializers, ComponentsOfForeignClassesAreNotMade) {
          u"The given object does not inherit from TWindowedControl!"},
         {u"<c type=\"TForm\"><Components><x type=\"TLine\"/></Components></c>",
          u"The given object does not inherit from TComponent!"},
-        {u"", u"Unexpected EOF"},
+        {u"", u"The text holds no element!"},
     };
     for (const auto& expected : cases) {
         host::TComponent owner;
