@@ -1,11 +1,14 @@
 #include "nuXmlParser/conforming/normaliser.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "host/runtime/format.h"
 #include "nuXmlParser/conforming/conformingMessages.h"
 #include "nuXmlParser/conforming/xmlDeclaration.h"
 #include "nuXmlParser/conforming/xmlNames.h"
+#include "nuXmlParser/markup/plainTag.h"
+#include "nuXmlParser/markup/textStop.h"
 
 namespace nu {
 
@@ -28,9 +31,62 @@ bool Normaliser::run(std::size_t enough) {
         if (output_.text().size() + waiting >= enough) {
             return true;
         }
+        passPlain();
         step();
     }
     return false;
+}
+
+/// Passes tags and text that need no change, as nearly all, one after the other; stops before
+/// anything else. What it passes means the same to step().
+void Normaliser::passPlain() {
+    if (elements_.depth() == 0 || texts_.isInEntity() || !tags_.declarations.empty() ||
+        texts_.hasBreaks() || markup_.inside() != MarkupRules::Inside::Nothing ||
+        !passesPlainText()) {
+        return;
+    }
+    const char* place = texts_.place;
+    const char* const end = texts_.end;
+    const char* const begin = place;
+    for (;;) {
+        // 1. Text up to the next "<". The first ">" behind a tag, "]]>", references and CR are not
+        //    plain, nor is what the text at hand cuts off.
+        const char* const less = findTextStop(place, end);
+        if (less == end || *less != '<' || end - less < 3) {
+            break;
+        }
+        place = less;
+        // 2. An end tag of the innermost element, or a start tag.
+        if (less[1] == '/') {
+            const std::string_view name = elements_.innermost();
+            const auto room = static_cast<std::size_t>(end - less - 2);
+            if (room <= name.size() || less[2 + name.size()] != '>' ||
+                std::memcmp(less + 2, name.data(), name.size()) != 0 || elements_.depth() == 1) {
+                break;
+            }
+            tags_.closePlain();
+            place = less + 3 + name.size();
+        } else {
+            const markup::PlainTag tag = markup::readPlainStartTag(less, end);
+            if (tag.end == nullptr) {
+                break;
+            }
+            if (!tag.isEmptyElement) {
+                elements_.open(tag.name, source_.offsetOf(less));
+            }
+            place = tag.end;
+        }
+        texts_.place = place;
+    }
+    // 3. What stands before the "<" that is not plain is text that was looked at.
+    if (place != begin) {
+        const bool isBehindMarkup = texts_.place == place;
+        texts_.place = place;
+        beginText();
+        if (!isBehindMarkup) {
+            noteText();
+        }
+    }
 }
 
 void Normaliser::step() {

@@ -32,6 +32,7 @@ public:
 
 private:
     void step();
+    void passPlain();
     void finish();
     void passXmlDeclaration();
     void passMarkup();
@@ -45,6 +46,10 @@ private:
     bool passTextEnd(const char* end);
     bool passCarriageReturn(const char*& at);
     void passReference();
+    /// Whether white space alone may go out as it is.
+    [[nodiscard]] bool passesPlainText() const noexcept {
+        return reader_ == ReaderForm::Told || options_.whiteSpace == cwReader;
+    }
     bool passSpaceRun();
     [[nodiscard]] bool isKept(std::string_view space) const noexcept;
     [[nodiscard]] bool mayVanish(const char* reference);

@@ -29,6 +29,11 @@ public:
     /// The tag at the place of the text, whose "<" it is.
     void passStartTag();
     void passEndTag();
+    /// The innermost element ends with an end tag that needs no change.
+    void closePlain() noexcept {
+        bindings_.unbind(elements_.depth());
+        elements_.close();
+    }
 
 private:
     /// What is written for one attribute: the value as it stands, or another one.

@@ -95,6 +95,7 @@ public:
             insertBreaks(at);
         }
     }
+    [[nodiscard]] bool hasBreaks() const noexcept { return keptBreaks_ > 0; }
     [[nodiscard]] bool keepsLines() const noexcept { return keepsLines_; }
     /// Writes everything up to `place`.
     void write();
