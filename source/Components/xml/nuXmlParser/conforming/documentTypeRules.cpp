@@ -20,19 +20,18 @@ bool isHarmless(std::string_view literal) noexcept {
 void DocumentTypeRules::pass() {
     // 1. The head, which the reader reads.
     texts_.putBreaks(texts_.place + 1);
-    DroppedText dropped;
-    std::int64_t breaks = passHead(dropped.start);
+    std::int64_t breaks = passHead(dropped_.start);
 
     // 2. The internal subset, which goes.
     if (*texts_.place == '[') {
         form_.hasInternalSubset = true;
-        texts_.beginDropping(dropped);
+        texts_.beginDropping(dropped_);
         ++texts_.place;
         passSubset();
         while (passSpace()) {
         }
         texts_.endDropping();
-        breaks += dropped.lineBreaks();
+        breaks += dropped_.lineBreaks();
     }
 
     // 3. The end.
@@ -45,7 +44,7 @@ void DocumentTypeRules::pass() {
     ++texts_.place;
     texts_.keepBreaks(breaks);
     texts_.putBreaks(texts_.place);
-    form_.documentType = std::move(dropped.start) + ">";
+    form_.documentType = std::move(dropped_.start) + ">";
 }
 
 /// "<!DOCTYPE", the name and the external identifier, up to "[" or ">". Gives the

@@ -52,6 +52,7 @@ private:
     MarkupRules& markup_;
     TNuSourceForm& form_;
     bool hasNamespaces_;
+    DroppedText dropped_; ///< outlives a fault, behind which what was read is still written
     bool doDeclarationsCount_ = true; ///< nothing was left out before them that might go first
 };
 
