@@ -38,6 +38,7 @@ int main() {
     }
 
     double highest = -100;
+    std::u16string warmest;
     int missing = 0;
     host::TFileStream stream(file, host::fmOpenRead);
     const std::size_t count = nu::ReadObjects<TReading>(
@@ -46,9 +47,10 @@ int main() {
                 ++missing;
             } else if (*reading->Temperature > highest) {
                 highest = *reading->Temperature;
-                std::cout << NuToUtf8(reading->Station) << ' ' << highest << '\n';
+                warmest = reading->Station;
             }
         });
+    std::cout << NuToUtf8(warmest) << ": " << highest << '\n';
     std::cout << count << " readings, " << missing << " without a temperature\n";
 
     // It is enough to see the first that matters: false ends the reading.
