@@ -9,16 +9,26 @@ bool TextStack::showMore() {
     if (isInEntity()) {
         return false;
     }
-    if (!source_.staysInPlace()) {
-        write();
-        elements_.settleLines(source_, source_.offsetOf(place));
+    if (source_.staysInPlace()) {
+        const bool isMore = source_.showMore(place);
+        end = source_.end();
+        return isMore;
     }
-    const bool isMore = source_.showMore(place);
-    end = source_.end();
-    if (!source_.staysInPlace()) {
+    write();
+    elements_.settleLines(source_, source_.offsetOf(place));
+    // The text moves even where what follows it is a fault, and it may still be written then.
+    const auto follow = [this] {
         notWritten_ = place;
+        end = source_.end();
+    };
+    try {
+        const bool isMore = source_.showMore(place);
+        follow();
+        return isMore;
+    } catch (...) {
+        follow();
+        throw;
     }
-    return isMore;
 }
 
 bool TextStack::startsWith(std::string_view text) {
