@@ -23,6 +23,9 @@
 /// UTF-8's number as a code page.
 inline constexpr std::uint32_t cNuCodePageUtf8 = 65001;
 
+/// UTF-16's, low byte first; not for what converts 8-bit text.
+inline constexpr std::uint32_t cNuCodePageUtf16 = 1200;
+
 /// The code page that 0 stands for, process-wide.
 ///
 /// When the library is loaded it is taken from the first of the environment variables LC_ALL,

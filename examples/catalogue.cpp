@@ -6,10 +6,12 @@
 #include "common/utf8.h"
 #include "nuXmlDOM.h"
 
-int main(int argumentCount, char** arguments) {
+int main(int argumentCount, char** arguments) try {
+    TNuConformingOptions options;
+    options.whiteSpace = cwInline; // indentation is no text here
+
     // The handle keeps the document, and the document all its nodes.
-    const NuRef<TNuDOMDocument> document = TNuDOMDocument::Create();
-    document->LoadFromFile(argumentCount > 1 ? arguments[1] : "library.xml");
+    const auto document = NuLoadDocument(argumentCount > 1 ? arguments[1] : "library.xml", options);
     TNuDOMElement& library = *document->get_documentElement();
 
     // Select with filters; the list is a snapshot.
@@ -34,4 +36,8 @@ int main(int argumentCount, char** arguments) {
 
     // Whoever looks there finds the old file or the new one, never a part.
     document->SaveToFile(std::filesystem::temp_directory_path() / "library.xml", true);
+} catch (const ENuXmlFault& fault) {
+    // Not well-formed: "library.xml:7:15: the element "book" is not closed".
+    std::cerr << fault.what() << '\n';
+    return 1;
 }

@@ -133,8 +133,8 @@ endDocument
 
 TEST(Events, AreWrittenOneALine) {
     for (const Case& expected : cases) {
-        const std::string line =
-            "printf '" + std::string(expected.document) + "' | nuxml events " + expected.options;
+        const std::string line = "printf '" + std::string(expected.document) +
+                                 "' | nuxml events --raw " + expected.options;
         SCOPED_TRACE(line);
         const ShellResult result = runShell(line);
         EXPECT_EQ(result.exitCode, expected.exitCode);

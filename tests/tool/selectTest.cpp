@@ -15,28 +15,31 @@ const ShellCase forms[] = {
     {"nuxml select --count //book library.xml", 0, "8\n", ""},
     // One value a line, whatever is in it.
     {R"(printf '<a b="1\n2"><c>x\\y\r\nz</c><c/></a>' | nuxml select --value 'a/@b | a/c')", 0,
-     "1\\n2\nx\\\\y\\r\\nz\n\n", ""},
+     "1 2\nx\\\\y\\nz\n\n", ""},
     // Several files are named where the place is the result.
     {"cp library.xml two.xml; nuxml select --count //poem library.xml two.xml; nuxml select "
      "--path //poem two.xml library.xml; nuxml select --value //poem/@of library.xml two.xml",
      0, "library.xml:1\ntwo.xml:1\ntwo.xml:/library/poem\nlibrary.xml:/library/poem\nb001\nb001\n",
      ""},
-    {"printf '<a>\xC3\xA9</a>' | nuxml select --large --value a", 0, "\xC3\x83\xC2\xA9\n", ""},
+    {"printf '<a>\xC3\xA9</a>' | nuxml select --raw --large --value a", 0, "\xC3\x83\xC2\xA9\n",
+     ""},
 };
 TEST(Select, ShowsResultsInFourForms) { expectShell(forms); }
 
 const ShellCase paths[] = {
     {R"(printf '<r xmlns="u"><p:a i="1"/><b>t<!--c--><i/>u</b><p:a I="2" p:i="3"><b/><?b x?></p:a>)"
-     R"(</r>' >paths.xml; nuxml select --path 'r | r/p:a | r/b/node() | r/p:a/@* | r/p:a/node())"
+     R"(</r>' >paths.xml; nuxml select --raw --path 'r | r/p:a | r/b/node() | r/p:a/@* | r/p:a/node())"
      R"( | r/@*' paths.xml 2>warnings)",
      0,
      "/r\n/r/p:a[1]\n/r/p:a[2]\n/r/b/#text[1]\n/r/b/#comment\n/r/b/i\n/r/b/#text[2]\n"
      "/r/p:a[1]/@i\n/r/p:a[2]/@I[1]\n/r/p:a[2]/@i[2]\n/r/p:a[2]/b[1]\n/r/p:a[2]/b[2]\n/r/@\n",
      ""},
     // Each of them selects what it was made for.
-    {"nuxml select --xml 'r/b/node() | r/p:a/@* | r/p:a/node()' paths.xml >direct 2>warnings; "
-     "nuxml select --path 'r/b/node() | r/p:a/@* | r/p:a/node()' paths.xml 2>warnings | "
-     "while read -r path; do nuxml select \"$path\" paths.xml 2>warnings; done | cmp - direct",
+    {"nuxml select --raw --xml 'r/b/node() | r/p:a/@* | r/p:a/node()' paths.xml >direct "
+     "2>warnings; "
+     "nuxml select --raw --path 'r/b/node() | r/p:a/@* | r/p:a/node()' paths.xml 2>warnings | "
+     "while read -r path; do nuxml select --raw \"$path\" paths.xml 2>warnings; done | cmp - "
+     "direct",
      0, "", ""},
 };
 TEST(Select, ShowsPathsThatLeadBack) { expectShell(paths); }
@@ -63,8 +66,8 @@ const ShellCase failures[] = {
      "hall@library.example\n", ""},
     {"nuxml select --value //mail missing.xml library.xml", 4, "hall@library.example\n",
      "nuxml: cannot open missing.xml: No such file or directory\n"},
-    {"printf '<a>&#;</a>' | nuxml select --value a", 3, "",
-     "nuxml: standard input: '' is not a valid integer value\n"},
+    {"printf '<a>&#;</a>' | nuxml select --raw --value a", 3, "",
+     "standard input: error: '' is not a valid integer value\n"},
     // Mistakes in the path.
     {"nuxml select 'library[x' library.xml library.xml", 2, "",
      "nuxml: library.xml: the path library[x: Unterminated Filter!\n"},

@@ -14,6 +14,14 @@ const Option* find(std::initializer_list<Option> options, std::string_view name)
     return found == options.end() ? nullptr : found;
 }
 
+/// The setting whose value stands behind "=" in the same argument.
+const Setting* findJoined(std::initializer_list<Setting> settings, std::string_view argument) {
+    const std::size_t equals = argument.find('=');
+    return equals != argument.npos && argument.starts_with("--")
+               ? find(settings, argument.substr(0, equals))
+               : nullptr;
+}
+
 } // namespace
 
 std::vector<Operand> parseArguments(std::span<const std::string_view> arguments,
@@ -40,6 +48,8 @@ std::vector<Operand> parseArguments(std::span<const std::string_view> arguments,
             flag->value = true;
         } else if (const Setting* setting = find(settings, argument)) {
             setting->value = nextValue();
+        } else if (const Setting* joined = findJoined(settings, argument)) {
+            joined->value = argument.substr(joined->name.size() + 1);
         } else if (const Repeated* option = find(repeated, argument)) {
             option->given.push_back({argument, nextValue()});
         } else {

@@ -22,7 +22,7 @@ struct Flag {
     bool& value;           ///< becomes true when the option is given
 };
 
-/// An option with a value, which is the next argument.
+/// An option with a value, which is the next argument or, behind a long name, stands after "=".
 struct Setting {
     std::string_view name; ///< with its dashes
     std::optional<std::string_view>& value;

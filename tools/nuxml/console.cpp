@@ -20,10 +20,19 @@ bool Console::isColoured() const noexcept {
 void Console::complain(std::string_view text) noexcept { complain(text, {}); }
 
 void Console::complain(std::string_view text, std::u16string_view message) noexcept {
+    writeLine("nuxml: ", text, message);
+}
+
+void Console::complainAbout(std::string_view input, std::u16string_view message) noexcept {
+    writeLine({}, input, message);
+}
+
+void Console::writeLine(std::string_view start, std::string_view text,
+                        std::u16string_view message) noexcept {
     // On a terminal both outputs are one, so what came first has to stand first.
     output_.flush();
     progress_.clear();
-    errors_.write("nuxml: ");
+    errors_.write(start);
     errors_.write(text);
     if (!message.empty()) {
         errors_.write(": ");

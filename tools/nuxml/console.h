@@ -19,8 +19,13 @@ public:
     void complain(std::string_view text) noexcept;
     /// Writes "nuxml: `text`: `message`" as a line; line breaks in the message become spaces.
     void complain(std::string_view text, std::u16string_view message) noexcept;
+    /// The same without "nuxml: ": what is wrong is an input, and editors look for its name first.
+    void complainAbout(std::string_view input, std::u16string_view message) noexcept;
 
 private:
+    void writeLine(std::string_view start, std::string_view text,
+                   std::u16string_view message) noexcept;
+
     Output output_{1};
     Output errors_{2};
     Progress progress_;

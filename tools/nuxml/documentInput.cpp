@@ -51,33 +51,37 @@ private:
 
 } // namespace
 
-LoadedDocument loadDocument(Console& console, std::string_view name, bool isLarge) {
+LoadedDocument loadDocument(Console& console, std::string_view name,
+                            const ReadingOptions& options) {
+    const std::optional<TNuConformingOptions> conforming = options.conforming();
     // Text that does not say what it is is UTF-8, whatever the environment says.
     NuSetSystemCodePage(cNuCodePageUtf8);
     // That holds for text of any length unless somebody asks for pieces, whose reader takes
     // undeclared UTF-8 for 8-bit text: what is written in its place must not differ.
-    const Input input =
-        openInput(name, isLarge ? InputReading::InPieces : InputReading::Whole, console.progress());
+    const Input input = openInput(
+        name, options.isLarge ? InputReading::InPieces : InputReading::Whole, console.progress());
     SourceStream stream(*input.stream, name, console.progress());
     const std::string_view shown = displayName(name);
     LoadedDocument loaded{TNuDOMDocument::Create()};
+    loaded.isRaw = options.isRaw;
 
     // 1. The tree is built from a reader that also tells about faults and their places.
     TNuSAXXMLReader reader;
     reader.SetParserChoice(input.parserChoice);
-    const auto handler = host::makeRef<TNuSaxToDomHandler>(reader, *loaded.document);
-    reader.setContentHandler(handler);
-    reader.OnComment = [&](auto& text) { handler->comment(text.WideView()); };
-    reader.OnStartCDATA = [&] { handler->startCDATA(); };
-    reader.OnEndCDATA = [&] { handler->endCDATA(); };
-    reader.OnStartDTD = [&](auto&, auto&, auto&) { loaded.hadDocumentType = true; };
-    const auto complain = [&](host::ISAXParseError& error) {
-        complainAt(console, shown, {error.getLineNumber(), error.getColumnNumber()},
+    if (conforming) {
+        reader.SetConforming(*conforming);
+    }
+    const auto builder = host::makeRef<TreeBuilder>(reader, *loaded.document);
+    reader.setContentHandler(builder);
+    reader.setLexicalHandler(builder);
+    const auto complain = [&](host::ISAXParseError& error, Severity severity) {
+        loaded.isComplainedAbout = true;
+        complainAt(console, shown, {error.getLineNumber(), error.getColumnNumber()}, severity,
                    error.getMessage());
     };
     std::optional<Fatality> fatality;
-    reader.OnWarning = complain;
-    reader.OnError = complain;
+    reader.OnWarning = [&](host::ISAXParseError& error) { complain(error, Severity::Warning); };
+    reader.OnError = [&](host::ISAXParseError& error) { complain(error, Severity::Error); };
     reader.OnFatalError = [&](host::ISAXParseError& error) { fatality = fatalityOf(error); };
 
     // 2. What leaves the parse is a fault as well, a fatal one also where it returned normally.
@@ -91,16 +95,26 @@ LoadedDocument loadDocument(Console& console, std::string_view name, bool isLarg
     if (fatality) {
         loaded.exitCode = explain(console, shown, *fatality);
     } else if (exceptionMessage) {
-        console.complain(shown, *exceptionMessage);
+        complainAt(console, shown, {}, Severity::Error, *exceptionMessage);
         loaded.exitCode = exitFault;
-    } else if (&handler->Current() != loaded.document.get()) {
-        console.complain(shown, u"the document ends inside of \"" +
-                                    handler->Current().get_nodeName() + u"\"");
+    } else if (&builder->tree().Current() != loaded.document.get()) {
+        complainAt(console, shown, {}, Severity::Warning,
+                   u"the document ends inside of \"" + builder->tree().Current().get_nodeName() +
+                       u"\"");
+        loaded.isComplainedAbout = true;
     }
-    loaded.layout = stream.layout();
+    loaded.isComplainedAbout = loaded.isComplainedAbout || loaded.exitCode != exitDone;
+
+    // 3. What was read of a faulty document is something only to whoever insists on it.
+    if (loaded.exitCode == exitFault && options.isForced && loaded.document->GetRootNode()) {
+        loaded.exitCode = exitDone;
+    }
     if (loaded.exitCode != exitDone) {
         loaded.document.reset();
     }
+    loaded.form = reader.SourceForm();
+    loaded.order = builder->order();
+    loaded.layout = stream.layout();
     return loaded;
 }
 

@@ -5,21 +5,27 @@
 #include "console.h"
 #include "exitCode.h"
 #include "nuXmlDOM.h"
+#include "nuXmlParser.h"
+#include "readingOptions.h"
 #include "sourceLayout.h"
+#include "treeBuilder.h"
 
 namespace tool {
 
-/// An input as a tree.
+/// An input as a tree, and what a tree does not keep of it.
 struct LoadedDocument {
     NuRef<TNuDOMDocument> document; ///< empty when the input is no document
     ExitCode exitCode = exitDone;
-    bool hadDocumentType = false; ///< which a tree does not keep
+    bool isComplainedAbout = false; ///< something may be missing in the tree, or be another
+    bool isRaw = false;             ///< then nothing is known of the form
+    TNuSourceForm form{};
+    TopLevelOrder order{};
     SourceLayout layout{};
 };
 
 /// Loads a file or standard input and says on standard error what is wrong with it. The tree is all
-/// that is held of a long input. Throws InputError when it cannot be opened.
-/// \param isLarge whether it is read in pieces, however short it is
-LoadedDocument loadDocument(Console& console, std::string_view name, bool isLarge);
+/// that is held of a long input. Throws InputError when it cannot be opened, UsageError where the
+/// options contradict each other.
+LoadedDocument loadDocument(Console& console, std::string_view name, const ReadingOptions& options);
 
 } // namespace tool

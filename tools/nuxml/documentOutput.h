@@ -10,11 +10,18 @@
 
 namespace tool {
 
+/// Where a document comes from and goes to.
+struct Destination {
+    std::string_view source; ///< the name of a file, or "-" for standard input
+    std::string_view target; ///< the same; "-" is standard output
+    bool isForced = false;   ///< whatever speaks against replacing a file
+};
+
 /// How a document stands on its lines.
 struct DocumentForm {
     bool isFormatted = true;
-    bool endsLinesWithCR = true; ///< only of a formatted document
-    bool endsWithLine = false;   ///< the last line ends as well
+    bool breaksTopLevel = true; ///< what stands right below the document has lines of its own
+    bool endsWithLine = true;   ///< the last line ends as well
 };
 
 /// Where a document goes: back to its `source` in place, to the target that was given, else "-" for
@@ -22,15 +29,13 @@ struct DocumentForm {
 std::string_view targetOf(std::string_view source, bool isInPlace,
                           std::optional<std::string_view> given);
 
-/// Says on standard error if a document lost its document type declaration when it was loaded. A
-/// document that goes beside the old one may be without it; the only one must not: false then.
-bool mayBeWritten(Console& console, const LoadedDocument& loaded, std::string_view source,
-                  std::string_view target);
-
-/// Writes a document as UTF-8 without a byte-order mark, whatever its encoding was, and makes its
-/// XML declaration say so. To a file, or "-" for standard output. A file takes the place of an old
-/// one when it is complete.
-ExitCode writeDocument(Console& console, TNuDOMDocument& document, DocumentForm form,
-                       std::string_view target);
+/// Writes a document in its own encoding, with its document type and its line ends.
+///
+/// To a file only when nothing speaks against it: that the reading was complained about, that the
+/// encoding cannot be written (UTF-8 is then), or that the document type was lost; otherwise says
+/// so and gives exitFault. A file takes the place of an old one when it is complete. The document
+/// is good for nothing else afterwards.
+ExitCode writeDocument(Console& console, const LoadedDocument& loaded, DocumentForm form,
+                       const Destination& destination);
 
 } // namespace tool

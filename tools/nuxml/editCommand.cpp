@@ -29,7 +29,7 @@ struct Operation {
 
 struct Options {
     std::vector<Operation> operations;
-    bool isLarge = false;
+    ReadingOptions reading;
     std::string_view source = standardInput;
     std::string_view target = standardInput;
 };
@@ -59,9 +59,14 @@ Options readOptions(Arguments arguments) {
     bool isInPlace = false;
     std::optional<std::string_view> target;
     std::vector<GivenOption> given;
-    const auto operands = parseArguments(
-        arguments, {{largeOption, options.isLarge}, {"-i", isInPlace}}, {{"-o", target}},
-        {{setOption, given}, {createOption, given}, {deleteOption, given}});
+    const auto operands =
+        parseArguments(arguments,
+                       {{largeOption, options.reading.isLarge},
+                        {rawOption, options.reading.isRaw},
+                        {forceOption, options.reading.isForced},
+                        {"-i", isInPlace}},
+                       {{"-o", target}, {whiteOption, options.reading.white}},
+                       {{setOption, given}, {createOption, given}, {deleteOption, given}});
     for (const GivenOption& option : given) {
         options.operations.push_back(operationOf(option));
     }
@@ -165,12 +170,9 @@ ExitCode applyAll(Console& console, TNuDOMDocument& document, const Options& opt
 
 ExitCode runEdit(Console& console, Arguments arguments) {
     const Options options = readOptions(arguments);
-    const LoadedDocument loaded = loadDocument(console, options.source, options.isLarge);
+    const LoadedDocument loaded = loadDocument(console, options.source, options.reading);
     if (!loaded.document) {
         return loaded.exitCode;
-    }
-    if (!mayBeWritten(console, loaded, options.source, options.target)) {
-        return exitFault;
     }
     // All changes or none: after a failure nothing is written.
     const ExitCode exitCode = applyAll(console, *loaded.document, options);
@@ -178,9 +180,9 @@ ExitCode runEdit(Console& console, Arguments arguments) {
         return exitCode;
     }
     const SourceLayout& layout = loaded.layout;
-    return writeDocument(console, *loaded.document,
-                         {layout.hasLines, layout.endsLinesWithCR, layout.endsWithLine},
-                         options.target);
+    return writeDocument(console, loaded,
+                         {layout.hasLines, layout.hasLineBreak, layout.endsWithLine},
+                         {options.source, options.target, options.reading.isForced});
 }
 
 } // namespace tool

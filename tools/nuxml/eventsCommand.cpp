@@ -16,6 +16,7 @@
 #include "host/runtime/unicode.h"
 #include "input.h"
 #include "nuXmlSax.h"
+#include "readingOptions.h"
 
 namespace tool {
 
@@ -24,7 +25,8 @@ namespace {
 struct Options {
     bool asJson = false;
     bool showsPlaces = false;
-    bool isLarge = false;
+    ReadingOptions reading;
+    std::optional<TNuConformingOptions> conforming{}; ///< for the stage, if there is one
 };
 
 /// The class of an exception without its namespace.
@@ -56,6 +58,9 @@ ExitCode showEvents(Console& console, const Input& input, std::string_view name,
     reader.setLexicalHandler(handler);
     reader.setErrorHandler(handler);
     reader.SetParserChoice(input.parserChoice);
+    if (options.conforming) {
+        reader.SetConforming(*options.conforming);
+    }
 
     // 2. What leaves the parse is shown as well.
     std::optional<std::u16string> exceptionMessage;
@@ -71,7 +76,7 @@ ExitCode showEvents(Console& console, const Input& input, std::string_view name,
         return exitDone;
     }
     if (!handler->fatality()) {
-        console.complain(name, *exceptionMessage);
+        complainAt(console, name, {}, Severity::Error, *exceptionMessage);
         return exitFault;
     }
     return explain(console, name, *handler->fatality());
@@ -81,7 +86,7 @@ ExitCode showInput(Console& console, std::string_view name, const Options& optio
                    bool isOneOfSeveral) {
     try {
         const Input input =
-            openInput(name, options.isLarge ? InputReading::InPieces : InputReading::BySize,
+            openInput(name, options.reading.isLarge ? InputReading::InPieces : InputReading::BySize,
                       console.progress());
         if (options.asJson) {
             EventJson format(console.output());
@@ -100,9 +105,13 @@ ExitCode showInput(Console& console, std::string_view name, const Options& optio
 
 ExitCode runEvents(Console& console, Arguments arguments) {
     Options options;
-    auto inputs = parseArguments(arguments, {{"--json", options.asJson},
-                                             {"--positions", options.showsPlaces},
-                                             {largeOption, options.isLarge}});
+    auto inputs = parseArguments(arguments,
+                                 {{"--json", options.asJson},
+                                  {"--positions", options.showsPlaces},
+                                  {largeOption, options.reading.isLarge},
+                                  {rawOption, options.reading.isRaw}},
+                                 {{whiteOption, options.reading.white}});
+    options.conforming = options.reading.conforming();
     if (inputs.empty()) {
         inputs.push_back({standardInput, false});
     }

@@ -33,7 +33,7 @@ Fatality fatalityOf(host::ISAXParseError& error) {
     return {error.getMessage(), {error.getLineNumber(), error.getColumnNumber()}, causeOfHandled()};
 }
 
-void complainAt(Console& console, std::string_view name, EventPlace place,
+void complainAt(Console& console, std::string_view name, EventPlace place, Severity severity,
                 std::u16string_view message) {
     std::string text(name);
     if (place.line > 0) {
@@ -42,7 +42,8 @@ void complainAt(Console& console, std::string_view name, EventPlace place,
         text += ':';
         text += std::to_string(place.column);
     }
-    console.complain(text, message);
+    text += severity == Severity::Warning ? ": warning" : ": error";
+    console.complainAbout(text, message);
 }
 
 ExitCode explain(Console& console, std::string_view name, const Fatality& fatality) {
@@ -54,7 +55,7 @@ ExitCode explain(Console& console, std::string_view name, const Fatality& fatali
         console.complain("cannot read " + std::string(name), fatality.message);
         return exitInputOutput;
     }
-    complainAt(console, name, fatality.place, fatality.message);
+    complainAt(console, name, fatality.place, Severity::Error, fatality.message);
     return exitFault;
 }
 

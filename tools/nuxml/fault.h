@@ -27,8 +27,11 @@ struct Fatality {
 /// What a reader reports as a fatal error; called while it does.
 Fatality fatalityOf(host::ISAXParseError& error);
 
-/// Says on standard error what is wrong with an input, and where, if that is known.
-void complainAt(Console& console, std::string_view name, EventPlace place,
+enum class Severity { Warning, Error };
+
+/// Says on standard error what is wrong with an input, and where, if that is known:
+/// "FILE:LINE:COLUMN: error: MESSAGE".
+void complainAt(Console& console, std::string_view name, EventPlace place, Severity severity,
                 std::u16string_view message);
 
 /// Says on standard error why a document ended before its time.

@@ -13,7 +13,7 @@ namespace {
 
 struct Options {
     bool isCompact = false;
-    bool isLarge = false;
+    ReadingOptions reading;
     std::string_view source = standardInput;
     std::string_view target = standardInput;
 };
@@ -22,10 +22,13 @@ Options readOptions(Arguments arguments) {
     Options options;
     bool isInPlace = false;
     std::optional<std::string_view> target;
-    const auto operands = parseArguments(
-        arguments,
-        {{"--compact", options.isCompact}, {largeOption, options.isLarge}, {"-i", isInPlace}},
-        {{"-o", target}});
+    const auto operands = parseArguments(arguments,
+                                         {{"--compact", options.isCompact},
+                                          {largeOption, options.reading.isLarge},
+                                          {rawOption, options.reading.isRaw},
+                                          {forceOption, options.reading.isForced},
+                                          {"-i", isInPlace}},
+                                         {{"-o", target}, {whiteOption, options.reading.white}});
     if (operands.size() > 1) {
         throw UsageError("more than one file");
     }
@@ -40,14 +43,12 @@ Options readOptions(Arguments arguments) {
 
 ExitCode runFormat(Console& console, Arguments arguments) {
     const Options options = readOptions(arguments);
-    const LoadedDocument loaded = loadDocument(console, options.source, options.isLarge);
+    const LoadedDocument loaded = loadDocument(console, options.source, options.reading);
     if (!loaded.document) {
         return loaded.exitCode;
     }
-    if (!mayBeWritten(console, loaded, options.source, options.target)) {
-        return exitFault;
-    }
-    return writeDocument(console, *loaded.document, {!options.isCompact}, options.target);
+    return writeDocument(console, loaded, {!options.isCompact, !options.isCompact},
+                         {options.source, options.target, options.reading.isForced});
 }
 
 } // namespace tool

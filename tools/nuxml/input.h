@@ -15,9 +15,6 @@ namespace tool {
 /// The name that stands for standard input.
 inline constexpr std::string_view standardInput = "-";
 
-/// The option that has an input read in pieces, however short it is.
-inline constexpr std::string_view largeOption = "--large";
-
 /// An input cannot be opened or read; what() says which and why.
 class InputError : public std::runtime_error {
 public:

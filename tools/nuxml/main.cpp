@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "arguments.h"
+#include "checkCommand.h"
 #include "command.h"
 #include "console.h"
 #include "editCommand.h"
@@ -21,6 +22,7 @@
 #include "host/runtime/fileReplacement.h"
 #include "input.h"
 #include "selectCommand.h"
+#include "tameCommand.h"
 
 namespace tool {
 
@@ -32,6 +34,7 @@ const Command* findCommand(std::string_view name) {
     static const Command commands[] = {
         {"events", runEvents, help::events}, {"format", runFormat, help::format},
         {"select", runSelect, help::select}, {"edit", runEdit, help::edit},
+        {"check", runCheck, help::check},    {"tame", runTame, help::tame},
         {"escape", runEscape, help::escape}, {"unescape", runUnescape, help::unescape},
     };
     const auto* found = std::find_if(std::begin(commands), std::end(commands),

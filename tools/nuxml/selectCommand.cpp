@@ -6,6 +6,7 @@
 
 #include "arguments.h"
 #include "documentInput.h"
+#include "fault.h"
 #include "host/runtime/exception.h"
 #include "input.h"
 #include "nodePaths.h"
@@ -21,7 +22,7 @@ struct Options {
     std::u16string path;
     TNuDOMSelectOptions select;
     Form form = Form::Xml;
-    bool isLarge = false;
+    ReadingOptions reading;
     std::vector<Operand> inputs;
 };
 
@@ -33,15 +34,18 @@ Options readOptions(Arguments arguments) {
     bool ignoresCase = false;
     bool ignoresNamespace = false;
     Options options;
-    auto operands = parseArguments(arguments, {{"--xml", asXml},
-                                               {"--value", asValue},
-                                               {"--path", asPath},
-                                               {"--count", asCount},
-                                               {"-I", ignoresCase},
-                                               {"--ignore-case", ignoresCase},
-                                               {"-N", ignoresNamespace},
-                                               {"--ignore-namespace", ignoresNamespace},
-                                               {largeOption, options.isLarge}});
+    auto operands = parseArguments(arguments,
+                                   {{"--xml", asXml},
+                                    {"--value", asValue},
+                                    {"--path", asPath},
+                                    {"--count", asCount},
+                                    {"-I", ignoresCase},
+                                    {"--ignore-case", ignoresCase},
+                                    {"-N", ignoresNamespace},
+                                    {"--ignore-namespace", ignoresNamespace},
+                                    {largeOption, options.reading.isLarge},
+                                    {rawOption, options.reading.isRaw}},
+                                   {{whiteOption, options.reading.white}});
     if (operands.empty()) {
         throw UsageError("a path is missing");
     }
@@ -171,7 +175,7 @@ Outcome showResults(Console& console, TNuDOMDocument& document, std::string_view
             }
         }
     } catch (const host::EConvertError& error) {
-        console.complain(name, error.Message());
+        complainAt(console, name, {}, Severity::Error, error.Message());
         return {exitFault, nodes->Count()};
     }
     writer.writeCount(nodes->Count());
@@ -185,7 +189,7 @@ Outcome showResults(Console& console, TNuDOMDocument& document, std::string_view
 
 Outcome selectFrom(Console& console, std::string_view name, const Options& options) {
     try {
-        const LoadedDocument loaded = loadDocument(console, name, options.isLarge);
+        const LoadedDocument loaded = loadDocument(console, name, options.reading);
         if (!loaded.document) {
             return {loaded.exitCode};
         }

@@ -23,6 +23,7 @@ bool endsOnLineOfItsOwn(std::string_view text) {
 } // namespace
 
 void LayoutFinder::see(std::string_view piece) {
+    hasLF_ = hasLF_ || piece.find('\n') != piece.npos;
     hasCR_ = hasCR_ || piece.find('\r') != piece.npos;
     // The last end tag may stand in two pieces.
     piece.remove_prefix(piece.size() > longestTail ? piece.size() - longestTail : 0);
@@ -35,7 +36,7 @@ void LayoutFinder::see(std::string_view piece) {
 SourceLayout LayoutFinder::layout() const {
     std::string tail = tail_;
     tail.erase(std::remove(tail.begin(), tail.end(), '\0'), tail.end()); // of UTF-16
-    return {endsOnLineOfItsOwn(tail), hasCR_, tail.ends_with('\n')};
+    return {hasLF_ || hasCR_, endsOnLineOfItsOwn(tail), hasCR_, tail.ends_with('\n')};
 }
 
 } // namespace tool

@@ -26,6 +26,19 @@ class TNuLoadReport;
 class TNuSaxToDomHandler;
 struct TNuConformingOptions;
 
+/// How a document is saved.
+struct TNuSaveOptions {
+    bool formatted = false;
+    bool writeByteOrderMark = false;
+    /// Whether every parser of XML must read the content that the tree has: elements that hold text
+    /// get no line breaks inside, also when formatted, and line breaks and tabs in values are
+    /// written as references.
+    bool keepContent = false;
+    /// What is written, whatever the declaration names: cNuCodePageUtf8, cNuCodePageUtf16 or a page
+    /// of single bytes. 0: by the declaration.
+    std::uint32_t codePage = 0;
+};
+
 /// A document: the root of a tree, and what makes and owns all nodes of it.
 ///
 /// Right below it stand one element at most, the document element, and processing instructions and
@@ -170,6 +183,7 @@ public:
     /// Throws host::Exception ("Failed to write all the data!") when an 8-bit save is cut short,
     /// and what the stream throws.
     void SaveToStream(host::TStream& stream, bool formatted, bool writeByteOrderMark);
+    void SaveToStream(host::TStream& stream, const TNuSaveOptions& options);
     void SaveToStream(host::IStream* stream);
     /// Replaces the file when everything is written; after a failure the old file is there as it
     /// was. Begins with a byte-order mark.

@@ -9,29 +9,36 @@
 
 namespace {
 
-void saveEightBit(const TNuDOMDocument& document, host::TStream& stream, bool formatted,
-                  std::uint32_t codePage) {
+void saveEightBit(const TNuDOMDocument& document, host::TStream& stream,
+                  const nu::WriteOptions& options, std::uint32_t codePage) {
     nu::EightBitTarget target(stream);
     if (codePage == cNuCodePageUtf8) {
-        nu::writeNode(document, target, {formatted});
+        nu::writeNode(document, target, options);
     } else {
-        nu::writeInCodePage(document, target, {formatted}, codePage);
+        nu::writeInCodePage(document, target, options, codePage);
     }
 }
 
 } // namespace
 
 void TNuDOMDocument::SaveToStream(host::TStream& stream, bool formatted, bool writeByteOrderMark) {
-    const nu::SavedEncoding encoding = nu::savedEncodingOf(*this);
+    SaveToStream(stream, {formatted, writeByteOrderMark});
+}
+
+void TNuDOMDocument::SaveToStream(host::TStream& stream, const TNuSaveOptions& options) {
+    const nu::SavedEncoding encoding =
+        options.codePage == 0 ? nu::savedEncodingOf(*this) : nu::savedEncodingOf(options.codePage);
+    nu::WriteOptions writing{options.formatted, options.writeByteOrderMark, 0, options.keepContent};
     switch (encoding.form) {
     case nu::SavedForm::Utf8: {
         nu::Utf8Target target(stream);
-        return nu::writeNode(*this, target, {formatted, writeByteOrderMark});
+        return nu::writeNode(*this, target, writing);
     }
     case nu::SavedForm::Utf16:
-        return nu::saveWide(*this, stream, {formatted, writeByteOrderMark});
+        return nu::saveWide(*this, stream, writing);
     case nu::SavedForm::EightBit:
-        return saveEightBit(*this, stream, formatted, encoding.codePage);
+        writing.marked = false;
+        return saveEightBit(*this, stream, writing, encoding.codePage);
     }
 }
 

@@ -22,9 +22,10 @@ bool isInPreservedSpace(const TNuDOMNode& node) {
     return parent != nullptr && parent->GetPreserveSpace();
 }
 
-template <class Unit>
+template <class Characters, class Unit>
 void putNode(const TNuDOMNode& node, Output<Unit>& output, const WriteOptions& options) {
-    NodeWriter<Unit> writer(output, *node.OwnerDocument(), options.formatted, options.baseLevel);
+    NodeWriter<Unit, Characters> writer(output, *node.OwnerDocument(), options.formatted,
+                                        options.baseLevel);
     if (NodeAccess::is<TNuDOMDocument>(node)) {
         writer.writeDocument(static_cast<const TNuDOMDocument&>(node));
         return;
@@ -44,7 +45,7 @@ NuXmlString textOf(const TNuDOMNode& node, bool formatted) {
     NuXmlString text;
     WideStringTarget target(text);
     Output<char16_t> output(target, stringCapacity);
-    putNode(node, output, {formatted, false, ownLevel(node)});
+    putNode<AllCharacters>(node, output, {formatted, false, ownLevel(node)});
     output.finish();
     return text;
 }
@@ -102,7 +103,11 @@ void writeNode(const TNuDOMNode& node, OutputTarget<Unit>& target, const WriteOp
     if (options.marked) {
         output.putMark();
     }
-    putNode(node, output, options);
+    if (options.keepsContent) {
+        putNode<ExactCharacters>(node, output, options);
+    } else {
+        putNode<AllCharacters>(node, output, options);
+    }
     output.finish();
 }
 
@@ -110,7 +115,8 @@ void writeInCodePage(const TNuDOMDocument& document, OutputTarget<char>& target,
                      const WriteOptions& options, std::uint32_t codePage) {
     Output<char> output(target);
     NodeWriter<char, PageCharacters> writer(output, *document.OwnerDocument(), options.formatted,
-                                            options.baseLevel, PageCharacters(codePage));
+                                            options.baseLevel,
+                                            PageCharacters(codePage, options.keepsContent));
     writer.writeDocument(document);
     output.finish();
 }

@@ -24,6 +24,8 @@ struct WriteOptions {
     bool marked = false;
     /// The depth that is not indented.
     std::int64_t baseLevel = 0;
+    /// Whether another parser reads the same content, see ExactCharacters.
+    bool keepsContent = false;
 };
 
 /// Writes a node that can be written.

@@ -18,7 +18,8 @@ namespace nu {
 ///
 /// A formatted text has elements, comments, CDATA sections and instructions on lines of their own,
 /// each indented by its depth, except inside elements that preserve space. Text is written as it
-/// is.
+/// is. Characters that keep the content (ExactCharacters) also keep elements that hold text free of
+/// line breaks.
 template <class Unit, class Characters = AllCharacters> class NodeWriter {
 public:
     /// \param document  the document of all nodes to write
@@ -106,6 +107,10 @@ private:
             out_.put(">");
             ++level_;
             hasElements_ = false;
+            if (isBroken() && characters_.keepsContent() && !holdsElementsOnly(*child)) {
+                outerSpaces_.push_back({&element, preserves_});
+                preserves_ = true;
+            }
         }
         return child;
     }
@@ -125,7 +130,7 @@ private:
         const auto& name = characters_.name(NodeAccess::name(attribute));
         const StoredText& value = NodeAccess::stored(attribute);
         if (value.isNarrow()) [[likely]] {
-            out_.put(" ", name, "=\"", value.narrow(), "\"");
+            out_.put(" ", name, "=\"", characters_.value(value.narrow()), "\"");
         } else {
             out_.put(" ", name, "=\"", characters_.value(value.wide()), "\"");
         }
@@ -160,7 +165,7 @@ private:
     void writeComment(const TNuDOMComment& comment) {
         // Deliberate: a formatted comment begins a line even first of all and inside elements that
         // preserve space; only its indentation depends on them.
-        if (isFormatted_) {
+        if (breaksLeaves()) {
             out_.put("\r\n", Indentation{preserves_ ? 0 : level_});
         }
         out_.put("<!--", characters_.comment(NodeAccess::stored(comment)), "-->");
@@ -168,7 +173,7 @@ private:
 
     void writeInstruction(const TNuDOMProcessingInstruction& instruction) {
         // Deliberate: the same here, once the stream holds a few bytes.
-        if (isFormatted_ && out_.breaksBeforeInstruction()) {
+        if (breaksLeaves() && out_.breaksBeforeInstruction()) {
             out_.put("\r\n", Indentation{preserves_ ? 0 : level_});
         }
         out_.put("<?", characters_.name(NodeAccess::name(instruction)), " ",
@@ -177,6 +182,25 @@ private:
 
     /// Whether what is written now stands on a line of its own.
     [[nodiscard]] bool isBroken() const noexcept { return isFormatted_ && !preserves_; }
+
+    /// Whether comments and instructions stand on lines of their own.
+    [[nodiscard]] bool breaksLeaves() const noexcept {
+        return isFormatted_ && !(preserves_ && characters_.keepsContent());
+    }
+
+    /// Whether line breaks between children from `first` on are no content: there is an element
+    /// among them and no text.
+    static bool holdsElementsOnly(const TNuDOMNode& first) noexcept {
+        bool holdsElement = false;
+        for (const TNuDOMNode* node = &first; node != nullptr; node = NodeAccess::next(*node)) {
+            const auto type = node->get_nodeType();
+            if (type == host::TEXT_NODE || type == host::CDATA_SECTION_NODE) {
+                return false;
+            }
+            holdsElement = holdsElement || type == host::ELEMENT_NODE;
+        }
+        return holdsElement;
+    }
 
     /// From here on what the element itself says about space counts.
     void enterSpace(const TNuDOMElement& element) {
@@ -188,13 +212,13 @@ private:
 
     void leaveElement(const TNuDOMElement& element) {
         hasElements_ = true;
-        if (!outerSpaces_.empty() && outerSpaces_.back().element == &element) {
+        while (!outerSpaces_.empty() && outerSpaces_.back().element == &element) {
             preserves_ = outerSpaces_.back().preserves;
             outerSpaces_.pop_back();
         }
     }
 
-    /// What counted around an element that says something about space.
+    /// What counted around an element that says something about space, or holds text.
     struct OuterSpace {
         const TNuDOMElement* element;
         bool preserves;

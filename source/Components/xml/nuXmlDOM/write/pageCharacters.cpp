@@ -14,7 +14,37 @@ namespace {
     throw host::EConvertError(host::formatMessage(cLackingCharacter, {text}));
 }
 
+/// A value with references for the characters that a parser makes blanks of.
+template <class Unit>
+std::basic_string_view<Unit> withReferencesForBlanks(std::basic_string_view<Unit> text,
+                                                     std::basic_string<Unit>& room) {
+    static constexpr Unit blanks[] = {'\t', '\n', '\r'};
+    constexpr std::basic_string_view<Unit> all(blanks, 3);
+    std::size_t found = text.find_first_of(all);
+    if (found == text.npos) {
+        return text;
+    }
+    room.clear();
+    for (; found != text.npos; found = text.find_first_of(all)) {
+        room += text.substr(0, found);
+        for (const char unit : "&#" + std::to_string(static_cast<int>(text[found])) + ';') {
+            room += static_cast<Unit>(unit);
+        }
+        text.remove_prefix(found + 1);
+    }
+    room += text;
+    return room;
+}
+
 } // namespace
+
+std::string_view ExactCharacters::value(std::string_view text) {
+    return withReferencesForBlanks(text, narrow_);
+}
+
+std::u16string_view ExactCharacters::value(std::u16string_view text) {
+    return withReferencesForBlanks(text, wide_);
+}
 
 /// Half of a character is none that XML could have.
 PageCharacters::Character PageCharacters::firstOf(std::u16string_view text) noexcept {

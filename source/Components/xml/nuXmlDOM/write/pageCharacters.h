@@ -14,12 +14,27 @@ namespace nu {
 
 /// For UTF-8 and UTF-16, which lack none: everything is as it is stored.
 struct AllCharacters {
+    static constexpr bool keepsContent() noexcept { return false; }
     static const NodeName& name(const NodeName& name) noexcept { return name; }
+    static std::string_view value(std::string_view text) noexcept { return text; }
     static std::u16string_view value(std::u16string_view text) noexcept { return text; }
     static const StoredText& text(const StoredText& text) noexcept { return text; }
     static const StoredText& section(const StoredText& text) noexcept { return text; }
     static const StoredText& comment(const StoredText& text) noexcept { return text; }
     static const StoredText& instruction(const StoredText& text) noexcept { return text; }
+};
+
+/// The same, but line breaks and tabs in values, which a parser would turn into blanks, become
+/// references.
+class ExactCharacters : public AllCharacters {
+public:
+    static constexpr bool keepsContent() noexcept { return true; }
+    std::string_view value(std::string_view text);
+    std::u16string_view value(std::u16string_view text);
+
+private:
+    std::string narrow_;
+    std::u16string wide_;
 };
 
 /// For a code page of single bytes, as bytes of it. What it gives is valid until a name or a text,
@@ -31,11 +46,19 @@ struct AllCharacters {
 /// host::EConvertError: it would be another one, or none.
 class PageCharacters {
 public:
-    /// \param codePage one of single bytes
-    explicit PageCharacters(std::uint32_t codePage) : codePage_(codePage) {}
+    /// \param codePage     one of single bytes
+    /// \param keepsContent whether values are as those of ExactCharacters
+    PageCharacters(std::uint32_t codePage, bool keepsContent)
+        : codePage_(codePage), keepsContent_(keepsContent) {}
 
+    [[nodiscard]] bool keepsContent() const noexcept { return keepsContent_; }
     std::string_view name(const NodeName& name);
-    std::string_view value(std::u16string_view text) { return withReferences(text, {}, {}); }
+    std::string_view value(std::string_view text) {
+        return keepsContent_ ? exact_.value(text) : text;
+    }
+    std::string_view value(std::u16string_view text) {
+        return withReferences(keepsContent_ ? exact_.value(text) : text, {}, {});
+    }
     std::string_view text(const StoredText& text);
     std::string_view section(const StoredText& text);
     std::string_view comment(const StoredText& text);
@@ -55,6 +78,8 @@ private:
                                     std::string_view behind);
 
     std::uint32_t codePage_;
+    bool keepsContent_;
+    ExactCharacters exact_;
     std::string name_;
     std::string text_;
 };

@@ -89,6 +89,17 @@ SavedEncoding savedEncodingOf(const TNuDOMDocument& document) {
                  : cNuCodePageUtf8};
 }
 
+SavedEncoding savedEncodingOf(std::uint32_t codePage) {
+    if (codePage == cNuCodePageUtf8) {
+        return {SavedForm::Utf8};
+    }
+    if (codePage == cNuCodePageUtf16) {
+        return {SavedForm::Utf16};
+    }
+    static_cast<void>(NuNarrowAnsiPrefix({}, codePage, nullptr)); // throws
+    return {SavedForm::EightBit, codePage};
+}
+
 } // namespace nu
 
 NuXmlString TNuDOMDocument::GetEncoding() const {

@@ -22,6 +22,9 @@ struct SavedEncoding {
 /// What a document is saved in, by its declaration and the code page of the system.
 [[nodiscard]] SavedEncoding savedEncodingOf(const TNuDOMDocument& document);
 
+/// What a code page is saved in. Throws host::EConvertError for one that is not known.
+[[nodiscard]] SavedEncoding savedEncodingOf(std::uint32_t codePage);
+
 /// Where a name stands in the data of an XML declaration, without its quotes.
 struct NamePlace {
     std::size_t start;

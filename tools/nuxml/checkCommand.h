@@ -1,0 +1,10 @@
+#pragma once
+
+#include "command.h"
+
+namespace tool {
+
+/// Says of documents whether they are well-formed.
+ExitCode runCheck(Console& console, Arguments arguments);
+
+} // namespace tool
