@@ -26,14 +26,22 @@ template <class Read> void TagRules::complete(Read&& read, std::u16string_view c
         // A tag holds no "<", and a ">" outside of quotes ends it; so at most as much is shown as
         // belongs to it.
         char quote = 0;
-        texts_.findFrom(1, [&quote](char c) {
+        const auto endsTag = [&quote](char c) {
             if (quote != 0) {
                 quote = c == quote ? '\0' : quote;
             } else if (c == '"' || c == '\'') {
                 quote = c;
             }
             return c == '<' || (c == '>' && quote == 0);
-        });
+        };
+        try {
+            texts_.findFrom(1, endsTag);
+        } catch (const ENuXmlFault&) {
+            // Of two faults the first one counts, however much is shown at once.
+            if (read() != TagText::Result::Faulty) {
+                throw;
+            }
+        }
         result = read();
     }
     if (result == TagText::Result::CutShort) {
