@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string>
 
 #include "nuXmlParser/conforming/conformingMessages.h"
 #include "nuXmlParser/conforming/xmlNames.h"
@@ -134,14 +135,14 @@ void MarkupRules::beginInstruction() {
     const std::ptrdiff_t targetLength = nameEnd - texts_.place;
     inside_ = Inside::Instruction;
     if (*stop == '?') {
+        const std::string name(target); // what is shown may move
         texts_.putBreaks(texts_.place + 1);
         texts_.place += targetLength;
         while (texts_.end - texts_.place < 2) {
             showMoreOrFail(messages::instructionNotClosed);
         }
         if (texts_.place[1] != '>') {
-            texts_.fail(messages::targetSpace, {texts_.place - targetLength + 2, texts_.place},
-                        texts_.place);
+            texts_.fail(messages::targetSpace, name, texts_.place);
         }
         return;
     }
