@@ -129,6 +129,38 @@ std::optional<std::size_t> NuDecodeUtf8(std::string_view bytes, char16_t* units)
     return prefix.Units;
 }
 
+std::size_t NuUtf16Length(std::string_view bytes) noexcept {
+    // Each first byte of a sequence is a unit, and that of four bytes another one.
+    std::size_t units = 0;
+    const auto count = [&units](std::string_view part) {
+        for (const char byte : part) {
+            const auto code = static_cast<unsigned char>(byte);
+            units += ((code & 0xC0) != 0x80 ? 1U : 0U) + (code >= 0xF0 ? 1U : 0U);
+        }
+    };
+#if defined(__SSE2__)
+    while (bytes.size() >= nu::simd::blockSize) {
+        // A byte of the sums counts no further than this.
+        constexpr std::size_t mostBlocks = 127;
+        __m128i sums = _mm_setzero_si128();
+        for (std::size_t left = mostBlocks; left > 0 && bytes.size() >= nu::simd::blockSize;
+             --left) {
+            const __m128i block = nu::simd::loadBlock(bytes.data());
+            const __m128i isFirst = _mm_cmpgt_epi8(block, _mm_set1_epi8(-65));
+            const __m128i isOfFour =
+                _mm_cmpeq_epi8(_mm_max_epu8(block, _mm_set1_epi8(static_cast<char>(0xF0))), block);
+            sums = _mm_sub_epi8(_mm_sub_epi8(sums, isFirst), isOfFour);
+            bytes.remove_prefix(nu::simd::blockSize);
+        }
+        const __m128i halves = _mm_sad_epu8(sums, _mm_setzero_si128());
+        units += static_cast<std::size_t>(_mm_cvtsi128_si32(halves)) +
+                 static_cast<std::size_t>(_mm_extract_epi16(halves, 4));
+    }
+#endif
+    count(bytes);
+    return units;
+}
+
 std::optional<std::u16string> NuUtf8ToWideString(std::string_view bytes) {
     std::u16string text(bytes.size(), u'\0');
     const std::optional<std::size_t> count = NuDecodeUtf8(bytes, text.data());

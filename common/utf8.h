@@ -31,6 +31,9 @@ NUXML_API std::optional<std::size_t> NuDecodeUtf8(std::string_view bytes, char16
 /// Whether all of it is well-formed.
 NUXML_API bool NuIsUtf8(std::string_view bytes) noexcept;
 
+/// The UTF-16 units that well-formed UTF-8 becomes.
+NUXML_API std::size_t NuUtf16Length(std::string_view bytes) noexcept;
+
 /// Decodes all or nothing into a string.
 NUXML_API std::optional<std::u16string> NuUtf8ToWideString(std::string_view bytes);
 

@@ -92,12 +92,4 @@ inline void widenAscii(std::string_view bytes, char16_t* units) noexcept {
     std::copy_n(from, left, units);
 }
 
-/// Whether bytes that are ASCII and units are the same text.
-inline bool equalsAscii(std::string_view bytes, std::u16string_view units) noexcept {
-    return bytes.size() == units.size() &&
-           std::equal(bytes.begin(), bytes.end(), units.begin(), [](char byte, char16_t unit) {
-               return static_cast<unsigned char>(byte) == unit;
-           });
-}
-
 } // namespace nu

@@ -35,3 +35,8 @@ void TNuDOMCharacterData::_LoadFromStream(host::TStream& stream) {
 void TNuDOMCharacterData::store(std::u16string_view text) {
     text_.assign(OwnerDocument()->memory(), text);
 }
+
+const nu::StoredText& TNuDOMCharacterData::indexed() const {
+    text_.widen(OwnerDocument()->memory());
+    return text_;
+}

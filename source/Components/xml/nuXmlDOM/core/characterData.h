@@ -42,11 +42,14 @@ protected:
     virtual void wasExtended() noexcept {}
     [[nodiscard]] nu::StoredText& stored() noexcept { return text_; }
     [[nodiscard]] const nu::StoredText& stored() const noexcept { return text_; }
+    /// The stored text in a form in which places are found without counting.
+    [[nodiscard]] const nu::StoredText& indexed() const;
 
 private:
     friend class nu::NodeAccess;
 
-    nu::StoredText text_;
+    /// Mutable because being looked at changes its form.
+    mutable nu::StoredText text_;
 };
 
 /// A text between tags. The value that operations take and give is the text that is meant; what is

@@ -79,12 +79,12 @@ void TNuDOMComment::set_nodeValue(std::u16string_view value) {
     position_ = cEnd;
 }
 
-std::size_t TNuDOMComment::get_length() const { return stored().length(); }
+std::size_t TNuDOMComment::get_length() const { return indexed().length(); }
 
 NuXmlString TNuDOMComment::substringData(std::ptrdiff_t offset, std::ptrdiff_t count) {
     const std::size_t start = checkedPlace(offset);
     const auto length = static_cast<std::size_t>(std::max<std::ptrdiff_t>(count, 0));
-    NuXmlString part = stored().part(start, length);
+    NuXmlString part = indexed().part(start, length);
     position_ = start + part.size();
     return part;
 }

@@ -14,6 +14,8 @@ namespace nu {
 /// What is released one by one is used again for what is asked for later. Sizes are in bytes and
 /// known to the owner of each piece, so pieces carry no header. Pieces are aligned to 8 bytes.
 class DocumentMemory {
+    static constexpr std::size_t granule = 8;
+
 public:
     DocumentMemory();
     DocumentMemory(const DocumentMemory&) = delete;
@@ -37,6 +39,11 @@ public:
     /// Takes back what allocate gave for the same size.
     void release(void* piece, std::size_t size) noexcept;
 
+    /// What a piece of that size takes.
+    [[nodiscard]] static constexpr std::size_t rounded(std::size_t size) noexcept {
+        return size < granule ? granule : (size + granule - 1) / granule * granule;
+    }
+
     /// How much there is for pieces below the size of a block of their own.
     [[nodiscard]] std::size_t size() const noexcept;
 
@@ -51,7 +58,6 @@ private:
         std::size_t size;
     };
 
-    static constexpr std::size_t granule = 8;
     /// Up to here there is a list of free pieces for each size.
     static constexpr std::size_t largestExact = 256;
     /// From here on a piece has a block of its own.
@@ -59,9 +65,6 @@ private:
     /// Lists of the free pieces between: of 256 bytes and more, of 512 and more, up to 4096.
     static constexpr std::size_t powerCount = 5;
 
-    static constexpr std::size_t rounded(std::size_t size) noexcept {
-        return size < granule ? granule : (size + granule - 1) / granule * granule;
-    }
     [[nodiscard]] void* allocateSlow(std::size_t needed);
     [[nodiscard]] void* reusePiece(std::size_t needed) noexcept;
     void startBlock(std::size_t needed);

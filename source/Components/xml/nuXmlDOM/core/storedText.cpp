@@ -30,25 +30,28 @@ std::size_t StoredText::longLength() const noexcept {
     return length;
 }
 
-void StoredText::setOutsideLength(std::size_t length) noexcept {
-    const auto mark = static_cast<ShortLength>(std::min<std::size_t>(length, longMark));
+void StoredText::setOutsideLength(std::size_t length, bool isGrown) noexcept {
+    const auto shown = static_cast<ShortLength>(std::min<std::size_t>(length, longMark));
+    const ShortLength mark = shown | (isGrown ? grownMark : 0);
     std::memcpy(outside() - sizeof mark, &mark, sizeof mark);
-    if (mark == longMark) {
+    if (shown == longMark) {
         std::memcpy(outside() - headerSize(length), &length, sizeof length);
     }
 }
 
 /// The size of the piece of memory outside.
 std::size_t StoredText::capacity() const noexcept {
-    const std::size_t size = headerSize(length()) + length() * unitSize();
-    return (word_ & grownFlag) != 0 ? std::bit_ceil(size) : size;
+    const std::size_t length = storedLength();
+    const std::size_t size = headerSize(length) + length * unitSize();
+    return isGrown() ? std::bit_ceil(size) : size;
 }
 
 /// Takes a piece of memory for a text of this length.
-void StoredText::adopt(void* piece, std::size_t length, std::uint64_t flags) noexcept {
+void StoredText::adopt(void* piece, std::size_t length, std::uint64_t flags,
+                       bool isGrown) noexcept {
     char* const marked = static_cast<char*>(piece) + headerSize(length) - sizeof(ShortLength);
     word_ = reinterpret_cast<std::uintptr_t>(marked) | flags;
-    setOutsideLength(length);
+    setOutsideLength(length, isGrown);
 }
 
 /// Gives the memory outside back.
@@ -65,7 +68,7 @@ void StoredText::assignElsewhere(DocumentMemory& memory, std::u16string_view tex
         auto* piece = static_cast<char*>(memory.allocate(size));
         if (narrowAscii(text, piece + header)) [[likely]] {
             clear(memory);
-            adopt(piece, text.size(), 0);
+            adopt(piece, text.size(), 0, false);
             return;
         }
         memory.release(piece, size);
@@ -74,7 +77,7 @@ void StoredText::assignElsewhere(DocumentMemory& memory, std::u16string_view tex
     std::uint64_t packed = 0;
     if (text.size() <= insideLimit && packAscii(text, packed)) {
         clear(memory);
-        setInside(packed, text.size());
+        setInside(packed, text.size(), 0);
         return;
     }
     // 3. Everything else as it is.
@@ -82,23 +85,68 @@ void StoredText::assignElsewhere(DocumentMemory& memory, std::u16string_view tex
     auto* piece = static_cast<char*>(memory.allocate(header + size));
     std::memcpy(piece + header, text.data(), size);
     clear(memory);
-    adopt(piece, text.size(), wideFlag);
+    adopt(piece, text.size(), wideFlag, false);
+}
+
+void StoredText::loadElsewhere(DocumentMemory& memory, std::string_view text, bool isAscii) {
+    checkLength(text.size());
+    // 1. As UTF-16 what takes less room so.
+    const std::size_t header = headerSize(text.size());
+    const std::size_t size = header + text.size();
+    if (!isAscii && text.size() > insideLimit) {
+        const std::size_t units = NuUtf16Length(text);
+        const std::size_t wideSize = headerSize(units) + units * sizeof(NuXmlChar);
+        if (DocumentMemory::rounded(wideSize) < DocumentMemory::rounded(size)) {
+            loadWide(memory, text, units);
+            return;
+        }
+    }
+    // 2. Short text replaces longer text.
+    if (text.size() <= insideLimit) {
+        clear(memory);
+        load(memory, text, isAscii);
+        return;
+    }
+    // 3. As it is, by eights: memory comes in such pieces, and the text can be read beyond its end.
+    auto* piece = static_cast<char*>(memory.allocate(size));
+    if (text.size() > 64) {
+        std::memcpy(piece + header, text.data(), text.size());
+    } else {
+        constexpr std::size_t step = 8;
+        const char* from = text.data();
+        std::memcpy(piece + header, from, step / 2);
+        from += step / 2;
+        char* const end = piece + size;
+        for (char* to = piece + step; to < end; to += step, from += step) {
+            std::memcpy(to, from, step);
+        }
+    }
+    clear(memory);
+    adopt(piece, text.size(), isAscii ? 0 : utf8Flag, false);
+}
+
+/// The text has so many units, all of which fit into less room than its bytes.
+void StoredText::loadWide(DocumentMemory& memory, std::string_view text, std::size_t length) {
+    const std::size_t header = headerSize(length);
+    auto* piece = static_cast<char*>(memory.allocate(header + length * sizeof(NuXmlChar)));
+    static_cast<void>(NuDecodeUtf8(text, reinterpret_cast<NuXmlChar*>(piece + header)));
+    clear(memory);
+    adopt(piece, length, wideFlag, false);
 }
 
 /// Makes room for a text of `length` units of the same size.
 void StoredText::grow(DocumentMemory& memory, std::size_t length) {
-    const std::size_t former = this->length();
+    const std::size_t former = storedLength();
     const std::size_t header = headerSize(length);
     const std::size_t size = header + length * unitSize();
-    const bool isGrown = (word_ & grownFlag) != 0;
-    if (isGrown && size <= capacity() && header == headerSize(former)) {
+    if (isGrown() && size <= capacity() && header == headerSize(former)) {
         return;
     }
     auto* piece = static_cast<char*>(memory.allocate(std::bit_ceil(size)));
     const std::uint64_t wide = word_ & wideFlag;
-    std::memcpy(piece + header, isInside() ? narrow().data() : outside(), former * unitSize());
+    std::memcpy(piece + header, isInside() ? bytes().data() : outside(), former * unitSize());
     clear(memory);
-    adopt(piece, length, wide | grownFlag);
+    adopt(piece, length, wide, true);
 }
 
 void StoredText::append(DocumentMemory& memory, std::u16string_view text) {
@@ -110,7 +158,7 @@ void StoredText::append(DocumentMemory& memory, std::u16string_view text) {
     checkLength(former + text.size());
     const std::size_t total = former + text.size();
     // 1. A text that turns wide, or is short, is put together anew.
-    const bool turnsWide = isNarrow() && !isAsciiText(text);
+    const bool turnsWide = isUtf8() || (isNarrow() && !isAsciiText(text));
     if (turnsWide || former == 0 || total <= insideLimit) {
         NuXmlString whole = toString();
         whole += text;
@@ -125,18 +173,22 @@ void StoredText::append(DocumentMemory& memory, std::u16string_view text) {
     } else {
         std::memcpy(end, text.data(), text.size() * sizeof(NuXmlChar));
     }
-    setOutsideLength(total);
+    setOutsideLength(total, true);
 }
 
 void StoredText::appendTo(NuXmlString& target) const {
-    if (!isNarrow()) {
+    if (isWide()) {
         target.append(wide());
         return;
     }
-    const std::string_view bytes = narrow();
+    const std::string_view text = bytes();
     const std::size_t start = target.size();
-    target.resize(start + bytes.size());
-    widenAscii(bytes, target.data() + start);
+    target.resize(start + text.size());
+    if (isUtf8()) {
+        target.resize(start + NuDecodeUtf8Prefix(text, target.data() + start).Units);
+    } else {
+        widenAscii(text, target.data() + start);
+    }
 }
 
 NuXmlString StoredText::toString() const {
@@ -146,25 +198,25 @@ NuXmlString StoredText::toString() const {
 }
 
 NuXmlString StoredText::part(std::size_t offset, std::size_t count) const {
+    if (isUtf8()) {
+        const NuXmlString whole = toString();
+        return whole.substr(std::min(offset, whole.size()), count);
+    }
     offset = std::min(offset, length());
-    if (!isNarrow()) {
+    if (isWide()) {
         return NuXmlString(wide().substr(offset, count));
     }
-    const std::string_view bytes = narrow().substr(offset, count);
-    NuXmlString text(bytes.size(), u'\0');
-    widenAscii(bytes, text.data());
+    const std::string_view ascii = bytes().substr(offset, count);
+    NuXmlString text(ascii.size(), u'\0');
+    widenAscii(ascii, text.data());
     return text;
 }
 
-bool StoredText::equals(std::u16string_view text) const noexcept {
-    return isNarrow() ? equalsAscii(narrow(), text) : wide() == text;
-}
-
 bool StoredText::contains(NuXmlChar unit) const noexcept {
-    if (!isNarrow()) {
+    if (isWide()) {
         return wide().find(unit) != std::u16string_view::npos;
     }
-    return unit < 0x80 && narrow().find(static_cast<char>(unit)) != std::string_view::npos;
+    return bytes().find(static_cast<char>(unit)) != std::string_view::npos;
 }
 
 } // namespace nu

@@ -61,14 +61,14 @@ void TNuDOMText::set_nodeValue(std::u16string_view value) {
 }
 
 std::size_t TNuDOMText::get_length() const {
-    return stored().contains(cNuAmp) ? get_data().size() : stored().length();
+    return stored().contains(cNuAmp) ? get_data().size() : indexed().length();
 }
 
 NuXmlString TNuDOMText::substringData(std::ptrdiff_t offset, std::ptrdiff_t count) {
     const std::ptrdiff_t start = std::max<std::ptrdiff_t>(offset, 1) - 1;
     const auto length = static_cast<std::size_t>(std::max<std::ptrdiff_t>(count, 0));
     if (!stored().contains(cNuAmp)) {
-        return stored().part(static_cast<std::size_t>(start), length);
+        return indexed().part(static_cast<std::size_t>(start), length);
     }
     return NuXmlString(tailOf(get_data(), start).substr(0, length));
 }

@@ -245,7 +245,7 @@ bool comparePathValue(const PathFilter& filter, const TNuDOMNode& leaf) {
     // Without a reference what is stored is the value. Whether one is wrong must not depend on what
     // the value is compared with.
     if (isEqualTest && stored.isNarrow() && !stored.contains(cNuAmp)) {
-        const std::string_view text = stored.narrow();
+        const std::string_view text = stored.bytes();
         const NuXmlString& folded = filter.literal.folded;
         return std::equal(text.begin(), text.end(), folded.begin(), folded.end(),
                           [](char byte, NuXmlChar unit) {

@@ -130,9 +130,9 @@ private:
         const auto& name = characters_.name(NodeAccess::name(attribute));
         const StoredText& value = NodeAccess::stored(attribute);
         if (value.isNarrow()) [[likely]] {
-            out_.put(" ", name, "=\"", characters_.value(value.narrow()), "\"");
+            out_.put(" ", name, "=\"", characters_.value(value.bytes()), "\"");
         } else {
-            out_.put(" ", name, "=\"", characters_.value(value.wide()), "\"");
+            out_.put(" ", name, "=\"", characters_.value(value), "\"");
         }
     }
 

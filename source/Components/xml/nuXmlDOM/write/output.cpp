@@ -22,10 +22,13 @@ template <class Unit> bool Output<Unit>::isBrokenAtStart() {
 }
 
 template <class Unit> void Output<Unit>::putLong(const StoredText& text) {
-    if (text.isNarrow()) {
-        putLong(text.narrow());
-    } else {
+    if (text.isWide()) {
         putLong(text.wide());
+    } else if (isUtf8 || text.isNarrow()) {
+        putLong(text.bytes());
+    } else {
+        const NuXmlString units = text.toString();
+        putLong(std::u16string_view(units));
     }
 }
 

@@ -41,11 +41,11 @@ public:
     /// are that character.
     void putText(const StoredText& text) {
         if (text.isNarrow()) [[likely]] {
-            put(text.narrow());
-        } else if constexpr (isUtf8) {
+            put(text.bytes());
+        } else if (isUtf8 && text.isWide()) {
             putWideText(text.wide());
         } else {
-            put(text.wide());
+            put(text);
         }
     }
 

@@ -36,14 +36,24 @@ std::basic_string_view<Unit> withReferencesForBlanks(std::basic_string_view<Unit
     return room;
 }
 
+/// A text that is not narrow.
+std::u16string_view unitsOf(const StoredText& text, NuXmlString& room) {
+    if (text.isWide()) {
+        return text.wide();
+    }
+    room.clear();
+    text.appendTo(room);
+    return room;
+}
+
 } // namespace
 
 std::string_view ExactCharacters::value(std::string_view text) {
     return withReferencesForBlanks(text, narrow_);
 }
 
-std::u16string_view ExactCharacters::value(std::u16string_view text) {
-    return withReferencesForBlanks(text, wide_);
+std::u16string_view ExactCharacters::value(const StoredText& text) {
+    return withReferencesForBlanks(unitsOf(text, units_), wide_);
 }
 
 /// Half of a character is none that XML could have.
@@ -98,23 +108,25 @@ std::string_view PageCharacters::name(const NodeName& name) {
     return convert(name.qualified(), name_, [&](std::uint32_t) { raiseLacking(name.qualified()); });
 }
 
+std::u16string_view PageCharacters::units(const StoredText& text) { return unitsOf(text, units_); }
+
 std::string_view PageCharacters::text(const StoredText& text) {
-    return text.isNarrow() ? text.narrow() : withReferences(text.wide(), {}, {});
+    return text.isNarrow() ? text.bytes() : withReferences(units(text), {}, {});
 }
 
 std::string_view PageCharacters::section(const StoredText& text) {
-    return text.isNarrow() ? text.narrow() : withReferences(text.wide(), "]]>", "<![CDATA[");
+    return text.isNarrow() ? text.bytes() : withReferences(units(text), "]]>", "<![CDATA[");
 }
 
 std::string_view PageCharacters::comment(const StoredText& text) {
-    return text.isNarrow() ? text.narrow()
-                           : convert(text.wide(), text_, [&](std::uint32_t) { text_ += '?'; });
+    return text.isNarrow() ? text.bytes()
+                           : convert(units(text), text_, [&](std::uint32_t) { text_ += '?'; });
 }
 
 std::string_view PageCharacters::instruction(const StoredText& text) {
     return text.isNarrow()
-               ? text.narrow()
-               : convert(text.wide(), text_, [&](std::uint32_t) { raiseLacking(text.wide()); });
+               ? text.bytes()
+               : convert(units(text), text_, [&](std::uint32_t) { raiseLacking(text.toString()); });
 }
 
 } // namespace nu

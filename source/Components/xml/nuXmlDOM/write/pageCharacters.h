@@ -17,7 +17,7 @@ struct AllCharacters {
     static constexpr bool keepsContent() noexcept { return false; }
     static const NodeName& name(const NodeName& name) noexcept { return name; }
     static std::string_view value(std::string_view text) noexcept { return text; }
-    static std::u16string_view value(std::u16string_view text) noexcept { return text; }
+    static const StoredText& value(const StoredText& text) noexcept { return text; }
     static const StoredText& text(const StoredText& text) noexcept { return text; }
     static const StoredText& section(const StoredText& text) noexcept { return text; }
     static const StoredText& comment(const StoredText& text) noexcept { return text; }
@@ -30,11 +30,13 @@ class ExactCharacters : public AllCharacters {
 public:
     static constexpr bool keepsContent() noexcept { return true; }
     std::string_view value(std::string_view text);
-    std::u16string_view value(std::u16string_view text);
+    /// Of a value that is not narrow.
+    std::u16string_view value(const StoredText& text);
 
 private:
     std::string narrow_;
     std::u16string wide_;
+    NuXmlString units_;
 };
 
 /// For a code page of single bytes, as bytes of it. What it gives is valid until a name or a text,
@@ -56,8 +58,8 @@ public:
     std::string_view value(std::string_view text) {
         return keepsContent_ ? exact_.value(text) : text;
     }
-    std::string_view value(std::u16string_view text) {
-        return withReferences(keepsContent_ ? exact_.value(text) : text, {}, {});
+    std::string_view value(const StoredText& text) {
+        return withReferences(keepsContent_ ? exact_.value(text) : units(text), {}, {});
     }
     std::string_view text(const StoredText& text);
     std::string_view section(const StoredText& text);
@@ -71,6 +73,8 @@ private:
         std::size_t length;
     };
 
+    /// Of a text that is not narrow.
+    std::u16string_view units(const StoredText& text);
     static Character firstOf(std::u16string_view text) noexcept;
     template <class WriteLacking>
     std::string_view convert(std::u16string_view text, std::string& bytes, WriteLacking&& lacking);
@@ -82,6 +86,7 @@ private:
     ExactCharacters exact_;
     std::string name_;
     std::string text_;
+    NuXmlString units_;
 };
 
 } // namespace nu

@@ -96,9 +96,14 @@ template <> struct Pieces<char16_t> : CommonPieces<char16_t> {
         return copy(view(name), to);
     }
 
-    static std::size_t room(const StoredText& text) noexcept { return text.length(); }
+    static std::size_t room(const StoredText& text) noexcept {
+        return text.isWide() ? text.length() : text.bytes().size();
+    }
     static char16_t* copy(const StoredText& text, char16_t* to) noexcept {
-        return text.isNarrow() ? copy(text.narrow(), to) : copy(text.wide(), to);
+        if (text.isUtf8()) {
+            return to + NuDecodeUtf8Prefix(text.bytes(), to).Units;
+        }
+        return text.isWide() ? copy(text.wide(), to) : copy(text.bytes(), to);
     }
 
     /// ASCII only.
@@ -126,10 +131,10 @@ template <> struct Pieces<char> : CommonPieces<char> {
     static char* copy(const NodeName& name, char* to) noexcept { return copy(view(name), to); }
 
     static std::size_t room(const StoredText& text) noexcept {
-        return text.isNarrow() ? text.length() : text.length() * bytesOfUnit;
+        return text.isWide() ? room(text.wide()) : room(text.bytes());
     }
     static char* copy(const StoredText& text, char* to) noexcept {
-        return text.isNarrow() ? copy(text.narrow(), to) : copy(text.wide(), to);
+        return text.isWide() ? copy(text.wide(), to) : copy(text.bytes(), to);
     }
 
     static std::size_t room(std::string_view text) noexcept { return text.size(); }
