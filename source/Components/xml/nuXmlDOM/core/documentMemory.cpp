@@ -2,13 +2,8 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstdint>
 #include <limits>
 #include <new>
-
-#if defined(__linux__)
-#include <sys/mman.h>
-#endif
 
 namespace nu {
 
@@ -16,8 +11,6 @@ namespace {
 
 constexpr std::size_t smallestBlock = 4096;
 constexpr std::size_t largestBlock = std::size_t{1} << 23;
-/// From here on a block holds whole pages of the larger kind, if the system has any.
-constexpr std::size_t smallestHuge = std::size_t{1} << 22;
 
 /// 256 is the first power of two with a list.
 constexpr std::size_t powerIndex(std::size_t size) noexcept {
@@ -51,7 +44,6 @@ public:
         blocks_.reserve(blocks_.size() + 1);
         auto* block = static_cast<std::byte*>(::operator new(size));
         blocks_.push_back(block);
-        preferHugePages(block, size);
         total_ += size;
         return block;
     }
@@ -89,20 +81,6 @@ private:
         OwnBlock* next;
         Blocks* owner;
     };
-
-    /// Filling fresh memory costs more by the page than by the byte, so few large pages are better
-    /// than many small ones.
-    static void preferHugePages([[maybe_unused]] std::byte* block,
-                                [[maybe_unused]] std::size_t size) noexcept {
-#if defined(__linux__)
-        if (size >= smallestHuge) {
-            constexpr std::uintptr_t page = 4096;
-            const auto start = (reinterpret_cast<std::uintptr_t>(block) + page - 1) / page * page;
-            const auto end = (reinterpret_cast<std::uintptr_t>(block) + size) / page * page;
-            static_cast<void>(madvise(reinterpret_cast<void*>(start), end - start, MADV_HUGEPAGE));
-        }
-#endif
-    }
 
     std::vector<std::byte*> blocks_;
     OwnBlock* own_ = nullptr;
