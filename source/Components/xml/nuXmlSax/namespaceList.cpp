@@ -7,127 +7,141 @@
 namespace {
 
 constexpr std::size_t firstSlotCount = 16;
-/// Entries whose memory is kept between documents.
-constexpr std::size_t keptEntries = 1024;
+/// Prefixes whose memory is kept between documents.
+constexpr std::size_t keptPrefixes = 64;
 
-std::size_t hashPrefix(std::u16string_view prefix) {
-    return static_cast<std::size_t>(nu::hashText(nu::hashKeys(), prefix, NuFoldCase));
+std::uint64_t hashPrefix(std::u16string_view prefix) {
+    return nu::hashText(nu::hashKeys(), prefix, NuFoldCase);
 }
 
 } // namespace
 
-void TNuSaxNamespaceList::AddNamespace(std::int32_t level, std::u16string_view prefix,
-                                       std::u16string_view uri) {
-    if (count_ == entries_.size()) {
-        entries_.emplace_back();
+nu::PrefixScope& TNuSaxNamespaceList::prefixScope(std::u16string_view prefix) {
+    if (prefix.empty()) {
+        return default_;
     }
-    if (2 * (count_ + 1) > slots_.size()) {
-        rebuildSlots(std::max(firstSlotCount, 2 * slots_.size()));
+    if (nu::PrefixScope* scope = find(prefix)) {
+        return *scope;
     }
-    TNuSaxNamespace& entry = entries_[count_];
-    entry.Level = level;
-    entry.Prefix = prefix;
-    entry.URI = uri;
-    entry.Number = ++addedCount_;
-    entry.Hash = hashPrefix(prefix);
-    isOrdered_ = isOrdered_ && (count_ == 0 || level >= highestLevel_);
-    highestLevel_ = count_ == 0 ? level : std::max(highestLevel_, level);
-    ++count_;
-    link(entry);
+    if (2 * (prefixes_.size() + 1) > slots_.size()) {
+        slots_.assign(std::max(firstSlotCount, 2 * slots_.size()), nullptr);
+        std::for_each(prefixes_.begin(), prefixes_.end(),
+                      [this](nu::PrefixScope& scope) { link(scope); });
+    }
+    link(prefixes_.emplace_back(isExact_ ? std::u16string(prefix) : NuFolded(prefix),
+                                hashPrefix(prefix)));
+    return prefixes_.back();
 }
 
-const TNuSaxNamespace* TNuSaxNamespaceList::find(std::u16string_view prefix) const {
-    if (count_ == 0) {
+void TNuSaxNamespaceList::link(nu::PrefixScope& scope) noexcept {
+    nu::PrefixScope*& slot = slots_[scope.hash_ & (slots_.size() - 1)];
+    scope.next_ = slot;
+    slot = &scope;
+}
+
+nu::PrefixScope* TNuSaxNamespaceList::find(std::u16string_view prefix) const {
+    if (slots_.empty()) {
         return nullptr;
     }
-    const std::size_t hash = hashPrefix(prefix);
-    const TNuSaxNamespace* entry = slots_[hash & (slots_.size() - 1)];
-    while (entry != nullptr && (entry->Hash != hash || !isSame(entry->Prefix, prefix))) {
-        entry = entry->Next;
+    const std::uint64_t hash = hashPrefix(prefix);
+    nu::PrefixScope* scope = slots_[hash & (slots_.size() - 1)];
+    while (scope != nullptr &&
+           (scope->hash_ != hash ||
+            (isExact_ ? scope->text_ != prefix : !NuEqualFolded(scope->text_, prefix)))) {
+        scope = scope->next_;
     }
-    recent_[recentPlace(prefix)] = entry;
-    return entry;
+    recent_[recentPlace(prefix)] = scope;
+    return scope;
+}
+
+void TNuSaxNamespaceList::AddNamespace(std::int32_t level, nu::PrefixScope& scope,
+                                       std::u16string_view prefix, std::u16string_view uri) {
+    if (scope.count_ == scope.declarations_.size()) {
+        scope.declarations_.push_back(std::make_unique<TNuSaxNamespace>());
+    }
+    TNuSaxNamespace& declaration = *scope.declarations_[scope.count_];
+    declaration.Prefix = prefix;
+    if (declaration.Number == 0 || declaration.URI != uri) {
+        declaration.Number = 0;
+        declaration.URI = uri;
+        declaration.Number = ++lastNumber_;
+    }
+    enter(level, scope);
+}
+
+bool TNuSaxNamespaceList::addAgain(std::int32_t level, nu::PrefixScope& scope,
+                                   std::uint64_t number) {
+    if (scope.count_ == scope.declarations_.size() ||
+        scope.declarations_[scope.count_]->Number != number) {
+        return false;
+    }
+    enter(level, scope);
+    return true;
+}
+
+/// The declaration behind those of the prefix that are in scope comes into scope.
+void TNuSaxNamespaceList::enter(std::int32_t level, nu::PrefixScope& scope) {
+    inScope_.push_back(&scope);
+    TNuSaxNamespace& declaration = *scope.declarations_[scope.count_++];
+    declaration.Level = level;
+    scope.newest_ = &declaration;
+    isOrdered_ = isOrdered_ && (inScope_.size() == 1 || level >= highestLevel_);
+    highestLevel_ = inScope_.size() == 1 ? level : std::max(highestLevel_, level);
 }
 
 void TNuSaxNamespaceList::removeFrom(std::int32_t level) {
-    // 1. Declarations come and go with their elements, so those to remove stand at the end.
-    while (count_ > 0 && entries_[count_ - 1].Level >= level) {
+    if (!isOrdered_) {
+        removeUnordered(level);
+        return;
+    }
+    // Declarations come and go with their elements, so those to remove stand at the end.
+    while (!inScope_.empty() && inScope_.back()->newest_->Level >= level) {
         removeNewest();
     }
-    // 2. Levels given in another order leave some in between.
-    if (!isOrdered_) {
-        const auto begin = entries_.begin();
-        const auto end = begin + static_cast<std::ptrdiff_t>(count_);
-        const auto kept = std::stable_partition(
-            begin, end, [level](const TNuSaxNamespace& entry) { return entry.Level < level; });
-        count_ = static_cast<std::size_t>(kept - begin);
-        rebuildSlots(slots_.size());
-    }
-    // 3. What is left tells the highest level.
-    highestLevel_ = count_ == 0 ? 0 : entries_[count_ - 1].Level;
-    if (!isOrdered_) {
-        for (std::size_t index = 0; index < count_; ++index) {
-            highestLevel_ = std::max(highestLevel_, entries_[index].Level);
+    highestLevel_ = inScope_.empty() ? 0 : inScope_.back()->newest_->Level;
+}
+
+/// Where levels came in another order, declarations in between are to stay.
+void TNuSaxNamespaceList::removeUnordered(std::int32_t level) {
+    std::vector<TNuSaxNamespace> kept;
+    for (; !inScope_.empty(); removeNewest()) {
+        if (inScope_.back()->newest_->Level < level) {
+            kept.push_back(*inScope_.back()->newest_);
         }
-        isOrdered_ = count_ == 0;
     }
+    isOrdered_ = true;
+    std::for_each(kept.rbegin(), kept.rend(), [this](const TNuSaxNamespace& declaration) {
+        AddNamespace(declaration.Level, declaration.Prefix, declaration.URI);
+    });
+}
+
+void TNuSaxNamespaceList::removeNewest() noexcept {
+    nu::PrefixScope& scope = *inScope_.back();
+    inScope_.pop_back();
+    --scope.count_;
+    scope.newest_ = scope.count_ > 0 ? scope.declarations_[scope.count_ - 1].get() : nullptr;
 }
 
 void TNuSaxNamespaceList::Clear() {
-    if (entries_.size() > keptEntries) {
-        entries_.clear();
-        slots_.clear();
+    while (!inScope_.empty()) {
+        removeNewest();
     }
-    std::fill(slots_.begin(), slots_.end(), nullptr);
-    recent_.fill(nullptr);
-    count_ = 0;
-    default_ = nullptr;
+    if (prefixes_.size() > keptPrefixes) {
+        dropPrefixes();
+    }
     highestLevel_ = 0;
     isOrdered_ = true;
 }
 
-/// Where the newest entry of a prefix, or one that is about to be that, stands in its hash slot:
-/// the pointer to the entry that it replaces, or the null at the end.
-TNuSaxNamespace** TNuSaxNamespaceList::placeOf(const TNuSaxNamespace& entry) {
-    TNuSaxNamespace** place = &slots_[entry.Hash & (slots_.size() - 1)];
-    while (*place != nullptr &&
-           ((*place)->Hash != entry.Hash || !isSame((*place)->Prefix, entry.Prefix))) {
-        place = &(*place)->Next;
-    }
-    return place;
-}
-
-void TNuSaxNamespaceList::removeNewest() {
-    const TNuSaxNamespace& entry = entries_[--count_];
-    TNuSaxNamespace** const place = placeOf(entry);
-    *place = entry.Hidden != nullptr ? entry.Hidden : entry.Next;
-    if (entry.Hidden != nullptr) {
-        entry.Hidden->Next = entry.Next;
-    }
-    if (entry.Prefix.empty()) {
-        default_ = entry.Hidden;
-    } else {
-        recent_[recentPlace(entry.Prefix)] = nullptr;
+void TNuSaxNamespaceList::compareExactly(bool isExact) noexcept {
+    if (isExact != isExact_) {
+        dropPrefixes();
+        isExact_ = isExact;
     }
 }
 
-void TNuSaxNamespaceList::link(TNuSaxNamespace& entry) {
-    TNuSaxNamespace** const place = placeOf(entry);
-    entry.Hidden = *place;
-    entry.Next = *place != nullptr ? (*place)->Next : nullptr;
-    *place = &entry;
-    if (entry.Prefix.empty()) {
-        default_ = &entry;
-    } else {
-        recent_[recentPlace(entry.Prefix)] = &entry;
-    }
-}
-
-void TNuSaxNamespaceList::rebuildSlots(std::size_t slotCount) {
-    slots_.assign(slotCount, nullptr);
+void TNuSaxNamespaceList::dropPrefixes() noexcept {
+    prefixes_.clear();
+    slots_.clear();
     recent_.fill(nullptr);
-    default_ = nullptr;
-    for (std::size_t index = 0; index < count_; ++index) {
-        link(entries_[index]);
-    }
 }

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,41 +18,84 @@ struct TNuSaxNamespace {
     std::int32_t Level = 0; ///< depth of the declaring element
     std::u16string Prefix;  ///< empty for the default namespace
     std::u16string URI;
-    std::uint64_t Number = 0;          ///< of all that were ever added to the list, from 1
-    std::size_t Hash = 0;              ///< of the prefix, letter case ignored
-    TNuSaxNamespace* Hidden = nullptr; ///< the declaration of the same prefix that this one hides
-    TNuSaxNamespace* Next = nullptr;   ///< the entry of another prefix in the same hash slot
+    /// From 1 on. Declarations of one number have the same URI; a new one gets the number of a
+    /// former one only where that is quick to see.
+    std::uint64_t Number = 0;
 };
 
-/// The namespace declarations in scope, oldest first. Prefixes are compared ignoring letter case
-/// (unlike Namespaces in XML), so `P:x` finds a declaration of `p`, unless a reader behind the
-/// conforming stage wants it otherwise.
+class TNuSaxNamespaceList;
+
+namespace nu {
+
+/// A prefix, letter case ignored unless its list compares exactly, and what it stands for. It stays
+/// where it is as long as its list is not cleared.
+class PrefixScope {
+public:
+    PrefixScope(std::u16string_view text, std::uint64_t hash) : text_(text), hash_(hash) {}
+
+    /// The declaration in force; null without one.
+    [[nodiscard]] const TNuSaxNamespace* newest() const noexcept { return newest_; }
+
+private:
+    friend class ::TNuSaxNamespaceList;
+
+    std::u16string text_;
+    std::uint64_t hash_;
+    PrefixScope* next_ = nullptr; ///< the next one in its hash slot
+    const TNuSaxNamespace* newest_ = nullptr;
+    /// The first count_ are in scope, the newest one hides those before. The others keep their
+    /// texts: often the same declaration comes and goes with its element.
+    std::vector<std::unique_ptr<TNuSaxNamespace>> declarations_;
+    std::size_t count_ = 0;
+};
+
+} // namespace nu
+
+/// The namespace declarations in scope. Prefixes are compared ignoring letter case (unlike
+/// Namespaces in XML), so `P:x` finds a declaration of `p`, unless a reader behind the conforming
+/// stage wants it otherwise.
 ///
-/// Lookup goes through a hash table of the prefixes, whose time grows neither with their number nor
-/// with the number of declarations of one of them.
+/// Each prefix knows the declaration in force, and a list of the declarations in the order in which
+/// they came tells what to take back when an element ends. So a lookup takes the same time whatever
+/// is nested and however many prefixes there are.
 class NUXML_API TNuSaxNamespaceList {
 public:
     /// Adds a declaration; one of the same prefix is hidden, not replaced.
-    void AddNamespace(std::int32_t level, std::u16string_view prefix, std::u16string_view uri);
+    void AddNamespace(std::int32_t level, std::u16string_view prefix, std::u16string_view uri) {
+        AddNamespace(level, prefixScope(prefix), prefix, uri);
+    }
     /// The newest declaration of `prefix`, or null.
     [[nodiscard]] const TNuSaxNamespace* GetNamespace(std::u16string_view prefix) const {
         // Elements without a prefix ask for the default namespace, tag by tag.
         if (prefix.empty()) {
-            return default_;
+            return default_.newest_;
         }
-        const TNuSaxNamespace* recent = recent_[recentPlace(prefix)];
-        return recent != nullptr && recent->Prefix == prefix ? recent : find(prefix);
+        const nu::PrefixScope* recent = recent_[recentPlace(prefix)];
+        if (recent == nullptr || recent->text_ != prefix) {
+            recent = find(prefix);
+        }
+        return recent != nullptr ? recent->newest_ : nullptr;
     }
     /// Removes every declaration whose level is `level` or more.
     void RemoveLevel(std::int32_t level) {
-        if (count_ > 0 && highestLevel_ >= level) {
+        if (!inScope_.empty() && highestLevel_ >= level) {
             removeFrom(level);
         }
     }
     void Clear();
     /// Whether prefixes are compared exactly. For an empty list.
-    void compareExactly(bool isExact) noexcept { isExact_ = isExact; }
-    [[nodiscard]] std::size_t Count() const noexcept { return count_; }
+    void compareExactly(bool isExact) noexcept;
+    [[nodiscard]] std::size_t Count() const noexcept { return inScope_.size(); }
+
+    /// \cond internal
+    /// The prefix, for whoever asks for it again and again.
+    [[nodiscard]] nu::PrefixScope& prefixScope(std::u16string_view prefix);
+    void AddNamespace(std::int32_t level, nu::PrefixScope& scope, std::u16string_view prefix,
+                      std::u16string_view uri);
+    /// Adds the declaration of that number once more, where it is the one that the prefix had last
+    /// in this place; false where it is not.
+    bool addAgain(std::int32_t level, nu::PrefixScope& scope, std::uint64_t number);
+    /// \endcond
 
 private:
     static constexpr std::size_t recentCount = 32;
@@ -60,27 +104,23 @@ private:
     static std::size_t recentPlace(std::u16string_view prefix) noexcept {
         return (NuFoldCase(prefix.front()) + prefix.size()) % recentCount;
     }
-    [[nodiscard]] const TNuSaxNamespace* find(std::u16string_view prefix) const;
-    [[nodiscard]] bool isSame(std::u16string_view left, std::u16string_view right) const {
-        return left == right || (!isExact_ && NuEqualFolded(left, right));
-    }
+    [[nodiscard]] nu::PrefixScope* find(std::u16string_view prefix) const;
     void removeFrom(std::int32_t level);
-    [[nodiscard]] TNuSaxNamespace** placeOf(const TNuSaxNamespace& entry);
-    void removeNewest();
-    void link(TNuSaxNamespace& entry);
-    void rebuildSlots(std::size_t slotCount);
+    void removeUnordered(std::int32_t level);
+    void enter(std::int32_t level, nu::PrefixScope& scope);
+    void removeNewest() noexcept;
+    void dropPrefixes() noexcept;
+    void link(nu::PrefixScope& scope) noexcept;
 
-    /// The first count_ entries are in use; those behind keep their memory for the next
-    /// declaration.
-    std::deque<TNuSaxNamespace> entries_;
-    std::size_t count_ = 0;
-    std::uint64_t addedCount_ = 0;
-    bool isExact_ = false;
-    const TNuSaxNamespace* default_ = nullptr; ///< the newest entry without a prefix
+    nu::PrefixScope default_{{}, 0};
+    std::deque<nu::PrefixScope> prefixes_;
+    std::vector<nu::PrefixScope*> slots_; ///< the first prefix of each hash slot, or null
+    /// Prefixes that were asked for last, or null.
+    mutable std::array<nu::PrefixScope*, recentCount> recent_{};
+    /// The prefixes of the declarations in scope, oldest first.
+    std::vector<nu::PrefixScope*> inScope_;
+    std::uint64_t lastNumber_ = 0;
     std::int32_t highestLevel_ = 0;
-    bool isOrdered_ = true; ///< no entry has a lower level than one before it
-    /// The first of the prefixes in each hash slot, as their newest entries; or null.
-    std::vector<TNuSaxNamespace*> slots_;
-    /// Entries that were found or made last, each the newest one of its prefix, or null.
-    mutable std::array<const TNuSaxNamespace*, recentCount> recent_{};
+    bool isExact_ = false;
+    bool isOrdered_ = true; ///< no declaration has a lower level than one before it
 };
