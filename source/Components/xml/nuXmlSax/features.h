@@ -12,13 +12,11 @@
 /// whatever their values.
 class NUXML_API TNuSaxFeatures {
 public:
-    /// Holds the defaults.
-    TNuSaxFeatures();
-
     /// The value stored under `name`; nothing when there is none.
     [[nodiscard]] std::optional<bool> Get(std::u16string_view name) const;
     void Set(std::u16string_view name, bool value);
 
 private:
+    /// Empty, and the defaults hold, until something is set: most readers are made for one parse.
     std::vector<std::u16string> lines_;
 };

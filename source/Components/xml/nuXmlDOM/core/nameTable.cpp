@@ -30,6 +30,17 @@ template <class Unit> const Unit* keep(DocumentMemory& memory, std::basic_string
     return copy;
 }
 
+std::string_view keepUtf8(DocumentMemory& memory, std::u16string_view text) {
+    // Nearly all names are ASCII.
+    if (text.empty() || !isAsciiText(text)) {
+        const std::string utf8 = NuToUtf8(text);
+        return {keep(memory, std::string_view(utf8)), utf8.size()};
+    }
+    auto* bytes = static_cast<char*>(memory.allocate(text.size()));
+    static_cast<void>(narrowAscii(text, bytes));
+    return {bytes, text.size()};
+}
+
 } // namespace
 
 /// Names that read the same come in many forms, too: whatever tells two apart is hashed.
@@ -82,7 +93,7 @@ NodeName* NameTable::make(const Key& key, std::uint32_t hash) {
         prefixLength = colon == std::u16string_view::npos ? NodeName::noPrefix
                                                           : static_cast<std::uint32_t>(colon);
     }
-    const std::string utf8 = key.hasLocal ? NuToUtf8(key.text) : std::string();
+    const std::string_view utf8 = key.hasLocal ? keepUtf8(memory_, key.text) : std::string_view();
     auto* name = static_cast<NodeName*>(memory_.allocate(sizeof(NodeName)));
     new (name) NodeName{};
     name->document = &document_;
@@ -90,7 +101,7 @@ NodeName* NameTable::make(const Key& key, std::uint32_t hash) {
     name->length = static_cast<std::uint32_t>(key.text.size());
     name->prefixLength = prefixLength;
     name->uri = &key.uri;
-    name->utf8Text = keep(memory_, std::string_view(utf8));
+    name->utf8Text = utf8.data();
     name->utf8Length = static_cast<std::uint32_t>(utf8.size());
     name->hash = hash;
     name->ends = key.text.empty() ? TextEnds() : TextEnds::of(key.text);
