@@ -25,6 +25,7 @@ public:
         }
     }
     static constexpr bool hasTextAtHand = false;
+    static constexpr bool hasBytesAtHand = false;
     void keepFromHere() { kept_ = current_; }
     [[nodiscard]] PNuXmlChar keptPlace() const { return kept_; }
     [[nodiscard]] PNuXmlChar CurrChar() const override { return current_; }

@@ -68,6 +68,7 @@ public:
     // For the scanner: what is decoded can be looked at by pointer, and a read may move to any
     // place of it.
     static constexpr bool hasTextAtHand = true;
+    static constexpr bool hasBytesAtHand = false;
 
     // Run operations: each does what a loop over the character operations would do.
 

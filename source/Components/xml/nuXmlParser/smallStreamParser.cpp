@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "common/utf8.h"
 #include "host/runtime/memoryStream.h"
 #include "nuXmlParser/parserErrors.h"
 
@@ -14,13 +15,26 @@ constexpr NuXmlChar noText[2] = {};
 /// Half of a window must hold any sequence of bytes.
 constexpr std::size_t shortestWindow = 16;
 
+/// The characters to decode at once where most of the text is read as bytes.
+constexpr std::size_t stepBetweenBytes = 512;
+
+std::size_t bytesOf(PNuXmlChar place, PNuXmlChar end) noexcept {
+    std::size_t bytes = 0;
+    for (; place < end; ++place) {
+        // The four bytes of a pair are two for each of its halves.
+        const bool isHalf = (*place & 0xF800) == 0xD800;
+        bytes += 1U + (*place >= 0x80 ? 1U : 0U) + (*place >= 0x800 && !isHalf ? 1U : 0U);
+    }
+    return bytes;
+}
+
 } // namespace
 
 TNuXmlSmallStreamParser::TNuXmlSmallStreamParser(host::TStream* sourceStream, bool ownsStream,
                                                  const host::Ref<host::IErrorHandler>& errorHandler,
                                                  std::size_t windowLength)
     : TNuXmlBaseParser(sourceStream, ownsStream, errorHandler),
-      windowLength_(std::max(windowLength, shortestWindow)) {
+      windowLength_(std::max(windowLength, shortestWindow)), stepLength_(windowLength_) {
     Initialize();
 }
 
@@ -71,7 +85,38 @@ void TNuXmlSmallStreamParser::openBytes(nu::TextDecoder::Opening opening) {
     windowLength_ = std::min(windowLength_, std::max(decoder_.unitsAtMost(), shortestWindow));
     memory_ = nu::TextMemory(windowLength_ * cNuXmlCharSize);
     auto* units = reinterpret_cast<NuXmlChar*>(memory_.data());
+    knownUnit_ = units;
+    knownByte_ = decoder_.rest().data();
     useText(units, decoder_.decode(units, windowLength_));
+}
+
+std::string_view TNuXmlSmallStreamParser::bytesFromHere() noexcept {
+    if (!decoder_.isUtf8()) {
+        return {};
+    }
+    const std::string_view rest = decoder_.rest();
+    const char* const here = knownByte_ != nullptr ? knownByte_ + bytesOf(knownUnit_, currPtr_)
+                                                   : rest.data() - bytesOf(currPtr_, lastPtr_ + 1);
+    knownUnit_ = currPtr_;
+    knownByte_ = here;
+    return {here, static_cast<std::size_t>(rest.data() + rest.size() - here)};
+}
+
+void TNuXmlSmallStreamParser::continueBehind(nu::PassedBytes passed) {
+    // 1. The current character was read and counts in the text before the bytes.
+    auto* units = reinterpret_cast<NuXmlChar*>(memory_.data());
+    ++passed.start;
+    counter_.passBytes(readPtr_, passed, units);
+    hasPassedBytes_ = true;
+
+    // 2. The window begins anew behind them.
+    stepLength_ = std::min(stepLength_, stepBetweenBytes);
+    decoder_.continueAt(passed.end);
+    useText(units, decoder_.decode(units, std::min(windowLength_, stepLength_)));
+    ++readPtr_;
+    peekPtr_ = nullptr;
+    knownUnit_ = units;
+    knownByte_ = passed.end;
 }
 
 PNuXmlChar TNuXmlSmallStreamParser::readBeyondControls() {
@@ -86,37 +131,63 @@ PNuXmlChar TNuXmlSmallStreamParser::readBeyondControls() {
     return currPtr_;
 }
 
-/// Puts the kept text to the start of the window and more text behind it.
+/// Puts the kept text to the start of the window, if need be, and more text behind it.
 bool TNuXmlSmallStreamParser::decodeMore() {
-    // 1. What goes is counted before it is gone.
-    counter_.countUpTo(keep_);
-
-    // 2. Half of the window must be free; text that needs more gets a window of twice the size.
     const auto kept = static_cast<std::size_t>(lastPtr_ - keep_) + 1;
-    auto* units = reinterpret_cast<NuXmlChar*>(memory_.data());
-    if (kept > windowLength_ / 2) {
-        nu::TextMemory grown(2 * windowLength_ * cNuXmlCharSize);
-        units = reinterpret_cast<NuXmlChar*>(grown.data());
-        std::memcpy(units, keep_, kept * cNuXmlCharSize);
-        moveText(units);
-        memory_ = std::move(grown);
-        windowLength_ *= 2;
+    if (restFitsBehind()) {
+        block_.forget();
     } else {
-        std::memmove(units, keep_, kept * cNuXmlCharSize);
-        moveText(units);
+        // 1. What goes is counted before it is gone.
+        counter_.countUpTo(keep_);
+
+        // 2. Half of the window must be free; text that needs more gets a window of twice the size.
+        moveText(kept > windowLength_ / 2 ? 2 * windowLength_ : windowLength_);
     }
 
     // 3. More text.
-    lastPtr_ = units + (kept - 1) + decoder_.decode(units + kept, windowLength_ - kept);
+    auto* units = reinterpret_cast<NuXmlChar*>(memory_.data());
+    const std::ptrdiff_t used = lastPtr_ + 1 - units;
+    const std::size_t room = windowLength_ - static_cast<std::size_t>(used);
+    lastPtr_ += decoder_.decode(units + used, std::min(room, std::max(kept, stepLength_)));
     return true;
 }
 
-/// The text from the kept place on has moved to `units`.
-void TNuXmlSmallStreamParser::moveText(PNuXmlChar units) noexcept {
+/// Whether all that is left to decode has room behind the text in the window.
+bool TNuXmlSmallStreamParser::restFitsBehind() const noexcept {
+    const auto* units = reinterpret_cast<PNuXmlChar>(memory_.data());
+    return windowLength_ - static_cast<std::size_t>(lastPtr_ + 1 - units) >= decoder_.unitsAtMost();
+}
+
+void TNuXmlSmallStreamParser::stayInPlace() {
+    if (decoder_.hasMore() && !restFitsBehind()) {
+        counter_.countUpTo(keep_);
+        moveText(static_cast<std::size_t>(lastPtr_ - keep_) + 1 + decoder_.unitsAtMost());
+    }
+}
+
+/// Moves the text from the kept place on to the start of the window, which gets this length.
+void TNuXmlSmallStreamParser::moveText(std::size_t windowLength) {
+    const std::size_t size = (static_cast<std::size_t>(lastPtr_ - keep_) + 1) * cNuXmlCharSize;
+    nu::TextMemory grown;
+    if (windowLength != windowLength_) {
+        grown = nu::TextMemory(windowLength * cNuXmlCharSize);
+        std::memcpy(grown.data(), keep_, size);
+        std::swap(memory_, grown);
+        windowLength_ = windowLength;
+    } else {
+        std::memmove(memory_.data(), keep_, size);
+    }
+    const auto* units = reinterpret_cast<PNuXmlChar>(memory_.data());
     droppedLength_ += keep_ - buffer_;
     counter_.follow(keep_, units);
+    if (knownUnit_ < keep_) {
+        knownByte_ = nullptr;
+    } else {
+        knownUnit_ = units + (knownUnit_ - keep_);
+    }
     currPtr_ = units + (currPtr_ - keep_);
     readPtr_ = units + (readPtr_ - keep_);
+    lastPtr_ = units + (lastPtr_ - keep_);
     peekPtr_ = peekPtr_ < keep_ ? nullptr : units + (peekPtr_ - keep_);
     buffer_ = units;
     keep_ = units;
@@ -155,7 +226,14 @@ void TNuXmlSmallStreamParser::useText(PNuXmlChar text, std::size_t length) noexc
 }
 
 std::int64_t TNuXmlSmallStreamParser::GetStreamPos() {
-    return (droppedLength_ + (readPtr_ - buffer_)) * cNuXmlCharSize;
+    std::int64_t length = droppedLength_ + (readPtr_ - buffer_);
+    if (hasPassedBytes_) {
+        const std::string_view text = decoder_.text();
+        const std::size_t size = text.size() - bytesFromHere().size();
+        length =
+            static_cast<std::int64_t>(NuUtf16Length(text.substr(0, size))) + (readPtr_ - currPtr_);
+    }
+    return length * cNuXmlCharSize;
 }
 
 /// The last character, or the NUL that ends the text before it: the read position stays on it.

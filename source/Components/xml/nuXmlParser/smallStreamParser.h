@@ -59,6 +59,9 @@ public:
     // For the scanner: the text around the current character can be looked at by pointer, and a
     // read may move to any place of it.
     static constexpr bool hasTextAtHand = true;
+    // And where it is UTF-8, the bytes that it comes from.
+    static constexpr bool hasBytesAtHand = true;
+    [[nodiscard]] bool isUtf8() const noexcept { return decoder_.isUtf8(); }
 
     // Run operations: each does what a loop over the character operations would do.
 
@@ -116,6 +119,15 @@ public:
         currPtr_ = place;
         readPtr_ = place + 1;
     }
+    /// The bytes from the current character to the end of the text, for whoever reads them without
+    /// this parser for a while; empty where the text is not UTF-8.
+    [[nodiscard]] std::string_view bytesFromHere() noexcept;
+    /// Delivers the character at the end of `passed`, which begins at bytesFromHere, as if all of
+    /// it had been read; it is none of the control characters and not the last one.
+    void continueBehind(nu::PassedBytes passed);
+    /// From now on decoding more moves nothing, so that places in the text stay good until
+    /// continueBehind.
+    void stayInPlace();
     /// Looking ahead has no consequences here.
     void countPeek() noexcept {}
     /// Text goes when keepFromHere says so.
@@ -149,7 +161,8 @@ private:
     }
     PNuXmlChar readBeyondControls();
     bool decodeMore();
-    void moveText(PNuXmlChar units) noexcept;
+    [[nodiscard]] bool restFitsBehind() const noexcept;
+    void moveText(std::size_t windowLength);
     void deliverEnd() noexcept;
     void openText(TNuEncoding encoding, host::TStream& stream);
     void useUtf16(host::TStream& stream, std::size_t size);
@@ -169,8 +182,12 @@ private:
     nu::TextCounter counter_;
 
     nu::TextDecoder decoder_;
-    nu::TextMemory memory_;          ///< the window
-    std::size_t windowLength_;       ///< room of the window
+    nu::TextMemory memory_;           ///< the window
+    std::size_t windowLength_;        ///< room of the window
+    std::size_t stepLength_;          ///< the characters to decode at once, or as many as are kept
+    PNuXmlChar knownUnit_ = nullptr;  ///< a place in the window, and where it stands in the bytes
+    const char* knownByte_ = nullptr; ///< null where that is not known
+    bool hasPassedBytes_ = false;
     std::int64_t droppedLength_ = 0; ///< characters that stood before the window
 };
 

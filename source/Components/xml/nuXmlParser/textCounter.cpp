@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <string_view>
+#include <type_traits>
 
+#include "common/utf8.h"
 #include "nuXmlParser/scan.h"
 
 namespace nu {
@@ -11,7 +14,7 @@ namespace {
 
 constexpr NuXmlChar lineFeed = TextCounter::lineFeed;
 
-/// How many units of a text are of a kind.
+/// How many units, or bytes, of a text are of a kind.
 struct Tally {
     std::int64_t controls = 0; ///< below U+0020
     std::int64_t lineFeeds = 0;
@@ -27,14 +30,14 @@ std::int64_t sumOfBytes(__m128i bytes) noexcept {
 }
 
 /// Tallies whole blocks of the text and steps over them.
-Tally tallyBlocks(PNuXmlChar& place, PNuXmlChar end) noexcept {
+template <class Unit> Tally tallyBlocks(const Unit*& place, const Unit* end) noexcept {
     constexpr std::ptrdiff_t blockLength = 16;
     Tally tally;
     while (end - place >= blockLength) {
         __m128i controls = _mm_setzero_si128();
         __m128i lineFeeds = _mm_setzero_si128();
         const auto blocks = std::min((end - place) / blockLength, blocksPerSum);
-        for (const PNuXmlChar stop = place + blocks * blockLength; place != stop;
+        for (const Unit* const stop = place + blocks * blockLength; place != stop;
              place += blockLength) {
             const __m128i bytes = simd::loadCharacters(place);
             const __m128i isControl =
@@ -54,14 +57,15 @@ Tally tallyBlocks(PNuXmlChar& place, PNuXmlChar end) noexcept {
 }
 
 /// The same with blocks of twice the length.
-[[gnu::target("avx2")]] Tally tallyBlocksWide(PNuXmlChar& place, PNuXmlChar end) noexcept {
+template <class Unit>
+[[gnu::target("avx2")]] Tally tallyBlocksWide(const Unit*& place, const Unit* end) noexcept {
     constexpr std::ptrdiff_t blockLength = 32;
     Tally tally;
     while (end - place >= blockLength) {
         __m256i controls = _mm256_setzero_si256();
         __m256i lineFeeds = _mm256_setzero_si256();
         const auto blocks = std::min((end - place) / blockLength, blocksPerSum);
-        for (const PNuXmlChar stop = place + blocks * blockLength; place != stop;
+        for (const Unit* const stop = place + blocks * blockLength; place != stop;
              place += blockLength) {
             const __m256i bytes = simd::loadManyCharacters(place);
             const __m256i isControl =
@@ -78,15 +82,16 @@ Tally tallyBlocks(PNuXmlChar& place, PNuXmlChar end) noexcept {
 
 #endif
 
-Tally tallyUnits(PNuXmlChar place, PNuXmlChar end) noexcept {
+template <class Unit> Tally tallyUnits(const Unit* place, const Unit* end) noexcept {
     Tally tally;
 #if defined(__x86_64__)
     tally =
         __builtin_cpu_supports("avx2") != 0 ? tallyBlocksWide(place, end) : tallyBlocks(place, end);
 #endif
     for (; place < end; ++place) {
-        tally.controls += *place < cNuSpace ? 1 : 0;
-        tally.lineFeeds += *place == lineFeed ? 1 : 0;
+        const auto unit = static_cast<std::make_unsigned_t<Unit>>(*place);
+        tally.controls += unit < cNuSpace ? 1 : 0;
+        tally.lineFeeds += unit == lineFeed ? 1 : 0;
     }
     return tally;
 }
@@ -107,7 +112,31 @@ void TextCounter::deliverAny(PNuXmlChar place) noexcept {
     counted_ = place + 1;
 }
 
+void TextCounter::countPassed() noexcept {
+    const auto solidUnits = [](std::string_view bytes, const Tally& tally) {
+        return static_cast<std::int64_t>(NuUtf16Length(bytes)) - tally.controls;
+    };
+    const std::string_view bytes(passed_.start,
+                                 static_cast<std::size_t>(passed_.end - passed_.start));
+    const Tally tally = tallyUnits(passed_.start, passed_.end);
+    const std::int64_t units = solidUnits(bytes, tally);
+    charCount += units + passed_.deliveredControls;
+    line += tally.lineFeeds;
+    if (tally.lineFeeds == 0) {
+        column += units;
+    } else {
+        const std::size_t last = bytes.rfind(static_cast<char>(lineFeed));
+        const char* const start = bytes.data() + last + 1;
+        column = solidUnits(bytes.substr(last + 1), tallyUnits(start, passed_.end)) +
+                 (start - 1 == passed_.deliveredLineFeed ? 1 : 0);
+    }
+    passed_ = {};
+}
+
 void TextCounter::countUpTo(PNuXmlChar end) noexcept {
+    if (passed_.start != nullptr) {
+        countPassed();
+    }
     if (end <= counted_) {
         return;
     }

@@ -9,6 +9,16 @@
 
 namespace nu {
 
+/// Text in UTF-8 that was passed without being decoded: what reads of the character behind it
+/// would have counted. Control characters in it were skipped, but for those that raw reads
+/// delivered: line feeds, and carriage returns right before one.
+struct PassedBytes {
+    const char* start = nullptr;
+    const char* end = nullptr;
+    const char* deliveredLineFeed = nullptr; ///< the last line feed that a raw read delivered
+    std::int64_t deliveredControls = 0;      ///< how many control characters raw reads delivered
+};
+
 /// Lines, columns and character reads of a text that is read front to back, counted only when
 /// somebody looks and then exactly.
 ///
@@ -37,6 +47,14 @@ public:
         uncountedLineFeeds_ = 0;
         lookCount_ = 0;
         everyUnit_ = everyUnit;
+        passed_ = {};
+    }
+    /// Everything before `end` was read, then `passed`; what follows that comes to `next`.
+    void passBytes(PNuXmlChar end, const PassedBytes& passed, PNuXmlChar next) noexcept {
+        countUpTo(end);
+        passed_ = passed;
+        counted_ = next;
+        deliveredLineFeed_ = nullptr;
     }
 
     /// A raw read has delivered the unit at `place`. If it is a line feed, it has column 1 of the
@@ -81,8 +99,10 @@ public:
 
 private:
     void addLooks(PNuXmlChar lastLineFeed, PNuXmlChar end) noexcept;
+    void countPassed() noexcept;
 
-    PNuXmlChar counted_ = nullptr;           ///< everything before it is in the counters
+    PassedBytes passed_;           ///< stand before `counted_` and are not in the counters
+    PNuXmlChar counted_ = nullptr; ///< everything before it is in the counters
     PNuXmlChar deliveredLineFeed_ = nullptr; ///< the last line feed that a raw read delivered
     std::int64_t uncountedLineFeeds_ = 0;    ///< delivered line feeds behind `counted_`
     bool everyUnit_ = false;

@@ -44,6 +44,7 @@ TextDecoder::Opening TextDecoder::open(std::string_view bytes, bool isMarkedUtf8
         }
         codePage_ = pageOfUnmarked(bytes, bytes.substr(0, tagEnd + 1));
     }
+    text_ = bytes;
     rest_ = bytes;
     return Opening::Decodable;
 }

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "common/codePage.h"
 #include "nuXmlParser/chars.h"
 #include "nuXmlParser/textMemory.h"
 
@@ -31,6 +32,16 @@ public:
     /// The same for bytes that the decoder keeps.
     Opening open(TextMemory bytes, bool isMarkedUtf8);
 
+    /// Whether the bytes are UTF-8, well-formed throughout.
+    [[nodiscard]] bool isUtf8() const noexcept { return codePage_ == cNuCodePageUtf8; }
+    /// The bytes that were not decoded yet.
+    [[nodiscard]] std::string_view rest() const noexcept { return rest_; }
+    /// All bytes.
+    [[nodiscard]] std::string_view text() const noexcept { return text_; }
+    /// Goes on at a place of them.
+    void continueAt(const char* place) noexcept {
+        rest_ = text_.substr(static_cast<std::size_t>(place - text_.data()));
+    }
     [[nodiscard]] bool hasMore() const noexcept { return !rest_.empty(); }
     /// No more units than these are to come.
     [[nodiscard]] std::size_t unitsAtMost() const noexcept { return rest_.size(); }
@@ -39,6 +50,7 @@ public:
 
 private:
     TextMemory memory_;
+    std::string_view text_;
     std::string_view rest_;
     std::uint32_t codePage_ = 0;
 };

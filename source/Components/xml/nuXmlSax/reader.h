@@ -24,8 +24,9 @@
 class ENuXmlFault;
 
 namespace nu {
+class DirectContent;
 template <class Source> class SaxScanner;
-}
+} // namespace nu
 
 /// Which character source a reader takes.
 enum class TNuSaxParserChoice : std::uint8_t {
@@ -132,6 +133,11 @@ public:
     /// The declarations in scope; what they hold is valid during a parse.
     [[nodiscard]] const TNuSaxNamespaceList& Namespaces() const noexcept { return namespaces_; }
 
+    /// \cond internal
+    /// Lets somebody take plain content from the bytes themselves; the handlers get the rest.
+    void setDirectContent(nu::DirectContent* content) noexcept { directContent_ = content; }
+    /// \endcond
+
     // Faults, with the line and column of `source`.
     void Warning(TNuXmlBaseParser& source, std::u16string_view message);
     void Error(TNuXmlBaseParser& source, std::u16string_view message);
@@ -188,6 +194,7 @@ private:
     nu::SpaceStack space_;
     std::int32_t depth_ = 0;
     bool isFragment_ = false;
+    nu::DirectContent* directContent_ = nullptr;
     TNuSaxParserChoice parserChoice_ = TNuSaxParserChoice::BySize;
     std::optional<TNuConformingOptions> conforming_;
     TNuSourceForm sourceForm_;

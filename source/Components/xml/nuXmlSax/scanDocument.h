@@ -2,6 +2,7 @@
 
 #include "host/runtime/format.h"
 #include "nuXmlSax/contentHandler.h"
+#include "nuXmlSax/directContent.h"
 #include "nuXmlSax/messages.h"
 #include "nuXmlSax/scanner.h"
 
@@ -69,8 +70,12 @@ template <class Source> void SaxScanner<Source>::scanContent() {
     while (!source_.hasEnded()) {
         // 1. As far as it goes the plain way.
         if constexpr (Source::hasTextAtHand) {
-            scanPlainContent();
-            if (needsMoreText() && source_.extendWindow()) {
+            if (readsDirectly()) {
+                readDirectly();
+            } else {
+                scanPlainContent();
+            }
+            if (!readsDirectly() && needsMoreText() && source_.extendWindow()) {
                 continue;
             }
         }
@@ -86,6 +91,32 @@ template <class Source> void SaxScanner<Source>::scanContent() {
             skipOutsideText();
         } else {
             scanText();
+        }
+    }
+}
+
+template <class Source> bool SaxScanner<Source>::readsDirectly() const noexcept {
+    if constexpr (Source::hasBytesAtHand) {
+        return reader_.directContent_ != nullptr && source_.isUtf8();
+    }
+    return false;
+}
+
+/// Entered with any character current; leaves the first "<" or ">" current that is not plain. A tag
+/// there can be scanned without reading the rest of the text.
+template <class Source> void SaxScanner<Source>::readDirectly() {
+    if constexpr (Source::hasBytesAtHand) {
+        const NuXmlChar current = source_.current();
+        if ((current != cNuLt && current != cNuGt) || reader_.depth_ < 1) {
+            return;
+        }
+        const PassedBytes passed = reader_.directContent_->read(
+            source_.bytesFromHere(), {reader_.depth_, reader_.namespaces_, reader_.space_});
+        if (passed.end != passed.start) {
+            source_.continueBehind(passed);
+        }
+        if (needsMoreText()) {
+            source_.stayInPlace();
         }
     }
 }

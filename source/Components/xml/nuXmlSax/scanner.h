@@ -48,6 +48,8 @@ private:
     void scanProlog();
     void scanContent();
     void scanMarkup();
+    [[nodiscard]] bool readsDirectly() const noexcept;
+    void readDirectly();
     bool needsMoreText();
     void skipOutsideText();
     /// Whether white space between two places is kept because it has no line break.

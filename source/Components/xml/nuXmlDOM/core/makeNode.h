@@ -12,7 +12,9 @@
 
 namespace nu {
 
-template <class Node> Node& NodeAccess::make(TNuDOMDocument& document, const NodeName* name) {
+template <class Node>
+[[gnu::always_inline]] inline Node& NodeAccess::make(TNuDOMDocument& document,
+                                                     const NodeName* name) {
     void* memory = document.memory().allocate(sizeof(Node));
     return *new (memory) Node(name, Node::Type);
 }

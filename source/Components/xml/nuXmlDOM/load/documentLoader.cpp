@@ -1,9 +1,12 @@
 #include "nuXmlDOM/load/documentLoader.h"
 
+#include <optional>
+
 #include "common/stringStream.h"
 #include "host/com/implements.h"
 #include "host/sax/Sax.h"
 #include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/load/directLoader.h"
 #include "nuXmlDOM/load/loadReport.h"
 #include "nuXmlDOM/load/saxToDomHandler.h"
 #include "nuXmlParser/parserErrors.h"
@@ -51,6 +54,11 @@ void build(TNuDOMDocument& document, TNuDOMNode& parent, const nu::Loading& load
         loading.report->Clear();
         reader.setErrorHandler(
             host::makeRef<ReportingHandler>(*loading.report, *handler, loading.file));
+    }
+    // What nobody else listens to goes straight into the tree.
+    std::optional<nu::DirectLoader> loader;
+    if (&parent == &document && loading.options == nullptr && loading.report == nullptr) {
+        reader.setDirectContent(&loader.emplace(*handler, document));
     }
     try {
         parse(reader);

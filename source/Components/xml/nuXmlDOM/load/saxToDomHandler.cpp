@@ -112,19 +112,6 @@ TNuSaxToDomHandler::~TNuSaxToDomHandler() { setLoading(false); }
 
 void TNuSaxToDomHandler::setLoading(bool isLoading) noexcept { document_->isLoading_ = isLoading; }
 
-template <class Operation> void TNuSaxToDomHandler::remember(Operation&& operation) {
-    try {
-        operation();
-    } catch (...) {
-        if (!failure_) {
-            failure_ = std::current_exception();
-            failureLine_ = locator_ ? locator_->getLineNumber() : 0;
-            failureColumn_ = locator_ ? locator_->getColumnNumber() : 0;
-        }
-        throw;
-    }
-}
-
 /// Puts a new node behind the children of the current node; frees it when it cannot stand there.
 template <class Node> void TNuSaxToDomHandler::append(Node& node) {
     auto* element = nu::NodeAccess::as<TNuDOMElement>(current_);

@@ -10,6 +10,10 @@
 #include "nuXmlSax/contentHandler.h"
 #include "nuXmlSax/handler.h"
 
+namespace nu {
+class DirectLoader;
+}
+
 /// Builds a tree from what a reader reports. Set it as content handler and as lexical handler.
 ///
 /// It has no rule of its own about white space: what the reader reports becomes text, one node for
@@ -60,7 +64,21 @@ public:
     void endEntity(std::u16string_view name) override;
 
 private:
-    template <class Operation> void remember(Operation&& operation);
+    friend class nu::DirectLoader;
+
+    /// Keeps the first exception that leaves `operation`.
+    template <class Operation> void remember(Operation&& operation) {
+        try {
+            operation();
+        } catch (...) {
+            if (!failure_) {
+                failure_ = std::current_exception();
+                failureLine_ = locator_ ? locator_->getLineNumber() : 0;
+                failureColumn_ = locator_ ? locator_->getColumnNumber() : 0;
+            }
+            throw;
+        }
+    }
     void setLoading(bool isLoading) noexcept;
     template <class Node> void append(Node& node);
     const nu::NameURI& uriOf(std::u16string_view uri, std::u16string_view qName);

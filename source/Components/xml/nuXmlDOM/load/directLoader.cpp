@@ -1,0 +1,273 @@
+#include "nuXmlDOM/load/directLoader.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "common/caseFolding.h"
+#include "common/utf8.h"
+#include "nuXmlDOM/core/escapedText.h"
+#include "nuXmlDOM/core/makeNode.h"
+#include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlParser/unescape.h"
+
+namespace nu {
+
+namespace {
+
+constexpr std::u16string_view declarationPrefix = u"xmlns";
+
+/// UTF-8 that is known to be well-formed.
+NuXmlString widened(std::string_view bytes) {
+    NuXmlString text(bytes.size(), u'\0');
+    text.resize(NuDecodeUtf8Prefix(bytes, text.data()).Units);
+    return text;
+}
+
+/// Whether escaping the value again would give what was unescaped: where only what escaping itself
+/// writes stands in it.
+bool isCanonical(std::string_view value) noexcept {
+    static constexpr std::string_view references[] = {"&amp;", "&lt;", "&gt;", "&quot;", "&apos;"};
+    for (std::size_t place = value.find_first_of("&<>'"); place != value.npos;
+         place = value.find_first_of("&<>'", place + 1)) {
+        const std::string_view rest = value.substr(place);
+        if (std::none_of(std::begin(references), std::end(references),
+                         [rest](std::string_view known) { return rest.starts_with(known); })) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+DirectLoader::Name::Name(std::string_view bytes, std::uint64_t hash, const NodeName& named,
+                         TNuSaxNamespaceList& namespaces)
+    : ByteName(bytes, hash), attribute(&named), meaning(Meaning::None), element(&named) {
+    // 1. The reader divides names at their last colon.
+    const std::u16string_view name = named.qualified();
+    const std::size_t colon = name.rfind(cNuColon);
+    std::u16string_view prefix = name.substr(0, colon == name.npos ? 0 : colon);
+
+    // 2. Declarations are known by their first letters, in either case.
+    const bool isLike = (name.front() | 0x20) == u'x' &&
+                        NuEqualFolded(name.substr(0, declarationPrefix.size()), declarationPrefix);
+    if (isLike && name.size() == declarationPrefix.size()) {
+        meaning = Meaning::Namespace;
+    } else if (isLike && name[declarationPrefix.size()] == cNuColon) {
+        meaning = Meaning::Namespace;
+        declaredPrefix = name.substr(colon + 1);
+    } else if (name == u"xml:space") {
+        meaning = Meaning::Space;
+    }
+    scope = &namespaces.prefixScope(prefix);
+    declared = meaning == Meaning::Namespace ? &namespaces.prefixScope(declaredPrefix) : nullptr;
+}
+
+DirectLoader::DirectLoader(TNuSaxToDomHandler& handler, TNuDOMDocument& document)
+    : handler_(handler), document_(document) {}
+
+PassedBytes DirectLoader::read(std::string_view bytes, const ReaderScopes& scopes) {
+    PassedBytes passed{bytes.data(), bytes.data()};
+    current_ = NodeAccess::as<TNuDOMElement>(handler_.current_);
+    if (scopes.depth < 1 || current_ == nullptr) {
+        return passed;
+    }
+    scopes_ = &scopes;
+    open_.clear();
+    unknown_ = nullptr;
+    guess_ = &unknown_;
+    handler_.remember([&] { passed = markup::PlainContent(*this).read(bytes); });
+    handler_.current_ = current_;
+    return passed;
+}
+
+// Names
+
+DirectLoader::Name* DirectLoader::find(std::string_view bytes) {
+    const std::uint64_t hash = names_.hashOf(bytes);
+    if (Name* name = names_.find(bytes, hash)) {
+        return name;
+    }
+    const auto isControl = [](char byte) { return static_cast<unsigned char>(byte) < ' '; };
+    if (std::any_of(bytes.begin(), bytes.end(), isControl)) {
+        return nullptr;
+    }
+    char16_t units[markup::ByteName::longestGuess];
+    const NodeName* const named =
+        bytes.size() <= std::size(units)
+            ? document_.names().get({units, NuDecodeUtf8Prefix(bytes, units).Units})
+            : document_.names().get(widened(bytes));
+    return &names_.add(bytes, hash, *named, scopes_->namespaces);
+}
+
+DirectLoader::Name* DirectLoader::element(std::string_view bytes) { return *guess_ = find(bytes); }
+
+DirectLoader::Name* DirectLoader::attribute(Name& before, std::string_view bytes) {
+    return before.followers[markup::ByteName::Attribute] = find(bytes);
+}
+
+/// The name of an element that stands in the scopes as they are now.
+[[gnu::always_inline]] inline const NodeName* DirectLoader::resolve(Name& name) {
+    const TNuSaxNamespace* const scope = name.scope->newest();
+    const std::uint64_t number = scope != nullptr ? scope->Number : 0;
+    if (name.scopeNumber != number) [[unlikely]] {
+        resolveAnew(name, scope);
+    }
+    return name.element;
+}
+
+/// A long URI is looked at once for each declaration, however many names it is for.
+void DirectLoader::resolveAnew(Name& name, const TNuSaxNamespace* scope) {
+    if (scope == nullptr) {
+        name.element = name.attribute;
+        name.scopeNumber = 0;
+        return;
+    }
+    if (uris_.size() <= scope->Number) {
+        uris_.resize(scope->Number + 1);
+    }
+    const NameURI*& uri = uris_[scope->Number];
+    if (uri == nullptr) {
+        uri = &document_.names().getURI(scope->URI);
+    }
+    name.element = document_.names().get(name.attribute->qualified(), *uri);
+    name.scopeNumber = scope->Number;
+}
+
+// Start tags
+
+[[gnu::always_inline]] inline void DirectLoader::startTag(Name& name) {
+    element_ = &NodeAccess::make<TNuDOMElement>(document_, resolve(name));
+    elementName_ = &name;
+    lastAttribute_ = nullptr;
+    ++elementNumber_;
+    hasMeaning_ = false;
+}
+
+[[gnu::always_inline]] inline bool DirectLoader::addAttribute(Name& name, std::string_view value,
+                                                              const markup::PassedKinds& kinds) {
+    if (name.meaning != Meaning::None) [[unlikely]] {
+        apply(name, value);
+    }
+    if (!kinds.isPlain && !isCanonical(value)) [[unlikely]] {
+        return addReplaced(name, value);
+    }
+    textFor(name).load(document_.memory(), value, kinds.isAscii);
+    return true;
+}
+
+/// The text of an attribute that is new, unless the element already got one of that name.
+[[gnu::always_inline]] inline StoredText& DirectLoader::textFor(Name& name) {
+    if (name.loadedElement != elementNumber_) [[likely]] {
+        auto& attribute = NodeAccess::make<TNuDOMAttribute>(document_, name.attribute);
+        NodeAccess::appendLoaded(*element_, lastAttribute_, attribute);
+        lastAttribute_ = &attribute;
+        name.loadedElement = elementNumber_;
+        name.loadedAttribute = &attribute;
+    }
+    return NodeAccess::stored(*name.loadedAttribute);
+}
+
+/// References in the value are replaced, and what is kept is escaped again. False where one of them
+/// is wrong: the tag is then not plain, and the handler finds out the same.
+bool DirectLoader::addReplaced(Name& name, std::string_view value) {
+    NuXmlString replaced;
+    try {
+        replaced = NuXMLToStr(widened(value));
+    } catch (const host::Exception&) {
+        return false;
+    }
+    assignEscaped(textFor(name), document_.memory(), replaced);
+    return true;
+}
+
+/// Declarations open a scope; xml:space decides about the element's own white space.
+void DirectLoader::apply(Name& name, std::string_view value) {
+    const std::int32_t level = scopes_->depth + 1;
+    hasMeaning_ = true;
+    if (name.meaning == Meaning::Space) {
+        if (value == "preserve" || value == "default") {
+            scopes_->space.set(level, value == "preserve");
+        }
+        return;
+    }
+    // Often it declares what it did the last time.
+    TNuSaxNamespaceList& namespaces = scopes_->namespaces;
+    if (value == name.declaredValue &&
+        namespaces.addAgain(level, *name.declared, name.declaredNumber)) {
+        return;
+    }
+    uri_.resize(value.size());
+    uri_.resize(NuDecodeUtf8Prefix(value, uri_.data()).Units);
+    namespaces.AddNamespace(level, *name.declared, name.declaredPrefix, uri_);
+    name.declaredValue = value;
+    name.declaredNumber = name.declared->newest()->Number;
+}
+
+/// Nobody will know that there was a tag.
+void DirectLoader::abandonStartTag() noexcept {
+    if (hasMeaning_) {
+        scopes_->namespaces.RemoveLevel(scopes_->depth + 1);
+        scopes_->space.close(scopes_->depth + 1);
+    }
+    NodeAccess::destroySubtree(*element_);
+}
+
+[[gnu::always_inline]] inline void DirectLoader::endStartTag() {
+    // Declarations in the tag count for its own name.
+    if (hasMeaning_) [[unlikely]] {
+        NodeAccess::setName(*element_, resolve(*elementName_));
+    }
+    open_.push_back(elementName_);
+    NodeAccess::appendLoaded(*current_, *element_);
+    current_ = element_;
+    ++scopes_->depth;
+    guess_ = &elementName_->followers[markup::ByteName::Child];
+}
+
+// Ends and texts
+
+[[gnu::always_inline]] inline void DirectLoader::endEmptyElement() {
+    // The element around it is one that was read here or before.
+    closeScopes();
+}
+
+[[gnu::always_inline]] inline bool DirectLoader::endElement() {
+    // The end of a root is for the handler to see.
+    if (scopes_->depth <= 1) [[unlikely]] {
+        return false;
+    }
+    closeScopes();
+    return true;
+}
+
+[[gnu::always_inline]] inline void DirectLoader::closeScopes() noexcept {
+    scopes_->namespaces.RemoveLevel(scopes_->depth);
+    scopes_->space.close(scopes_->depth);
+    --scopes_->depth;
+    if (open_.empty()) [[unlikely]] {
+        unknown_ = nullptr;
+        guess_ = &unknown_;
+    } else {
+        guess_ = &open_.back()->followers[markup::ByteName::Sibling];
+        open_.pop_back();
+    }
+    current_ = static_cast<TNuDOMElement*>(current_->get_parentNode());
+}
+
+template <class Node>
+[[gnu::always_inline]] inline void DirectLoader::append(std::string_view text, bool isAscii) {
+    auto& node = NodeAccess::make<Node>(document_, document_.names().nameless());
+    NodeAccess::stored(node).load(document_.memory(), text, isAscii);
+    NodeAccess::appendLoaded(*current_, node);
+}
+
+[[gnu::always_inline]] inline void DirectLoader::addText(std::string_view text, bool isAscii) {
+    append<TNuDOMText>(text, isAscii);
+}
+
+void DirectLoader::addComment(std::string_view text, bool isAscii) {
+    append<TNuDOMComment>(text, isAscii);
+}
+
+} // namespace nu

@@ -1,0 +1,95 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "nuXmlDOM/core/document.h"
+#include "nuXmlDOM/load/saxToDomHandler.h"
+#include "nuXmlParser/markup/byteName.h"
+#include "nuXmlParser/markup/plainContent.h"
+#include "nuXmlSax/directContent.h"
+
+namespace nu {
+
+/// Builds the plain parts of a document, nearly all of it, from its bytes. What it leaves comes to
+/// the handler, event by event; both build at the same place.
+class DirectLoader final : public DirectContent {
+public:
+    DirectLoader(TNuSaxToDomHandler& handler, TNuDOMDocument& document);
+
+    PassedBytes read(std::string_view bytes, const ReaderScopes& scopes) override;
+
+private:
+    friend class markup::PlainContent<DirectLoader>;
+
+    /// What an attribute of a name means to a reader.
+    enum class Meaning : std::uint8_t { None, Namespace, Space };
+
+    struct Name : markup::ByteName {
+        Name(std::string_view bytes, std::uint64_t hash, const NodeName& named,
+             TNuSaxNamespaceList& namespaces);
+
+        const NodeName* attribute; ///< the name without a creation URI
+        PrefixScope* scope;        ///< of the prefix
+        Meaning meaning;
+        // Of a declaration: what it declares, the last value and its number.
+        PrefixScope* declared;
+        std::u16string_view declaredPrefix;
+        std::string_view declaredValue;
+        std::uint64_t declaredNumber = 0;
+        /// The name with the URI of the scope that has this number, the last one an element had.
+        const NodeName* element;
+        std::uint64_t scopeNumber = 0;
+        std::uint64_t loadedElement = 0; ///< the last one that had an attribute of this name
+        TNuDOMAttribute* loadedAttribute = nullptr;
+        Name* followers[3]{};
+    };
+
+    // For markup::PlainContent, see there.
+    [[nodiscard]] Name* nextElement() const noexcept { return *guess_; }
+    [[nodiscard]] Name* open() const noexcept { return open_.empty() ? nullptr : open_.back(); }
+    [[nodiscard]] bool keepsSpace() const noexcept { return scopes_->space.isPreserved(); }
+    [[nodiscard]] Name* element(std::string_view bytes);
+    [[nodiscard]] Name* attribute(Name& before, std::string_view bytes);
+    void startTag(Name& name);
+    bool addAttribute(Name& name, std::string_view value, const markup::PassedKinds& kinds);
+    void abandonStartTag() noexcept;
+    void endStartTag();
+    void endEmptyElement();
+    bool endElement();
+    void addText(std::string_view text, bool isAscii);
+    void addComment(std::string_view text, bool isAscii);
+    template <class Node> void append(std::string_view text, bool isAscii);
+
+    [[nodiscard]] Name* find(std::string_view bytes);
+    [[nodiscard]] const NodeName* resolve(Name& name);
+    void resolveAnew(Name& name, const TNuSaxNamespace* scope);
+    [[nodiscard]] StoredText& textFor(Name& name);
+    bool addReplaced(Name& name, std::string_view value);
+    void apply(Name& name, std::string_view value);
+    void closeScopes() noexcept;
+
+    TNuSaxToDomHandler& handler_;
+    TNuDOMDocument& document_;
+    const ReaderScopes* scopes_ = nullptr;
+    markup::ByteNames<Name> names_;
+
+    TNuDOMElement* current_ = nullptr; ///< the innermost element
+    std::vector<Name*> open_; ///< the names of the innermost elements, as far as they are known
+    /// Where the name of the next element was kept last time: with that of the element that
+    /// started or ended last.
+    Name** guess_ = &unknown_;
+    Name* unknown_ = nullptr;
+
+    // Of the tag at hand.
+    TNuDOMElement* element_ = nullptr;
+    Name* elementName_ = nullptr;
+    TNuDOMAttribute* lastAttribute_ = nullptr;
+    std::uint64_t elementNumber_ = 0;
+    std::vector<const NameURI*> uris_; ///< by the numbers of their declarations
+    NuXmlString uri_;         ///< of the last declaration; its memory serves again and again
+    bool hasMeaning_ = false; ///< an attribute has changed the scopes
+};
+
+} // namespace nu

@@ -1,0 +1,135 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "common/simd.h"
+#include "common/textHash.h"
+#include "nuXmlParser/scan.h"
+
+namespace nu::markup {
+
+/// A name as it stands in the bytes of a document, prepared for being met again.
+struct ByteName {
+    /// What may come behind a name: its first attribute or, behind an attribute, the next one; the
+    /// first child element; the next element on the same level.
+    enum Follower : std::uint8_t { Attribute, Child, Sibling };
+
+    /// Longer names are looked up each time.
+    static constexpr std::size_t longestGuess = 48;
+
+    /// \param text stays where it is as long as the name is used
+    ByteName(std::string_view text, std::uint64_t hash) noexcept
+        : text(text), hash(hash),
+          beyond(text.size() < scanBlock ? 0xFFFFU & ~((1U << text.size()) - 1) : 0) {
+        std::memcpy(head.data(), text.data(), std::min(text.size(), head.size()));
+    }
+
+    /// Whether the bytes at `place`, behind which longestGuess can be read, begin with the name.
+    [[nodiscard]] bool standsAt(const char* place) const noexcept {
+#if defined(__SSE2__)
+        const __m128i equal = _mm_cmpeq_epi8(simd::loadBlock(place), simd::loadBlock(head.data()));
+        if ((static_cast<unsigned>(_mm_movemask_epi8(equal)) | beyond) != 0xFFFF) {
+            return false;
+        }
+#else
+        if (std::memcmp(place, text.data(), std::min(text.size(), head.size())) != 0) {
+            return false;
+        }
+#endif
+        return text.size() <= scanBlock || (text.size() <= longestGuess &&
+                                            std::memcmp(place + scanBlock, text.data() + scanBlock,
+                                                        text.size() - scanBlock) == 0);
+    }
+
+    std::array<char, scanBlock> head{};
+    std::string_view text;
+    std::uint64_t hash;
+    unsigned beyond; ///< ones for what of the head is behind the name
+};
+
+/// The names of a document that were met so far: `Name` is a ByteName with what its user knows of
+/// it, and with `Name* followers[3]`.
+template <class Name> class ByteNames {
+    static_assert(std::is_trivially_destructible_v<Name>);
+
+public:
+    [[nodiscard]] std::uint64_t hashOf(std::string_view text) const noexcept {
+        std::uint64_t hash = keys_.start ^ text.size();
+        std::uint64_t eight = 0;
+        for (; text.size() > sizeof eight; text.remove_prefix(sizeof eight)) {
+            std::memcpy(&eight, text.data(), sizeof eight);
+            hash = mixHash(keys_, hash ^ eight);
+        }
+        eight = 0;
+        std::memcpy(&eight, text.data(), text.size());
+        return mixHash(keys_, hash ^ eight);
+    }
+    /// The name of that hash, null when it was not met yet.
+    [[nodiscard]] Name* find(std::string_view text, std::uint64_t hash) const noexcept {
+        for (std::size_t place = hash & mask(); slots_[place] != nullptr;
+             place = (place + 1) & mask()) {
+            if (slots_[place]->hash == hash && slots_[place]->text == text) {
+                return slots_[place];
+            }
+        }
+        return nullptr;
+    }
+    /// Enters a name that is not there.
+    template <class... Arguments>
+    Name& add(std::string_view text, std::uint64_t hash, Arguments&&... arguments) {
+        if (2 * (count_ + 1) > slots_.size()) {
+            std::vector<Name*> slots(2 * slots_.size());
+            slots.swap(slots_);
+            for (Name* name : slots) {
+                if (name != nullptr) {
+                    enter(*name);
+                }
+            }
+        }
+        if (used_ == room_) {
+            blocks_.push_back(std::make_unique_for_overwrite<std::byte[]>(
+                std::max(firstRoom, count_) * sizeof(Name)));
+            room_ = std::max(firstRoom, count_);
+            used_ = 0;
+        }
+        auto* place = blocks_.back().get() + used_ * sizeof(Name);
+        Name& name = *new (place) Name(text, hash, std::forward<Arguments>(arguments)...);
+        ++used_;
+        ++count_;
+        enter(name);
+        return name;
+    }
+
+private:
+    static constexpr std::size_t firstSlots = 64;
+    static constexpr std::size_t firstRoom = 16;
+
+    [[nodiscard]] std::size_t mask() const noexcept { return slots_.size() - 1; }
+    void enter(Name& name) noexcept {
+        std::size_t place = name.hash & mask();
+        while (slots_[place] != nullptr) {
+            place = (place + 1) & mask();
+        }
+        slots_[place] = &name;
+    }
+
+    const HashKeys& keys_ = hashKeys();
+    std::vector<Name*> slots_ = std::vector<Name*>(firstSlots);
+    std::size_t count_ = 0;
+    /// Names stand where they are made; a block has room for as many as there were before.
+    std::vector<std::unique_ptr<std::byte[]>> blocks_;
+    std::size_t room_ = 0; ///< of the last block
+    std::size_t used_ = 0;
+};
+
+} // namespace nu::markup

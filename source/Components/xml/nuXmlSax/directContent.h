@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "nuXmlParser/textCounter.h"
+#include "nuXmlSax/namespaceList.h"
+#include "nuXmlSax/spaceStack.h"
+
+namespace nu {
+
+/// What a reader knows of the elements around the current place.
+struct ReaderScopes {
+    std::int32_t& depth;
+    TNuSaxNamespaceList& namespaces;
+    SpaceStack& space;
+};
+
+/// Takes content from the bytes of a document directly, where the reader's handlers are its own and
+/// nobody else listens.
+class DirectContent {
+public:
+    DirectContent() = default;
+    DirectContent(const DirectContent&) = delete;
+    DirectContent& operator=(const DirectContent&) = delete;
+
+    /// Takes what it can of UTF-8 that begins with the "<" or ">" that is current, inside an
+    /// element; gives what it took, up to a "<" or ">" that becomes current. The scopes are then as
+    /// if the reader had read that.
+    virtual PassedBytes read(std::string_view bytes, const ReaderScopes& scopes) = 0;
+
+protected:
+    ~DirectContent() = default;
+};
+
+} // namespace nu
