@@ -297,6 +297,41 @@ TEST(Parse, forgetsWhatCameBefore) {
     }
 }
 
+TEST(Parse, keepsToItsLimits) {
+    struct Case {
+        std::u16string_view document;
+        std::string_view refusal; ///< empty where the limits allow it
+    };
+    for (const Case& item : {
+             Case{u"<abcd><b><c/></b><c b=\"12345678901234567890\" c=\"\" d=\"\"/></abcd>", ""},
+             Case{u"</a></a><abcd/><?abcd efghij?>", ""},
+             Case{u"<a><b><c><d/></c></b></a>", "The elements are nested deeper than 3 levels!"},
+             Case{u"<a><b><c>\n<d\n >", "The elements are nested deeper than 3 levels!"},
+             Case{u"<a b=\"\"c=\"\"d=\"\"e=\"\"/>", "The element has more than 3 attributes!"},
+             Case{u"<a b=\"\" xmlns:c=\"\" d=\"\" e=\"\"/>",
+                  "The name is longer than 4 characters!"},
+             Case{u"<abcde/>", "The name is longer than 4 characters!"},
+             Case{u"<a abcde=\"\"/>", "The name is longer than 4 characters!"},
+             Case{u"<a/></abcde>", "The name is longer than 4 characters!"},
+             Case{u"<?abcde?>", "The name is longer than 4 characters!"},
+             Case{u"<!DOCTYPE abcde ><a/>", "The name is longer than 4 characters!"},
+         }) {
+        for (const auto choice :
+             {TNuSaxParserChoice::SmallStream, TNuSaxParserChoice::LargeStream}) {
+            TNuSAXXMLReader reader;
+            reader.SetLimits({3, 3, 4});
+            reader.SetParserChoice(choice);
+            std::string told;
+            reader.OnFatalError = [&](host::ISAXParseError& error) {
+                told = support::readable(error.getMessage());
+            };
+            const std::string thrown = exceptionOf([&] { reader.Parse(item.document); });
+            EXPECT_EQ(told, item.refusal) << support::readable(item.document);
+            EXPECT_EQ(thrown.empty(), told.empty()) << thrown;
+        }
+    }
+}
+
 TEST(Parse, letsHandlersChange) {
     // 1. Each may be replaced by its own callback; what was put in place of a default goes with it.
     TNuSAXXMLReader reader;

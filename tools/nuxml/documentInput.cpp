@@ -67,6 +67,7 @@ LoadedDocument loadDocument(Console& console, std::string_view name,
 
     // 1. The tree is built from a reader that also tells about faults and their places.
     TNuSAXXMLReader reader;
+    reader.SetLimits(inputLimits);
     reader.SetParserChoice(input.parserChoice);
     if (conforming) {
         reader.SetConforming(*conforming);

@@ -54,6 +54,7 @@ ExitCode showEvents(Console& console, const Input& input, std::string_view name,
     // 1. The reader tells everything to one object.
     const auto handler = host::makeRef<EventHandler>(format, console, name, options.showsPlaces);
     TNuSAXXMLReader reader;
+    reader.SetLimits(inputLimits);
     reader.setContentHandler(handler);
     reader.setLexicalHandler(handler);
     reader.setErrorHandler(handler);

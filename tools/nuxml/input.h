@@ -12,6 +12,9 @@
 
 namespace tool {
 
+/// What a document may ask for before the tool gives it up: far more than real ones do.
+inline constexpr TNuSaxLimits inputLimits{1'000'000, 100'000, 100'000};
+
 /// The name that stands for standard input.
 inline constexpr std::string_view standardInput = "-";
 

@@ -10,6 +10,7 @@
 #include "nuXmlSax/events.h"
 #include "nuXmlSax/features.h"
 #include "nuXmlSax/handler.h"
+#include "nuXmlSax/limits.h"
 #include "nuXmlSax/namespaceList.h"
 #include "nuXmlSax/properties.h"
 #include "nuXmlSax/reader.h"

@@ -59,6 +59,13 @@ inline constexpr std::u16string_view dtdHandlersNotSupported =
 inline constexpr std::u16string_view entityResolversNotSupported =
     u"EntityResolvers are not supported in this version of Velt XML.";
 inline constexpr std::u16string_view notSupported = u"The Keldon SAX parser does not support %s";
+// Fatal errors of limits
+inline constexpr std::u16string_view tooDeep = u"The elements are nested deeper than %d levels!";
+inline constexpr std::u16string_view tooManyEnds = u"There are too many end tags!";
+inline constexpr std::u16string_view tooManyAttributes =
+    u"The element has more than %d attributes!";
+inline constexpr std::u16string_view nameTooLong = u"The name is longer than %d characters!";
+
 inline constexpr std::u16string_view alreadyParsing = u"The reader is already parsing a document.";
 inline constexpr std::u16string_view danglingReferences = u"Dangling RefCount %d";
 inline constexpr std::u16string_view attributesNotSupported =

@@ -56,6 +56,14 @@ host::Ref<TNuSAXXMLReader> TNuSAXXMLReader::CreateCounted() {
     return {reader};
 }
 
+void TNuSAXXMLReader::SetLimits(const TNuSaxLimits& limits) noexcept {
+    constexpr std::size_t shortestAttribute = 4; // a=""
+    limits_ = limits;
+    const std::size_t harmlessCount =
+        std::min(limits.Attributes, std::numeric_limits<std::size_t>::max() / shortestAttribute);
+    harmlessLength_ = std::min(limits.NameLength, harmlessCount * shortestAttribute);
+}
+
 void TNuSAXXMLReader::Parse(host::TStream* stream, bool ownsStream) {
     parse(std::unique_ptr<host::TStream>(ownsStream ? stream : nullptr), stream, false);
 }

@@ -18,6 +18,7 @@
 #include "nuXmlSax/attributes.h"
 #include "nuXmlSax/events.h"
 #include "nuXmlSax/features.h"
+#include "nuXmlSax/limits.h"
 #include "nuXmlSax/namespaceList.h"
 #include "nuXmlSax/spaceStack.h"
 
@@ -85,6 +86,10 @@ public:
     [[nodiscard]] const TNuSourceForm& SourceForm() const noexcept { return sourceForm_; }
     /// Whether what is being parsed comes through the stage that SetConforming asked for.
     [[nodiscard]] bool IsBehindStage() const noexcept { return isBehindStage_; }
+
+    /// What the documents of the next parses may ask for.
+    [[nodiscard]] const TNuSaxLimits& Limits() const noexcept { return limits_; }
+    void SetLimits(const TNuSaxLimits& limits) noexcept;
 
     /// Parses the rest of the stream from its position. With `ownsStream` the stream is destroyed
     /// at the end, however the parse ends. A stream in memory is read in
@@ -193,6 +198,9 @@ private:
     TNuSaxNamespaceList namespaces_;
     nu::SpaceStack space_;
     std::int32_t depth_ = 0;
+    TNuSaxLimits limits_;
+    /// Characters of a tag that is too short to exceed the limits of names and attributes.
+    std::size_t harmlessLength_ = std::numeric_limits<std::size_t>::max();
     bool isFragment_ = false;
     nu::DirectContent* directContent_ = nullptr;
     TNuSaxParserChoice parserChoice_ = TNuSaxParserChoice::BySize;

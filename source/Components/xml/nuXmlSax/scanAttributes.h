@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/runtime/format.h"
 #include "nuXmlSax/messages.h"
 #include "nuXmlSax/scanner.h"
 
@@ -34,6 +35,11 @@ template <class Source> void SaxScanner<Source>::scanAttribute(TNuSAXAttributes&
     const std::u16string_view value = scanAttributeValue();
 
     // 2. The attribute.
+    checkName(name.qName());
+    const std::size_t limit = reader_.limits_.Attributes;
+    if (attributes.all().size() >= limit) {
+        fail(host::formatMessage(messages::tooManyAttributes, {limit}));
+    }
     TNuSAXAttribute& attribute = attributes.CreateAttribute();
     attribute.SetLevel(reader_.depth_);
     attribute.SetQName(name.start, name.end - name.start);

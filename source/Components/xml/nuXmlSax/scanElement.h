@@ -1,5 +1,7 @@
 #pragma once
 
+#include <limits>
+
 #include "host/runtime/format.h"
 #include "nuXmlSax/messages.h"
 #include "nuXmlSax/scanner.h"
@@ -13,6 +15,9 @@ namespace nu {
 template <class Source> void SaxScanner<Source>::scanStartTag() {
     // 1. One level deeper.
     source_.ResetBuffer();
+    if (reader_.depth_ >= reader_.limits_.Depth) {
+        fail(host::formatMessage(messages::tooDeep, {reader_.limits_.Depth}));
+    }
     ++reader_.depth_;
 
     // 2. The name and the attributes.
@@ -20,6 +25,7 @@ template <class Source> void SaxScanner<Source>::scanStartTag() {
     if (source_.hasEnded()) {
         fail(messages::endInElementName);
     }
+    checkName(name.qName());
     TNuSAXAttributes& attributes = reader_.freshAttributes();
     if (source_.current() == cNuSpace) {
         skipSpaces();
@@ -105,7 +111,19 @@ template <class Source> void SaxScanner<Source>::scanEndTag() {
             localStart = source_.currentPlace() + 1;
         }
     } while (source_.current() != cNuGt && !source_.hasEnded());
-    reportElementEnd({start, localStart, source_.currentPlace()});
+    const Name name{start, localStart, source_.currentPlace()};
+    checkName(name.qName());
+    if (reader_.depth_ == std::numeric_limits<std::int32_t>::min()) {
+        fail(messages::tooManyEnds);
+    }
+    reportElementEnd(name);
+}
+
+template <class Source> void SaxScanner<Source>::checkName(std::u16string_view name) {
+    const std::size_t limit = reader_.limits_.NameLength;
+    if (name.size() > limit) {
+        fail(host::formatMessage(messages::nameTooLong, {limit}));
+    }
 }
 
 template <class Source> inline void SaxScanner<Source>::reportElementEnd(const Name& name) {

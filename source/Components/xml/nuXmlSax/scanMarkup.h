@@ -122,6 +122,7 @@ template <class Source> void SaxScanner<Source>::scanProcessingInstruction() {
     const std::size_t space = instruction.find(cNuSpace);
     const auto target = instruction.substr(0, space);
     const auto data = space == instruction.npos ? u"" : instruction.substr(space + 1);
+    checkName(target);
     if (content() != nullptr) {
         content()->processingInstruction(target, data);
     }
@@ -190,6 +191,7 @@ template <class Source> void SaxScanner<Source>::scanDocumentType() {
     } while (source_.current() <= cNuSpace && !source_.hasEnded());
     std::u16string name;
     collectTo(cNuSpace, name);
+    checkName(name);
     if (lexical() != nullptr) {
         lexical()->startDTD(name, u"", u"");
     }

@@ -91,8 +91,9 @@ template <class Source> inline PNuXmlChar SaxScanner<Source>::scanPlainStartTag(
     name.start = less + 1;
     TNuSAXAttributes& attributes = reader_.freshAttributes();
     hasMeaningfulAttribute_ = false;
+    // What may be more than the limits allow is looked at step by step.
     const PNuXmlChar end = findPlainTagEnd(name, attributes);
-    if (end == nullptr) {
+    if (end == nullptr || reader_.depth_ >= reader_.limits_.Depth || !isHarmless(name.start, end)) {
         attributes.Clear();
         return nullptr;
     }
@@ -248,6 +249,9 @@ template <class Source> inline PNuXmlChar SaxScanner<Source>::scanPlainEndTag(PN
             name.localStart = name.end + 1;
         }
     } while (*name.end != cNuGt);
+    if (reader_.depth_ < 1 || !isHarmless(name.start, name.end)) {
+        return nullptr;
+    }
     source_.releaseBefore(less + 1);
     source_.moveTo(name.end);
     reportElementEnd(name);

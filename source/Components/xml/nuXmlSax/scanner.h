@@ -68,6 +68,9 @@ private:
     [[gnu::always_inline]] PNuXmlChar findPlainTagEnd(Name& name, TNuSAXAttributes& attributes);
     [[gnu::always_inline]] PNuXmlChar scanPlainAttribute(PNuXmlChar start,
                                                          TNuSAXAttributes& attributes);
+    [[nodiscard]] bool isHarmless(PNuXmlChar start, PNuXmlChar end) const noexcept {
+        return static_cast<std::size_t>(end - start) <= reader_.harmlessLength_;
+    }
     [[gnu::noinline]] void applyPlainAttributes(const TNuSAXAttributes& attributes);
 
     // scanElement.h
@@ -75,6 +78,7 @@ private:
     [[gnu::always_inline]] void reportElementStart(std::u16string_view uri, const Name& name,
                                                    TNuSAXAttributes& attributes);
     Name scanStartTagName();
+    void checkName(std::u16string_view name);
     void scanEndTag();
     [[gnu::always_inline]] void reportElementEnd(const Name& name);
     [[gnu::always_inline]] void closeElement();
