@@ -102,6 +102,9 @@ const ShellCase mistakes[] = {
     {"nuxml edit --delete a small.xml", 2, "",
      "nuxml: a document without its document element is none, so --delete a is refused; see "
      "\"nuxml edit --help\"\n"},
+    {"nuxml edit --delete \"a[contains(b,'x')]\" small.xml", 2, "",
+     "nuxml: a[contains(b,'x')]: the path language has no function contains(); see \"nuxml edit "
+     "--help\"\n"},
     {"nuxml edit --create 'other/x=1' small.xml", 2, "",
      "nuxml: small.xml: the path other/x: A document can only have 1 rootnode\n"},
     {"nuxml edit --create '//x/@y=1' small.xml", 2, "",

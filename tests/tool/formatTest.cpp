@@ -62,6 +62,14 @@ const Case cases[] = {
     {"{ printf '<a>\xC3\xA9'; yes text | head -c 34000000; printf '</a>'; } >long.xml; "
      "nuxml format --compact long.xml | head -n 1; nuxml format --compact <long.xml | head -n 1",
      0, "<a>\xC3\xA9text\n<a>\xC3\xA9text\n", ""},
+    // More than anybody means.
+    {"yes '<a>' | head -n 1000001 | nuxml format --raw", 3, "",
+     "standard input:1000001:3: error: The elements are nested deeper than 1000000 levels!\n"},
+    {"{ printf '<a'; seq -f ' a%g=\"\"' 100001; printf '/>'; } | nuxml format --raw", 3, "",
+     ": error: The element has more than 100000 attributes!\n"},
+    {"printf '<a%0100000d/>' 0 | nuxml events | tail -n 1", 0,
+     "exception              ENuSaxFatalError: The name is longer than 100000 characters!\n",
+     ": error: The name is longer than 100000 characters!\n"},
     {"nuxml format missing.xml", 4, "", "nuxml: cannot open missing.xml: "},
     {"nuxml format -o none/x library.xml", 4, "", "nuxml: cannot write none/x: Cannot create file"},
     {"nuxml format library.xml >/dev/full", 4, "", "nuxml: cannot write standard output: "},

@@ -69,6 +69,9 @@ const ShellCase failures[] = {
     {"printf '<a>&#;</a>' | nuxml select --raw --value a", 3, "",
      "standard input: error: '' is not a valid integer value\n"},
     // Mistakes in the path.
+    {"nuxml select \"//book[contains(title,'x')]\" library.xml", 2, "",
+     "nuxml: //book[contains(title,'x')]: the path language has no function contains(); see "
+     "\"nuxml select --help\"\n"},
     {"nuxml select 'library[x' library.xml library.xml", 2, "",
      "nuxml: library.xml: the path library[x: Unterminated Filter!\n"},
     {"nuxml select '//shelf[@id=1]' library.xml", 2, "",

@@ -64,6 +64,7 @@ LoadedDocument loadDocument(Console& console, std::string_view name,
     const std::string_view shown = displayName(name);
     LoadedDocument loaded{TNuDOMDocument::Create()};
     loaded.isRaw = options.isRaw;
+    loaded.document->SetLimits(documentLimits);
 
     // 1. The tree is built from a reader that also tells about faults and their places.
     TNuSAXXMLReader reader;

@@ -4,6 +4,7 @@
 
 #include "console.h"
 #include "exitCode.h"
+#include "input.h"
 #include "nuXmlDOM.h"
 #include "nuXmlParser.h"
 #include "readingOptions.h"
@@ -11,6 +12,9 @@
 #include "treeBuilder.h"
 
 namespace tool {
+
+/// What a document and the paths in it may grow to before the tool gives up.
+inline constexpr TNuDOMLimits documentLimits{inputLimits, 100'000'000, 32'000'000'000};
 
 /// An input as a tree, and what a tree does not keep of it.
 struct LoadedDocument {

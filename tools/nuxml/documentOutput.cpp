@@ -79,10 +79,8 @@ ExitCode writeStandardOutput(Console& console, DocumentText& text, DocumentForm 
     return exitDone;
 }
 
-} // namespace
-
-ExitCode writeDocument(Console& console, const LoadedDocument& loaded, DocumentForm form,
-                       const Destination& destination) {
+ExitCode writeWithinLimits(Console& console, const LoadedDocument& loaded, DocumentForm form,
+                           const Destination& destination) {
     // 1. What will not be as it was.
     Objections objections(console, destination.source);
     if (loaded.isComplainedAbout) {
@@ -105,6 +103,21 @@ ExitCode writeDocument(Console& console, const LoadedDocument& loaded, DocumentF
     DocumentText text(loaded, encoding);
     return isFile ? writeFile(console, text, form, destination.target)
                   : writeStandardOutput(console, text, form);
+}
+
+} // namespace
+
+ExitCode writeDocument(Console& console, const LoadedDocument& loaded, DocumentForm form,
+                       const Destination& destination) {
+    try {
+        return writeWithinLimits(console, loaded, form, destination);
+    } catch (const ENuDomException& error) {
+        const bool isFile = destination.target != standardInput;
+        console.complain("cannot write " +
+                             std::string(isFile ? destination.target : "standard output"),
+                         error.Message());
+        return exitInputOutput;
+    }
 }
 
 } // namespace tool

@@ -72,7 +72,8 @@ public:
     ResultWriter(Output& output, Form form, std::string_view place)
         : output_(output), form_(form), place_(place) {}
 
-    /// Throws host::EConvertError for a value with a reference that cannot be read.
+    /// Throws host::EConvertError for a value with a reference that cannot be read, and what is
+    /// beyond the limit of output.
     void write(TNuDOMNode& node) {
         switch (form_) {
         case Form::Xml:
@@ -174,7 +175,7 @@ Outcome showResults(Console& console, TNuDOMDocument& document, std::string_view
                 break;
             }
         }
-    } catch (const host::EConvertError& error) {
+    } catch (const host::Exception& error) {
         complainAt(console, name, {}, Severity::Error, error.Message());
         return {exitFault, nodes->Count()};
     }

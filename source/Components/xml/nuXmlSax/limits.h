@@ -14,4 +14,6 @@ struct TNuSaxLimits {
     /// Characters of one name: of an element, an attribute, an instruction's target, a document
     /// type.
     std::size_t NameLength = std::numeric_limits<std::size_t>::max();
+
+    friend bool operator==(const TNuSaxLimits&, const TNuSaxLimits&) = default;
 };

@@ -14,6 +14,7 @@
 #include "nuXmlDOM/core/documentMemory.h"
 #include "nuXmlDOM/core/element.h"
 #include "nuXmlDOM/core/lifetime.h"
+#include "nuXmlDOM/core/limits.h"
 #include "nuXmlDOM/core/nameTable.h"
 #include "nuXmlDOM/core/node.h"
 #include "nuXmlDOM/core/snapshots.h"
@@ -134,6 +135,12 @@ public:
     /// they read behind what is there, so a second document element throws ENuDomHierarchyRequest.
     /// What is wrong with the XML throws as TNuSAXXMLReader::Parse does, with the name of the file
     /// where there is one; what was read before stays.
+    ///
+    /// White space that stands alone between tags, comments or instructions is not loaded, so a
+    /// text of white space alone does not survive saving and loading. It does where
+    /// xml:space="preserve" stands on its element or further up, in a CDATA section, beside other
+    /// characters in the same text, and when TNuConformingOptions ask for it with cwAll (cwInline:
+    /// without line breaks).
     /// @{
     /// Throws host::EReadError when there is no such file.
     bool LoadFromFile(const std::filesystem::path& fileName);
@@ -174,6 +181,8 @@ public:
     /// What a page lacks becomes a character reference in texts and values and between two CDATA
     /// sections, and "?" in comments. In a name or an instruction it throws host::EConvertError;
     /// SetEncoding(u"UTF-8") helps.
+    ///
+    /// Text of white space alone is written, but loading drops it: see there what keeps it.
     /// @{
     /// The encoding of the declaration in lower case, "" without one.
     [[nodiscard]] NuXmlString GetEncoding() const;
@@ -189,6 +198,13 @@ public:
     /// was. Begins with a byte-order mark.
     void SaveToFile(const std::filesystem::path& fileName, bool formatted);
     void save(std::u16string_view fileName);
+    /// @}
+
+    /// \name Limits
+    /// For documents, and paths, of strangers. They hold from the next operation on.
+    /// @{
+    [[nodiscard]] const TNuDOMLimits& Limits() const noexcept { return limits_; }
+    void SetLimits(const TNuDOMLimits& limits) noexcept { limits_ = limits; }
     /// @}
 
     /// A new object that tells what the implementation can do.
@@ -263,6 +279,7 @@ private:
     nu::NodeChain topLevel_;
     TNuDOMElement* documentElement_ = nullptr;
     bool isLoading_ = false;
+    TNuDOMLimits limits_;
 
     /// What has to be told when nodes go, or goes with the document.
     nu::NodeLists* firstLists_ = nullptr;

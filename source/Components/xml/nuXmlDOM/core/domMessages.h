@@ -59,6 +59,7 @@ inline constexpr std::u16string_view cUnknownType =
     u"The type attribute contains an invalid value.";
 inline constexpr std::u16string_view cNoStreamContents =
     u"Failed to get the contents of the stream.";
+inline constexpr std::u16string_view cTooMuchOutput = u"The output is longer than %d bytes!";
 
 // host::EConvertError
 inline constexpr std::u16string_view cLackingCharacter =

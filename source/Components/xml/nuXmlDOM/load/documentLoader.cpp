@@ -47,6 +47,7 @@ void build(TNuDOMDocument& document, TNuDOMNode& parent, const nu::Loading& load
     const auto handler = host::makeRef<TNuSaxToDomHandler>(reader, document, &parent);
     reader.setContentHandler(handler);
     reader.setLexicalHandler(handler);
+    reader.SetLimits(document.Limits().Reading);
     if (loading.options != nullptr) {
         reader.SetConforming(*loading.options);
     }
@@ -55,9 +56,11 @@ void build(TNuDOMDocument& document, TNuDOMNode& parent, const nu::Loading& load
         reader.setErrorHandler(
             host::makeRef<ReportingHandler>(*loading.report, *handler, loading.file));
     }
-    // What nobody else listens to goes straight into the tree.
+    // What nobody else listens to, and needs no look at its limits, goes straight into the tree.
     std::optional<nu::DirectLoader> loader;
-    if (&parent == &document && loading.options == nullptr && loading.report == nullptr) {
+    const bool isLimited = document.Limits().Reading != TNuSaxLimits();
+    if (&parent == &document && !isLimited && loading.options == nullptr &&
+        loading.report == nullptr) {
         reader.setDirectContent(&loader.emplace(*handler, document));
     }
     try {

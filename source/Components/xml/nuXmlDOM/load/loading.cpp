@@ -37,8 +37,10 @@ NuRef<TNuDOMDocument> documentOf(std::u16string_view xml, const nu::Loading& loa
 } // namespace
 
 NuRef<TNuDOMDocument> NuLoadDocument(const std::filesystem::path& fileName,
-                                     const TNuConformingOptions& options, TNuLoadReport* report) {
+                                     const TNuConformingOptions& options, TNuLoadReport* report,
+                                     const TNuDOMLimits& limits) {
     NuRef<TNuDOMDocument> document = TNuDOMDocument::Create();
+    document->SetLimits(limits);
     document->LoadFromFile(fileName, options, report);
     return document;
 }

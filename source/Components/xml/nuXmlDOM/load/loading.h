@@ -7,13 +7,17 @@
 #include "host/dom/document.h"
 #include "host/runtime/stream.h"
 #include "nuXmlDOM/core/document.h"
+#include "nuXmlDOM/core/limits.h"
 #include "nuXmlDOM/load/loadReport.h"
 #include "nuXmlParser/conforming/conformingOptions.h"
 #include "nuXmlParser/conforming/xmlFault.h"
 
 /// \file
 /// Documents made and loaded in one call. What is wrong with the XML throws as
-/// TNuSAXXMLReader::Parse does; there is no document then.
+/// TNuSAXXMLReader::Parse does; there is no document then. To load anything else than a file within
+/// limits, make a document, give it the limits and let it load.
+///
+/// What of white space is loaded stands with the loading operations of TNuDOMDocument.
 
 /// A document of XML text. The text is no file name, whatever it looks like; without markup in it
 /// the document is empty.
@@ -35,10 +39,10 @@ NuGetDOMDocument(const std::filesystem::path& fileName, std::uint16_t mode);
 /// What is not well-formed throws ENuXmlFault with its place. `report`, if there is one, receives
 /// what was wrong, the fatal fault included.
 /// @{
-/// A document of a file: the way to begin with.
+/// A document of a file: the way to begin with. It has the limits from then on.
 [[nodiscard]] NUXML_API NuRef<TNuDOMDocument>
 NuLoadDocument(const std::filesystem::path& fileName, const TNuConformingOptions& options = {},
-               TNuLoadReport* report = nullptr);
+               TNuLoadReport* report = nullptr, const TNuDOMLimits& limits = {});
 [[nodiscard]] NUXML_API NuRef<TNuDOMDocument>
 NuCreateDOMDocument(std::u16string_view xml, const TNuConformingOptions& options,
                     TNuLoadReport* report = nullptr);

@@ -13,7 +13,8 @@ nu::PathNodes select(const nu::PathProgram& program, TNuDOMNode& context, bool e
         !nu::NodeAccess::is<TNuDOMDocument>(context)) {
         throw ENuDomNotSupported(nu::cNotSupported);
     }
-    nu::selectNodes(program, context, elementsOnly, found);
+    nu::selectNodes(program, context, elementsOnly, found,
+                    context.OwnerDocument()->Limits().SelectedNodes);
     return found;
 }
 

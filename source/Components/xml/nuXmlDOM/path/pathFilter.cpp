@@ -179,7 +179,8 @@ PathNodes FilterTest::selectChildren(TNuDOMNode& candidate) const {
         program = readPath(filter_.name, program_.options);
     }
     PathNodes found;
-    selectNodes(*program, candidate, true, found);
+    selectNodes(*program, candidate, true, found,
+                candidate.OwnerDocument()->Limits().SelectedNodes);
     return found;
 }
 

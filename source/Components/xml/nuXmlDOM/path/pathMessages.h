@@ -18,6 +18,9 @@ inline constexpr std::u16string_view noCreateInSearch =
 inline constexpr std::u16string_view noCreateForPath =
     u"It is not possible to use the soCreate option for the given search path!";
 
+// ENuDomException
+inline constexpr std::u16string_view tooManyNodes = u"The path selects more than %d nodes!";
+
 // What TNuDOMPath::Complaint tells
 inline constexpr std::u16string_view noSuchInPaths = u"the path language has no %s %s";
 inline constexpr std::u16string_view noSuchPlaceInPaths =

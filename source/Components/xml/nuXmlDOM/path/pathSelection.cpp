@@ -17,8 +17,8 @@ namespace {
 class AlternativeSelection {
 public:
     AlternativeSelection(const PathProgram& program, const PathAlternative& alternative,
-                         TNuDOMDocument& document)
-        : candidates_(alternative.steps.size()) {
+                         TNuDOMDocument& document, std::size_t limit)
+        : candidates_(alternative.steps.size()), limit_(limit) {
         searches_.reserve(alternative.steps.size());
         for (const PathStep& step : alternative.steps) {
             searches_.emplace_back(program, step, document);
@@ -29,7 +29,7 @@ public:
     void run(TNuDOMNode& start, PathNodes& result) {
         const std::size_t last = searches_.size() - 1;
         if (last == 0) {
-            searches_[0].find(start, result);
+            findResults(start, result);
             return;
         }
         std::size_t depth = 0;
@@ -50,7 +50,7 @@ public:
             }
             // 3. The last step gives the results, every other one candidates.
             if (depth + 1 == last) {
-                searches_[last].find(*candidate, result);
+                findResults(*candidate, result);
             } else {
                 ++depth;
                 candidates_[depth].find(searches_[depth], *candidate);
@@ -88,8 +88,18 @@ private:
         }
     };
 
+    /// The last step. What it gives for one context is no more than the document, so this is often
+    /// enough to look at the limit.
+    void findResults(TNuDOMNode& context, PathNodes& result) {
+        searches_.back().find(context, result);
+        if (result.size() > limit_) {
+            throw ENuDomException(host::formatMessage(messages::tooManyNodes, {limit_}));
+        }
+    }
+
     std::vector<StepSearch> searches_;
     std::vector<Candidates> candidates_;
+    std::size_t limit_;
 };
 
 /// Where an alternative starts.
@@ -117,12 +127,12 @@ TNuDOMNode& startOf(const PathAlternative& alternative, TNuDOMNode& context,
 } // namespace
 
 void selectNodes(const PathProgram& program, TNuDOMNode& context, bool elementsOnly,
-                 PathNodes& result) {
+                 PathNodes& result, std::size_t limit) {
     TNuDOMDocument& document = *context.OwnerDocument();
     for (const PathAlternative& alternative : program.alternatives) {
         TNuDOMNode& start = startOf(alternative, context, document);
         checkOptions(program.options);
-        AlternativeSelection(program, alternative, document).run(start, result);
+        AlternativeSelection(program, alternative, document, limit).run(start, result);
     }
     if (elementsOnly) {
         const auto isOther = [](TNuDOMNode* node) { return !NodeAccess::is<TNuDOMElement>(*node); };

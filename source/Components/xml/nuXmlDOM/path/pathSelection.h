@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <limits>
 #include <string_view>
 
 #include "nuXmlDOM/path/pathNodes.h"
@@ -10,9 +12,10 @@ class TNuDOMElement;
 namespace nu {
 
 /// Selects the nodes at `program` from `context`, an element or a document, behind what is in
-/// `result` already. With `elementsOnly` nodes that are no elements are left out at the end.
+/// `result` already. With `elementsOnly` nodes that are no elements are left out at the end. More
+/// than `limit` nodes in the result before that throw ENuDomException.
 void selectNodes(const PathProgram& program, TNuDOMNode& context, bool elementsOnly,
-                 PathNodes& result);
+                 PathNodes& result, std::size_t limit = std::numeric_limits<std::size_t>::max());
 
 /// The one node that was found at `path`, or null. With soRaise none, or more than one, throws
 /// ENuDomException.

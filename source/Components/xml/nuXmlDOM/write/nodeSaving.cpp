@@ -17,6 +17,10 @@ std::int64_t ownLevel(const TNuDOMNode& node) noexcept {
     return NodeAccess::is<TNuDOMElement>(node) ? depthOf(node) : 0;
 }
 
+std::uint64_t outputLimit(const TNuDOMNode& node) noexcept {
+    return node.OwnerDocument()->Limits().OutputBytes;
+}
+
 bool isInPreservedSpace(const TNuDOMNode& node) {
     const TNuDOMElement* parent = NodeAccess::parentElement(node);
     return parent != nullptr && parent->GetPreserveSpace();
@@ -44,7 +48,7 @@ NuXmlString textOf(const TNuDOMNode& node, bool formatted) {
     checkWritable(node, formatted);
     NuXmlString text;
     WideStringTarget target(text);
-    Output<char16_t> output(target, stringCapacity);
+    Output<char16_t> output(target, outputLimit(node), stringCapacity);
     putNode<AllCharacters>(node, output, {formatted, false, ownLevel(node)});
     output.finish();
     return text;
@@ -60,7 +64,7 @@ NuXmlString innerTextOf(const TNuDOMNode& node, bool formatted) {
     const bool preserves = formatted && element.GetPreserveSpace();
     NuXmlString text;
     WideStringTarget target(text);
-    Output<char16_t> output(target, stringCapacity);
+    Output<char16_t> output(target, outputLimit(node), stringCapacity);
     NodeWriter<char16_t> writer(output, *element.OwnerDocument(), formatted, level);
     for (const TNuDOMElement& child : element.ChildElements()) {
         writer.writeElement(child, level, preserves);
@@ -99,7 +103,7 @@ void saveWide(const TNuDOMNode& node, host::TStream& stream, WriteOptions option
 
 template <class Unit>
 void writeNode(const TNuDOMNode& node, OutputTarget<Unit>& target, const WriteOptions& options) {
-    Output<Unit> output(target);
+    Output<Unit> output(target, outputLimit(node));
     if (options.marked) {
         output.putMark();
     }
@@ -113,7 +117,7 @@ void writeNode(const TNuDOMNode& node, OutputTarget<Unit>& target, const WriteOp
 
 void writeInCodePage(const TNuDOMDocument& document, OutputTarget<char>& target,
                      const WriteOptions& options, std::uint32_t codePage) {
-    Output<char> output(target);
+    Output<char> output(target, outputLimit(document));
     NodeWriter<char, PageCharacters> writer(output, *document.OwnerDocument(), options.formatted,
                                             options.baseLevel,
                                             PageCharacters(codePage, options.keepsContent));

@@ -2,6 +2,10 @@
 
 #include <algorithm>
 
+#include "host/runtime/format.h"
+#include "nuXmlDOM/core/domErrors.h"
+#include "nuXmlDOM/core/domMessages.h"
+
 namespace nu {
 
 namespace {
@@ -109,6 +113,11 @@ template <class Unit> void Output<Unit>::drain() {
 }
 
 template <class Unit> void Output<Unit>::handOn(std::basic_string_view<Unit> text) {
+    const std::uint64_t bytes = std::uint64_t{text.size()} * sizeof(Unit);
+    if (bytes > left_) {
+        throw ENuDomException(host::formatMessage(cTooMuchOutput, {limit_}));
+    }
+    left_ -= bytes;
     isHandedOn_ = true;
     target_.take(text);
 }

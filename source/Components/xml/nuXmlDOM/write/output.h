@@ -18,9 +18,10 @@ template <class Unit> class Output {
 public:
     static constexpr std::size_t defaultCapacity = std::size_t{64} * 1024 / sizeof(Unit);
 
+    /// \param limit bytes that are handed on; more throw ENuDomException
     /// \param capacity the length of the block; longer than any piece of fixed length
-    explicit Output(OutputTarget<Unit>& target, std::size_t capacity = defaultCapacity)
-        : target_(target), capacity_(capacity),
+    Output(OutputTarget<Unit>& target, std::uint64_t limit, std::size_t capacity = defaultCapacity)
+        : target_(target), limit_(limit), left_(limit), capacity_(capacity),
           block_(std::make_unique_for_overwrite<Unit[]>(capacity)), next_(block_.get()),
           end_(next_ + capacity) {}
     Output(const Output&) = delete;
@@ -132,6 +133,8 @@ private:
     void handOn(std::basic_string_view<Unit> text);
 
     OutputTarget<Unit>& target_;
+    std::uint64_t limit_;
+    std::uint64_t left_; ///< of the limit
     std::size_t capacity_;
     std::unique_ptr<Unit[]> block_;
     Unit* next_;
