@@ -236,8 +236,7 @@ private:
 TEST(ObjectStream, AStreamThatFailsIsToldAndNoEnd) {
     TFailingStream stream;
     try {
-        nu::ReadObjects<TPart>(
-            stream, u"p", [](std::unique_ptr<TPart>) {}, dsUnchecked);
+        nu::ReadObjects<TPart>(stream, u"p", [](std::unique_ptr<TPart>) {});
         ADD_FAILURE();
     } catch (const host::Exception& error) {
         EXPECT_EQ(error.Message(), u"The disk is gone");
