@@ -1,6 +1,7 @@
 #include "nuObj2Xml/objectBuilder.h"
 
 #include <algorithm>
+#include <cstring>
 #include <utility>
 
 #include "host/runtime/asciiCase.h"
@@ -17,6 +18,7 @@
 #include "nuObj2Xml/slotClass.h"
 #include "nuObj2Xml/valueReader.h"
 #include "nuObj2Xml/valueText.h"
+#include "nuXmlParser/scan.h"
 #include "nuXmlParser/unescape.h"
 #include "nuXmlParser/whiteSpace.h"
 
@@ -33,7 +35,8 @@ struct ObjectBuilder::Frame {
     enum class Kind : std::uint8_t { Object, Items, List, Map, MapItem, Value, Skip };
 
     Kind kind = Kind::Skip;
-    NuXmlString name;
+    std::u16string_view name;
+    NuXmlString ownName; ///< keeps a name that is nobody else's
     std::size_t index = 0;
 
     /// The property that the content belongs to, and its object: for a value that a setter gets.
@@ -81,6 +84,12 @@ constexpr bool isRequired(const TPropInfo& property) noexcept {
     default:
         return property.isStored == nullptr;
     }
+}
+
+/// Names compared as bytes, which is quicker than unit by unit.
+bool isSame(std::u16string_view left, std::u16string_view right) noexcept {
+    return left.size() == right.size() &&
+           std::memcmp(left.data(), right.data(), left.size() * sizeof(char16_t)) == 0;
 }
 
 } // namespace
@@ -134,7 +143,8 @@ template <class Conversion> void ObjectBuilder::withPlace(Conversion convert) co
 void ObjectBuilder::characters(std::u16string_view text, bool isCData) {
     const Frame& frame = *frames_[depth_ - 1];
     if (frame.kind == Frame::Kind::Value) {
-        if (isCData || text.find(cNuAmp) == text.npos) {
+        const char16_t* const end = text.data() + text.size();
+        if (isCData || findOneOf<cNuAmpA>(text.data(), end) == end) {
             text_.append(text);
             return;
         }
@@ -195,7 +205,16 @@ NuXmlString ObjectBuilder::path() const {
 
 // Frames
 
+/// For a name that goes with what is read.
 ObjectBuilder::Frame& ObjectBuilder::push(std::u16string_view name, std::size_t index) {
+    Frame& frame = pushLasting({}, index);
+    frame.ownName.assign(name);
+    frame.name = frame.ownName;
+    return frame;
+}
+
+/// For a name that outlives the reading, as those of properties do.
+ObjectBuilder::Frame& ObjectBuilder::pushLasting(std::u16string_view name, std::size_t index) {
     if (depth_ == frames_.size()) {
         frames_.push_back(std::make_unique<Frame>());
     }
@@ -301,7 +320,7 @@ void ObjectBuilder::startInList(Frame& frame, const ElementStart& element) {
     if (movedSize != 0) {
         references_.move(former, frame.count * movedSize, first());
     }
-    Frame& inside = push(element.name, ++frame.count);
+    Frame& inside = pushLasting(itemName, ++frame.count);
     startValue(inside, {place, frame.target.type->element}, element);
 }
 
@@ -310,7 +329,7 @@ void ObjectBuilder::startInMap(Frame& frame, const ElementStart& element) {
         skipUnknown(messages::noPlace, element, {});
         return;
     }
-    Frame& inside = push(element.name, ++frame.count);
+    Frame& inside = pushLasting(itemName, ++frame.count);
     inside.kind = Frame::Kind::MapItem;
     inside.target = frame.target;
     inside.key = OwnedValue(*frame.target.type->key);
@@ -323,7 +342,7 @@ void ObjectBuilder::startInMapItem(Frame& frame, const ElementStart& element) {
     const host::ValueType& type = *frame.target.type;
     if (element.name == keyName && frame.count == 0) {
         frame.count = 1;
-        startValue(push(element.name), frame.key.ref(), element);
+        startValue(pushLasting(keyName), frame.key.ref(), element);
     } else if (element.name == valueName) {
         if (frame.count == 0) {
             failConversion(messages::itemWithoutKey);
@@ -331,7 +350,7 @@ void ObjectBuilder::startInMapItem(Frame& frame, const ElementStart& element) {
         if (frame.mapped == nullptr) {
             frame.mapped = type.map->at(frame.target.value, frame.key.get());
         }
-        startValue(push(element.name), {frame.mapped, type.element}, element);
+        startValue(pushLasting(valueName), {frame.mapped, type.element}, element);
     } else {
         skipUnknown(messages::noPlace, element, {});
     }
@@ -342,7 +361,7 @@ const TPropInfo* ObjectBuilder::findProperty(Frame& frame, std::u16string_view n
     const TPropInfo* found = nullptr;
     // Nearly always the next one, or one behind some that were left out.
     for (std::size_t index = frame.expected; index < properties.size(); ++index) {
-        if (properties[index].name == name) {
+        if (isSame(properties[index].name, name)) {
             found = &properties[index];
             break;
         }
@@ -369,7 +388,7 @@ void ObjectBuilder::startProperty(Frame& frame, const TPropInfo& property,
         startReadOnly(frame, property, element);
         return;
     }
-    Frame& inside = push(property.name);
+    Frame& inside = pushLasting(property.name);
     inside.property = &property;
     inside.owner = frame.object;
     if (property.mutablePlace != nullptr) {
@@ -441,7 +460,9 @@ void ObjectBuilder::startValue(Frame& frame, ValueRef target, const ElementStart
     }
     frame.kind = Frame::Kind::Value;
     frame.isNil = element.isNil;
-    frame.schemaType = element.className;
+    if ((type.kind == ValueKind::Optional ? *type.element : type).kind == ValueKind::Variant) {
+        frame.schemaType = element.className;
+    }
     text_.clear();
 }
 

@@ -70,6 +70,7 @@ private:
     };
 
     Frame& push(std::u16string_view name, std::size_t index = 0);
+    Frame& pushLasting(std::u16string_view name, std::size_t index = 0);
     void pop() noexcept;
     void skip(std::u16string_view name);
     void skipUnknown(std::u16string_view message, const ElementStart& element,

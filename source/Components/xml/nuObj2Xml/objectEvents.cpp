@@ -6,6 +6,7 @@
 #include "nuObj2Xml/messages.h"
 #include "nuXmlDOM/load/saxToDomHandler.h"
 #include "nuXmlParser/parserErrors.h"
+#include "nuXmlParser/scan.h"
 #include "nuXmlParser/unescape.h"
 
 namespace nu {
@@ -140,11 +141,14 @@ void ObjectEvents::startElement(std::u16string_view uri, std::u16string_view loc
                 }
             }
         }
-        if (element.className.find(cNuAmp) != element.className.npos) {
-            className_ = NuXMLToStr(element.className);
-            element.className = className_;
+        const char16_t* const classEnd = element.className.data() + element.className.size();
+        if (findOneOf<cNuAmpA, cNuColonA>(element.className.data(), classEnd) != classEnd) {
+            if (element.className.find(cNuAmp) != element.className.npos) {
+                className_ = NuXMLToStr(element.className);
+                element.className = className_;
+            }
+            element.className.remove_prefix(element.className.find(cNuColon) + 1);
         }
-        element.className.remove_prefix(element.className.find(cNuColon) + 1);
 
         // 2. Inside of an object, or perhaps an object.
         if (builder_.isOpen()) {

@@ -235,6 +235,15 @@ void ObjectTextWriter<Unit>::writeProperty(Frame& frame, const host::TPropInfo& 
         return;
     }
     const host::ValueType& type = *property.type;
+    // 1. A value that is written right as it is.
+    if (property.place != nullptr && isTextKind(type.kind) && type.kind != ValueKind::Variant) {
+        const void* const value = property.place(self);
+        if (!property.hasDefault() || !host::equalsDefault(type, value, property.defaultValue)) {
+            writeText(tags, type, value);
+        }
+        return;
+    }
+    // 2. One that is asked for, or consists of more.
     OwnedValue held;
     void* value = nullptr;
     if (property.place != nullptr) {
@@ -301,10 +310,16 @@ void ObjectTextWriter<Unit>::writeHeld(Frame& frame, const host::TPropInfo& prop
         break;
     }
     default:
-        out_.append(tags.start);
-        values_.write(*value.type, value.value);
-        out_.append(tags.end);
+        writeText(tags, *value.type, value.value);
     }
+}
+
+template <class Unit>
+void ObjectTextWriter<Unit>::writeText(const PropertyTags& tags, const host::ValueType& type,
+                                       const void* value) {
+    out_.append(tags.start);
+    values_.write(type, value);
+    out_.append(tags.end);
 }
 
 // Elements of lists and maps
@@ -362,9 +377,7 @@ void ObjectTextWriter<Unit>::writeTagged(Frame& frame, std::size_t tagPlace,
         tags.end = encoded(text);
         type = value.type;
     }
-    out_.append(tags.start);
-    values_.write(*value.type, value.value);
-    out_.append(tags.end);
+    writeText(tags, *value.type, value.value);
 }
 
 template <class Unit>

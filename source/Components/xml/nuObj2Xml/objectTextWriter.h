@@ -58,6 +58,7 @@ private:
     void writeProperty(Frame& frame, const host::TPropInfo& property, const PropertyTags& tags);
     void writeHeld(Frame& frame, const host::TPropInfo& property, const PropertyTags& tags,
                    host::ValueRef value, host::OwnedValue held);
+    void writeText(const PropertyTags& tags, const host::ValueType& type, const void* value);
     void writeElement(Frame& frame, std::size_t tagPlace, std::u16string_view name,
                       std::size_t index, host::ValueRef value);
     void writeTagged(Frame& frame, std::size_t tagPlace, std::u16string_view name,

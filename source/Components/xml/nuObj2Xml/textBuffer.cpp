@@ -106,26 +106,37 @@ template <class Unit> void TextBuffer<Unit>::appendEncoded(std::u16string_view t
     }
 }
 
-/// Text of a few plain characters, as most values are; false, with nothing written, for any other.
+/// A short text in one go, as most values are; false, with nothing written, for one that is long or
+/// blank, and for characters that take more than a look at one unit.
 template <class Unit>
 template <class Source>
 bool TextBuffer<Unit>::appendShort(std::basic_string_view<Source> text) {
-    constexpr std::size_t longest = 24;
-    if (text.size() > longest) {
+    constexpr std::size_t longest = 64;
+    constexpr std::size_t mostUnits = 6; // "&quot;"
+    if (text.size() > longest || (isBlank(text) && !text.empty())) {
         return false;
     }
-    Unit* const place = room(longest);
-    bool isAllPlain = true;
-    bool isAllWhite = true;
-    for (std::size_t index = 0; index < text.size(); ++index) {
-        isAllPlain &= isPlainAscii(text[index]);
-        isAllWhite &= text[index] <= Source{' '};
-        place[index] = static_cast<Unit>(text[index]);
+    Unit* place = room(longest * mostUnits);
+    for (const Source unit : text) {
+        const auto code = static_cast<std::make_unsigned_t<Source>>(unit);
+        if (isPlainAscii(unit)) [[likely]] {
+            *place++ = static_cast<Unit>(code);
+        } else if (code < isPlain.size()) {
+            for (const char written : replacementOf(static_cast<char16_t>(code))) {
+                *place++ = static_cast<Unit>(written);
+            }
+        } else if constexpr (std::is_same_v<Source, char>) {
+            return false; // a part of a character
+        } else if constexpr (!isUtf8) {
+            *place++ = unit;
+        } else if (code < 0x800) {
+            *place++ = static_cast<char>(0xC0 | code >> 6U);
+            *place++ = static_cast<char>(0x80 | (code & 0x3FU));
+        } else {
+            return false; // scripts beyond are encoded by blocks
+        }
     }
-    if (!isAllPlain || (isAllWhite && !text.empty())) {
-        return false;
-    }
-    next_ = place + text.size();
+    next_ = place;
     return true;
 }
 
