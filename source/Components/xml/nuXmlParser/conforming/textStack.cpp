@@ -44,6 +44,9 @@ bool TextStack::startsWith(std::string_view text) {
 }
 
 void TextStack::write() {
+    if (place < notWritten_) {
+        return; // a fault broke off text of which some was changed ahead of the place
+    }
     if (dropped_ == nullptr) {
         output_.append(notWritten_, place);
     } else if (!isInEntity()) {
