@@ -144,6 +144,9 @@ void DocumentTypeRules::passReference() {
     if (reference.read(texts_.place, texts_.end) != TagText::Result::Complete) {
         texts_.fail(messages::declarationExpected, texts_.place);
     }
+    if (hasNamespaces_ && reference.name.find(':') != reference.name.npos) {
+        texts_.fail(messages::colonInName, reference.name, texts_.place);
+    }
     entities_.hasUnread = true;
     Entity* const entity = entities_.parameters.find(reference.name);
     if (entity == nullptr && entities_.isStandalone) {
