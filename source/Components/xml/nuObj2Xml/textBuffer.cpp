@@ -113,6 +113,7 @@ template <class Source>
 bool TextBuffer<Unit>::appendShort(std::basic_string_view<Source> text) {
     constexpr std::size_t longest = 64;
     constexpr std::size_t mostUnits = 6; // "&quot;"
+    constexpr bool isWide = std::is_same_v<Source, char16_t>;
     if (text.size() > longest || (isBlank(text) && !text.empty())) {
         return false;
     }
@@ -125,15 +126,13 @@ bool TextBuffer<Unit>::appendShort(std::basic_string_view<Source> text) {
             for (const char written : replacementOf(static_cast<char16_t>(code))) {
                 *place++ = static_cast<Unit>(written);
             }
-        } else if constexpr (std::is_same_v<Source, char>) {
-            return false; // a part of a character
-        } else if constexpr (!isUtf8) {
+        } else if constexpr (isWide && !isUtf8) {
             *place++ = unit;
-        } else if (code < 0x800) {
+        } else if (isWide && code < 0x800) {
             *place++ = static_cast<char>(0xC0 | code >> 6U);
             *place++ = static_cast<char>(0x80 | (code & 0x3FU));
         } else {
-            return false; // scripts beyond are encoded by blocks
+            return false; // a part of a character, or a script that is encoded by blocks
         }
     }
     next_ = place;
