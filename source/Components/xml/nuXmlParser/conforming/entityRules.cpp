@@ -45,6 +45,9 @@ Entity* EntityRules::resolve(std::string_view name, const char* at) {
         if (!hasUnread || isStandalone) {
             texts_.fail(messages::entityNotDeclared, name, at);
         }
+        if (hasNamespaces_ && name.find(':') != name.npos) {
+            texts_.fail(messages::colonInName, name, at);
+        }
         return nullptr;
     }
     if (entity->kind == Entity::Kind::Unparsed) {

@@ -21,8 +21,9 @@ struct ExpansionLimit {
 /// of them.
 class EntityRules {
 public:
-    EntityRules(TextStack& texts, ExpansionLimit limit, bool writesLeftAsText)
-        : texts_(texts), limit_(limit), writesLeftAsText_(writesLeftAsText) {}
+    EntityRules(TextStack& texts, ExpansionLimit limit, bool writesLeftAsText, bool hasNamespaces)
+        : texts_(texts), limit_(limit), writesLeftAsText_(writesLeftAsText),
+          hasNamespaces_(hasNamespaces) {}
 
     Entities general;
     Entities parameters;
@@ -64,6 +65,7 @@ private:
     TextStack& texts_;
     ExpansionLimit limit_;
     bool writesLeftAsText_;
+    bool hasNamespaces_;
     std::int64_t spent_ = 0;
     std::vector<Level> levels_; ///< the texts of entities in a value, innermost last
 };

@@ -16,7 +16,8 @@ Normaliser::Normaliser(SourceText& source, OutputText& output, const TNuConformi
                        ReaderForm reader, TNuSourceForm& form)
     : source_(source), output_(output), options_(options), reader_(reader), form_(form),
       texts_(source, output, elements_, options.keepLines),
-      entities_(texts_, {options.amplification, options.amplificationFrom}, !options.keepLines),
+      entities_(texts_, {options.amplification, options.amplificationFrom}, !options.keepLines,
+                options.namespaces),
       tags_(texts_, elements_, entities_, options.namespaces),
       markup_(texts_, reader, options.namespaces),
       documentType_(texts_, entities_, tags_.declarations, markup_, form, options.namespaces) {}
