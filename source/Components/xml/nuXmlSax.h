@@ -3,6 +3,7 @@
 /// \file
 /// The SAX2 reader: everything of the unit.
 
+#include "nuXmlParser/conforming/xmlFault.h"
 #include "nuXmlParser/parserErrors.h"
 #include "nuXmlSax/attributes.h"
 #include "nuXmlSax/contentHandler.h"
