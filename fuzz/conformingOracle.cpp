@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 #include <string_view>
 
 #include "support/outlines.h"
@@ -21,6 +22,14 @@ bool isAscii(std::string_view document) {
 bool isMoreThanExpatSays(const support::Outline& ours) {
     return ours.fault.starts_with("this version of XML is not known") ||
            ours.fault.starts_with("a colon is misplaced in");
+}
+
+/// What may be declared outside of the document is left out of values by expat, without a word, and
+/// stands in ours as it came.
+bool mayHoldSkippedReferences(std::string_view document, const support::Outline& ours) {
+    const auto holds = [&](std::string_view word) { return document.find(word) != document.npos; };
+    return (holds("%") || holds("SYSTEM") || holds("PUBLIC")) &&
+           ours.text.find('&') != std::string::npos;
 }
 
 [[noreturn]] void report(std::string_view what, const support::Outline& ours,
@@ -49,7 +58,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (ours.isWellFormed != expected->isWellFormed) {
         report("another verdict", ours, *expected);
     }
-    if (ours.isWellFormed && ours.text != expected->text) {
+    if (ours.isWellFormed && !mayHoldSkippedReferences(document, ours) &&
+        ours.text != expected->text) {
         report("other events", ours, *expected);
     }
     if (ours.isWellFormed && ours.startTagLines != expected->startTagLines) {
