@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "nuXmlParser/chars.h"
 #include "nuXmlParser/scan.h"
 
 /// \file
