@@ -6,6 +6,7 @@
 #include <type_traits>
 
 #include "common/utf8.h"
+#include "nuXmlParser/lineFeeds.h"
 #include "nuXmlParser/scan.h"
 
 namespace nu {
@@ -104,6 +105,10 @@ PNuXmlChar lastLineFeed(PNuXmlChar start, PNuXmlChar end) noexcept {
 }
 
 } // namespace
+
+std::int64_t countLineFeeds(std::string_view bytes) noexcept {
+    return tallyUnits(bytes.data(), bytes.data() + bytes.size()).lineFeeds;
+}
 
 void TextCounter::deliverAny(PNuXmlChar place) noexcept {
     countUpTo(place);

@@ -16,9 +16,7 @@ public:
     /// An element begins whose start tag stands at `offset` of the source's text.
     void open(std::string_view name, std::int64_t offset) {
         elements_.push_back({names_.size(), offset, 0});
-        const std::size_t start = names_.size();
-        names_.resize(start + name.size());
-        name.copy(names_.data() + start, name.size());
+        names_.insert(names_.end(), name.begin(), name.end());
     }
     /// The name of the innermost element.
     [[nodiscard]] std::string_view innermost() const noexcept {
