@@ -31,8 +31,9 @@ TEST_P(CommandLine, GivesOutputErrorsAndExitCode) {
 }
 
 const Case usage[] = {
-    {"nuxml", 2, "", "nuxml: a command is missing; see \"nuxml --help\"\n"},
-    {"nuxml evnts", 2, "", "nuxml: there is no command \"evnts\""},
+    {"nuxml", 2, "", "nuxml: a command is missing; see \"nuxml help\"\n"},
+    {"nuxml evnts", 2, "",
+     "nuxml: there is no command \"evnts\" (did you mean events?); see \"nuxml help\"\n"},
     {"nuxml --help", 0, "usage: nuxml COMMAND", ""},
     {"nuxml --version", 0, "nuxml 0.", ""},
     {"nuxml events library.xml --help", 0, "usage: nuxml events", ""},
@@ -40,13 +41,28 @@ const Case usage[] = {
     {"nuxml unescape --help", 0, "usage: nuxml unescape", ""},
     {"nuxml escape -- --help", 0, "--help\n", ""},
     {"nuxml events --jsn library.xml", 2, "",
-     "nuxml: unknown option --jsn; see \"nuxml events --help"},
+     "nuxml: unknown option --jsn (did you mean --json?); see \"nuxml help events\"\n"},
+    {"nuxml -h >a; nuxml help >b; nuxml --help | cmp - a && cmp a b && nuxml help selec", 2, "",
+     "nuxml: there is no command \"selec\" (did you mean select?); see \"nuxml help\"\n"},
+    // What help, manual page and completions tell of is what is taken.
+    {"for command in $(nuxml help | sed -n '/^Commands/,/^$/s/^  \\([a-z]*\\) .*/\\1/p'); do for "
+     "option "
+     "in $(nuxml completion fish | sed -n \"s/.*_from $command' -\\([ls]\\) \\([^ ]*\\) "
+     ".*/\\1\\2/p\" | sed "
+     "'s/^l/--/; s/^s/-/'); do nuxml $command $option all </dev/null 2>&1 >unused | grep unknown; "
+     "nuxml completion man | grep -q \"$(echo $option | sed 's/-/.-/g')\" || echo $option; done; "
+     "done",
+     0, "", ""},
+    {"nuxml completion bash | bash -n && nuxml completion man | man -l --warnings - 2>&1 >page && "
+     "grep -c 'nuxml select' page",
+     0, "7\n", ""},
     {"nuxml escape a b", 2, "", "more than one text"},
     // Each help shows three examples, and what they show works.
-    {"for command in '' events format select edit check tame escape unescape; do nuxml $command "
+    {"for command in '' events format select edit check tame escape unescape completion; do nuxml "
+     "$command "
      "--help |"
      "sed '1,/^Examples/d; /^$/,$d' | grep -c '^  .*nuxml'; done | tr '\\n' ' '",
-     0, "3 3 3 3 3 3 3 3 3 ", ""},
+     0, "3 3 3 3 3 3 3 3 3 3 ", ""},
 };
 INSTANTIATE_TEST_SUITE_P(Usage, CommandLine, testing::ValuesIn(usage));
 

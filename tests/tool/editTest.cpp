@@ -50,7 +50,7 @@ const ShellCase files[] = {
      "--set 'a/c[=1' small.xml; echo $?; nuxml select --value a/c small.xml",
      0, "1\n2\n8\n",
      "nuxml: small.xml: nothing matched a/missing; --create makes what is missing\n"
-     "nuxml: --set a/c[=1 lacks \"=VALUE\"; see \"nuxml edit --help\"\n"},
+     "nuxml: --set a/c[=1 lacks \"=VALUE\"; see \"nuxml help edit\"\n"},
     // An output that is open is written to where it stands; what is no file is refused.
     {"nuxml edit -o /dev/stdout --delete a/b small.xml | cat; { printf 'first '; nuxml edit -o "
      "/dev/stdout --delete a/b small.xml; printf ' last'; } >whole; cat whole; mkfifo queue; nuxml "
@@ -92,19 +92,18 @@ TEST(Edit, KeepsTheForm) { expectShell(forms); }
 
 const ShellCase mistakes[] = {
     {"nuxml edit small.xml", 2, "",
-     "nuxml: there is nothing to do: --set, --create or --delete is missing; see \"nuxml edit "
-     "--help\"\n"},
-    {"nuxml edit --set", 2, "",
-     "nuxml: the value of --set is missing; see \"nuxml edit --help\"\n"},
+     "nuxml: there is nothing to do: --set, --create or --delete is missing; see \"nuxml help "
+     "edit\"\n"},
+    {"nuxml edit --set", 2, "", "nuxml: the value of --set is missing; see \"nuxml help edit\"\n"},
     {"nuxml edit --delete '' small.xml", 2, "",
-     "nuxml: the path of --delete is empty; see \"nuxml edit --help\"\n"},
-    {"nuxml edit -i --delete a/b", 2, "", "nuxml: -i needs a file; see \"nuxml edit --help\"\n"},
+     "nuxml: the path of --delete is empty; see \"nuxml help edit\"\n"},
+    {"nuxml edit -i --delete a/b", 2, "", "nuxml: -i needs a file; see \"nuxml help edit\"\n"},
     {"nuxml edit --delete a small.xml", 2, "",
      "nuxml: a document without its document element is none, so --delete a is refused; see "
-     "\"nuxml edit --help\"\n"},
+     "\"nuxml help edit\"\n"},
     {"nuxml edit --delete \"a[contains(b,'x')]\" small.xml", 2, "",
-     "nuxml: a[contains(b,'x')]: the path language has no function contains(); see \"nuxml edit "
-     "--help\"\n"},
+     "nuxml: a[contains(b,'x')]: the path language has no function contains(); see \"nuxml help "
+     "edit\"\n"},
     {"nuxml edit --create 'other/x=1' small.xml", 2, "",
      "nuxml: small.xml: the path other/x: A document can only have 1 rootnode\n"},
     {"nuxml edit --create '//x/@y=1' small.xml", 2, "",

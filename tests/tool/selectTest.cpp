@@ -45,9 +45,9 @@ const ShellCase paths[] = {
 TEST(Select, ShowsPathsThatLeadBack) { expectShell(paths); }
 
 const ShellCase failures[] = {
-    {"nuxml select", 2, "", "nuxml: a path is missing; see \"nuxml select --help\"\n"},
+    {"nuxml select", 2, "", "nuxml: a path is missing; see \"nuxml help select\"\n"},
     {"nuxml select --xml --count a library.xml", 2, "",
-     "nuxml: --xml, --value, --path and --count exclude each other; see \"nuxml select --help\"\n"},
+     "nuxml: --xml, --value, --path and --count exclude each other; see \"nuxml help select\"\n"},
     // Nothing matched: silently, unless an option would have helped.
     {"nuxml select --count library/missing library.xml", 1, "0\n", ""},
     {"nuxml select library/shelf/state library.xml", 1, "", ""},
@@ -71,14 +71,14 @@ const ShellCase failures[] = {
     // Mistakes in the path.
     {"nuxml select \"//book[contains(title,'x')]\" library.xml", 2, "",
      "nuxml: //book[contains(title,'x')]: the path language has no function contains(); see "
-     "\"nuxml select --help\"\n"},
+     "\"nuxml help select\"\n"},
     {"nuxml select 'library[x' library.xml library.xml", 2, "",
      "nuxml: library.xml: the path library[x: Unterminated Filter!\n"},
     {"nuxml select '//shelf[@id=1]' library.xml", 2, "",
      "nuxml: library.xml: the path //shelf[@id=1]: 'lit' is not a valid integer value\n"
      "nuxml: a filter compares text when its value stands in quotes: [@name='text']\n"},
     {"nuxml select \"$(printf '\\377')\" library.xml", 2, "",
-     "nuxml: the path is not UTF-8; see \"nuxml select --help\"\n"},
+     "nuxml: the path is not UTF-8; see \"nuxml help select\"\n"},
 };
 TEST(Select, TellsWhyThereIsNothing) { expectShell(failures); }
 

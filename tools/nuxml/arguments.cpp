@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "closestWord.h"
+
 namespace tool {
 
 namespace {
@@ -20,6 +22,22 @@ const Setting* findJoined(std::initializer_list<Setting> settings, std::string_v
     return equals != argument.npos && argument.starts_with("--")
                ? find(settings, argument.substr(0, equals))
                : nullptr;
+}
+
+[[noreturn]] void failUnknown(std::string_view argument, std::initializer_list<Flag> flags,
+                              std::initializer_list<Setting> settings,
+                              std::initializer_list<Repeated> repeated) {
+    std::vector<std::string_view> names;
+    const auto add = [&](const auto& options) {
+        for (const auto& option : options) {
+            names.push_back(option.name);
+        }
+    };
+    add(flags);
+    add(settings);
+    add(repeated);
+    const std::string_view name = argument.substr(0, argument.find('='));
+    throw UsageError("unknown option " + std::string(argument) + suggestionFor(name, names));
 }
 
 } // namespace
@@ -53,7 +71,7 @@ std::vector<Operand> parseArguments(std::span<const std::string_view> arguments,
         } else if (const Repeated* option = find(repeated, argument)) {
             option->given.push_back({argument, nextValue()});
         } else {
-            throw UsageError("unknown option " + std::string(argument));
+            failUnknown(argument, flags, settings, repeated);
         }
     }
     return operands;

@@ -6,17 +6,15 @@
 #include <string_view>
 
 #include "console.h"
+#include "documentHandler.h"
 #include "event.h"
 #include "fault.h"
-#include "host/com/implements.h"
 #include "host/sax/BSaxExt.h"
-#include "nuXmlSax.h"
 
 namespace tool {
 
 /// Receives everything that a reader tells about one document and passes it on to a format.
-class EventHandler : public host::Implements<INuSaxContentHandler, host::IBufferedLexicalHandler,
-                                             host::IErrorHandler> {
+class EventHandler final : public DocumentHandler<host::IErrorHandler> {
 public:
     /// The name is that of the document, for progress. With `showsPlaces` every event gets the
     /// place of the locator.
@@ -50,14 +48,6 @@ public:
     void warning(host::ISAXParseError& error) override;
     void error(host::ISAXParseError& error) override;
     void fatalError(host::ISAXParseError& error) override;
-
-    // What this reader never tells
-    void endPrefixMapping(std::u16string_view /*prefix*/) override {}
-    void ignorableWhitespace(std::u16string_view /*text*/) override {}
-    void skippedEntity(std::u16string_view /*name*/) override {}
-    void endDTD() override {}
-    void startEntity(std::u16string_view /*name*/) override {}
-    void endEntity(std::u16string_view /*name*/) override {}
 
 private:
     void report(EventKind kind, std::initializer_list<EventField> fields = {},

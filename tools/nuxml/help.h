@@ -1,17 +1,41 @@
 #pragma once
 
+#include <span>
 #include <string_view>
 
-namespace tool::help {
+namespace tool {
 
-extern const std::string_view general;
-extern const std::string_view events;
-extern const std::string_view format;
-extern const std::string_view select;
-extern const std::string_view edit;
-extern const std::string_view check;
-extern const std::string_view tame;
-extern const std::string_view escape;
-extern const std::string_view unescape;
+/// One option as help, manual page and completions show it.
+struct OptionText {
+    std::string_view form; ///< "-I, --ignore-case", "-o FILE", "--white=all|inline|drop"
+    std::string_view text; ///< in one line, however long
+};
 
-} // namespace tool::help
+/// What a command says about itself. Texts are paragraphs with an empty line between them; lines
+/// that begin with two blanks stay as they are.
+struct HelpText {
+    std::string_view usage; ///< what follows the name of the command
+    std::string_view description;
+    std::span<const OptionText> options;
+    std::string_view notes;
+    std::string_view examples; ///< a line each, with two blanks in front
+};
+
+namespace help {
+
+/// Of the program as a whole.
+extern const HelpText general;
+
+extern const HelpText events;
+extern const HelpText format;
+extern const HelpText select;
+extern const HelpText edit;
+extern const HelpText check;
+extern const HelpText tame;
+extern const HelpText escape;
+extern const HelpText unescape;
+extern const HelpText completion;
+
+} // namespace help
+
+} // namespace tool

@@ -11,76 +11,84 @@
 #include <vector>
 
 #include "arguments.h"
-#include "checkCommand.h"
+#include "closestWord.h"
 #include "command.h"
 #include "console.h"
-#include "editCommand.h"
-#include "escapeCommand.h"
-#include "eventsCommand.h"
-#include "formatCommand.h"
-#include "help.h"
+#include "helpOutput.h"
 #include "host/runtime/fileReplacement.h"
 #include "input.h"
-#include "selectCommand.h"
-#include "tameCommand.h"
 
 namespace tool {
 
 namespace {
 
-constexpr std::string_view helpOption = "--help";
+constexpr std::string_view progressOption = "--progress";
 
-const Command* findCommand(std::string_view name) {
-    static const Command commands[] = {
-        {"events", runEvents, help::events}, {"format", runFormat, help::format},
-        {"select", runSelect, help::select}, {"edit", runEdit, help::edit},
-        {"check", runCheck, help::check},    {"tame", runTame, help::tame},
-        {"escape", runEscape, help::escape}, {"unescape", runUnescape, help::unescape},
-    };
-    const auto* found = std::find_if(std::begin(commands), std::end(commands),
-                                     [&](const Command& command) { return command.name == name; });
-    return found == std::end(commands) ? nullptr : found;
-}
+bool isHelpOption(std::string_view word) noexcept { return word == "--help" || word == "-h"; }
 
-/// Whether help is asked for; behind "--" stand no options.
-bool asksForHelp(Arguments arguments) {
-    const auto end = std::find(arguments.begin(), arguments.end(), "--");
-    return std::find(arguments.begin(), end, helpOption) != end;
-}
-
-ExitCode runCommand(Console& console, const Command& command, Arguments arguments) {
-    if (asksForHelp(arguments)) {
-        console.output().write(command.help);
-        return exitDone;
-    }
-    try {
-        return command.run(console, arguments);
-    } catch (const UsageError& error) {
-        console.complain(std::string(error.what()) + R"(; see "nuxml )" +
-                         std::string(command.name) + " --help\"");
-        return exitUsage;
-    }
-}
-
-ExitCode run(Console& console, Arguments arguments) {
-    if (arguments.empty()) {
-        console.complain(R"(a command is missing; see "nuxml --help")");
-        return exitUsage;
-    }
-    const std::string_view word = arguments.front();
+/// The command that a word names. Throws UsageError where there is none.
+const Command& commandOf(std::string_view word) {
     if (const Command* command = findCommand(word)) {
-        return runCommand(console, *command, arguments.subspan(1));
+        return *command;
     }
-    if (word == helpOption) {
-        console.output().write(help::general);
-        return exitDone;
+    std::vector<std::string_view> names{"help", "version"};
+    std::ranges::transform(allCommands(), std::back_inserter(names), &Command::name);
+    throw UsageError("there is no command \"" + std::string(word) + '"' +
+                     suggestionFor(word, names));
+}
+
+ExitCode showHelp(Console& console, Arguments words) {
+    if (words.empty()) {
+        writeGeneralHelp(console.output());
+    } else {
+        writeHelp(console.output(), commandOf(words.front()));
     }
-    if (word == "--version") {
+    return exitDone;
+}
+
+/// Takes out what is for all commands alike; behind "--" stand no options.
+ExitCode runCommand(Console& console, const Command& command, Arguments arguments) {
+    std::vector<std::string_view> rest;
+    const auto end = std::ranges::find(arguments, "--");
+    for (auto word = arguments.begin(); word != end; ++word) {
+        if (isHelpOption(*word)) {
+            writeHelp(console.output(), command);
+            return exitDone;
+        }
+        if (*word == progressOption) {
+            console.progress().enable();
+        } else {
+            rest.push_back(*word);
+        }
+    }
+    rest.insert(rest.end(), end, arguments.end());
+    return command.run(console, rest);
+}
+
+ExitCode runWord(Console& console, std::string_view word, Arguments arguments) {
+    if (isHelpOption(word) || word == "help") {
+        return showHelp(console, arguments);
+    }
+    if (word == "--version" || word == "version") {
         console.output().write("nuxml " NUXML_VERSION "\n");
         return exitDone;
     }
-    console.complain("there is no command \"" + std::string(word) + R"("; see "nuxml --help")");
-    return exitUsage;
+    return runCommand(console, commandOf(word), arguments);
+}
+
+ExitCode run(Console& console, Arguments arguments) {
+    const std::string_view word = arguments.empty() ? std::string_view() : arguments.front();
+    try {
+        if (arguments.empty()) {
+            throw UsageError("a command is missing");
+        }
+        return runWord(console, word, arguments.subspan(1));
+    } catch (const UsageError& error) {
+        const bool isCommand = findCommand(word) != nullptr;
+        console.complain(std::string(error.what()) + R"(; see "nuxml help)" +
+                         (isCommand ? ' ' + std::string(word) : std::string()) + '"');
+        return exitUsage;
+    }
 }
 
 /// Writes what is left and tells about output that was lost, unless only its reader went away.

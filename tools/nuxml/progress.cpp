@@ -20,17 +20,16 @@ void writeToTerminal(std::string_view text) noexcept {
 } // namespace
 
 Progress::Progress() noexcept
-    : isOnTerminal_(::isatty(STDERR_FILENO) == 1),
+    : isOnTerminal_(::isatty(STDERR_FILENO) == 1), isWanted_(isOnTerminal_),
       next_(std::chrono::steady_clock::now() + firstAfter) {}
 
-bool Progress::isDue() noexcept {
-    return isOnTerminal_ && std::chrono::steady_clock::now() >= next_;
-}
+bool Progress::isDue() noexcept { return isWanted_ && std::chrono::steady_clock::now() >= next_; }
 
 void Progress::show(std::string_view text) noexcept {
-    writeToTerminal(emptyLine);
+    writeToTerminal(isOnTerminal_ ? emptyLine : "");
     writeToTerminal(text);
-    isShown_ = true;
+    writeToTerminal(isOnTerminal_ ? "" : "\n");
+    isShown_ = isOnTerminal_;
     next_ = std::chrono::steady_clock::now() + nextAfter;
 }
 

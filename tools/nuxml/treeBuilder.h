@@ -4,9 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "host/com/implements.h"
+#include "documentHandler.h"
 #include "nuXmlDOM.h"
-#include "nuXmlSax.h"
 
 namespace tool {
 
@@ -18,8 +17,7 @@ struct TopLevelOrder {
 };
 
 /// Hands everything on to what builds a tree, and sees where it stood.
-class TreeBuilder final
-    : public host::Implements<INuSaxContentHandler, host::IBufferedLexicalHandler> {
+class TreeBuilder final : public DocumentHandler<> {
 public:
     TreeBuilder(TNuSAXXMLReader& reader, TNuDOMDocument& document)
         : tree_(host::makeRef<TNuSaxToDomHandler>(reader, document)) {}
@@ -44,15 +42,6 @@ public:
     void endCDATA() override { tree_->endCDATA(); }
     void startDTD(std::u16string_view name, std::u16string_view publicId,
                   std::u16string_view systemId) override;
-
-    // What a tree does not need.
-    void startPrefixMapping(std::u16string_view /*prefix*/, std::u16string_view /*uri*/) override {}
-    void endPrefixMapping(std::u16string_view /*prefix*/) override {}
-    void ignorableWhitespace(std::u16string_view /*text*/) override {}
-    void skippedEntity(std::u16string_view /*name*/) override {}
-    void endDTD() override {}
-    void startEntity(std::u16string_view /*name*/) override {}
-    void endEntity(std::u16string_view /*name*/) override {}
 
 private:
     void noteTopLevel() noexcept;
