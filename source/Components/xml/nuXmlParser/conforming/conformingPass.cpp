@@ -84,6 +84,21 @@ void ConformingPass::check() {
     noteForm();
 }
 
+std::optional<std::string_view> ConformingPass::readElement(ElementWatch& watch,
+                                                            std::size_t limit) {
+    if (!normaliser_) {
+        open();
+        output_.setLimit(limit);
+        normaliser_->setWatch(watch);
+    }
+    output_.take(output_.text().size());
+    const bool isTaken = normaliser_->run(everything);
+    if (form_.encoding.empty() || !isTaken) {
+        noteForm();
+    }
+    return isTaken ? std::optional(output_.text()) : std::nullopt;
+}
+
 /// Whether a reader that is given these bytes takes them for UTF-8, which they are.
 bool ConformingPass::isReadAsUtf8(std::string_view bytes) const {
     return source_.hasMark() || NuGetSystemCodePage() == cNuCodePageUtf8 ||

@@ -10,6 +10,7 @@
 
 #include "host/runtime/stream.h"
 #include "nuXmlParser/conforming/conformingOptions.h"
+#include "nuXmlParser/conforming/elementWatch.h"
 #include "nuXmlParser/conforming/markupRules.h"
 #include "nuXmlParser/conforming/normaliser.h"
 #include "nuXmlParser/conforming/outputText.h"
@@ -40,6 +41,13 @@ public:
     [[nodiscard]] std::string_view readWhole();
     /// Goes through the whole document and keeps nothing of it.
     void check();
+    /// Goes on to the end of the next element that `watch`, always the same, takes; gives it as it
+    /// is written, until the next call. Nothing at the end of the document. Throws ENuXmlFault, and
+    /// OutputLimit where the element is longer than that; then this object is of no use any more.
+    [[nodiscard]] std::optional<std::string_view> readElement(ElementWatch& watch,
+                                                              std::size_t limit);
+    /// The first line of the source counts as the one of that number. To be called first.
+    void countLinesFrom(std::int64_t line) noexcept { source_.countLinesFrom(line); }
     /// The next bytes; 0 at the end. Throws a fault when everything before it was given.
     std::size_t read(char* target, std::size_t count);
 

@@ -12,6 +12,7 @@ void NamespaceBindings::bind(std::string_view prefix, std::string_view uri, std:
     std::size_t& slot = slots_[hash & (slots_.size() - 1)];
     bindings_.push_back({std::string(prefix), std::string(uri), depth, hash, slot});
     slot = bindings_.size();
+    ++version_;
 }
 
 const std::string* NamespaceBindings::find(std::string_view prefix) const noexcept {
@@ -38,6 +39,7 @@ void NamespaceBindings::removeLast() noexcept {
     const Binding& binding = bindings_.back();
     slots_[binding.hash & (slots_.size() - 1)] = binding.older;
     bindings_.pop_back();
+    ++version_;
 }
 
 void NamespaceBindings::grow() {

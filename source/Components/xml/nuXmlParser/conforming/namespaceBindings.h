@@ -12,6 +12,14 @@ namespace nu {
 /// time however many declarations are in scope.
 class NamespaceBindings {
 public:
+    struct Binding {
+        std::string prefix;
+        std::string uri;
+        std::size_t depth;
+        std::size_t hash;
+        std::size_t older; ///< the next older one of the slot, counted from 1; 0 for none
+    };
+
     static constexpr std::string_view xmlUri = "http://www.w3.org/XML/1998/namespace";
     static constexpr std::string_view xmlnsUri = "http://www.w3.org/2000/xmlns/";
 
@@ -26,19 +34,17 @@ public:
     /// The namespace of a prefix that is not empty; null where it is not declared.
     [[nodiscard]] const std::string* find(std::string_view prefix) const noexcept;
 
-private:
-    struct Binding {
-        std::string prefix;
-        std::string uri;
-        std::size_t depth;
-        std::size_t hash;
-        std::size_t older; ///< the next older one of the slot, counted from 1; 0 for none
-    };
+    /// All of them, outermost first.
+    [[nodiscard]] const std::vector<Binding>& all() const noexcept { return bindings_; }
+    /// Changes whenever they do.
+    [[nodiscard]] std::uint64_t version() const noexcept { return version_; }
 
+private:
     void removeLast() noexcept;
     void grow();
 
     std::vector<Binding> bindings_;
+    std::uint64_t version_ = 0;
     std::vector<std::size_t> slots_; ///< the newest one, counted from 1; 0 for none
 };
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "host/runtime/format.h"
 #include "nuXmlParser/conforming/conformingMessages.h"
@@ -34,8 +35,17 @@ bool Normaliser::run(std::size_t enough) {
         }
         passPlain();
         step();
+        if (isTaken_) {
+            isTaken_ = false;
+            return true;
+        }
     }
     return false;
+}
+
+void Normaliser::setWatch(ElementWatch& watch) noexcept {
+    watch_ = &watch;
+    output_.discard();
 }
 
 /// Passes tags and text that need no change, as nearly all, one after the other; stops before
@@ -62,14 +72,15 @@ void Normaliser::passPlain() {
             const std::string_view name = elements_.innermost();
             const auto room = static_cast<std::size_t>(end - less - 2);
             if (room <= name.size() || less[2 + name.size()] != '>' ||
-                std::memcmp(less + 2, name.data(), name.size()) != 0 || elements_.depth() == 1) {
+                std::memcmp(less + 2, name.data(), name.size()) != 0 ||
+                elements_.depth() == usedDepth_) {
                 break;
             }
             tags_.closePlain();
             place = less + 3 + name.size();
         } else {
             const markup::PlainTag tag = markup::readPlainStartTag(less, end);
-            if (tag.end == nullptr) {
+            if (tag.end == nullptr || (watch_ != nullptr && isSought(tag.name, less))) {
                 break;
             }
             if (!tag.isEmptyElement) {
@@ -188,6 +199,7 @@ void Normaliser::passMarkup() {
     switch (texts_.place[1]) {
     case '/':
         tags_.passEndTag();
+        endElement();
         break;
     case '?':
         markup_.beginInstruction();
@@ -199,10 +211,53 @@ void Normaliser::passMarkup() {
         if (elements_.depth() == 0 && hasRoot_) {
             texts_.fail(messages::onlyMiscAfterRoot, texts_.place);
         }
-        tags_.passStartTag();
+        passStartTag();
         hasRoot_ = true;
     }
     beginText();
+}
+
+void Normaliser::passStartTag() {
+    tags_.readStartTag();
+    if (watch_ != nullptr && isSought(tags_.name(), texts_.place)) {
+        useElement();
+        if (hasEnded_) {
+            return;
+        }
+    }
+    tags_.passStartTag();
+    endElement();
+}
+
+/// The start tag that was read is that of an element that is sought.
+void Normaliser::useElement() {
+    const std::size_t depth = elements_.depth() + 1;
+    const ElementUse use =
+        watch_->use({depth, texts_.offsetOf(texts_.place), source_, tags_.bindings()});
+    if (use == ElementUse::Stop) {
+        hasEnded_ = true;
+        return;
+    }
+    usedDepth_ = depth;
+    texts_.write();
+    if (use == ElementUse::Take) {
+        output_.keep();
+        const std::string_view name = tags_.name();
+        texts_.insert(name.data() + name.size(), watch_->insertion());
+    }
+    owner_ = std::exchange(watch_, nullptr);
+}
+
+/// What was asked about ends with the tag that was passed, if that is its own.
+void Normaliser::endElement() {
+    if (owner_ == nullptr || elements_.depth() >= usedDepth_) {
+        return;
+    }
+    texts_.write();
+    isTaken_ = !output_.isDiscarding();
+    output_.discard();
+    watch_ = std::exchange(owner_, nullptr);
+    usedDepth_ = 1;
 }
 
 void Normaliser::passDeclarationMarkup() {

@@ -5,6 +5,7 @@
 
 #include "nuXmlParser/conforming/conformingOptions.h"
 #include "nuXmlParser/conforming/documentTypeRules.h"
+#include "nuXmlParser/conforming/elementWatch.h"
 #include "nuXmlParser/conforming/entityRules.h"
 #include "nuXmlParser/conforming/markupRules.h"
 #include "nuXmlParser/conforming/openElements.h"
@@ -28,6 +29,9 @@ public:
     /// Goes on until so many bytes are ready to go out, or to the end of the document, and says by
     /// false that there it is. Throws ENuXmlFault where the document is not well-formed.
     bool run(std::size_t enough);
+    /// Writes from now on only what `watch` takes, and run() comes back as well at the end of each
+    /// element that is taken: all of it is written then, and nothing else.
+    void setWatch(ElementWatch& watch) noexcept;
     [[nodiscard]] TextStack& texts() noexcept { return texts_; }
 
 private:
@@ -36,6 +40,12 @@ private:
     void finish();
     void passXmlDeclaration();
     void passMarkup();
+    void passStartTag();
+    [[nodiscard]] bool isSought(std::string_view name, const char* less) {
+        return watch_->seeks(name, elements_.depth() + 1, texts_.offsetOf(less));
+    }
+    void useElement();
+    void endElement();
     void passDeclarationMarkup();
     void passOutside();
     void passEntityEnd();
@@ -75,6 +85,11 @@ private:
     TagRules tags_;
     MarkupRules markup_;
     DocumentTypeRules documentType_;
+
+    ElementWatch* watch_ = nullptr; ///< null inside of what it was asked about
+    ElementWatch* owner_ = nullptr; ///< of the element that it was asked about
+    std::size_t usedDepth_ = 1;     ///< of that element; otherwise of the root
+    bool isTaken_ = false;          ///< an element that was taken has just ended
 
     bool hasBegun_ = false;
     bool hasEnded_ = false;

@@ -4,16 +4,24 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <memory>
 #include <string_view>
 
 namespace nu {
 
+/// More is to be kept than somebody allows.
+struct OutputLimit {};
+
 /// What the stage has to hand on: bytes that grow at the end and are taken from the front.
 class OutputText {
 public:
-    /// Nothing is kept: for who only wants to know whether there is a fault.
+    /// Nothing that comes is kept: for who only wants to know whether there is a fault.
     void discard() noexcept { isDiscarding_ = true; }
+    /// What comes from now on is kept again.
+    void keep() noexcept { isDiscarding_ = false; }
+    /// More bytes than that are not kept: OutputLimit is thrown.
+    void setLimit(std::size_t limit) noexcept { limit_ = limit; }
     [[nodiscard]] bool isDiscarding() const noexcept { return isDiscarding_; }
 
     void append(const char* from, const char* to) {
@@ -62,6 +70,7 @@ private:
     std::size_t capacity_ = 0;
     std::size_t size_ = 0;
     std::size_t taken_ = 0;
+    std::size_t limit_ = std::numeric_limits<std::size_t>::max();
     bool isDiscarding_ = false;
 };
 

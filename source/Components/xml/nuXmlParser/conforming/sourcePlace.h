@@ -14,6 +14,10 @@ struct SourcePlace {
 /// Follows places through text. A line ends with LF, CR LF or CR.
 class PlaceCounter {
 public:
+    PlaceCounter() = default;
+    /// Counts from a place that is not the first.
+    explicit PlaceCounter(SourcePlace place) noexcept : place_(place) {}
+
     /// The place of the next character.
     [[nodiscard]] SourcePlace place() const noexcept { return place_; }
     void moveOver(std::string_view text) noexcept;

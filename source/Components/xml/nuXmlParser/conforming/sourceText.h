@@ -36,6 +36,8 @@ public:
     /// Settles the encoding: `knownEncoding` if it is not empty, else what mark and declaration
     /// say. To be called first, once.
     void open(const std::string& knownEncoding);
+    /// The first line counts as the one of that number.
+    void countLinesFrom(std::int64_t line) noexcept { beginPlace_ = PlaceCounter({line, 1}); }
 
     /// How the text was encoded, as a document would name it, and whether it had a mark.
     [[nodiscard]] const std::string& encodingName() const noexcept { return encodingName_; }

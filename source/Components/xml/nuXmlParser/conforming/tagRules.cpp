@@ -52,7 +52,7 @@ template <class Read> void TagRules::complete(Read&& read, std::u16string_view c
     }
 }
 
-void TagRules::passStartTag() {
+void TagRules::readStartTag() {
     // 1. The tag as it stands.
     complete([this] { return tag_.readStartTag(texts_.place, texts_.end); },
              messages::tagNotClosed);
@@ -61,12 +61,13 @@ void TagRules::passStartTag() {
     // 2. The values of its attributes, with what is declared for them.
     applyDeclarations();
     checkTwice();
-    const std::size_t depth = elements_.depth() + 1;
     if (hasNamespaces_) {
         applyNamespaces();
     }
+}
 
-    // 3. What goes out, and the element.
+void TagRules::passStartTag() {
+    const std::size_t depth = elements_.depth() + 1;
     writeStartTag();
     if (tag_.isEmptyElement) {
         bindings_.unbind(depth);

@@ -26,8 +26,13 @@ public:
     /// What attribute lists declare.
     ElementDeclarations declarations;
 
-    /// The tag at the place of the text, whose "<" it is.
+    /// Reads and checks the start tag at the place of the text, whose "<" it is; then passes it.
+    void readStartTag();
     void passStartTag();
+    /// The name in the tag that was read.
+    [[nodiscard]] std::string_view name() const noexcept { return tag_.nameText(); }
+    [[nodiscard]] const NamespaceBindings& bindings() const noexcept { return bindings_; }
+    /// The end tag at the place of the text.
     void passEndTag();
     /// The innermost element ends with an end tag that needs no change.
     void closePlain() noexcept {

@@ -1,0 +1,85 @@
+#include "nuXmlRecords/recordHead.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "host/runtime/exception.h"
+#include "host/runtime/format.h"
+#include "nuXmlRecords/recordMessages.h"
+#include "nuXmlRecords/tagFinder.h"
+
+namespace nu {
+
+namespace {
+
+/// The first record has to begin before.
+constexpr std::int64_t longestHead = 16 * 1024 * 1024;
+
+/// The position of the first thing in a share that reads as a start tag of that name.
+std::optional<std::int64_t> findFirst(host::TStream& file, const std::string& name,
+                                      const RecordShare& share) {
+    constexpr std::int64_t blockSize = 64 * 1024;
+    // A tag that begins in the share may end behind it.
+    constexpr std::int64_t longestName = 4096;
+    std::vector<char> block(blockSize);
+    TagFinder finder(name);
+    file.SetPosition(share.first);
+    for (std::int64_t position = share.first;
+         position < share.behind || position - share.behind < longestName;) {
+        const std::size_t got = file.Read(block.data(), block.size());
+        if (got == 0) {
+            break;
+        }
+        finder.look({block.data(), std::min(got, block.size())}, position);
+        if (!finder.found().empty()) {
+            const std::int64_t first = finder.found().front();
+            return first < share.behind ? std::optional(first) : std::nullopt;
+        }
+        position += static_cast<std::int64_t>(got);
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+std::string headAt(MarkupWalk& walk) {
+    std::string head = walk.prolog();
+    for (const std::string& tag : walk.openTags()) {
+        head += tag;
+    }
+    return head += '\n';
+}
+
+std::optional<RecordPart> plainPart(host::TStream& file, RecordPath path,
+                                    const RecordShare& share) {
+    if (path.recordName().empty()) {
+        throw host::Exception(messages::noRecordName);
+    }
+    // 1. Up to the first record the document is read as it is. It may be the root, which no walk
+    //    stops at: then there is no other.
+    MarkupWalk walk(file);
+    std::int64_t position = 0;
+    bool isFound = false;
+    while (!isFound && position < longestHead && walk.walkTo(position)) {
+        isFound = path.matches(walk.name(), walk.depth() + 1);
+        position = walk.position() + 1;
+    }
+    if (!isFound && position >= longestHead) {
+        throw host::Exception(host::formatMessage(messages::headTooLong, {longestHead}));
+    }
+    if (!isFound || share.first <= walk.position()) {
+        file.SetPosition(0);
+        return RecordPart{{}, share, true};
+    }
+
+    // 2. Behind it everything is taken to be as it is there.
+    RecordPart part{{0, 0, 0, headAt(walk)}, share, true};
+    const std::optional<std::int64_t> first = findFirst(file, path.recordName(), share);
+    if (!first) {
+        return std::nullopt;
+    }
+    part.start.position = *first;
+    return part;
+}
+
+} // namespace nu
