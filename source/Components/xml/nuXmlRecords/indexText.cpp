@@ -39,7 +39,7 @@ std::string IndexTextWriter::finish() {
 
 IndexTextReader::IndexTextReader(std::string_view bytes) {
     const std::size_t last = bytes.rfind(lastWord);
-    if (!bytes.starts_with(firstLine) || last == bytes.npos) {
+    if (!bytes.starts_with(firstLine) || !bytes.ends_with('\n') || last == bytes.npos) {
         refuse();
     }
     rest_ = bytes.substr(last + lastWord.size());

@@ -128,7 +128,7 @@ bool MarkupWalk::walkTo(std::int64_t position) {
             passSpecial(place_);
             break;
         default:
-            if (depth() > 0 && this->position() >= position) {
+            if (this->position() >= position) {
                 completeTag(place_);
                 return true;
             }

@@ -21,8 +21,8 @@ public:
     /// Throws host::Exception where the document is in another encoding.
     explicit MarkupWalk(host::TStream& file);
 
-    /// Goes on to the next start tag at or behind `position` and inside of the root element; false
-    /// at the end of the document. Throws ENuXmlFault and what the stream throws.
+    /// Goes on to the next start tag at or behind `position`; false at the end of the document.
+    /// Throws ENuXmlFault and what the stream throws.
     bool walkTo(std::int64_t position);
 
     /// Where it stands.

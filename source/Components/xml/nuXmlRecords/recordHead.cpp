@@ -55,8 +55,7 @@ std::optional<RecordPart> plainPart(host::TStream& file, RecordPath path,
     if (path.recordName().empty()) {
         throw host::Exception(messages::noRecordName);
     }
-    // 1. Up to the first record the document is read as it is. It may be the root, which no walk
-    //    stops at: then there is no other.
+    // 1. Up to the first record the document is read as it is.
     MarkupWalk walk(file);
     std::int64_t position = 0;
     bool isFound = false;

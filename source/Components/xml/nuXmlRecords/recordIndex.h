@@ -27,8 +27,8 @@ struct FileState {
     friend bool operator==(const FileState&, const FileState&) = default;
 };
 
-/// Finds places to begin reading at in a document in UTF-8, in one fast pass: start tags inside of
-/// the root element that stand in no comment, CDATA section or instruction.
+/// Finds places to begin reading at in a document in UTF-8, in one fast pass: start tags that
+/// stand in no comment, CDATA section or instruction.
 class NUXML_API RecordIndexer {
 public:
     /// \param spacing how many bytes lie between two places at least

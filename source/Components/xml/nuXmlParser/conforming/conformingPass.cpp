@@ -96,6 +96,9 @@ std::optional<std::string_view> ConformingPass::readElement(ElementWatch& watch,
     if (form_.encoding.empty() || !isTaken) {
         noteForm();
     }
+    if (output_.text().size() > limit) {
+        throw OutputLimit();
+    }
     return isTaken ? std::optional(output_.text()) : std::nullopt;
 }
 
