@@ -16,8 +16,8 @@ import sys
 OURS = "nuxml"
 # Other forms of ours stand after ours, a copy is the limit and stands last.
 LAST = "copy"
-WORKS = ["read", "escape", "unescape", "load", "destroy", "write", "format", "select",
-         "save", "restore"]
+WORKS = ["read", "conform", "check", "rewrite", "escape", "unescape", "load", "destroy", "write",
+         "format", "select", "save", "restore"]
 
 
 def read_results(paths):

@@ -86,6 +86,10 @@ const bool registered = addReader({"expat",
                                        Examination examination;
                                        parse(text, &examination, setExaminingHandlers);
                                        return examination.tally;
+                                   },
+                                   [](std::string_view text) {
+                                       parse(text, nullptr, [](XML_Parser) {});
+                                       return text.size();
                                    }});
 
 } // namespace

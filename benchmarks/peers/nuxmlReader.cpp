@@ -95,21 +95,27 @@ private:
     }
 };
 
-template <class Handler> Tally parse(host::TStream& stream) {
+enum class Reading : std::uint8_t { alone, conforming };
+
+template <class Handler, Reading reading = Reading::alone> Tally parse(host::TStream& stream) {
     stream.Seek(0, host::SeekOrigin::Beginning);
     const host::Ref<Handler> handler = host::makeRef<Handler>();
     TNuSAXXMLReader reader;
     reader.setContentHandler(handler);
     reader.setLexicalHandler(handler);
     reader.setErrorHandler(handler);
+    if constexpr (reading == Reading::conforming) {
+        reader.SetConforming({});
+    }
     reader.Parse(stream);
     return handler->tally;
 }
 
 /// Like all others it finds the input ready in memory.
-template <class Handler> Run prepare(std::string_view text) {
-    return
-        [stream = std::make_shared<host::TMemoryStream>(text)] { return parse<Handler>(*stream); };
+template <class Handler, Reading reading = Reading::alone> Run prepare(std::string_view text) {
+    return [stream = std::make_shared<host::TMemoryStream>(text)] {
+        return parse<Handler, reading>(*stream);
+    };
 }
 
 Tally examine(std::string_view text) {
@@ -120,6 +126,10 @@ Tally examine(std::string_view text) {
 const bool registered = addReader({oursName, prepare<Counter<AttributeUris::notAsked>>, examine});
 const bool withUrisRegistered =
     addReader({std::string(oursName) + "+uris", prepare<Counter<AttributeUris::asked>>, {}});
+const bool withStageRegistered =
+    addReader({std::string(oursName) + "+stage",
+               prepare<Counter<AttributeUris::notAsked>, Reading::conforming>,
+               {}});
 
 } // namespace
 

@@ -32,6 +32,9 @@ struct Reader {
     /// namespace declarations, and the UTF-16 code units of all runs of text that are not blank,
     /// references replaced. Empty if the parser's events do not show all of that.
     std::function<Tally(std::string_view text)> examine;
+    /// A parse without handlers, which only finds out whether the text is well-formed; throws where
+    /// it is not. Empty where nobody asks.
+    std::function<std::size_t(std::string_view text)> check = {};
 };
 
 /// Texts to convert, one call each.
