@@ -23,6 +23,9 @@ struct AttributeDeclaration {
 class ElementDeclaration {
 public:
     void declare(AttributeDeclaration attribute);
+    /// Whether tags of the element go out as they stand: there are no defaults, and all values are
+    /// of type CDATA.
+    [[nodiscard]] bool changesNothing() const noexcept { return defaults_.empty() && !hasTokens_; }
     [[nodiscard]] const AttributeDeclaration* find(std::string_view name) const noexcept {
         const auto found = places_.find(name);
         return found == places_.end() ? nullptr : &attributes_[found->second];
@@ -44,6 +47,7 @@ private:
     std::vector<AttributeDeclaration> attributes_;
     std::vector<std::uint64_t> specifiedIn_;
     std::vector<std::size_t> defaults_;
+    bool hasTokens_ = false;
     std::unordered_map<std::string, std::size_t, TextHash, std::equal_to<>> places_;
 };
 
@@ -53,6 +57,7 @@ inline void ElementDeclaration::declare(AttributeDeclaration attribute) {
         if (attribute.hasDefault) {
             defaults_.push_back(place);
         }
+        hasTokens_ = hasTokens_ || attribute.isTokens;
         attributes_.push_back(std::move(attribute));
         specifiedIn_.push_back(0);
     }

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "nuXmlParser/conforming/conformingMessages.h"
+#include "nuXmlParser/conforming/quoteWatch.h"
 #include "nuXmlParser/conforming/xmlNames.h"
 
 namespace nu {
@@ -51,14 +52,8 @@ void DocumentTypeRules::pass() {
 /// line breaks that had to go.
 std::int64_t DocumentTypeRules::passHead(std::string& asWritten) {
     // 1. All of it at hand.
-    char quote = 0;
-    const char* const stop = texts_.findFrom(2, [&quote](char c) {
-        if (quote != 0) {
-            quote = c == quote ? '\0' : quote;
-            return false;
-        }
-        quote = c == '"' || c == '\'' ? c : '\0';
-        return c == '[' || c == '>' || c == '<';
+    const char* const stop = texts_.findFrom(2, [quotes = QuoteWatch()](char c) mutable {
+        return quotes.isOutside(c) && (c == '[' || c == '>' || c == '<');
     });
     if (stop == nullptr) {
         texts_.fail(messages::documentTypeNotClosed, texts_.end);
@@ -157,7 +152,7 @@ void DocumentTypeRules::passReference() {
     }
     if (entity != nullptr && entity->kind == Entity::Kind::Internal) {
         entities_.spend(entity->text.size(), texts_.place);
-        texts_.enter(*entity, reference.name, reference.end);
+        texts_.enter(*entity, reference.end);
         return;
     }
     // What it stands for may declare what is declared again behind it.
@@ -199,14 +194,8 @@ void DocumentTypeRules::passMarkup() {
 
 /// Shows a declaration as a whole; gives its end, behind the ">".
 const char* DocumentTypeRules::completeDeclaration() {
-    char quote = 0;
-    const char* const stop = texts_.findFrom(2, [&quote](char c) {
-        if (quote != 0) {
-            quote = c == quote ? '\0' : quote;
-            return false;
-        }
-        quote = c == '"' || c == '\'' ? c : '\0';
-        return c == '>' || c == '<';
+    const char* const stop = texts_.findFrom(2, [quotes = QuoteWatch()](char c) mutable {
+        return quotes.isOutside(c) && (c == '>' || c == '<');
     });
     if (stop == nullptr) {
         texts_.fail(messages::declarationNotClosed, texts_.end);

@@ -18,6 +18,7 @@ struct Entity {
         Unparsed,
     };
 
+    std::string_view name; ///< which lives as long as the entity
     Kind kind = Kind::Internal;
     std::string text;    ///< what replaces a reference, of an internal one
     bool isOpen = false; ///< its text is being read
@@ -28,7 +29,8 @@ struct Entity {
 class Entities {
 public:
     void declare(std::string_view name, Entity entity) {
-        entities_.try_emplace(std::string(name), std::move(entity));
+        const auto [place, isNew] = entities_.try_emplace(std::string(name), std::move(entity));
+        place->second.name = place->first;
     }
     [[nodiscard]] Entity* find(std::string_view name) noexcept {
         const auto found = entities_.find(name);

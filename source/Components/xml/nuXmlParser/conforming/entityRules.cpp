@@ -123,7 +123,7 @@ void EntityRules::writeValue(std::string_view raw, bool isTokens, bool isUri, st
         outermost = at;
         spend(entity->text.size(), at);
         entity->isOpen = true;
-        levels_.push_back({entity, reference.name, reference.end, end});
+        levels_.push_back({entity, reference.end, end});
         place = entity->text.data();
         end = place + entity->text.size();
     }
@@ -173,7 +173,7 @@ void EntityRules::failInValue(std::u16string_view message, std::string_view text
     const std::u16string shown = shortened(text);
     std::u16string told = host::formatMessage(message, {shown});
     if (!levels_.empty()) {
-        const std::u16string name = shortened(levels_.back().name);
+        const std::u16string name = shortened(levels_.back().entity->name);
         told = host::formatMessage(messages::insideEntity, {told, name});
     }
     texts_.failWith(told, at);

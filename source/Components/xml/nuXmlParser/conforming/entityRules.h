@@ -50,7 +50,6 @@ public:
 private:
     struct Level {
         Entity* entity;
-        std::string_view name;
         const char* place;
         const char* end;
     };

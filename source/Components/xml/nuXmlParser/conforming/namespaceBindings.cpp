@@ -5,14 +5,23 @@
 namespace nu {
 
 void NamespaceBindings::bind(std::string_view prefix, std::string_view uri, std::size_t depth) {
-    if (2 * (bindings_.size() + 1) > slots_.size()) {
+    if (2 * (count_ + 1) > slots_.size()) {
         grow();
     }
     const std::size_t hash = TextHash()(prefix);
     std::size_t& slot = slots_[hash & (slots_.size() - 1)];
-    bindings_.push_back({std::string(prefix), std::string(uri), depth, hash, slot});
-    slot = bindings_.size();
+    if (count_ == bindings_.size()) {
+        bindings_.emplace_back();
+    }
+    Binding& binding = bindings_[count_];
+    binding.prefix = prefix;
+    binding.uri = uri;
+    binding.depth = depth;
+    binding.hash = hash;
+    binding.older = slot;
+    slot = ++count_;
     ++version_;
+    scope_ += prefix.empty() ? 0 : 1;
 }
 
 const std::string* NamespaceBindings::find(std::string_view prefix) const noexcept {
@@ -20,7 +29,7 @@ const std::string* NamespaceBindings::find(std::string_view prefix) const noexce
     if (prefix == "xml") {
         return &uriOfXml;
     }
-    if (bindings_.empty()) {
+    if (count_ == 0) {
         return nullptr;
     }
     const std::size_t hash = TextHash()(prefix);
@@ -36,16 +45,16 @@ const std::string* NamespaceBindings::find(std::string_view prefix) const noexce
 }
 
 void NamespaceBindings::removeLast() noexcept {
-    const Binding& binding = bindings_.back();
+    const Binding& binding = bindings_[--count_];
     slots_[binding.hash & (slots_.size() - 1)] = binding.older;
-    bindings_.pop_back();
     ++version_;
+    scope_ += binding.prefix.empty() ? 0 : 1;
 }
 
 void NamespaceBindings::grow() {
     constexpr std::size_t firstCount = 16;
     slots_.assign(slots_.empty() ? firstCount : 2 * slots_.size(), 0);
-    for (std::size_t index = 0; index < bindings_.size(); ++index) {
+    for (std::size_t index = 0; index < count_; ++index) {
         std::size_t& slot = slots_[bindings_[index].hash & (slots_.size() - 1)];
         bindings_[index].older = slot;
         slot = index + 1;

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,7 +28,7 @@ public:
     void bind(std::string_view prefix, std::string_view uri, std::size_t depth);
     /// The declarations of the element at `depth`, and deeper ones, go.
     void unbind(std::size_t depth) noexcept {
-        while (!bindings_.empty() && bindings_.back().depth >= depth) {
+        while (count_ > 0 && bindings_[count_ - 1].depth >= depth) {
             removeLast();
         }
     }
@@ -35,16 +36,22 @@ public:
     [[nodiscard]] const std::string* find(std::string_view prefix) const noexcept;
 
     /// All of them, outermost first.
-    [[nodiscard]] const std::vector<Binding>& all() const noexcept { return bindings_; }
+    [[nodiscard]] std::span<const Binding> all() const noexcept {
+        return {bindings_.data(), count_};
+    }
     /// Changes whenever they do.
     [[nodiscard]] std::uint64_t version() const noexcept { return version_; }
+    /// A number, never 0, that changes whenever a prefix may have become declared or undeclared.
+    [[nodiscard]] std::uint64_t scope() const noexcept { return scope_; }
 
 private:
     void removeLast() noexcept;
     void grow();
 
-    std::vector<Binding> bindings_;
+    std::vector<Binding> bindings_; ///< those behind the count wait to be used again
+    std::size_t count_ = 0;
     std::uint64_t version_ = 0;
+    std::uint64_t scope_ = 1;
     std::vector<std::size_t> slots_; ///< the newest one, counted from 1; 0 for none
 };
 

@@ -1,7 +1,7 @@
 #include "nuXmlParser/conforming/normaliser.h"
 
 #include <algorithm>
-#include <cstring>
+#include <cstddef>
 #include <utility>
 
 #include "host/runtime/format.h"
@@ -51,54 +51,71 @@ void Normaliser::setWatch(ElementWatch& watch) noexcept {
 /// Passes tags and text that need no change, as nearly all, one after the other; stops before
 /// anything else. What it passes means the same to step().
 void Normaliser::passPlain() {
-    if (elements_.depth() == 0 || texts_.isInEntity() || !tags_.declarations.empty() ||
-        texts_.hasBreaks() || markup_.inside() != MarkupRules::Inside::Nothing ||
-        !passesPlainText()) {
+    if (elements_.depth() == 0 || texts_.isInEntity() || texts_.hasBreaks() ||
+        markup_.inside() != MarkupRules::Inside::Nothing ||
+        texts_.end - texts_.place <= static_cast<std::ptrdiff_t>(markup::reach)) {
         return;
     }
-    const char* place = texts_.place;
-    const char* const end = texts_.end;
-    const char* const begin = place;
+    const char* const begin = texts_.place;
+    const char* const limit = texts_.end - markup::reach;
+    const char* behindMarkup = begin;
+    const char* place = begin;
     for (;;) {
-        // 1. Text up to the next "<". The first ">" behind a tag, "]]>", references and CR are not
-        //    plain, nor is what the text at hand cuts off.
-        const char* const less = findTextStop(place, end);
-        if (less == end || *less != '<' || end - less < 3) {
+        // 1. Text up to the next "<".
+        const char* const less = *place == '<' ? place : findPlainTextEnd(place, limit);
+        if (less == nullptr) {
             break;
         }
         place = less;
         // 2. An end tag of the innermost element, or a start tag.
-        if (less[1] == '/') {
-            const std::string_view name = elements_.innermost();
-            const auto room = static_cast<std::size_t>(end - less - 2);
-            if (room <= name.size() || less[2 + name.size()] != '>' ||
-                std::memcmp(less + 2, name.data(), name.size()) != 0 ||
-                elements_.depth() == usedDepth_) {
-                break;
-            }
-            tags_.closePlain();
-            place = less + 3 + name.size();
-        } else {
-            const markup::PlainTag tag = markup::readPlainStartTag(less, end);
-            if (tag.end == nullptr || (watch_ != nullptr && isSought(tag.name, less))) {
-                break;
-            }
-            if (!tag.isEmptyElement) {
-                elements_.open(tag.name, source_.offsetOf(less));
-            }
-            place = tag.end;
+        if (less > limit) {
+            break;
         }
-        texts_.place = place;
+        if (less[1] == '/') {
+            const char* const tagEnd =
+                elements_.depth() == usedDepth_ ? nullptr : tags_.passPlainEndTag(less);
+            if (tagEnd == nullptr) {
+                break;
+            }
+            place = tagEnd;
+        } else {
+            const char* const tagEnd = tags_.readPlainStartTag(less, limit);
+            if (tagEnd == nullptr || (watch_ != nullptr && isSought(tags_.plainName(), less))) {
+                break;
+            }
+            tags_.enterPlain(less);
+            place = tagEnd;
+        }
+        behindMarkup = place;
     }
     // 3. What stands before the "<" that is not plain is text that was looked at.
     if (place != begin) {
-        const bool isBehindMarkup = texts_.place == place;
         texts_.place = place;
-        beginText();
-        if (!isBehindMarkup) {
+        if (behindMarkup != begin) {
+            beginText();
+        }
+        if (place != behindMarkup) {
             noteText();
         }
     }
+}
+
+/// The "<" behind text that goes out as it is; null where something else comes first. The first ">"
+/// behind a tag, "]]>", CR, references but the five that need no declaration, and white space alone
+/// that a reader would drop are for passText().
+const char* Normaliser::findPlainTextEnd(const char* place, const char* limit) const noexcept {
+    const char* stop = findTextStop(place, texts_.end);
+    if (isSpace(*place) && !passesPlainText() && std::all_of(place, stop, isSpace)) {
+        return nullptr;
+    }
+    while (stop <= limit && *stop == '&') {
+        const char* const behind = markup::skipPlainReference(stop);
+        if (behind == nullptr) {
+            return nullptr;
+        }
+        stop = findTextStop(behind, texts_.end);
+    }
+    return stop != texts_.end && *stop == '<' ? stop : nullptr;
 }
 
 void Normaliser::step() {

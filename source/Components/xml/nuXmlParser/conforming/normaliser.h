@@ -37,6 +37,7 @@ public:
 private:
     void step();
     void passPlain();
+    [[nodiscard]] const char* findPlainTextEnd(const char* place, const char* limit) const noexcept;
     void finish();
     void passXmlDeclaration();
     void passMarkup();

@@ -2,10 +2,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 #include <vector>
 
 #include "nuXmlParser/conforming/sourceText.h"
+#include "nuXmlParser/markup/tagName.h"
 
 namespace nu {
 
@@ -14,15 +16,29 @@ class OpenElements {
 public:
     [[nodiscard]] std::size_t depth() const noexcept { return elements_.size(); }
     /// An element begins whose start tag stands at `offset` of the source's text.
+    void open(markup::TagName& name, std::int64_t offset) {
+        const std::size_t blockSize = name.head.size();
+        makeRoom(name.text.size() + blockSize);
+        const bool isShort = name.text.size() <= blockSize;
+        std::memcpy(names_.data() + used_, isShort ? name.head.data() : name.text.data(),
+                    isShort ? blockSize : name.text.size());
+        elements_.push_back({&name, used_, offset, 0});
+        used_ += name.text.size();
+    }
+    /// The same where nothing but the name is known.
     void open(std::string_view name, std::int64_t offset) {
-        elements_.push_back({names_.size(), offset, 0});
-        names_.insert(names_.end(), name.begin(), name.end());
+        makeRoom(name.size());
+        name.copy(names_.data() + used_, name.size());
+        elements_.push_back({nullptr, used_, offset, 0});
+        used_ += name.size();
     }
     /// The name of the innermost element.
     [[nodiscard]] std::string_view innermost() const noexcept {
         const std::size_t start = elements_.back().nameStart;
-        return {names_.data() + start, names_.size() - start};
+        return {names_.data() + start, used_ - start};
     }
+    /// What is known of it; null where that is nothing, or was forgotten.
+    [[nodiscard]] markup::TagName* innermostKnown() const noexcept { return elements_.back().name; }
     /// The line of its start tag.
     [[nodiscard]] std::int64_t innermostLine(const SourceText& source) const noexcept {
         const Element& element = elements_.back();
@@ -30,8 +46,14 @@ public:
                                  : source.placeOf(source.placeAt(element.offset)).line;
     }
     void close() noexcept {
-        names_.resize(elements_.back().nameStart);
+        used_ = elements_.back().nameStart;
         elements_.pop_back();
+    }
+    /// What is known of names is about to go.
+    void forgetNames() noexcept {
+        for (Element& element : elements_) {
+            element.name = nullptr;
+        }
     }
     /// The text before `offset` is about to go from the source's window: the lines of elements that
     /// begin in it are settled, each once.
@@ -39,13 +61,21 @@ public:
 
 private:
     struct Element {
+        markup::TagName* name;
         std::size_t nameStart;
         std::int64_t offset;
         std::int64_t line; ///< 0 while the start tag is in the window
     };
 
+    void makeRoom(std::size_t count) {
+        if (names_.size() - used_ < count) {
+            names_.resize(2 * (used_ + count));
+        }
+    }
+
     std::vector<Element> elements_;
-    std::vector<char> names_;
+    std::vector<char> names_; ///< the first `used_` of it
+    std::size_t used_ = 0;
 };
 
 } // namespace nu

@@ -30,7 +30,7 @@ public:
             if (capacity_ - size_ < count) {
                 grow(count);
             }
-            std::memcpy(bytes_.get() + size_, from, count);
+            copy(bytes_.get() + size_, from, count);
             size_ += count;
         }
     }
@@ -64,6 +64,26 @@ private:
         void operator()(char* bytes) const noexcept { std::free(bytes); }
     };
 
+    /// What goes out between two changes is often but a few bytes.
+    static void copy(char* target, const char* from, std::size_t count) noexcept {
+        const auto copyEnds = [&]<class Word>(Word first, Word last) {
+            std::memcpy(&first, from, sizeof first);
+            std::memcpy(&last, from + count - sizeof last, sizeof last);
+            std::memcpy(target, &first, sizeof first);
+            std::memcpy(target + count - sizeof last, &last, sizeof last);
+        };
+        if (count > 2 * sizeof(std::uint64_t)) {
+            std::memcpy(target, from, count);
+        } else if (count >= sizeof(std::uint64_t)) {
+            copyEnds(std::uint64_t{}, std::uint64_t{});
+        } else if (count >= sizeof(std::uint32_t)) {
+            copyEnds(std::uint32_t{}, std::uint32_t{});
+        } else {
+            for (std::size_t index = 0; index < count; ++index) {
+                target[index] = from[index];
+            }
+        }
+    }
     void grow(std::size_t count);
 
     std::unique_ptr<char, Freer> bytes_;

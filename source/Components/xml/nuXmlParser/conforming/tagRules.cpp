@@ -4,14 +4,12 @@
 
 #include "host/runtime/format.h"
 #include "nuXmlParser/conforming/conformingMessages.h"
+#include "nuXmlParser/conforming/quoteWatch.h"
 #include "nuXmlParser/conforming/xmlNames.h"
 
 namespace nu {
 
 namespace {
-
-/// Up to so many attributes are compared with each other.
-constexpr std::size_t fewAttributes = 16;
 
 bool isDeclaration(std::string_view name) noexcept {
     return name.starts_with("xmlns") && (name.size() == 5 || name[5] == ':');
@@ -25,14 +23,8 @@ template <class Read> void TagRules::complete(Read&& read, std::u16string_view c
     if (result == TagText::Result::CutShort) {
         // A tag holds no "<", and a ">" outside of quotes ends it; so at most as much is shown as
         // belongs to it.
-        char quote = 0;
-        const auto endsTag = [&quote](char c) {
-            if (quote != 0) {
-                quote = c == quote ? '\0' : quote;
-            } else if (c == '"' || c == '\'') {
-                quote = c;
-            }
-            return c == '<' || (c == '>' && quote == 0);
+        auto endsTag = [quotes = QuoteWatch()](char c) mutable {
+            return (quotes.isOutside(c) && c == '>') || c == '<';
         };
         try {
             texts_.findFrom(1, endsTag);
@@ -52,8 +44,47 @@ template <class Read> void TagRules::complete(Read&& read, std::u16string_view c
     }
 }
 
+/// Whether the prefixes of a plain tag are declared as they were when its names were looked at, and
+/// no two of its attributes can have the same name in the same namespace.
+bool TagRules::areKnownPrefixes() noexcept {
+    // 1. Prefixes.
+    std::span<markup::TagName* const> names = plain_.prefixed();
+    for (markup::TagName* const name : names) {
+        if (name->scope == bindings_.scope()) {
+            continue;
+        }
+        if (name->scope == 0 ||
+            bindings_.find(name->text.substr(0, name->prefixLength - 1)) == nullptr) {
+            return false;
+        }
+        name->scope = bindings_.scope();
+    }
+    // 2. Local names of attributes.
+    names = names.subspan(names.front() == &plain_.element() ? 1 : 0);
+    const auto localName = [](const markup::TagName* name) {
+        return name->text.substr(name->prefixLength);
+    };
+    for (std::size_t index = 1; index < names.size(); ++index) {
+        for (std::size_t before = 0; before < index; ++before) {
+            if (localName(names[before]) == localName(names[index])) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+void TagRules::forgetNames() noexcept {
+    elements_.forgetNames();
+    plain_.forget();
+    names_.clear();
+}
+
 void TagRules::readStartTag() {
     // 1. The tag as it stands.
+    if (names_.areTooMany(elements_.depth() * sizeof(markup::TagName))) {
+        forgetNames();
+    }
     complete([this] { return tag_.readStartTag(texts_.place, texts_.end); },
              messages::tagNotClosed);
     ++tagNumber_;
@@ -71,8 +102,10 @@ void TagRules::passStartTag() {
     writeStartTag();
     if (tag_.isEmptyElement) {
         bindings_.unbind(depth);
+        plain_.leave(tag_.known);
     } else {
-        elements_.open(tag_.nameText(), texts_.offsetOf(texts_.place));
+        elements_.open(*tag_.known, texts_.offsetOf(texts_.place));
+        plain_.enter(*tag_.known);
     }
     texts_.place = tag_.end;
 }
@@ -92,8 +125,7 @@ void TagRules::passEndTag() {
                                             {name, elements_.innermostLine(texts_.source())}),
                         texts_.place);
     }
-    bindings_.unbind(elements_.depth());
-    elements_.close();
+    closeInnermost();
     if (tag_.endSpace != tag_.end - 1) {
         texts_.keepBreaks(countBreaks({tag_.endSpace, tag_.end - 1}));
         texts_.putBreaks(texts_.place + 1);
@@ -127,7 +159,11 @@ void TagRules::applyDeclarations() {
 
 void TagRules::writeValues(const ElementDeclaration* declaration) {
     values_.clear();
-    written_.assign(tag_.attributes.size(), {});
+    written_.clear();
+    if (tag_.hasPlainValues && declaration == nullptr) {
+        return;
+    }
+    written_.resize(tag_.attributes.size());
     for (std::size_t index = 0; index < tag_.attributes.size(); ++index) {
         const TagAttribute& attribute = tag_.attributes[index];
         const AttributeDeclaration* declared =
@@ -139,7 +175,7 @@ void TagRules::writeValues(const ElementDeclaration* declaration) {
         Written& written = written_[index];
         written.start = values_.size();
         entities_.writeValue(attribute.valueText(), isTokens,
-                             hasNamespaces_ && isDeclaration(attribute.nameText()), values_);
+                             hasNamespaces_ && attribute.known->isDeclaration, values_);
         written.length = values_.size() - written.start;
         written.isChanged =
             std::string_view(values_).substr(written.start) != attribute.valueText();
@@ -147,56 +183,45 @@ void TagRules::writeValues(const ElementDeclaration* declaration) {
 }
 
 std::string_view TagRules::valueOf(std::size_t index) const noexcept {
-    const Written& written = written_[index];
+    const Written written = writtenOf(index);
     return written.isChanged ? std::string_view(values_).substr(written.start, written.length)
                              : tag_.attributes[index].valueText();
 }
 
 void TagRules::checkTwice() {
-    const std::vector<TagAttribute>& attributes = tag_.attributes;
-    if (attributes.size() <= fewAttributes) {
-        for (std::size_t index = 1; index < attributes.size(); ++index) {
-            const std::string_view name = attributes[index].nameText();
-            for (std::size_t before = 0; before < index; ++before) {
-                if (attributes[before].nameText() == name) {
-                    texts_.fail(messages::attributeTwice, name, attributes[index].name);
-                }
-            }
-        }
-        return;
-    }
-    seenNames_.clear();
-    for (const TagAttribute& attribute : attributes) {
-        if (!seenNames_.insert(attribute.nameText()).second) {
-            texts_.fail(messages::attributeTwice, attribute.nameText(), attribute.name);
-        }
+    if (const TagAttribute* const again = tag_.again()) {
+        texts_.fail(messages::attributeTwice, again->nameText(), again->name);
     }
 }
 
 void TagRules::applyNamespaces() {
     // 1. The declarations of the tag count for all names in it.
-    bool hasPrefix = false;
-    for (std::size_t index = 0; index < tag_.attributes.size(); ++index) {
-        const TagAttribute& attribute = tag_.attributes[index];
-        hasPrefix = hasPrefix || attribute.nameText().find(':') != std::string_view::npos;
-        if (isDeclaration(attribute.nameText())) {
-            bind(attribute.nameText(), valueOf(index), attribute.name);
+    if (tag_.hasDeclarations) {
+        for (std::size_t index = 0; index < tag_.attributes.size(); ++index) {
+            const TagAttribute& attribute = tag_.attributes[index];
+            if (attribute.known->isDeclaration) {
+                bind(attribute.nameText(), valueOf(index), attribute.name);
+            }
         }
     }
+    bool hasPrefixes = tag_.hasPrefixes;
     for (const AttributeDeclaration* declared : defaults_) {
-        hasPrefix = hasPrefix || declared->name.find(':') != std::string::npos;
         if (isDeclaration(declared->name)) {
             bind(declared->name, declared->value, texts_.place);
+        } else {
+            hasPrefixes = hasPrefixes || declared->name.find(':') != std::string::npos;
         }
     }
 
     // 2. Prefixes.
-    checkPrefix(tag_.nameText(), false, tag_.name);
-    if (!hasPrefix) {
+    if (!hasPrefixes) {
         return;
     }
+    checkPrefix(*tag_.known, tag_.name);
     for (const TagAttribute& attribute : tag_.attributes) {
-        checkPrefix(attribute.nameText(), true, attribute.name);
+        if (!attribute.known->isDeclaration) {
+            checkPrefix(*attribute.known, attribute.name);
+        }
     }
     for (const AttributeDeclaration* declared : defaults_) {
         checkPrefix(declared->name, true, texts_.place);
@@ -225,6 +250,13 @@ void TagRules::bind(std::string_view name, std::string_view value, const char* a
     bindings_.bind(prefix, value, elements_.depth() + 1);
 }
 
+void TagRules::checkPrefix(markup::TagName& name, const char* at) {
+    if (name.prefixLength != 0 && name.scope != bindings_.scope()) {
+        checkPrefix(name.text, false, at);
+        name.scope = bindings_.scope();
+    }
+}
+
 void TagRules::checkPrefix(std::string_view name, bool isAttribute, const char* at) {
     if (name.find(':') == name.npos) {
         return;
@@ -242,19 +274,23 @@ void TagRules::checkPrefix(std::string_view name, bool isAttribute, const char* 
 }
 
 void TagRules::checkExpandedTwice() {
-    struct Hash {
-        std::size_t operator()(const ExpandedName& name) const noexcept {
-            const std::size_t uri = TextHash()(name.uri);
-            return mixHash(hashKeys(), uri ^ TextHash()(name.localName) << 1);
-        }
-    };
-    std::unordered_set<ExpandedName, Hash> seen;
-    const auto check = [&](std::string_view name, const char* at) {
+    // 1. One name in a namespace is nobody's double.
+    const auto isInNamespace = [](std::string_view name) {
         const std::string_view prefix = prefixOf(name);
-        if (prefix.empty() || prefix == "xmlns") {
-            return;
-        }
-        if (!seen.insert({*bindings_.find(prefix), localNameOf(name)}).second) {
+        return !prefix.empty() && prefix != "xmlns";
+    };
+    std::size_t count = 0;
+    for (const TagAttribute& attribute : tag_.attributes) {
+        count += attribute.known->prefixLength != 0 && !attribute.known->isDeclaration ? 1 : 0;
+    }
+    if (count + defaults_.size() < 2) {
+        return;
+    }
+    // 2. By hash, so that many take no more than their time.
+    seenNames_.clear();
+    const auto check = [&](std::string_view name, const char* at) {
+        if (isInNamespace(name) &&
+            !seenNames_.insert({*bindings_.find(prefixOf(name)), localNameOf(name)}).second) {
             texts_.fail(messages::expandedNameTwice, name, at);
         }
     };
@@ -283,7 +319,7 @@ void TagRules::writeStartTag() {
 
     // 2. The attributes.
     for (std::size_t index = 0; index < tag_.attributes.size(); ++index) {
-        writeAttribute(tag_.attributes[index], written_[index], index == 0);
+        writeAttribute(tag_.attributes[index], writtenOf(index), index == 0);
     }
     if (dropsSpace) {
         texts_.change(tag_.endSpace, endSpaceEnd, {});

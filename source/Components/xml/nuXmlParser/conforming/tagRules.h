@@ -14,6 +14,7 @@
 #include "nuXmlParser/conforming/openElements.h"
 #include "nuXmlParser/conforming/tagText.h"
 #include "nuXmlParser/conforming/textStack.h"
+#include "nuXmlParser/markup/plainTag.h"
 
 namespace nu {
 
@@ -21,7 +22,8 @@ namespace nu {
 class TagRules {
 public:
     TagRules(TextStack& texts, OpenElements& elements, EntityRules& entities, bool hasNamespaces)
-        : texts_(texts), elements_(elements), entities_(entities), hasNamespaces_(hasNamespaces) {}
+        : texts_(texts), elements_(elements), entities_(entities), hasNamespaces_(hasNamespaces),
+          plain_(names_), tag_(names_, plain_, declarations) {}
 
     /// What attribute lists declare.
     ElementDeclarations declarations;
@@ -34,18 +36,40 @@ public:
     [[nodiscard]] const NamespaceBindings& bindings() const noexcept { return bindings_; }
     /// The end tag at the place of the text.
     void passEndTag();
-    /// The innermost element ends with an end tag that needs no change.
-    void closePlain() noexcept {
-        bindings_.unbind(elements_.depth());
-        elements_.close();
+    /// Reads the start tag at `less` of the document if it needs no change, and gives the place
+    /// behind it; else null. See markup::PlainTags for `limit`.
+    [[gnu::always_inline]] const char* readPlainStartTag(const char* less, const char* limit) {
+        const char* const end = plain_.passStartTag(less, limit);
+        return end == nullptr || (hasNamespaces_ && !arePlainPrefixes()) ? nullptr : end;
+    }
+    /// The name in the tag that was read like that.
+    [[nodiscard]] std::string_view plainName() const noexcept { return plain_.element().text; }
+    /// The element of that tag begins, or that was all of it.
+    void enterPlain(const char* less) {
+        if (plain_.isEmptyElement()) {
+            plain_.leave(&plain_.element());
+        } else {
+            elements_.open(plain_.element(), texts_.source().offsetOf(less));
+            plain_.enter(plain_.element());
+        }
+    }
+    /// Passes the end tag at `less`, that of the innermost element, in the same way.
+    [[gnu::always_inline]] const char* passPlainEndTag(const char* less) {
+        const markup::TagName* const name = elements_.innermostKnown();
+        if (name == nullptr || !name->standsAt(less + 2) || less[2 + name->text.size()] != '>')
+            [[unlikely]] {
+            return nullptr;
+        }
+        closeInnermost();
+        return less + 3 + name->text.size();
     }
 
 private:
     /// What is written for one attribute: the value as it stands, or another one.
     struct Written {
-        bool isChanged = false;
-        std::size_t start = 0; ///< in values_
-        std::size_t length = 0;
+        bool isChanged;
+        std::size_t start; ///< in values_
+        std::size_t length;
     };
     /// An attribute with a prefix, by what it is bound to.
     struct ExpandedName {
@@ -53,19 +77,39 @@ private:
         std::string_view localName;
         friend bool operator==(const ExpandedName&, const ExpandedName&) = default;
     };
+    struct ExpandedHash {
+        std::size_t operator()(const ExpandedName& name) const noexcept {
+            const std::size_t uri = TextHash()(name.uri);
+            return mixHash(hashKeys(), uri ^ TextHash()(name.localName) << 1);
+        }
+    };
 
     template <class Read> void complete(Read&& read, std::u16string_view cutShort);
+    [[nodiscard]] bool arePlainPrefixes() noexcept {
+        return !plain_.hasDeclaration() && (plain_.prefixed().empty() || areKnownPrefixes());
+    }
+    [[nodiscard]] bool areKnownPrefixes() noexcept;
+    void closeInnermost() noexcept {
+        plain_.leave(elements_.innermostKnown());
+        bindings_.unbind(elements_.depth());
+        elements_.close();
+    }
+    void forgetNames() noexcept;
     void applyDeclarations();
     void writeValues(const ElementDeclaration* declaration);
     void checkTwice();
     void applyNamespaces();
     void bind(std::string_view name, std::string_view value, const char* at);
+    void checkPrefix(markup::TagName& name, const char* at);
     void checkPrefix(std::string_view name, bool isAttribute, const char* at);
     void checkExpandedTwice();
     void writeStartTag();
     void writeAttribute(const TagAttribute& attribute, const Written& written, bool isFirst);
     void writeSpace(const char* from, const char* to);
     void writeDefaults(const char* at);
+    [[nodiscard]] Written writtenOf(std::size_t index) const noexcept {
+        return written_.empty() ? Written{} : written_[index];
+    }
     [[nodiscard]] std::string_view valueOf(std::size_t index) const noexcept;
 
     TextStack& texts_;
@@ -73,15 +117,17 @@ private:
     EntityRules& entities_;
     bool hasNamespaces_;
     NamespaceBindings bindings_;
+    markup::TagNames names_;
+    markup::PlainTags plain_;
 
     // The tag at hand.
     TagText tag_;
-    std::vector<Written> written_;
+    std::vector<Written> written_; ///< empty where all values stand as they are
     std::string values_;
     std::vector<const AttributeDeclaration*> defaults_; ///< those that are not specified
     std::uint64_t tagNumber_ = 0;
     std::int64_t breaksForValue_ = 0; ///< line breaks that go behind the next value
-    std::unordered_set<std::string_view, TextHash> seenNames_;
+    std::unordered_set<ExpandedName, ExpandedHash> seenNames_;
 };
 
 } // namespace nu

@@ -1,22 +1,33 @@
 #include "nuXmlParser/conforming/tagText.h"
 
-#include <array>
+#include <bit>
 
+#include "nuXmlParser/chars.h"
 #include "nuXmlParser/conforming/conformingMessages.h"
 #include "nuXmlParser/conforming/xmlNames.h"
+#include "nuXmlParser/scan.h"
 
 namespace nu {
 
 namespace {
 
-/// What a search through a value looks at.
-constexpr std::array<bool, 256> valueStops = [] {
-    std::array<bool, 256> stops{};
-    for (const char c : {'"', '\'', '<', '&', '\t', '\n', '\r'}) {
-        stops[static_cast<unsigned char>(c)] = true;
+/// The first byte at or behind `place` that a value is looked at for: quotes, "<", "&" and white
+/// space but spaces; `end` where there is none.
+const char* findValueStop(const char* place, const char* end) noexcept {
+    constexpr auto size = static_cast<std::ptrdiff_t>(scanBlock);
+    for (; end - place >= size; place += size) {
+        const unsigned stops =
+            findInBlock<cNuQuoteA, cNuAposA, cNuLtA, cNuAmpA, '\t', '\n', '\r'>(place);
+        if (stops != 0) {
+            return place + std::countr_zero(stops);
+        }
     }
-    return stops;
-}();
+    while (place != end &&
+           !isOneOf<cNuQuoteA, cNuAposA, cNuLtA, cNuAmpA, '\t', '\n', '\r'>(*place)) {
+        ++place;
+    }
+    return place;
+}
 
 /// The character at `place` as a message names it.
 std::string_view characterAt(const char* place, const char* end) noexcept {
@@ -47,12 +58,45 @@ TagText::Result TagText::readName(const char* start, const char* textEnd) {
     return nameEnd == start ? fail(messages::notAName, start, "an element") : Result::Complete;
 }
 
+markup::TagName& TagText::meet(std::string_view text) {
+    if (markup::TagName* const met = names_.find(text)) {
+        return *met;
+    }
+    markup::TagName& added = names_.add(text);
+    if (!declarations_.empty()) {
+        const auto found = declarations_.find(text);
+        added.isPlain = found == declarations_.end() || found->second.changesNothing();
+    }
+    return added;
+}
+
+TagText::Result TagText::readElementName(const char* start, const char* textEnd) {
+    const bool isFar = textEnd - start > static_cast<std::ptrdiff_t>(markup::reach);
+    known = isFar ? tags_.guessElement(start) : nullptr;
+    if (known != nullptr) {
+        name = start;
+        nameEnd = start + known->text.size();
+        return Result::Complete;
+    }
+    const Result result = readName(start, textEnd);
+    if (result == Result::Complete) {
+        known = &meet(nameText());
+        tags_.follow(*known);
+    }
+    return result;
+}
+
 TagText::Result TagText::readStartTag(const char* less, const char* textEnd) {
     attributes.clear();
+    again_ = noAttribute;
+    hasPlainValues = true;
+    hasDeclarations = false;
+    number_ = tags_.nextNumber();
     // 1. The name.
-    if (const Result result = readName(less + 1, textEnd); result != Result::Complete) {
+    if (const Result result = readElementName(less + 1, textEnd); result != Result::Complete) {
         return result;
     }
+    hasPrefixes = known->prefixLength != 0;
     const char* place = nameEnd;
     for (;;) {
         // 2. White space, then the end of the tag or an attribute.
@@ -86,14 +130,33 @@ TagText::Result TagText::readStartTag(const char* less, const char* textEnd) {
     }
 }
 
-TagText::Result TagText::readAttribute(const char* space, const char* start, const char* textEnd) {
-    TagAttribute attribute{space, start, skipName(start, textEnd), nullptr, nullptr, true, true};
+TagText::Result TagText::readAttributeName(TagAttribute& attribute, const char* textEnd) {
+    const char* const start = attribute.name;
+    markup::TagName& before = attributes.empty() ? *known : *attributes.back().known;
+    if (textEnd - start > static_cast<std::ptrdiff_t>(markup::reach)) {
+        attribute.known = markup::PlainTags::guessAttribute(before, start);
+        if (attribute.known != nullptr) {
+            attribute.nameEnd = start + attribute.known->text.size();
+            return Result::Complete;
+        }
+    }
+    attribute.nameEnd = skipName(start, textEnd);
     if (attribute.nameEnd == textEnd) {
         return Result::CutShort;
     }
     if (attribute.nameEnd == start) {
         return *start == '<' ? fail(messages::tagNotClosed, start)
                              : fail(messages::characterInTag, start, characterAt(start, textEnd));
+    }
+    attribute.known = &meet(attribute.nameText());
+    before.followers[markup::ByteName::Attribute] = attribute.known;
+    return Result::Complete;
+}
+
+TagText::Result TagText::readAttribute(const char* space, const char* start, const char* textEnd) {
+    TagAttribute attribute{space, start, nullptr, nullptr, nullptr, nullptr, true, true};
+    if (const Result result = readAttributeName(attribute, textEnd); result != Result::Complete) {
+        return result;
     }
     if (space == start) {
         return attributes.empty()
@@ -122,15 +185,13 @@ TagText::Result TagText::readValue(TagAttribute& attribute, const char* quote,
                                    const char* textEnd) {
     attribute.value = quote + 1;
     for (const char* place = quote + 1;; ++place) {
-        while (place != textEnd && !valueStops[static_cast<unsigned char>(*place)]) {
-            ++place;
-        }
+        place = findValueStop(place, textEnd);
         if (place == textEnd) {
             return Result::CutShort;
         }
         if (*place == *quote) {
             attribute.valueEnd = place;
-            attributes.push_back(attribute);
+            add(attribute);
             return Result::Complete;
         }
         if (*place == '<') {
@@ -138,6 +199,18 @@ TagText::Result TagText::readValue(TagAttribute& attribute, const char* quote,
         }
         attribute.isPlainValue = attribute.isPlainValue && *place == '\'';
     }
+}
+
+void TagText::add(const TagAttribute& attribute) {
+    markup::TagName& name = *attribute.known;
+    if (name.tag == number_ && again_ == noAttribute) {
+        again_ = attributes.size();
+    }
+    name.tag = number_;
+    hasPlainValues = hasPlainValues && attribute.isPlainValue;
+    hasDeclarations = hasDeclarations || name.isDeclaration;
+    hasPrefixes = hasPrefixes || (name.prefixLength != 0 && !name.isDeclaration);
+    attributes.push_back(attribute);
 }
 
 TagText::Result TagText::readEndTag(const char* less, const char* textEnd) {

@@ -4,6 +4,9 @@
 #include <string_view>
 #include <vector>
 
+#include "nuXmlParser/conforming/attributeDeclarations.h"
+#include "nuXmlParser/markup/plainTag.h"
+
 namespace nu {
 
 /// An attribute as it stands in a start tag.
@@ -13,8 +16,9 @@ struct TagAttribute {
     const char* nameEnd;
     const char* value; ///< behind the opening quote
     const char* valueEnd;
-    bool isPlainForm;  ///< "=" and the quote, a double one, stand right behind the name
-    bool isPlainValue; ///< no reference, white space but spaces, or double quote in it
+    markup::TagName* known; ///< its name
+    bool isPlainForm;       ///< "=" and the quote, a double one, stand right behind the name
+    bool isPlainValue;      ///< no reference, white space but spaces, or double quote in it
 
     [[nodiscard]] std::string_view nameText() const noexcept { return {name, nameEnd}; }
     [[nodiscard]] std::string_view valueText() const noexcept { return {value, valueEnd}; }
@@ -36,14 +40,26 @@ public:
         Faulty    ///< not well-formed; `fault` says why
     };
 
-    /// Takes the start tag at `less` apart.
+    /// \param declarations names of elements that they change are not plain
+    TagText(markup::TagNames& names, markup::PlainTags& tags,
+            const ElementDeclarations& declarations) noexcept
+        : names_(names), tags_(tags), declarations_(declarations) {}
+
+    /// Takes the start tag at `less` apart. Its names are known from then on.
     Result readStartTag(const char* less, const char* textEnd);
     /// Takes the end tag at `less` apart: a name and white space.
     Result readEndTag(const char* less, const char* textEnd);
 
     const char* name = nullptr;
     const char* nameEnd = nullptr;
+    markup::TagName* known = nullptr; ///< the name of a start tag
     std::vector<TagAttribute> attributes;
+    const TagAttribute* again() const noexcept { ///< the first that has the name of one before it
+        return again_ == noAttribute ? nullptr : &attributes[again_];
+    }
+    bool hasPlainValues = false;    ///< all attributes
+    bool hasPrefixes = false;       ///< element or attributes, declarations left aside
+    bool hasDeclarations = false;   ///< of namespaces
     const char* endSpace = nullptr; ///< the white space before the end of the tag
     const char* end = nullptr;      ///< behind the ">"
     bool isEmptyElement = false;
@@ -52,10 +68,22 @@ public:
     [[nodiscard]] std::string_view nameText() const noexcept { return {name, nameEnd}; }
 
 private:
+    static constexpr std::size_t noAttribute = ~std::size_t{0};
+
+    markup::TagName& meet(std::string_view text);
+    Result readElementName(const char* start, const char* textEnd);
     Result readName(const char* start, const char* textEnd);
     Result readAttribute(const char* space, const char* start, const char* textEnd);
+    Result readAttributeName(TagAttribute& attribute, const char* textEnd);
     Result readValue(TagAttribute& attribute, const char* quote, const char* textEnd);
+    void add(const TagAttribute& attribute);
     Result fail(std::u16string_view message, const char* place, std::string_view text = {});
+
+    markup::TagNames& names_;
+    markup::PlainTags& tags_;
+    const ElementDeclarations& declarations_;
+    std::uint64_t number_ = 0;
+    std::size_t again_ = noAttribute;
 };
 
 } // namespace nu

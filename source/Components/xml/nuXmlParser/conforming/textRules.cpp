@@ -153,7 +153,7 @@ void Normaliser::passReference() {
         return;
     }
     entities_.spend(entity->text.size() + 1, texts_.place);
-    texts_.enter(*entity, reference.name, reference.end);
+    texts_.enter(*entity, reference.end);
 }
 
 /// White space with nothing before it since the last markup: a reader by itself would drop it if

@@ -2,6 +2,7 @@
 
 #include "host/runtime/format.h"
 #include "nuXmlParser/conforming/conformingMessages.h"
+#include "nuXmlParser/lineFeeds.h"
 
 namespace nu {
 
@@ -71,13 +72,13 @@ void TextStack::insertBreaks(const char* at) {
     keptBreaks_ = 0;
 }
 
-void TextStack::enter(Entity& entity, std::string_view name, const char* behindReference) {
+void TextStack::enter(Entity& entity, const char* behindReference) {
     // The reference goes, or is dropped with what stands around it.
     change(place, behindReference, {});
     if (dropped_ != nullptr && !isInEntity()) {
         dropped_->add({notWritten_, behindReference});
     }
-    frames_.push_back({&entity, std::string(name), elements_.depth(), place, behindReference, end});
+    frames_.push_back({&entity, elements_.depth(), place, behindReference, end});
     entity.isOpen = true;
     place = entity.text.data();
     end = place + entity.text.size();
@@ -114,19 +115,22 @@ void TextStack::failWith(const std::u16string& message, const char* at) const {
     if (!isInEntity()) {
         throw makeFault(message, source_.placeOf(at));
     }
-    const std::u16string name = shortened(frames_.back().name);
+    const std::u16string name = shortened(frames_.back().entity->name);
     throw makeFault(host::formatMessage(messages::insideEntity, {message, name}),
                     source_.placeOf(frames_.front().reference));
 }
 
 void TextStack::failEntity(std::u16string_view message) const {
-    throw makeFault(message, frames_.back().name, source_.placeOf(frames_.front().reference));
+    throw makeFault(message, frames_.back().entity->name,
+                    source_.placeOf(frames_.front().reference));
 }
 
 std::int64_t countBreaks(std::string_view text) noexcept {
-    PlaceCounter counter;
-    counter.moveOver(text);
-    return counter.place().line - 1;
+    std::int64_t count = countLineFeeds(text);
+    for (std::size_t cr = text.find('\r'); cr != text.npos; cr = text.find('\r', cr + 1)) {
+        count += cr + 1 == text.size() || text[cr + 1] != '\n' ? 1 : 0;
+    }
+    return count;
 }
 
 } // namespace nu

@@ -112,7 +112,7 @@ public:
 
     /// Goes on with the text of an entity, to come back to `behindReference`. The reference is
     /// replaced by it.
-    void enter(Entity& entity, std::string_view name, const char* behindReference);
+    void enter(Entity& entity, const char* behindReference);
     /// Goes back to the text in which the reference to the innermost entity stands.
     void leave();
     /// How many elements were open when the innermost text was entered.
@@ -142,7 +142,6 @@ public:
 private:
     struct Frame {
         Entity* entity;
-        std::string name;
         std::size_t depth;
         const char* reference; ///< in the text below
         const char* place;     ///< where the text below goes on

@@ -84,6 +84,18 @@ public:
         }
         return nullptr;
     }
+    /// The same for a name of `size` bytes, behind whose beginning longestGuess can be read.
+    [[nodiscard]] Name* findAt(const char* start, std::size_t size,
+                               std::uint64_t hash) const noexcept {
+        for (std::size_t place = hash & mask(); slots_[place] != nullptr;
+             place = (place + 1) & mask()) {
+            if (slots_[place]->hash == hash && slots_[place]->text.size() == size &&
+                slots_[place]->standsAt(start)) {
+                return slots_[place];
+            }
+        }
+        return nullptr;
+    }
     /// Enters a name that is not there.
     template <class... Arguments>
     Name& add(std::string_view text, std::uint64_t hash, Arguments&&... arguments) {

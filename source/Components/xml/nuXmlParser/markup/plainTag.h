@@ -5,141 +5,289 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <span>
 #include <string_view>
 
-#include "common/simd.h"
+#include "nuXmlParser/chars.h"
+#include "nuXmlParser/markup/byteBlock.h"
+#include "nuXmlParser/markup/tagName.h"
 
 /// \file
-/// Start tags as nearly all documents have them, checked in the UTF-8 as it came.
-///
-/// Plain is a tag whose names are ASCII without a colon and that declares no namespace, with one
-/// space behind the name of the element, double quotes, and values without "&", "<" and white space
-/// but spaces. Whatever is not plain, or not all there, is left to somebody who goes step by step.
+/// Start tags as nearly all documents have them, passed in the UTF-8 as it came.
 
 namespace nu::markup {
 
-/// What is known of a plain tag.
-struct PlainTag {
-    std::string_view name;
-    const char* end; ///< behind the ">"; null where the tag is not plain
-    bool isEmptyElement;
-};
-
 namespace detail {
 
-enum : std::uint8_t { plainStart = 1, plainRest = 2, plainSpace = 4 };
-
-inline constexpr std::array<std::uint8_t, 256> plainBytes = [] {
-    std::array<std::uint8_t, 256> kinds{};
-    for (unsigned byte = 0; byte < 0x80; ++byte) {
-        const unsigned folded = byte | 0x20;
-        const bool isStart = (folded >= 'a' && folded <= 'z') || byte == '_';
-        const bool isRest = (byte >= '0' && byte <= '9') || byte == '-' || byte == '.';
-        const bool isSpace = byte == ' ' || byte == '\t' || byte == '\n';
-        kinds[byte] =
-            static_cast<std::uint8_t>((isStart ? plainStart | plainRest : 0) |
-                                      (isRest ? plainRest : 0) | (isSpace ? plainSpace : 0));
+inline constexpr std::array<bool, 256> endsTagName = [] {
+    std::array<bool, 256> ends{};
+    for (unsigned byte = 0; byte <= ' '; ++byte) {
+        ends[byte] = true;
     }
-    return kinds;
+    for (const char c : {'=', '>', '/', '<', '"', '\'', '&'}) {
+        ends[static_cast<unsigned char>(c)] = true;
+    }
+    return ends;
 }();
 
-inline bool isKind(char byte, unsigned kind) noexcept {
-    return (plainBytes[static_cast<unsigned char>(byte)] & kind) != 0;
-}
-
-/// Behind the name at `place`; null where none begins or the text ends.
-inline const char* skipPlainName(const char* place, const char* textEnd) noexcept {
-    if (place == textEnd || !isKind(*place, plainStart)) {
-        return nullptr;
-    }
-    do {
-        ++place;
-    } while (place != textEnd && isKind(*place, plainRest));
-    return place == textEnd ? nullptr : place;
-}
-
-/// The closing quote of the value at `place`; null where something else comes first.
-inline const char* findPlainQuote(const char* place, const char* textEnd) noexcept {
+/// A bit for each of 16 bytes that ends a name, as far as plain tags go.
+inline unsigned findNameEnds(const char* place) noexcept {
 #if defined(__SSE2__)
-    constexpr auto blockSize = static_cast<std::ptrdiff_t>(simd::blockSize);
-    for (; textEnd - place >= blockSize; place += blockSize) {
-        const __m128i block = simd::loadBlock(place);
-        const auto is = [block](char c) { return _mm_cmpeq_epi8(block, _mm_set1_epi8(c)); };
-        const __m128i isControl = _mm_cmpeq_epi8(_mm_min_epu8(block, _mm_set1_epi8(0x1F)), block);
-        const auto stops = static_cast<unsigned>(_mm_movemask_epi8(
-            _mm_or_si128(_mm_or_si128(is('"'), is('<')), _mm_or_si128(is('&'), isControl))));
-        if (stops != 0) {
-            place += std::countr_zero(stops);
-            return *place == '"' ? place : nullptr;
-        }
+    const __m128i bytes = simd::loadBlock(place);
+    const __m128i isBlank = _mm_cmpeq_epi8(_mm_min_epu8(bytes, _mm_set1_epi8(' ')), bytes);
+    return static_cast<unsigned>(_mm_movemask_epi8(isBlank)) |
+           simd::findInBytes<cNuEqualA, cNuGtA, cNuSlashA>(bytes);
+#else
+    unsigned ends = 0;
+    for (unsigned index = 0; index < scanBlock; ++index) {
+        const bool isEnd = static_cast<unsigned char>(place[index]) <= ' ' ||
+                           isOneOf<cNuEqualA, cNuGtA, cNuSlashA>(place[index]);
+        ends |= static_cast<unsigned>(isEnd) << index;
     }
+    return ends;
 #endif
-    while (place != textEnd && *place != '"') {
-        if (*place == '<' || *place == '&' || static_cast<unsigned char>(*place) < ' ') {
-            return nullptr;
-        }
-        ++place;
+}
+
+/// A bit for each of 16 bytes that ends a value, or that a plain one does not hold.
+inline unsigned findValueStops(const char* place) noexcept {
+#if defined(__SSE2__)
+    const __m128i bytes = simd::loadBlock(place);
+    const __m128i isControl = _mm_cmpeq_epi8(_mm_min_epu8(bytes, _mm_set1_epi8(0x1F)), bytes);
+    return static_cast<unsigned>(_mm_movemask_epi8(isControl)) |
+           simd::findInBytes<cNuQuoteA, cNuLtA, cNuAmpA>(bytes);
+#else
+    unsigned stops = 0;
+    for (unsigned index = 0; index < scanBlock; ++index) {
+        const bool isStop = static_cast<unsigned char>(place[index]) < ' ' ||
+                            isOneOf<cNuQuoteA, cNuLtA, cNuAmpA>(place[index]);
+        stops |= static_cast<unsigned>(isStop) << index;
     }
-    return place == textEnd ? nullptr : place;
+    return stops;
+#endif
 }
 
 } // namespace detail
 
-/// Takes the start tag at `less`.
-[[gnu::always_inline]] inline PlainTag readPlainStartTag(const char* less,
-                                                         const char* textEnd) noexcept {
-    constexpr std::size_t mostAttributes = 16;
-    constexpr PlainTag notPlain{{}, nullptr, false};
-    // 1. The name.
-    const char* const name = less + 1;
-    const char* place = detail::skipPlainName(name, textEnd);
-    if (place == nullptr) {
-        return notPlain;
+/// Behind one of the references `&amp;`, `&lt;`, `&gt;`, `&quot;` and `&apos;` at `place`, behind
+/// which 8 bytes can be read; null where another one stands there.
+inline const char* skipPlainReference(const char* place) noexcept {
+    const auto is = [place](std::string_view text) {
+        return std::memcmp(place, text.data(), text.size()) == 0;
+    };
+    return is("&lt;") || is("&gt;")       ? place + 4
+           : is("&amp;")                  ? place + 5
+           : is("&quot;") || is("&apos;") ? place + 6
+                                          : nullptr;
+}
+
+/// Passes start tags whose names are all known, one after the other.
+///
+/// Plain is a tag with one space behind the name of the element, "=" and double quotes right behind
+/// the names of attributes, each of another name, and values without "<", white space but spaces,
+/// and references but the five that need no declaration. Anything else is left to somebody who goes
+/// step by step, who also makes names known. A name is guessed by what followed the same name last
+/// time.
+class PlainTags {
+public:
+    /// Tags that have more names with prefixes are not plain.
+    static constexpr std::size_t mostPrefixed = 16;
+
+    explicit PlainTags(TagNames& names) noexcept : names_(names) {}
+
+    /// Passes the start tag at `less`, and gives the place behind its ">"; null where it is not
+    /// plain, or where an attribute of it begins behind `limit`. `reach` bytes behind `limit` can
+    /// be read.
+    [[gnu::always_inline]] const char* passStartTag(const char* less, const char* limit) noexcept;
+
+    // Of the tag that was passed last
+
+    [[nodiscard]] TagName& element() const noexcept { return *element_; }
+    [[nodiscard]] bool isEmptyElement() const noexcept { return isEmptyElement_; }
+    /// The names with prefixes, the element's among them.
+    [[nodiscard]] std::span<TagName* const> prefixed() const noexcept {
+        return {prefixed_.data(), prefixedCount_};
     }
-    const std::string_view nameText(name, place);
-    // 2. The attributes, each of another name.
-    std::array<std::string_view, mostAttributes> names;
-    std::size_t count = 0;
-    if (*place == ' ') {
-        do {
-            do {
-                ++place;
-            } while (place != textEnd && detail::isKind(*place, detail::plainSpace));
-            if (place == textEnd || (!detail::isKind(*place, detail::plainStart) && count == 0)) {
-                return notPlain;
+    /// Whether a namespace is declared.
+    [[nodiscard]] bool hasDeclaration() const noexcept { return hasDeclaration_; }
+
+    // What comes next is guessed from where the document is
+
+    /// An element has begun: its children come next.
+    void enter(TagName& name) noexcept {
+        before_ = &name;
+        kind_ = ByteName::Child;
+    }
+    /// An element has ended; null where its name is not known.
+    void leave(TagName* name) noexcept {
+        before_ = name;
+        kind_ = ByteName::Sibling;
+    }
+    /// The name that the next element surely has if it begins at `start`, else null. `reach` bytes
+    /// can be read from there.
+    [[nodiscard]] TagName* guessElement(const char* start) const noexcept {
+        TagName* const name = before_ == nullptr ? nullptr : before_->followers[kind_];
+        return name != nullptr && name->standsAt(start) && endsName(start + name->text.size())
+                   ? name
+                   : nullptr;
+    }
+    /// The same for the attribute behind another one, or behind the name of the element.
+    [[nodiscard]] static TagName* guessAttribute(const TagName& before,
+                                                 const char* start) noexcept {
+        TagName* const name = before.followers[ByteName::Attribute];
+        return name != nullptr && name->standsAt(start) && endsName(start + name->text.size())
+                   ? name
+                   : nullptr;
+    }
+    /// The next element has this name.
+    void follow(TagName& name) noexcept {
+        if (before_ != nullptr) {
+            before_->followers[kind_] = &name;
+        }
+    }
+    /// Names are about to go.
+    void forget() noexcept { before_ = element_ = nullptr; }
+    /// A number that no tag had before.
+    [[nodiscard]] std::uint64_t nextNumber() noexcept { return ++number_; }
+
+private:
+    static bool endsName(const char* place) noexcept {
+        return detail::endsTagName[static_cast<unsigned char>(*place)];
+    }
+    /// The name that begins at `start`, null where it is not known.
+    [[nodiscard]] [[gnu::noinline]] TagName* findName(const char* start,
+                                                      const char* limit) const noexcept {
+        const char* place = start;
+        for (;; place += scanBlock) {
+            if (const unsigned ends = detail::findNameEnds(place); ends != 0) [[likely]] {
+                place += std::countr_zero(ends);
+                return names_.findAt(start, static_cast<std::size_t>(place - start));
             }
+            if (place > limit) {
+                return nullptr;
+            }
+        }
+    }
+    /// The closing quote of a value, or null.
+    static const char* findQuote(const char* place, const char* limit) noexcept {
+        for (;;) {
+            const unsigned stops = detail::findValueStops(place);
+            if (stops == 0) {
+                if (place > limit) [[unlikely]] {
+                    return nullptr;
+                }
+                place += scanBlock;
+                continue;
+            }
+            place += std::countr_zero(stops);
+            if (*place == '"') [[likely]] {
+                return place;
+            }
+            place = *place == '&' ? skipPlainReference(place) : nullptr;
+            if (place == nullptr || place > limit) {
+                return nullptr;
+            }
+        }
+    }
+    [[nodiscard]] bool notePrefixed(TagName& name) noexcept {
+        if (prefixedCount_ == mostPrefixed) {
+            return false;
+        }
+        prefixed_[prefixedCount_++] = &name;
+        return true;
+    }
+
+    TagNames& names_;
+    TagName* before_ = nullptr;
+    ByteName::Follower kind_ = ByteName::Child;
+    TagName* element_ = nullptr;
+    std::uint64_t number_ = 0;
+    std::array<TagName*, mostPrefixed> prefixed_{};
+    std::size_t prefixedCount_ = 0;
+    bool isEmptyElement_ = false;
+    bool hasDeclaration_ = false;
+};
+
+inline const char* PlainTags::passStartTag(const char* less, const char* limit) noexcept {
+    // 1. The name.
+    const char* place = less + 1;
+    TagName* name = guessElement(place);
+    if (name == nullptr) [[unlikely]] {
+        name = findName(place, limit);
+        if (name == nullptr) {
+            return nullptr;
+        }
+        follow(*name);
+    }
+    if (!name->isPlain) {
+        return nullptr;
+    }
+    place += name->text.size();
+    element_ = name;
+    prefixedCount_ = 0;
+    hasDeclaration_ = false;
+    if (name->prefixLength != 0) {
+        prefixed_[prefixedCount_++] = name;
+    }
+
+    // 2. The attributes, each of another name.
+    if (*place == ' ') {
+        const std::uint64_t number = nextNumber();
+        TagName* before = name;
+        ++place;
+        for (;;) {
+            while ((*place == ' ' || *place == '\n' || *place == '\t') && place <= limit) {
+                ++place;
+            }
+            if (*place == '>' || *place == '/') {
+                // White space before the end draws a warning where there are no attributes.
+                if (before == name) {
+                    return nullptr;
+                }
+                break;
+            }
+            if (place > limit) [[unlikely]] {
+                return nullptr;
+            }
+            TagName* attribute = guessAttribute(*before, place);
+            if (attribute == nullptr) [[unlikely]] {
+                attribute = findName(place, limit);
+                if (attribute == nullptr) {
+                    return nullptr;
+                }
+                before->followers[ByteName::Attribute] = attribute;
+            }
+            before = attribute;
+            if (attribute->tag == number) [[unlikely]] {
+                return nullptr;
+            }
+            attribute->tag = number;
+            if (attribute->isDeclaration) {
+                hasDeclaration_ = true;
+            } else if (attribute->prefixLength != 0 && !notePrefixed(*attribute)) {
+                return nullptr;
+            }
+            place += attribute->text.size();
+            if (place[0] != '=' || place[1] != '"') [[unlikely]] {
+                return nullptr;
+            }
+            place = findQuote(place + 2, limit);
+            if (place == nullptr) [[unlikely]] {
+                return nullptr;
+            }
+            ++place;
             if (*place == '>' || *place == '/') {
                 break;
             }
-            const char* const nameEnd = detail::skipPlainName(place, textEnd);
-            if (nameEnd == nullptr || textEnd - nameEnd < 3 || nameEnd[0] != '=' ||
-                nameEnd[1] != '"' || count == mostAttributes) {
-                return notPlain;
+            if (*place != ' ' && *place != '\n' && *place != '\t') [[unlikely]] {
+                return nullptr;
             }
-            const std::string_view attribute(place, nameEnd);
-            for (std::size_t before = 0; before < count; ++before) {
-                if (names[before] == attribute) {
-                    return notPlain;
-                }
-            }
-            names[count++] = attribute;
-            if (attribute == "xmlns") {
-                return notPlain;
-            }
-            place = detail::findPlainQuote(nameEnd + 2, textEnd);
-            if (place == nullptr || ++place == textEnd) {
-                return notPlain;
-            }
-        } while (detail::isKind(*place, detail::plainSpace));
+        }
     }
+
     // 3. The end.
-    if (*place == '>') {
-        return {nameText, place + 1, false};
-    }
-    if (*place == '/' && textEnd - place > 1 && place[1] == '>') {
-        return {nameText, place + 2, true};
-    }
-    return notPlain;
+    isEmptyElement_ = *place == '/';
+    place += isEmptyElement_ ? 1 : 0;
+    return *place == '>' ? place + 1 : nullptr;
 }
 
 } // namespace nu::markup
