@@ -7,6 +7,7 @@
 #include "host/runtime/exception.h"
 #include "host/runtime/format.h"
 #include "host/runtime/published.h"
+#include "nuXmlDOM/core/element.h"
 #include "nuXmlDOM/values/schemaPrefix.h"
 #include "nuXmlParser.h"
 

@@ -1,7 +1,8 @@
 #pragma once
 
 #include "host/runtime/dataSet.h"
-#include "nuXmlDOM/core/element.h"
+
+class TNuDOMElement;
 
 /// \file
 /// The records of data sets as elements and back:

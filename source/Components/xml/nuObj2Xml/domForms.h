@@ -2,7 +2,8 @@
 
 #include "nuObj2Xml/deserializeOptions.h"
 #include "nuObj2Xml/objectRef.h"
-#include "nuXmlDOM/core/element.h"
+
+class TNuDOMElement;
 
 /// \file
 /// The properties of objects as child elements of an element that is there already.

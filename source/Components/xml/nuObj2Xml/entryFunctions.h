@@ -9,8 +9,10 @@
 #include "nuObj2Xml/deserializeOptions.h"
 #include "nuObj2Xml/namespaceOptions.h"
 #include "nuObj2Xml/objectRef.h"
-#include "nuXmlDOM/core/document.h"
-#include "nuXmlDOM/core/element.h"
+#include "nuXmlParser/chars.h"
+
+class TNuDOMDocument;
+class TNuDOMElement;
 
 /// \file
 /// Objects to XML and back in one call. Objects are written and read by the serializers that are

@@ -35,8 +35,14 @@ public:
     ObjectBuilder& operator=(const ObjectBuilder&) = delete;
     ~ObjectBuilder();
 
+    /// Thrown where an error would tell a place that is not known, with nothing done: the same
+    /// operation with the same arguments throws the error itself as soon as places are known.
+    struct PlaceUnknown {};
+
     /// Where errors are found: line and column of this go into messages. May be null.
     void setLocator(host::ILocator* locator) noexcept { locator_ = locator; }
+    /// Whether the locator knows at present; it does at first.
+    void knowsPlaces(bool isKnown) noexcept { knowsPlaces_ = isKnown; }
 
     /// The element of an object has begun. `serializer` reads it; null for the one that is
     /// registered. `isNew` tells that nobody else has seen the object: what is missing gets its
@@ -50,6 +56,14 @@ public:
     /// The end of the element that began last. With that of the object references are resolved.
     /// `tree` is the element with its content, for an object whose serializer wants it.
     void endElement(TNuDOMElement* tree);
+
+    /// The object whose element began last; none if that is the element of something else.
+    [[nodiscard]] host::Instance innermostObject() const noexcept;
+    /// A property of that object was read by somebody else, as one that its text is enough for.
+    void noteRead(const host::TPropInfo& property) noexcept;
+    /// Whether text in the element that began last is more than passed over.
+    [[nodiscard]] bool wantsText() const noexcept;
+    [[nodiscard]] bool isStrict() const noexcept { return options_.has(dsStrict); }
 
     /// Whether an object has begun and not ended.
     [[nodiscard]] bool isOpen() const noexcept { return depth_ > 0; }
@@ -75,7 +89,6 @@ private:
     void skip(std::u16string_view name);
     void skipUnknown(std::u16string_view message, const ElementStart& element,
                      std::u16string_view className);
-    [[nodiscard]] bool isStrict() const noexcept { return options_.has(dsStrict); }
 
     void startInObject(Frame& frame, const ElementStart& element);
     void startInItems(Frame& frame, const ElementStart& element);
@@ -106,6 +119,7 @@ private:
 
     TNuDeserializeOptions options_;
     host::ILocator* locator_ = nullptr;
+    bool knowsPlaces_ = true;
     std::vector<std::unique_ptr<Frame>> frames_;
     std::size_t depth_ = 0;
     std::size_t objects_ = 0;

@@ -1,9 +1,12 @@
 #include "nuObj2Xml/objectEvents.h"
 
-#include "common/caseFolding.h"
+#include <utility>
+
 #include "host/runtime/exception.h"
 #include "host/runtime/format.h"
+#include "nuObj2Xml/instanceAttributes.h"
 #include "nuObj2Xml/messages.h"
+#include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/load/saxToDomHandler.h"
 #include "nuXmlParser/parserErrors.h"
 #include "nuXmlParser/scan.h"
@@ -13,22 +16,14 @@ namespace nu {
 
 namespace {
 
-constexpr std::u16string_view instanceURI = u"http://www.w3.org/2001/XMLSchema-instance";
-
-/// How surely an attribute is the one that XML Schema means: in its namespace, by its usual
-/// prefix, which need not be declared in a fragment, or by its name alone.
-int certainty(const TNuSAXAttribute& attribute) {
+int certaintyOfAttribute(const TNuSAXAttribute& attribute) {
     const std::u16string_view prefix = attribute.prefixSpan();
-    if (prefix.empty()) {
-        return 1;
-    }
     PNuXmlChar uri = nullptr;
     host::SAXLength length = 0;
-    attribute.GetURI(uri, length);
-    if (length > 0 && std::u16string_view(uri, static_cast<std::size_t>(length)) == instanceURI) {
-        return 3;
+    if (!prefix.empty()) {
+        attribute.GetURI(uri, length);
     }
-    return prefix == u"xsi" ? 2 : 0;
+    return certaintyOf(prefix, {uri, static_cast<std::size_t>(length)});
 }
 
 } // namespace
@@ -57,6 +52,7 @@ void ObjectEvents::attach(TNuSAXXMLReader& reader) {
         conforming.namespaces = false;
         reader.SetConforming(conforming);
     }
+    reader.setDirectContent(&direct_.emplace(*this, builder_));
     reader.setContentHandler(this);
     reader.setLexicalHandler(this);
     reader.setErrorHandler(this);
@@ -91,18 +87,6 @@ void ObjectEvents::finish() {
     }
 }
 
-/// The reader makes an abort without a message of what it does not know, so it is kept.
-template <class Operation> void ObjectEvents::guarded(Operation operation) {
-    try {
-        operation();
-    } catch (const ENuSaxHandledAbort&) {
-        throw;
-    } catch (...) {
-        failure_ = std::current_exception();
-        throw;
-    }
-}
-
 template <class Operation> void ObjectEvents::tellTrees(Operation operation) {
     for (const auto& tree : trees_) {
         operation(*tree->handler);
@@ -115,60 +99,77 @@ void ObjectEvents::setDocumentLocator(host::ILocator& locator) {
     }
 }
 
+// Elements
+
+/// Inside of an object, or perhaps an object.
+void ObjectEvents::begin(const ElementStart& element) {
+    if (builder_.isOpen()) {
+        builder_.startElement(element);
+        return;
+    }
+    const Target target = open(element, ++depth_);
+    if (target.object) {
+        object_ = target.object;
+        builder_.begin(target.object, target.serializer, target.isNew, element);
+    }
+}
+
+void ObjectEvents::end(TNuDOMElement* tree) {
+    if (builder_.isOpen()) {
+        builder_.endElement(tree);
+        if (builder_.isOpen()) {
+            return;
+        }
+        close(std::exchange(object_, {}));
+    }
+    // Ends that nobody began are reported too.
+    if (depth_ > 0) {
+        closeOutside(depth_--);
+    }
+}
+
+/// What the attributes say of type and value. The list is that of the reader, which is ours.
+ElementStart ObjectEvents::startOf(std::u16string_view localName,
+                                   host::IBufferedAttributes& attributes) {
+    // A name that begins with a colon, as an empty prefix leaves it, has none for the reader.
+    ElementStart element{localName.substr(localName.rfind(cNuColon) + 1), {}, false};
+    int typeCertainty = 0;
+    int nilCertainty = 0;
+    for (const TNuSAXAttribute& attribute : static_cast<TNuSAXAttributes&>(attributes).all()) {
+        const std::u16string_view name = attribute.localNameSpan();
+        if (name == u"type") {
+            const int sure = certaintyOfAttribute(attribute);
+            if (sure > typeCertainty) {
+                typeCertainty = sure;
+                element.className = attribute.valueSpan();
+            }
+        } else if (name == u"nil") {
+            const int sure = certaintyOfAttribute(attribute);
+            if (sure > nilCertainty) {
+                nilCertainty = sure;
+                element.isNil = meansNil(attribute.valueSpan());
+            }
+        }
+    }
+    const char16_t* const classEnd = element.className.data() + element.className.size();
+    if (findOneOf<cNuAmpA, cNuColonA>(element.className.data(), classEnd) != classEnd) {
+        if (element.className.find(cNuAmp) != element.className.npos) {
+            className_ = NuXMLToStr(element.className);
+            element.className = className_;
+        }
+        element.className.remove_prefix(element.className.find(cNuColon) + 1);
+    }
+    return element;
+}
+
 void ObjectEvents::startElement(std::u16string_view uri, std::u16string_view localName,
                                 std::u16string_view qName, host::IBufferedAttributes& attributes) {
     guarded([&] {
-        // 1. What the attributes say of type and value. The list is that of the reader, which is
-        // ours.
-        // A name that begins with a colon, as an empty prefix leaves it, has none for the reader.
-        ElementStart element{localName.substr(localName.rfind(cNuColon) + 1), {}, false};
-        int typeCertainty = 0;
-        int nilCertainty = 0;
-        for (const TNuSAXAttribute& attribute : static_cast<TNuSAXAttributes&>(attributes).all()) {
-            const std::u16string_view name = attribute.localNameSpan();
-            if (name == u"type") {
-                const int sure = certainty(attribute);
-                if (sure > typeCertainty) {
-                    typeCertainty = sure;
-                    element.className = attribute.valueSpan();
-                }
-            } else if (name == u"nil") {
-                const int sure = certainty(attribute);
-                if (sure > nilCertainty) {
-                    nilCertainty = sure;
-                    element.isNil = NuEqualAsciiWord(attribute.valueSpan(), u"true") ||
-                                    attribute.valueSpan() == u"1";
-                }
-            }
+        if (!std::exchange(hasBegun_, false)) {
+            begin(startOf(localName, attributes));
         }
-        const char16_t* const classEnd = element.className.data() + element.className.size();
-        if (findOneOf<cNuAmpA, cNuColonA>(element.className.data(), classEnd) != classEnd) {
-            if (element.className.find(cNuAmp) != element.className.npos) {
-                className_ = NuXMLToStr(element.className);
-                element.className = className_;
-            }
-            element.className.remove_prefix(element.className.find(cNuColon) + 1);
-        }
-
-        // 2. Inside of an object, or perhaps an object.
-        if (builder_.isOpen()) {
-            builder_.startElement(element);
-        } else {
-            const Target target = open(element, ++depth_);
-            if (!target.object) {
-                return;
-            }
-            object_ = target.object;
-            builder_.begin(target.object, target.serializer, target.isNew, element);
-        }
-
-        // 3. A serializer may want to see it as a tree.
         if (builder_.wantsTree()) {
-            auto tree = std::make_unique<Tree>();
-            tree->handler = host::makeRef<TNuSaxToDomHandler>(*reader_, *tree->document);
-            tree->openElements = builder_.openElements();
-            tree->handler->startDocument();
-            trees_.push_back(std::move(tree));
+            startTree();
         }
         tellTrees([&](TNuSaxToDomHandler& handler) {
             handler.startElement(uri, localName, qName, attributes);
@@ -180,25 +181,33 @@ void ObjectEvents::endElement(std::u16string_view uri, std::u16string_view local
                               std::u16string_view qName) {
     guarded([&] {
         tellTrees([&](TNuSaxToDomHandler& handler) { handler.endElement(uri, localName, qName); });
-        if (!builder_.isOpen()) {
-            // Ends that nobody began are reported too.
-            if (depth_ > 0) {
-                closeOutside(depth_--);
-            }
-            return;
-        }
-        std::unique_ptr<Tree> whole;
-        if (!trees_.empty() && trees_.back()->openElements == builder_.openElements()) {
-            whole = std::move(trees_.back());
-            trees_.pop_back();
-            whole->handler->endDocument();
-        }
-        builder_.endElement(whole ? whole->document->get_documentElement() : nullptr);
-        if (!builder_.isOpen()) {
-            close(std::exchange(object_, {}));
-            closeOutside(depth_--);
-        }
+        const std::unique_ptr<Tree> whole = endTree();
+        end(whole ? whole->document->get_documentElement() : nullptr);
     });
+}
+
+/// A serializer wants to see the element that began last as a tree. All of it comes as events then.
+void ObjectEvents::startTree() {
+    auto tree = std::make_unique<Tree>();
+    tree->handler = host::makeRef<TNuSaxToDomHandler>(*reader_, *tree->document);
+    tree->openElements = builder_.openElements();
+    tree->handler->startDocument();
+    trees_.push_back(std::move(tree));
+    reader_->setDirectContent(nullptr);
+}
+
+/// The tree of the element that ends, if there is one.
+std::unique_ptr<ObjectEvents::Tree> ObjectEvents::endTree() {
+    if (trees_.empty() || trees_.back()->openElements != builder_.openElements()) {
+        return nullptr;
+    }
+    std::unique_ptr<Tree> tree = std::move(trees_.back());
+    trees_.pop_back();
+    tree->handler->endDocument();
+    if (trees_.empty()) {
+        reader_->setDirectContent(&*direct_);
+    }
+    return tree;
 }
 
 void ObjectEvents::closeOutside(std::size_t /*depth*/) {}

@@ -3,12 +3,14 @@
 #include <cstddef>
 #include <exception>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <vector>
 
 #include "host/sax/SaxHelpers.h"
+#include "nuObj2Xml/directObjects.h"
 #include "nuObj2Xml/objectBuilder.h"
-#include "nuXmlDOM/core/document.h"
+#include "nuXmlParser/parserErrors.h"
 #include "nuXmlSax/reader.h"
 
 namespace nu {
@@ -66,19 +68,38 @@ protected:
     virtual void closeOutside(std::size_t depth);
 
 private:
+    friend class DirectObjects;
     struct Tree;
 
     void attach(TNuSAXXMLReader& reader);
     [[noreturn]] void fail();
     void finish();
-    template <class Operation> void guarded(Operation operation);
+    /// The reader makes an abort without a message of what it does not know, so it is kept.
+    template <class Operation> void guarded(Operation operation) {
+        try {
+            operation();
+        } catch (const ENuSaxHandledAbort&) {
+            throw;
+        } catch (...) {
+            failure_ = std::current_exception();
+            throw;
+        }
+    }
+    void begin(const ElementStart& element);
+    void end(TNuDOMElement* tree);
+    [[nodiscard]] ElementStart startOf(std::u16string_view localName,
+                                       host::IBufferedAttributes& attributes);
+    void startTree();
+    std::unique_ptr<Tree> endTree();
     template <class Operation> void tellTrees(Operation operation);
 
     ObjectBuilder builder_;
     TNuDeserializeOptions options_;
     TNuSAXXMLReader* reader_ = nullptr;
+    std::optional<DirectObjects> direct_;
     bool hasPlaces_;
     bool isInCData_ = false;
+    bool hasBegun_ = false; ///< the element that starts next has begun for the builder
     std::size_t depth_ = 0; ///< of elements outside of objects
     host::Instance object_;
     NuXmlString className_; ///< unescaped, where that is necessary

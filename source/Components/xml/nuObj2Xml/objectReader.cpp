@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "host/runtime/memoryStream.h"
 #include "host/runtime/published.h"
 #include "nuObj2Xml/elementName.h"
 #include "nuObj2Xml/objectEvents.h"
@@ -88,7 +89,13 @@ private:
 std::size_t readObjects(host::TStream& stream, std::u16string_view path, const ObjectTaker& taker,
                         TNuDeserializeOptions options) {
     PathEvents events(path, taker, options);
-    events.read([&](TNuSAXXMLReader& reader) { reader.Parse(stream); });
+    events.read([&](TNuSAXXMLReader& reader) {
+        // What lies in memory is read there, however long it is, and needs no other buffer.
+        if (dynamic_cast<host::TCustomMemoryStream*>(&stream) != nullptr) {
+            reader.SetParserChoice(TNuSaxParserChoice::SmallStream);
+        }
+        reader.Parse(stream);
+    });
     return events.count();
 }
 

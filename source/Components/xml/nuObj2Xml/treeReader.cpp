@@ -1,8 +1,7 @@
 #include "nuObj2Xml/treeReader.h"
 
-#include "common/caseFolding.h"
+#include "nuObj2Xml/instanceAttributes.h"
 #include "nuXmlDOM/core/nodeAccess.h"
-#include "nuXmlDOM/values/schemaPrefix.h"
 
 namespace nu {
 
@@ -24,24 +23,21 @@ public:
 
     [[nodiscard]] ElementStart start() const noexcept {
         const std::u16string_view type = type_.value;
-        return {name_, type.substr(type.find(cNuColon) + 1), NuEqualAsciiWord(nil_.value, u"true")};
+        return {name_, type.substr(type.find(cNuColon) + 1), meansNil(nil_.value)};
     }
 
 private:
     struct Found {
         NuXmlString value;
-        int rank = 0;
+        int certainty = 0;
     };
 
-    /// The namespace counts most, then the usual prefix, whatever it stands for, then none.
     static void take(const TNuDOMAttribute& attribute, Found& found) {
         const NuXmlString prefix = attribute.get_prefix();
-        const int rank = prefix.empty()                                     ? 1
-                         : prefix == u"xsi"                                 ? 2
-                         : attribute.get_namespaceURI() == nu::cInstanceURI ? 3
-                                                                            : 0;
-        if (rank > found.rank) {
-            found = {attribute.get_nodeValue(), rank};
+        const NuXmlString uri = prefix.empty() ? NuXmlString() : attribute.get_namespaceURI();
+        const int certainty = certaintyOf(prefix, uri);
+        if (certainty > found.certainty) {
+            found = {attribute.get_nodeValue(), certainty};
         }
     }
 

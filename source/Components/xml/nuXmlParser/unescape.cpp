@@ -1,5 +1,7 @@
 #include "nuXmlParser/unescape.h"
 
+#include <cstring>
+
 #include "common/codePage.h"
 #include "nuXmlParser/chars.h"
 #include "nuXmlParser/htmlEntities.h"
@@ -63,16 +65,32 @@ struct NarrowDecoder {
     }
 };
 
-template <class Decoder, class Unit> auto unescape(std::basic_string_view<Unit> text) {
-    const Unit* const end = text.data() + text.size();
-    const Unit* place = nu::findOneOf<cNuAmpA>(text.data(), end);
-    if (place == end) {
-        return std::basic_string<Unit>(text);
-    }
+/// Moves the pieces of a text towards its start, over what was replaced there.
+template <class Unit> class InPlaceRewriter {
+public:
+    InPlaceRewriter(Unit* text, const Unit* end) noexcept : target_(text), end_(end) {}
 
-    nu::StringTarget<Unit> target;
-    nu::TextRewriter<Unit, nu::StringTarget<Unit>> rewriter(text, target, text.size());
-    rewriter.addPiece(text.data(), place);
+    void addPiece(const Unit* from, const Unit* to) noexcept {
+        const auto count = static_cast<std::size_t>(to - from);
+        std::memmove(target_, from, count * sizeof(Unit));
+        target_ += count;
+    }
+    template <char... sought> const Unit* copyUntil(const Unit* from) noexcept {
+        const Unit* const to = nu::findOneOf<sought...>(from, end_);
+        addPiece(from, to);
+        return to;
+    }
+    void addUnit(Unit unit) noexcept { *target_++ = unit; }
+    [[nodiscard]] Unit* target() const noexcept { return target_; }
+
+private:
+    Unit* target_;
+    const Unit* end_;
+};
+
+/// Rewrites what stands from the "&" at `place` on.
+template <class Decoder, class Rewriter, class Unit>
+void unescape(const Unit* place, const Unit* end, Rewriter& rewriter) {
     while (place != end) {
         // 1. The reference reaches to the next ";". What the search runs over is not looked at
         //    again, so "&a&amp;" stays as it is.
@@ -88,12 +106,35 @@ template <class Decoder, class Unit> auto unescape(std::basic_string_view<Unit> 
         // 3. On to the next one.
         place = rewriter.template copyUntil<cNuAmpA>(place);
     }
+}
+
+template <class Decoder, class Unit> auto unescaped(std::basic_string_view<Unit> text) {
+    const Unit* const end = text.data() + text.size();
+    const Unit* const place = nu::findOneOf<cNuAmpA>(text.data(), end);
+    if (place == end) {
+        return std::basic_string<Unit>(text);
+    }
+    nu::StringTarget<Unit> target;
+    nu::TextRewriter<Unit, nu::StringTarget<Unit>> rewriter(text, target, text.size());
+    rewriter.addPiece(text.data(), place);
+    unescape<Decoder>(place, end, rewriter);
     rewriter.finish();
     return std::move(target.string);
 }
 
 } // namespace
 
-std::u16string NuXMLToStr(std::u16string_view text) { return unescape<WideDecoder>(text); }
+std::u16string NuXMLToStr(std::u16string_view text) { return unescaped<WideDecoder>(text); }
 
-std::string NuXMLToStr(std::string_view text) { return unescape<NarrowDecoder>(text); }
+std::string NuXMLToStr(std::string_view text) { return unescaped<NarrowDecoder>(text); }
+
+void nu::unescapeFrom(std::u16string& text, std::size_t start) {
+    char16_t* const end = text.data() + text.size();
+    const char16_t* const first = text.data() + start;
+    const char16_t* const place = findOneOf<cNuAmpA>(first, static_cast<const char16_t*>(end));
+    if (place != end) {
+        InPlaceRewriter<char16_t> rewriter(text.data() + (place - text.data()), end);
+        unescape<WideDecoder>(place, static_cast<const char16_t*>(end), rewriter);
+        text.resize(static_cast<std::size_t>(rewriter.target() - text.data()));
+    }
+}

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -21,6 +22,14 @@
 /// is U+F600 and no surrogate pair; and names are told apart by a 32-bit key only, so a few names
 /// that are none decode as well ("&Alpgb;" like "&Alpha;").
 [[nodiscard]] NUXML_API std::u16string NuXMLToStr(std::u16string_view text);
+
+namespace nu {
+
+/// Gives the text from `start` on its plain form, where it stands: what NuXMLToStr makes of it. The
+/// text is unspecified from there on when that throws.
+void unescapeFrom(std::u16string& text, std::size_t start);
+
+} // namespace nu
 
 /// The plain form of 8-bit text. Character references work as in UTF-16 text and are written in the
 /// system code page.

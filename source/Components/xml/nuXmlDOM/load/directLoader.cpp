@@ -213,7 +213,7 @@ void DirectLoader::abandonStartTag() noexcept {
     NodeAccess::destroySubtree(*element_);
 }
 
-[[gnu::always_inline]] inline void DirectLoader::endStartTag() {
+[[gnu::always_inline]] inline bool DirectLoader::endStartTag(bool /*isEmptyElement*/) {
     // Declarations in the tag count for its own name.
     if (hasMeaning_) [[unlikely]] {
         NodeAccess::setName(*element_, resolve(*elementName_));
@@ -223,6 +223,7 @@ void DirectLoader::abandonStartTag() noexcept {
     current_ = element_;
     ++scopes_->depth;
     guess_ = &elementName_->followers[markup::ByteName::Child];
+    return true;
 }
 
 // Ends and texts
@@ -262,8 +263,10 @@ template <class Node>
     NodeAccess::appendLoaded(*current_, node);
 }
 
-[[gnu::always_inline]] inline void DirectLoader::addText(std::string_view text, bool isAscii) {
-    append<TNuDOMText>(text, isAscii);
+[[gnu::always_inline]] inline bool DirectLoader::addText(std::string_view text,
+                                                         const markup::PassedKinds& kinds) {
+    append<TNuDOMText>(text, kinds.isAscii);
+    return true;
 }
 
 void DirectLoader::addComment(std::string_view text, bool isAscii) {

@@ -47,6 +47,7 @@ private:
     };
 
     // For markup::PlainContent, see there.
+    static constexpr auto classifyText = markup::classifyText;
     [[nodiscard]] Name* nextElement() const noexcept { return *guess_; }
     [[nodiscard]] Name* open() const noexcept { return open_.empty() ? nullptr : open_.back(); }
     [[nodiscard]] bool keepsSpace() const noexcept { return scopes_->space.isPreserved(); }
@@ -55,10 +56,10 @@ private:
     void startTag(Name& name);
     bool addAttribute(Name& name, std::string_view value, const markup::PassedKinds& kinds);
     void abandonStartTag() noexcept;
-    void endStartTag();
+    bool endStartTag(bool isEmptyElement);
     void endEmptyElement();
     bool endElement();
-    void addText(std::string_view text, bool isAscii);
+    bool addText(std::string_view text, const markup::PassedKinds& kinds);
     void addComment(std::string_view text, bool isAscii);
     template <class Node> void append(std::string_view text, bool isAscii);
 

@@ -55,6 +55,14 @@ inline ByteBlock classifyText(const char* place) noexcept {
             0};
 }
 
+/// The same where references in it are told of as escaped.
+inline ByteBlock classifyReferences(const char* place) noexcept {
+    const __m128i bytes = simd::loadBlock(place);
+    return {
+        simd::findInBytes<cNuLtA, '\0'>(bytes), static_cast<unsigned>(_mm_movemask_epi8(bytes)),
+        static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(cNuAmpA))))};
+}
+
 /// The same for comments, where a dash and control characters are looked at.
 inline ByteBlock classifyComment(const char* place) noexcept {
     const __m128i bytes = simd::loadBlock(place);
@@ -92,6 +100,10 @@ inline ByteBlock classifyValue(const char* place) noexcept {
 }
 
 inline ByteBlock classifyText(const char* place) noexcept { return classifyBytes<cNuLtA>(place); }
+
+inline ByteBlock classifyReferences(const char* place) noexcept {
+    return classifyBytes<cNuLtA>(place);
+}
 
 inline ByteBlock classifyComment(const char* place) noexcept {
     ByteBlock block = classifyBytes<cNuLineA>(place);

@@ -25,12 +25,16 @@ namespace nu::markup {
 /// - `Name* element(bytes)`: the name that reads so, which becomes the next guess; null where it is
 ///   not plain; `Name* attribute(before, bytes)` in the same way, `before` being the name before;
 /// - `startTag(name)`, then for each attribute `bool addAttribute(name, value, kinds)`, and at the
-///   end `endStartTag()`, or `abandonStartTag()` also where an attribute was refused;
+///   end `bool endStartTag(isEmptyElement)`, or `abandonStartTag()` also where an attribute was
+///   refused;
 /// - `endEmptyElement()` behind the start tag of an empty element; `bool endElement()` at an end
-///   tag, false where the element cannot be ended here;
+///   tag;
 /// - `Name* open()`: the name of the innermost element, null where it is not known;
-/// - `addComment(text, isAscii)`, `addText(text, isAscii)`, and `keepsSpace()`: whether white space
-///   alone is text.
+/// - `addComment(text, isAscii)`, `bool addText(text, kinds)`, and `keepsSpace()`: whether white
+///   space alone is text; `classifyText`, what is to be told of text: see markup::classifyText.
+///
+/// False where that cannot be taken here, and nothing came of it: the scanners that go step by step
+/// take it instead.
 /// Behind all of what it gets at least 16 bytes more can be read.
 template <class Sink> class PlainContent {
 public:
@@ -96,11 +100,11 @@ private:
         if (*solid != cNuLtA) {
             // 3. Text. A ">" right behind a tag is none.
             PassedKinds kinds;
-            end = findStop<classifyText>(solid, limit_, kinds);
-            if (end == nullptr || *end != cNuLtA || *start == cNuGtA) {
+            end = findStop<Sink::classifyText>(solid, limit_, kinds);
+            if (end == nullptr || *end != cNuLtA || *start == cNuGtA ||
+                !sink_.addText(text(start, end), kinds)) [[unlikely]] {
                 return nullptr;
             }
-            sink_.addText(text(start, end), kinds.isAscii);
         }
         passed.deliveredLineFeed = isLineFeed ? start : passed.deliveredLineFeed;
         passed.deliveredControls += isLineFeed || isLineEnd ? 1 : 0;
@@ -141,8 +145,11 @@ private:
         }
 
         // 3. An empty element ends where it starts.
-        sink_.endStartTag();
-        if (*place == cNuSlashA) {
+        const bool isEmptyElement = *place == cNuSlashA;
+        if (!sink_.endStartTag(isEmptyElement)) [[unlikely]] {
+            return nullptr;
+        }
+        if (isEmptyElement) {
             sink_.endEmptyElement();
             ++place;
         }

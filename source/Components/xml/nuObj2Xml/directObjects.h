@@ -1,0 +1,117 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <string_view>
+#include <vector>
+
+#include "nuObj2Xml/objectBuilder.h"
+#include "nuXmlParser/markup/byteName.h"
+#include "nuXmlParser/markup/plainContent.h"
+#include "nuXmlSax/directContent.h"
+
+namespace nu {
+
+class ObjectEvents;
+
+/// Reads the plain parts of a document, nearly all of it, from its bytes into objects. What it
+/// leaves comes to ObjectEvents, event by event; so does whatever is an error, because only there
+/// its place is known.
+class DirectObjects final : public DirectContent {
+public:
+    DirectObjects(ObjectEvents& events, ObjectBuilder& builder);
+
+    PassedBytes read(std::string_view bytes, const ReaderScopes& scopes) override;
+
+private:
+    friend class markup::PlainContent<DirectObjects>;
+
+    /// What an attribute of a name says.
+    enum class Meaning : std::uint8_t { None, Type, Nil, Namespace, Space };
+
+    struct Name : markup::ByteName {
+        Name(std::string_view bytes, std::uint64_t hash, std::u16string_view name,
+             TNuSaxNamespaceList& namespaces);
+
+        std::u16string_view local; ///< behind the last colon
+        Meaning meaning = Meaning::None;
+        // Of an attribute with a prefix.
+        std::u16string_view prefix;
+        PrefixScope* scope = nullptr;
+        // Of a declaration.
+        PrefixScope* declared = nullptr;
+        // Of an element: the property that it is in objects of a class, where that is a leaf.
+        const host::TClassInfo* owner = nullptr;
+        const host::TPropInfo* leaf = nullptr;
+        Name* followers[3]{};
+    };
+
+    /// What an attribute said, and how surely it is the one that counts.
+    struct Found {
+        std::string_view value;
+        int certainty = 0;
+    };
+
+    // For markup::PlainContent, see there.
+    static constexpr auto classifyText = markup::classifyReferences;
+    [[nodiscard]] Name* nextElement() const noexcept { return *guess_; }
+    [[nodiscard]] Name* open() const noexcept { return open_.empty() ? nullptr : open_.back(); }
+    [[nodiscard]] bool keepsSpace() const noexcept { return scopes_->space.isPreserved(); }
+    [[nodiscard]] Name* element(std::string_view bytes);
+    [[nodiscard]] Name* attribute(Name& before, std::string_view bytes);
+    void startTag(Name& name);
+    bool addAttribute(Name& name, std::string_view value, const markup::PassedKinds& kinds);
+    void abandonStartTag();
+    bool endStartTag(bool isEmptyElement);
+    void endEmptyElement() noexcept { closeScopes(); }
+    bool endElement();
+    bool addText(std::string_view text, const markup::PassedKinds& kinds);
+    void addComment(std::string_view /*text*/, bool /*isAscii*/) noexcept {}
+
+    [[nodiscard]] Name* find(std::string_view bytes);
+    bool declare(Name& name, std::string_view value);
+    [[nodiscard]] std::u16string_view className();
+    void lookUp(Name& name) const noexcept;
+    bool startElement();
+    bool startOther();
+    bool addLeafText(std::string_view text, bool isPlain);
+    [[nodiscard]] bool readLeafText();
+    bool endEmpty();
+    bool endOther();
+    void settle();
+    void lookAround() noexcept;
+    void closeScopes() noexcept;
+
+    ObjectEvents& events_;
+    ObjectBuilder& builder_;
+    const ReaderScopes* scopes_ = nullptr;
+    markup::ByteNames<Name> names_;
+    std::deque<NuXmlString> nameTexts_;
+    std::vector<Name*> open_; ///< the names of the innermost elements, as far as they are known
+    Name** guess_ = &unknown_;
+    Name* unknown_ = nullptr;
+
+    // Of the tag at hand.
+    Name* elementName_ = nullptr;
+    Found type_;
+    Found nil_;
+    bool hasMeaning_ = false; ///< one of these was looked at
+    bool hasDeclarations_ = false;
+    std::string_view classBytes_; ///< the last type attribute
+    NuXmlString className_;       ///< the class that it names
+
+    // What the builder is in.
+    host::Instance object_; ///< whose element is the innermost; none inside of anything else
+    bool wantsText_ = false;
+
+    /// A property of that object whose element is open, and of which the builder does not know.
+    const host::TPropInfo* leaf_ = nullptr;
+    Name* leafName_ = nullptr;
+    std::string_view leafBytes_; ///< its text, or
+    NuXmlString text_;           ///< the same with references replaced
+    bool hasText_ = false;
+    bool isReplaced_ = false;
+};
+
+} // namespace nu

@@ -1,0 +1,172 @@
+#include "nuObj2Xml/leafValue.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <system_error>
+
+#include "common/utf8.h"
+#include "host/runtime/exception.h"
+#include "host/runtime/valueAccess.h"
+#include "nuObj2Xml/valueReader.h"
+
+namespace nu {
+
+using host::TPropInfo;
+using host::ValueKind;
+using host::ValueType;
+
+namespace {
+
+bool isDigit(char byte) noexcept { return byte >= '0' && byte <= '9'; }
+
+/// Reads digits, with a minus perhaps. What else a number can look like is for others.
+template <class Number> bool parseNumber(std::string_view text, void* value) noexcept {
+    const std::size_t sign = text.starts_with('-') ? 1 : 0;
+    if (text.size() <= sign || !isDigit(text[sign])) {
+        return false;
+    }
+    const char* const end = text.data() + text.size();
+    Number number{};
+    const auto result = std::from_chars(text.data(), end, number);
+    if (result.ec != std::errc() || result.ptr != end) {
+        return false;
+    }
+    *static_cast<Number*>(value) = number;
+    return true;
+}
+
+template <class Signed, class Unsigned>
+bool parseInteger(const ValueType& type, std::string_view text, void* value) noexcept {
+    return type.isSigned ? parseNumber<Signed>(text, value) : parseNumber<Unsigned>(text, value);
+}
+
+bool parseInteger(const ValueType& type, std::string_view text, void* value) noexcept {
+    switch (type.size) {
+    case 1:
+        return parseInteger<std::int8_t, std::uint8_t>(type, text, value);
+    case 2:
+        return parseInteger<std::int16_t, std::uint16_t>(type, text, value);
+    case 4:
+        return parseInteger<std::int32_t, std::uint32_t>(type, text, value);
+    default:
+        return parseInteger<std::int64_t, std::uint64_t>(type, text, value);
+    }
+}
+
+bool parseBool(std::string_view text, void* value) noexcept {
+    const bool isTrue = text == "true" || text == "1";
+    if (!isTrue && text != "false" && text != "0") {
+        return false;
+    }
+    *static_cast<bool*>(value) = isTrue;
+    return true;
+}
+
+bool parseName(const ValueType& type, std::string_view text, void* value) noexcept {
+    for (const host::EnumName& entry : type.names) {
+        if (std::equal(entry.name.begin(), entry.name.end(), text.begin(), text.end())) {
+            host::storeBits(type, value, static_cast<std::uint64_t>(entry.value));
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Reads what most texts look like. False for any other text, and the value unchanged.
+bool readQuickly(const ValueType& type, std::string_view text, void* value) noexcept {
+    switch (type.kind) {
+    case ValueKind::Boolean:
+        return parseBool(text, value);
+    case ValueKind::Integer:
+        return parseInteger(type, text, value);
+    case ValueKind::Enumeration:
+        return parseName(type, text, value);
+    case ValueKind::Single:
+        return parseNumber<float>(text, value);
+    case ValueKind::Double:
+        return parseNumber<double>(text, value);
+    default:
+        return false;
+    }
+}
+
+/// Reads any text into a value; false where it is none of that type.
+bool readSlowly(const ValueType& type, NuXmlString& text, void* value) {
+    try {
+        readValue(type, text, {}, value);
+        return true;
+    } catch (const host::EConvertError&) {
+        return false;
+    }
+}
+
+/// Lets `read` put the value where it belongs, or into one that the setter gets.
+template <class Value, class Read>
+bool readInto(const TPropInfo& property, void* self, Value& value, Read read) {
+    if (property.mutablePlace != nullptr) {
+        return read(property.mutablePlace(self));
+    }
+    if (!read(&value)) {
+        return false;
+    }
+    property.set(self, &value);
+    return true;
+}
+
+/// Gives `read` a place for the value.
+template <class Read> bool readProperty(const TPropInfo& property, void* self, Read read) {
+    switch (property.type->kind) {
+    case ValueKind::String: {
+        std::u16string value;
+        return readInto(property, self, value, read);
+    }
+    case ValueKind::Utf8String: {
+        std::string value;
+        return readInto(property, self, value, read);
+    }
+    default: {
+        std::uint64_t value = 0; // room for any that is no text
+        return readInto(property, self, value, read);
+    }
+    }
+}
+
+} // namespace
+
+bool isLeaf(const TPropInfo& property) noexcept {
+    return property.isWritable() && property.type->kind <= ValueKind::Utf8String;
+}
+
+void assignUtf8(NuXmlString& text, std::string_view bytes) {
+    text.resize(bytes.size());
+    text.resize(NuDecodeUtf8Prefix(bytes, text.data()).Units);
+}
+
+bool readLeaf(const TPropInfo& property, void* self, std::string_view bytes, NuXmlString& scratch) {
+    const ValueType& type = *property.type;
+    return readProperty(property, self, [&](void* value) {
+        if (type.kind == ValueKind::String) {
+            assignUtf8(*static_cast<std::u16string*>(value), bytes);
+            return true;
+        }
+        if (type.kind == ValueKind::Utf8String) {
+            static_cast<std::string*>(value)->assign(bytes);
+            return true;
+        }
+        if (readQuickly(type, bytes, value)) {
+            return true;
+        }
+        assignUtf8(scratch, bytes);
+        return readSlowly(type, scratch, value);
+    });
+}
+
+bool readLeaf(const TPropInfo& property, void* self, NuXmlString& text) {
+    return readProperty(property, self,
+                        [&](void* value) { return readSlowly(*property.type, text, value); });
+}
+
+} // namespace nu
