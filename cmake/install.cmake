@@ -1,40 +1,51 @@
-# Install, find_package(nuxml CONFIG), pkg-config and packages. The headers keep their paths below
-# include/nuxml, so an application writes the same includes as this repository does.
+# Install, find_package(nuxml CONFIG) and pkg-config, in three components: runtime, development and tool. The
+# headers keep their paths below include/nuxml, so an application writes the same includes as this repository
+# does.
 include(CMakePackageConfigHelpers)
 
-install(TARGETS nuhost rNuCommon2010 nuxml EXPORT nuxmlTargets)
-if(TARGET nuxmlTool)
-    install(TARGETS nuxmlTool)
-endif()
+install(TARGETS nuhost rNuCommon2010 nuxml EXPORT nuxmlTargets
+    LIBRARY COMPONENT runtime NAMELINK_COMPONENT development
+    ARCHIVE COMPONENT development)
+set(headerFolder ${CMAKE_INSTALL_INCLUDEDIR}/nuxml)
 foreach(folder host common)
-    install(DIRECTORY ${folder} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/nuxml
+    install(DIRECTORY ${folder} DESTINATION ${headerFolder} COMPONENT development
         FILES_MATCHING PATTERN "*.h")
 endforeach()
-install(DIRECTORY source/Components/xml/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/nuxml
+install(DIRECTORY source/Components/xml/ DESTINATION ${headerFolder} COMPONENT development
     FILES_MATCHING PATTERN "*.h")
 
 set(configFolder ${CMAKE_INSTALL_LIBDIR}/cmake/nuxml)
 install(EXPORT nuxmlTargets NAMESPACE nuxml:: DESTINATION ${configFolder}
-    FILE nuxmlConfig.cmake)
+    FILE nuxmlConfig.cmake COMPONENT development)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/nuxmlConfigVersion.cmake
-    COMPATIBILITY SameMinorVersion)
-install(FILES ${PROJECT_BINARY_DIR}/nuxmlConfigVersion.cmake DESTINATION ${configFolder})
+    COMPATIBILITY ${NUXML_COMPATIBILITY})
+install(FILES ${PROJECT_BINARY_DIR}/nuxmlConfigVersion.cmake DESTINATION ${configFolder}
+    COMPONENT development)
 
 file(RELATIVE_PATH prefixFromPkgConfig
     ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+set(libraryFlags "-L\${libdir} -lnuxml -lrNuCommon2010 -lnuhost")
+if(NUXML_STATIC)
+    # The compiler's own library is named because a C compiler may link.
+    string(APPEND libraryFlags " -Wl,-u,nuXmlPackage -lstdc++")
+endif()
 configure_file(cmake/nuxml.pc.in nuxml.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/nuxml.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
-install(FILES LICENSE README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES ${PROJECT_BINARY_DIR}/nuxml.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+    COMPONENT development)
 
-set(CPACK_GENERATOR DEB TGZ)
-set(CPACK_PACKAGE_VENDOR "the nuxml authors")
-set(CPACK_PACKAGE_CONTACT "the nuxml authors")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
-set(CPACK_RESOURCE_FILE_LICENSE ${PROJECT_SOURCE_DIR}/LICENSE)
-set(CPACK_STRIP_FILES ON)
-set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-set(CPACK_DEBIAN_PACKAGE_SECTION libdevel)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${NUXML_LIBRARY_FOLDER})
-include(CPack)
+if(TARGET nuxmlTool)
+    install(TARGETS nuxmlTool COMPONENT tool)
+endif()
+if(TARGET nuxmlToolTexts)
+    set(texts ${PROJECT_BINARY_DIR}/tools/nuxml)
+    install(FILES ${texts}/completion.man DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 RENAME nuxml.1
+        COMPONENT tool)
+    install(FILES ${texts}/completion.bash RENAME nuxml
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tool)
+    install(FILES ${texts}/completion.zsh RENAME _nuxml
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions COMPONENT tool)
+    install(FILES ${texts}/completion.fish RENAME nuxml.fish
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT tool)
+endif()
+install(FILES LICENSE README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR}
+    COMPONENT development)

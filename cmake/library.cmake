@@ -5,6 +5,38 @@ file(RELATIVE_PATH NUXML_LIBRARIES_FROM_BIN
 cmake_path(ABSOLUTE_PATH NUXML_LIBRARIES_FROM_BIN BASE_DIRECTORY ${PROJECT_BINARY_DIR}/bin
     NORMALIZE OUTPUT_VARIABLE NUXML_LIBRARY_FOLDER)
 
+# What an application that was linked needs: programs of 0.1 run with every 0.1.x and with no other, from 1.0 on
+# with every 1.x.y. The names of the libraries, what find_package takes and the packages follow from it.
+if(PROJECT_VERSION_MAJOR EQUAL 0)
+    set(NUXML_ABI_VERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
+    set(NUXML_COMPATIBILITY SameMinorVersion)
+else()
+    set(NUXML_ABI_VERSION ${PROJECT_VERSION_MAJOR})
+    set(NUXML_COMPATIBILITY SameMajorVersion)
+endif()
+
+set(staticByDefault OFF)
+if(DEFINED BUILD_SHARED_LIBS AND NOT BUILD_SHARED_LIBS)
+    set(staticByDefault ON)
+endif()
+option(NUXML_STATIC "Build static libraries" ${staticByDefault})
+if(NUXML_STATIC)
+    set(NUXML_LIBRARY_TYPE STATIC)
+else()
+    set(NUXML_LIBRARY_TYPE SHARED)
+endif()
+
+# nuFindLibraries(<target> <folder>)
+#
+# Makes a target find the libraries in a folder that is given from its own; the system knows by itself what is
+# installed below /usr.
+function(nuFindLibraries target folder)
+    if(NOT CMAKE_INSTALL_PREFIX STREQUAL /usr)
+        cmake_path(APPEND origin "$ORIGIN" ${folder})
+        set_target_properties(${target} PROPERTIES BUILD_WITH_INSTALL_RPATH ON INSTALL_RPATH "${origin}")
+    endif()
+endfunction()
+
 # nuVersionSymbols(<name>)
 #
 # Gives every symbol that the checked list names a version of the library. What the list does not name yet, and
@@ -46,14 +78,14 @@ endfunction()
 
 # nuAddLibrary(<name> ALIAS <alias> [LINKS <target>...])
 #
-# A shared library of every source file below the current folder. Its include roots are the
+# A library, shared or static, of every source file below the current folder. Its include roots are the
 # repository root ("host/...", "common/...") and source/Components/xml ("nuXmlSax.h").
 function(nuAddLibrary name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "ALIAS" "LINKS")
 
     file(GLOB_RECURSE sources CONFIGURE_DEPENDS *.cpp)
     file(GLOB_RECURSE headers CONFIGURE_DEPENDS *.h)
-    add_library(${name} SHARED ${sources} ${headers})
+    add_library(${name} ${NUXML_LIBRARY_TYPE} ${sources} ${headers})
     add_library(nuxml::${arg_ALIAS} ALIAS ${name})
     target_include_directories(${name} PUBLIC
         $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
@@ -64,9 +96,11 @@ function(nuAddLibrary name)
     set_target_properties(${name} PROPERTIES
         EXPORT_NAME ${arg_ALIAS}
         VERSION ${PROJECT_VERSION}
-        SOVERSION 0
+        SOVERSION ${NUXML_ABI_VERSION}
         LIBRARY_OUTPUT_DIRECTORY ${NUXML_LIBRARY_FOLDER}
-        BUILD_WITH_INSTALL_RPATH ON
-        INSTALL_RPATH "$ORIGIN")
-    nuVersionSymbols(${name})
+        ARCHIVE_OUTPUT_DIRECTORY ${NUXML_LIBRARY_FOLDER})
+    if(NUXML_LIBRARY_TYPE STREQUAL SHARED)
+        nuFindLibraries(${name} "")
+        nuVersionSymbols(${name})
+    endif()
 endfunction()

@@ -54,8 +54,8 @@ const Case usage[] = {
      "done",
      0, "", ""},
     {"nuxml completion bash | bash -n && nuxml completion man | man -l --warnings - 2>&1 >page && "
-     "grep -c 'nuxml select' page",
-     0, "7\n", ""},
+     "grep -q 'nuxml tame' page",
+     0, "", ""},
     {"nuxml escape a b", 2, "", "more than one text"},
     // Each help shows three examples, and what they show works.
     {"for command in '' events format select edit check tame escape unescape completion; do nuxml "

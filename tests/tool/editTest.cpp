@@ -92,7 +92,8 @@ TEST(Edit, KeepsTheForm) { expectShell(forms); }
 
 const ShellCase mistakes[] = {
     {"nuxml edit small.xml", 2, "",
-     "nuxml: there is nothing to do: --set, --create or --delete is missing; see \"nuxml help "
+     "nuxml: there is nothing to do: --set, --create, --rename, --move or --delete is missing; see "
+     "\"nuxml help "
      "edit\"\n"},
     {"nuxml edit --set", 2, "", "nuxml: the value of --set is missing; see \"nuxml help edit\"\n"},
     {"nuxml edit --delete '' small.xml", 2, "",

@@ -76,7 +76,7 @@ const Case cases[] = {
     {"nuxml format -i", 2, "", "nuxml: -i needs a file; see"},
     {"nuxml format -i -o x library.xml", 2, "", "nuxml: -i and -o exclude each other; see"},
     {"nuxml format library.xml -o", 2, "", "nuxml: the value of -o is missing; see"},
-    {"nuxml format a b", 2, "", "nuxml: more than one file; see"},
+    {"nuxml format a b", 2, "", "nuxml: more than one file, which needs -i; see"},
 };
 
 TEST(Format, WritesDocumentsOfFilesAndStandardInput) {

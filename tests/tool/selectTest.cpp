@@ -47,7 +47,8 @@ TEST(Select, ShowsPathsThatLeadBack) { expectShell(paths); }
 const ShellCase failures[] = {
     {"nuxml select", 2, "", "nuxml: a path is missing; see \"nuxml help select\"\n"},
     {"nuxml select --xml --count a library.xml", 2, "",
-     "nuxml: --xml, --value, --path and --count exclude each other; see \"nuxml help select\"\n"},
+     "nuxml: --xml, --value, --path, --count, --json, --csv and --tsv exclude each other; see "
+     "\"nuxml help select\"\n"},
     // Nothing matched: silently, unless an option would have helped.
     {"nuxml select --count library/missing library.xml", 1, "0\n", ""},
     {"nuxml select library/shelf/state library.xml", 1, "", ""},

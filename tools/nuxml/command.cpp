@@ -4,12 +4,15 @@
 
 #include "checkCommand.h"
 #include "completionCommand.h"
+#include "convertCommand.h"
 #include "editCommand.h"
 #include "escapeCommand.h"
 #include "eventsCommand.h"
+#include "explainCommand.h"
 #include "formatCommand.h"
 #include "selectCommand.h"
 #include "tameCommand.h"
+#include "treeCommand.h"
 
 namespace tool {
 
@@ -17,9 +20,13 @@ namespace {
 
 constexpr Command commands[] = {
     {"select", "show the nodes at a path", runSelect, help::select},
-    {"edit", "set, create and delete nodes at paths", runEdit, help::edit},
+    {"explain", "tell what a path means and how many nodes pass each step", runExplain,
+     help::explain},
+    {"tree", "outline an unknown document, with counts and examples", runTree, help::tree},
+    {"edit", "set, create, rename, move and delete nodes at paths", runEdit, help::edit},
     {"format", "write documents with line breaks and indentation, or without", runFormat,
      help::format},
+    {"convert", "turn XML into JSON, and JSON into XML", runConvert, help::convert},
     {"check", "say whether documents are well-formed", runCheck, help::check},
     {"events", "show documents as the events of the SAX2 reader", runEvents, help::events},
     {"tame", "write a document without what readers take differently", runTame, help::tame},

@@ -51,15 +51,23 @@ private:
 
 } // namespace
 
+Input openDocument(std::string_view name, const ReadingOptions& options, Progress& progress) {
+    // Text that does not say what it is is UTF-8, whatever the environment says. That holds for
+    // text of any length unless somebody asks for pieces, whose reader takes undeclared UTF-8 for
+    // 8-bit text: what is written in its place must not differ.
+    return openInput(name, options.isLarge ? InputReading::InPieces : InputReading::Whole,
+                     progress);
+}
+
 LoadedDocument loadDocument(Console& console, std::string_view name,
                             const ReadingOptions& options) {
+    return loadDocument(console, openDocument(name, options, console.progress()), name, options);
+}
+
+LoadedDocument loadDocument(Console& console, const Input& input, std::string_view name,
+                            const ReadingOptions& options) {
     const std::optional<TNuConformingOptions> conforming = options.conforming();
-    // Text that does not say what it is is UTF-8, whatever the environment says.
     NuSetSystemCodePage(cNuCodePageUtf8);
-    // That holds for text of any length unless somebody asks for pieces, whose reader takes
-    // undeclared UTF-8 for 8-bit text: what is written in its place must not differ.
-    const Input input = openInput(
-        name, options.isLarge ? InputReading::InPieces : InputReading::Whole, console.progress());
     SourceStream stream(*input.stream, name, console.progress());
     const std::string_view shown = displayName(name);
     LoadedDocument loaded{TNuDOMDocument::Create()};
@@ -73,7 +81,8 @@ LoadedDocument loadDocument(Console& console, std::string_view name,
     if (conforming) {
         reader.SetConforming(*conforming);
     }
-    const auto builder = host::makeRef<TreeBuilder>(reader, *loaded.document);
+    const auto builder =
+        host::makeRef<TreeBuilder>(reader, *loaded.document, shown, console.progress());
     reader.setContentHandler(builder);
     reader.setLexicalHandler(builder);
     const auto complain = [&](host::ISAXParseError& error, Severity severity) {

@@ -32,4 +32,10 @@ struct LoadedDocument {
 /// options contradict each other.
 LoadedDocument loadDocument(Console& console, std::string_view name, const ReadingOptions& options);
 
+/// The same of an input that is open already.
+LoadedDocument loadDocument(Console& console, const Input& input, std::string_view name,
+                            const ReadingOptions& options);
+/// Opens an input in the way that documents are loaded from.
+Input openDocument(std::string_view name, const ReadingOptions& options, Progress& progress);
+
 } // namespace tool

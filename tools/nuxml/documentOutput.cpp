@@ -4,7 +4,7 @@
 #include <string>
 
 #include "arguments.h"
-#include "documentText.h"
+#include "comparingStream.h"
 #include "host/runtime/exception.h"
 #include "host/runtime/fileReplacement.h"
 #include "input.h"
@@ -57,7 +57,7 @@ ExitCode writeFile(Console& console, DocumentText& text, DocumentForm form,
                    std::string_view target) {
     try {
         host::FileReplacement file{std::filesystem::path(target)};
-        text.write(file.stream(), form.isFormatted, form.breaksTopLevel, form.endsWithLine);
+        text.write(file.stream(), form);
         file.commit();
     } catch (const host::EStreamError& error) {
         console.complain("cannot write " + std::string(target), error.Message());
@@ -69,7 +69,7 @@ ExitCode writeFile(Console& console, DocumentText& text, DocumentForm form,
 ExitCode writeStandardOutput(Console& console, DocumentText& text, DocumentForm form) {
     OutputStream stream(console.output());
     try {
-        text.write(stream, form.isFormatted, form.breaksTopLevel, form.endsWithLine);
+        text.write(stream, form);
     } catch (const host::EWriteError&) {
         return exitDone; // the output knows whether that is a fault
     }
@@ -118,6 +118,12 @@ ExitCode writeDocument(Console& console, const LoadedDocument& loaded, DocumentF
                          error.Message());
         return exitInputOutput;
     }
+}
+
+bool isWrittenAlike(const LoadedDocument& loaded, DocumentForm form, host::TStream& source) {
+    ComparingStream comparison(source);
+    DocumentText(loaded, targetEncodingOf(loaded)).write(comparison, form);
+    return comparison.isSame();
 }
 
 } // namespace tool

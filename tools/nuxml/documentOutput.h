@@ -5,6 +5,7 @@
 
 #include "console.h"
 #include "documentInput.h"
+#include "documentText.h"
 #include "exitCode.h"
 #include "nuXmlDOM.h"
 
@@ -15,13 +16,6 @@ struct Destination {
     std::string_view source; ///< the name of a file, or "-" for standard input
     std::string_view target; ///< the same; "-" is standard output
     bool isForced = false;   ///< whatever speaks against replacing a file
-};
-
-/// How a document stands on its lines.
-struct DocumentForm {
-    bool isFormatted = true;
-    bool breaksTopLevel = true; ///< what stands right below the document has lines of its own
-    bool endsWithLine = true;   ///< the last line ends as well
 };
 
 /// Where a document goes: back to its `source` in place, to the target that was given, else "-" for
@@ -37,5 +31,9 @@ std::string_view targetOf(std::string_view source, bool isInPlace,
 /// is good for nothing else afterwards.
 ExitCode writeDocument(Console& console, const LoadedDocument& loaded, DocumentForm form,
                        const Destination& destination);
+
+/// Whether a document is written as it stands in `source`, byte for byte. The document is good for
+/// nothing else afterwards.
+bool isWrittenAlike(const LoadedDocument& loaded, DocumentForm form, host::TStream& source);
 
 } // namespace tool

@@ -102,8 +102,7 @@ DocumentText::DocumentText(const LoadedDocument& loaded, const TargetEncoding& e
     }
 }
 
-void DocumentText::write(host::TStream& stream, bool isFormatted, bool breaksTopLevel,
-                         bool endsWithLine) {
+void DocumentText::write(host::TStream& stream, const DocumentForm& form) {
     const bool isWide = encoding_.codePage == cNuCodePageUtf16;
     LineEndStream lines(stream, lineEnd_, isWide);
     if (encoding_.isMarked) {
@@ -111,14 +110,15 @@ void DocumentText::write(host::TStream& stream, bool isFormatted, bool breaksTop
     }
     for (const std::u16string& text : before_) {
         writeText(lines, text);
-        writeText(lines, breaksTopLevel ? u"\n" : u"");
+        writeText(lines, form.breaksTopLevel ? u"\n" : u"");
     }
-    document_.SaveToStream(lines, {isFormatted, false, true, encoding_.codePage});
+    document_.SaveToStream(lines,
+                           {form.isFormatted, false, true, encoding_.codePage, form.indentation});
     for (const std::u16string& text : behind_) {
-        writeText(lines, breaksTopLevel ? u"\n" : u"");
+        writeText(lines, form.breaksTopLevel ? u"\n" : u"");
         writeText(lines, text);
     }
-    writeText(lines, endsWithLine ? u"\n" : u"");
+    writeText(lines, form.endsWithLine ? u"\n" : u"");
     lines.finish();
 }
 

@@ -10,6 +10,14 @@
 
 namespace tool {
 
+/// How a document stands on its lines.
+struct DocumentForm {
+    bool isFormatted = true;
+    bool breaksTopLevel = true;   ///< what stands right below the document has lines of its own
+    bool endsWithLine = true;     ///< the last line ends as well
+    std::uint8_t indentation = 2; ///< blanks of each level
+};
+
 /// The encoding that a document is written in.
 struct TargetEncoding {
     std::uint32_t codePage = 0; ///< as TNuSaveOptions has it
@@ -27,7 +35,7 @@ public:
     DocumentText(const LoadedDocument& loaded, const TargetEncoding& encoding);
 
     /// Writes all of it to a stream that takes what is written as it is.
-    void write(host::TStream& stream, bool isFormatted, bool breaksTopLevel, bool endsWithLine);
+    void write(host::TStream& stream, const DocumentForm& form);
 
 private:
     void writeText(host::TStream& stream, std::u16string_view text) const;

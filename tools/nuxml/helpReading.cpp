@@ -27,6 +27,14 @@ constexpr OptionText selectOptions[] = {
                 "the backslash are escaped, so that each is one line"},
     {"--path", "a path that leads to just this node"},
     {"--count", "only how many there are"},
+    {"--json", "an array of the nodes, as \"nuxml convert\" writes them, one a line"},
+    {"-c, --columns=PATH,PATH...",
+     "a row of texts for each node: what is at these paths from there, \".\" for its own text; "
+     "several at one path are separated by \"; \" and an array in JSON"},
+    {"--tsv", "columns are separated by tabs, and escaped like --value; without an option"},
+    {"--csv", "columns are separated by commas, with quotation marks where they are needed"},
+    {"--header", "the paths of the columns stand in front"},
+    {"--numbers", "numbers, true and false in JSON without quotation marks"},
     {"-I, --ignore-case", "without regard to letter case in names and values"},
     {"-N, --ignore-namespace", "without regard to prefixes, by local names"},
     white,
@@ -34,6 +42,24 @@ constexpr OptionText selectOptions[] = {
     large,
     progress,
     {"--", "what follows is the path and files"},
+};
+
+constexpr OptionText explainOptions[] = {
+    {"-I, --ignore-case", "without regard to letter case in names and values"},
+    {"-N, --ignore-namespace", "without regard to prefixes, by local names"},
+    white,
+    raw,
+    large,
+    progress,
+    {"--", "what follows is the path and files"},
+};
+
+constexpr OptionText treeOptions[] = {
+    {"--lines=N", "as many lines at most; without the option what the terminal has, else 24"},
+    raw,
+    large,
+    progress,
+    onlyFiles,
 };
 
 constexpr OptionText checkOptions[] = {
@@ -109,7 +135,35 @@ of any length.
 )",
     R"(  nuxml select "//book[@lang='en']/title" library.xml
   nuxml select --value -N //state/@due library.xml
-  nuxml select --path "//book[note]" library.xml
+  nuxml select --csv -c @id,title,author //book library.xml
+)"};
+
+const HelpText explain{
+    "PATH [OPTION...] [FILE...]",
+    R"(Tells what each step and filter of a path means. With a file it also tells how many nodes pass
+each of them, and what there is instead where nothing is left.
+)",
+    explainOptions,
+    R"(The exit code is that of "nuxml select" with the same path and files, and 0 without a file.
+)",
+    R"(  nuxml explain "//book[@lang='en']/title"
+  nuxml explain "//book[@lang='en']/title" library.xml
+  nuxml explain -N //state/@due library.xml
+)"};
+
+const HelpText tree{
+    "[OPTION...] [FILE...]",
+    R"(Shows what is in a document: the names of its elements in their order, how many there are, and a
+few of their attributes and texts, on a screen at most. "-" or no file is standard input.
+)",
+    treeOptions,
+    R"(Where the lines do not suffice, what stands near the document element comes first, and of that
+what there is most of. Nothing of a document is kept but names, numbers and examples, so it may have
+any length.
+)",
+    R"(  nuxml tree library.xml
+  nuxml tree --lines=100 unknown.xml
+  curl --silent https://example.org/feed.xml | nuxml tree
 )"};
 
 const HelpText check{

@@ -6,6 +6,9 @@ namespace {
 
 constexpr OptionText formatOptions[] = {
     {"--compact", "without line breaks and indentation"},
+    {"--indent=N", "so many blanks a level, 0 to 32; without the option 2"},
+    {"--check", "write nothing, but say which files would be written otherwise; the exit code is "
+                "then 1"},
     white,
     raw,
     force,
@@ -17,15 +20,30 @@ constexpr OptionText formatOptions[] = {
 };
 
 constexpr OptionText editOptions[] = {
-    {"--set PATH=VALUE", "gives the nodes that text"},
-    {"--create PATH=VALUE", "the same, and makes the elements and the attribute that are missing"},
-    {"--delete PATH", "takes the nodes away with all that is below them"},
+    {"-s, --set PATH=VALUE", "gives the nodes that text"},
+    {"-c, --create PATH=VALUE",
+     "the same, and makes the elements and the attribute that are missing"},
+    {"-r, --rename PATH=NAME", "gives the elements and attributes another name"},
+    {"-m, --move PATH=PATH",
+     "puts the nodes into the one element at the second path, as its last ones"},
+    {"-d, --delete PATH", "takes the nodes away with all that is below them"},
     white,
     raw,
     force,
     large,
     toFile,
     inPlace,
+    progress,
+    onlyFiles,
+};
+
+constexpr OptionText convertOptions[] = {
+    {"--compact", "without line breaks and indentation"},
+    {"--numbers", "JSON has numbers, true and false without quotation marks where the text is one"},
+    {"--comments", "comments and instructions stand in the JSON, too"},
+    {"--root=NAME", "XML has this document element around everything"},
+    white,
+    raw,
     progress,
     onlyFiles,
 };
@@ -48,7 +66,7 @@ constexpr OptionText textOptions[] = {
 
 const HelpText format{
     "[OPTION...] [-o FILE | -i] [FILE...]",
-    R"(Writes a document with line breaks and two blanks of indentation a level. "-" or no file is
+    R"(Writes a document with line breaks and indentation. "-" or no file is
 standard input, and standard output unless -o or -i says otherwise.
 )",
     formatOptions,
@@ -67,7 +85,7 @@ The whole document is held in memory, that of standard input as well; "nuxml eve
 of any length.
 )",
     R"(  nuxml format library.xml
-  nuxml format --compact -o small.xml library.xml
+  nuxml format -i --indent=4 *.xml
   curl --silent https://example.org/feed.xml | nuxml format | less
 )"};
 
@@ -92,8 +110,38 @@ The whole document is held in memory, that of standard input as well; "nuxml eve
 of any length.
 )",
     R"(  nuxml edit -i --set config/server/port=8080 config.xml
-  nuxml edit --create "config/log/@level=debug" config.xml
+  nuxml edit --rename //book/@lang=language --move //poem=library/shelf[1] library.xml
   nuxml edit --delete "//book[@lang='fr']" -o rest.xml library.xml
+)"};
+
+const HelpText convert{
+    "[OPTION...] [FILE]",
+    R"(Writes XML as JSON and JSON as XML; which of them it is shows in its first character. "-" or no
+file is standard input.
+
+  <a>t</a>                    {"a": "t"}                     an element with text alone
+  <a x="1"><b/></a>           {"a": {"@x": "1", "b": ""}}    attributes and child elements
+  <a x="1">t</a>              {"a": {"@x": "1", "#text": "t"}}
+  <a><b>1</b><b>2</b></a>     {"a": {"b": ["1", "2"]}}       several of a name
+  <a>t<b/>u<!--c--><?d e?></a>
+                              {"a": {"#": ["t", {"b": ""}, "u", {"#comment": "c"}, {"?d": "e"}]}}
+
+The last form is taken where text stands beside elements and where a name comes again behind another
+one, so that what comes back from JSON is what went in.
+)",
+    convertOptions,
+    R"(Names have their prefixes, and declarations of namespaces are attributes ("@xmlns"). Comments and
+instructions are left out without --comments, the document type always is, its entities are
+expanded; CDATA sections are text. An array can have a single element only by other hands: from XML
+it is none, as nothing tells that more could be there.
+
+In JSON that was not made here, null is an empty element, arrays in arrays are elements "item", and a
+member whose name is none of XML is a fault. Where the JSON is no object with one member, --root
+gives the element that is around it.
+)",
+    R"(  nuxml convert library.xml
+  nuxml convert --numbers feed.xml | jq .rss.channel.title
+  curl --silent https://example.org/list.json | nuxml convert --root=list
 )"};
 
 const HelpText tame{

@@ -9,55 +9,90 @@
 #include "fault.h"
 #include "host/runtime/exception.h"
 #include "input.h"
-#include "nodePaths.h"
 #include "pathText.h"
+#include "resultWriter.h"
 
 namespace tool {
 
 namespace {
 
-enum class Form { Xml, Value, Path, Count };
-
 struct Options {
     std::u16string path;
     TNuDOMSelectOptions select;
-    Form form = Form::Xml;
+    ResultOptions results;
+    std::optional<Columns> columns{};
     ReadingOptions reading;
     std::vector<Operand> inputs;
 };
 
+/// The forms that exclude each other, as they are given.
+struct GivenForms {
+    bool isXml = false;
+    bool isValue = false;
+    bool isPath = false;
+    bool isCount = false;
+    bool isJson = false;
+    bool isCsv = false;
+    bool isTsv = false;
+
+    /// Throws UsageError for several.
+    [[nodiscard]] ResultForm chosen(bool hasColumns) const {
+        const bool isRow = isCsv || isTsv;
+        const bool isNode = isXml || isValue || isPath || isCount;
+        if (isXml + isValue + isPath + isCount + isJson + isCsv + isTsv > 1) {
+            throw UsageError("--xml, --value, --path, --count, --json, --csv and --tsv exclude "
+                             "each other");
+        }
+        if (hasColumns ? isNode : isRow) {
+            throw UsageError("--columns goes together with --tsv, --csv and --json, and these "
+                             "two first ones only with it");
+        }
+        return isJson       ? ResultForm::Json
+               : isCsv      ? ResultForm::Csv
+               : isValue    ? ResultForm::Value
+               : isPath     ? ResultForm::Path
+               : isCount    ? ResultForm::Count
+               : hasColumns ? ResultForm::Tsv
+                            : ResultForm::Xml;
+    }
+};
+
 Options readOptions(Arguments arguments) {
-    bool asXml = false;
-    bool asValue = false;
-    bool asPath = false;
-    bool asCount = false;
+    GivenForms forms;
     bool ignoresCase = false;
     bool ignoresNamespace = false;
+    std::optional<std::string_view> columns;
     Options options;
-    auto operands = parseArguments(arguments,
-                                   {{"--xml", asXml},
-                                    {"--value", asValue},
-                                    {"--path", asPath},
-                                    {"--count", asCount},
-                                    {"-I", ignoresCase},
-                                    {"--ignore-case", ignoresCase},
-                                    {"-N", ignoresNamespace},
-                                    {"--ignore-namespace", ignoresNamespace},
-                                    {largeOption, options.reading.isLarge},
-                                    {rawOption, options.reading.isRaw}},
-                                   {{whiteOption, options.reading.white}});
+    auto operands = parseArguments(
+        arguments,
+        {{"--xml", forms.isXml},
+         {"--value", forms.isValue},
+         {"--path", forms.isPath},
+         {"--count", forms.isCount},
+         {"--json", forms.isJson},
+         {"--csv", forms.isCsv},
+         {"--tsv", forms.isTsv},
+         {"--header", options.results.hasHeader},
+         {"--numbers", options.results.hasNumbers},
+         {"-I", ignoresCase},
+         {"--ignore-case", ignoresCase},
+         {"-N", ignoresNamespace},
+         {"--ignore-namespace", ignoresNamespace},
+         {largeOption, options.reading.isLarge},
+         {rawOption, options.reading.isRaw}},
+        {{whiteOption, options.reading.white}, {"-c", columns}, {"--columns", columns}});
     if (operands.empty()) {
         throw UsageError("a path is missing");
-    }
-    if (asXml + asValue + asPath + asCount > 1) {
-        throw UsageError("--xml, --value, --path and --count exclude each other");
     }
 
     options.path = pathFromArgument(operands.front().text);
     checkPath(options.path);
-    options.form = asValue ? Form::Value : asPath ? Form::Path : asCount ? Form::Count : Form::Xml;
+    options.results.form = forms.chosen(columns.has_value());
     options.select = (ignoresCase ? soCaseInsensitive : TNuDOMSelectOptions()) |
                      (ignoresNamespace ? soIgnoreNamespace : TNuDOMSelectOptions());
+    if (columns) {
+        options.columns.emplace(pathFromArgument(*columns), options.select);
+    }
     operands.erase(operands.begin());
     options.inputs = std::move(operands);
     if (options.inputs.empty()) {
@@ -65,56 +100,6 @@ Options readOptions(Arguments arguments) {
     }
     return options;
 }
-
-/// The results of one document, a line each.
-class ResultWriter {
-public:
-    ResultWriter(Output& output, Form form, std::string_view place)
-        : output_(output), form_(form), place_(place) {}
-
-    /// Throws host::EConvertError for a value with a reference that cannot be read, and what is
-    /// beyond the limit of output.
-    void write(TNuDOMNode& node) {
-        switch (form_) {
-        case Form::Xml:
-            writeXml(node);
-            break;
-        case Form::Value:
-            output_.writeText(node.get_nodeType() == host::DOCUMENT_NODE ? std::u16string()
-                                                                         : node.get_nodeValue(),
-                              Escapes::Visible);
-            break;
-        case Form::Path:
-            output_.write(place_);
-            output_.writeText(paths_.pathOf(node), Escapes::Visible);
-            break;
-        case Form::Count:
-            return;
-        }
-        output_.write('\n');
-    }
-
-    void writeCount(std::size_t count) {
-        if (form_ == Form::Count) {
-            output_.write(place_);
-            output_.writeNumber(static_cast<std::int64_t>(count));
-            output_.write('\n');
-        }
-    }
-
-private:
-    void writeXml(TNuDOMNode& node) {
-        const std::u16string xml = node.get_xml();
-        // An attribute is written with the blank that separates it from what is before it.
-        const bool isAttribute = node.get_nodeType() == host::ATTRIBUTE_NODE;
-        output_.writeText(std::u16string_view(xml).substr(isAttribute ? 1 : 0), Escapes::None);
-    }
-
-    Output& output_;
-    Form form_;
-    std::string_view place_;
-    NodePaths paths_;
-};
 
 /// How many nodes a path selects with these options; none where it cannot be followed.
 std::size_t countWith(TNuDOMDocument& document, const Options& options, TNuDOMSelectOptions more) {
@@ -155,7 +140,7 @@ struct Outcome {
 };
 
 Outcome showResults(Console& console, TNuDOMDocument& document, std::string_view name,
-                    const Options& options) {
+                    const Options& options, ResultWriter& writer) {
     // 1. Selecting; what fails here is a matter of the path.
     NuRef<TNuDOMNodeList> nodes;
     try {
@@ -166,8 +151,7 @@ Outcome showResults(Console& console, TNuDOMDocument& document, std::string_view
     }
 
     // 2. Showing; what fails here is a matter of the document.
-    const std::string place = options.inputs.size() > 1 ? std::string(name) + ':' : std::string();
-    ResultWriter writer(console.output(), options.form, place);
+    writer.beginDocument(options.inputs.size() > 1 ? std::string(name) + ':' : std::string());
     try {
         for (TNuDOMNode* node : *nodes) {
             writer.write(*node);
@@ -188,13 +172,14 @@ Outcome showResults(Console& console, TNuDOMDocument& document, std::string_view
     return {exitDone, nodes->Count()};
 }
 
-Outcome selectFrom(Console& console, std::string_view name, const Options& options) {
+Outcome selectFrom(Console& console, std::string_view name, const Options& options,
+                   ResultWriter& writer) {
     try {
         const LoadedDocument loaded = loadDocument(console, name, options.reading);
         if (!loaded.document) {
             return {loaded.exitCode};
         }
-        return showResults(console, *loaded.document, displayName(name), options);
+        return showResults(console, *loaded.document, displayName(name), options, writer);
     } catch (const InputError& error) {
         console.complain(error.what());
     }
@@ -204,19 +189,22 @@ Outcome selectFrom(Console& console, std::string_view name, const Options& optio
 } // namespace
 
 ExitCode runSelect(Console& console, Arguments arguments) {
-    const Options options = readOptions(arguments);
+    Options options = readOptions(arguments);
+    options.results.columns = options.columns ? &*options.columns : nullptr;
+    ResultWriter writer(console.output(), options.results);
 
     // A bad input does not keep the others from being searched, a bad path does.
     ExitCode worst = exitDone;
     std::size_t count = 0;
     for (const Operand& input : options.inputs) {
-        const Outcome outcome = selectFrom(console, input.text, options);
+        const Outcome outcome = selectFrom(console, input.text, options, writer);
         worst = std::max(worst, outcome.exitCode);
         count += outcome.count;
         if (outcome.exitCode == exitUsage || !console.output().isOpen()) {
             break;
         }
     }
+    writer.end();
     return count == 0 ? std::max(worst, exitNothing) : worst;
 }
 

@@ -4,6 +4,9 @@ namespace tool {
 
 namespace {
 
+/// The clock is asked only once in so many elements, a power of two.
+constexpr std::uint64_t elementsBetweenLooks = 1024;
+
 /// The characters of a text if all of them are white space, as such or as references: a reference
 /// is how the stage in front of the reader keeps white space that would go otherwise.
 bool readBlanks(std::u16string_view text, std::u16string& blanks) {
@@ -41,6 +44,9 @@ void TreeBuilder::startElement(std::u16string_view uri, std::u16string_view loca
     ++depth_;
     hasRoot_ = true;
     tree_->startElement(uri, localName, qName, attributes);
+    if (++elementCount_ % elementsBetweenLooks == 0 && progress_.isDue()) {
+        showProgress();
+    }
 }
 
 void TreeBuilder::endElement(std::u16string_view uri, std::u16string_view localName,
@@ -68,6 +74,11 @@ void TreeBuilder::startDTD(std::u16string_view name, std::u16string_view publicI
     order_.hasDocumentType = true;
     order_.beforeDocumentType = order_.beforeRoot;
     tree_->startDTD(name, publicId, systemId);
+}
+
+void TreeBuilder::showProgress() {
+    progress_.show("loading " + std::string(name_) + ": " + std::to_string(elementCount_) +
+                   " elements, line " + std::to_string(locator_ ? locator_->getLineNumber() : 0));
 }
 
 void TreeBuilder::noteTopLevel() noexcept {

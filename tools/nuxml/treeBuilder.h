@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
 #include "documentHandler.h"
 #include "nuXmlDOM.h"
+#include "progress.h"
 
 namespace tool {
 
@@ -19,13 +21,17 @@ struct TopLevelOrder {
 /// Hands everything on to what builds a tree, and sees where it stood.
 class TreeBuilder final : public DocumentHandler<> {
 public:
-    TreeBuilder(TNuSAXXMLReader& reader, TNuDOMDocument& document)
-        : tree_(host::makeRef<TNuSaxToDomHandler>(reader, document)) {}
+    /// \param name that of the document, for progress
+    TreeBuilder(TNuSAXXMLReader& reader, TNuDOMDocument& document, std::string_view name,
+                Progress& progress)
+        : tree_(host::makeRef<TNuSaxToDomHandler>(reader, document)), name_(name),
+          progress_(progress) {}
 
     [[nodiscard]] const TNuSaxToDomHandler& tree() const noexcept { return *tree_; }
     [[nodiscard]] const TopLevelOrder& order() const noexcept { return order_; }
 
     void setDocumentLocator(host::ILocator& locator) override {
+        locator_ = &locator;
         tree_->setDocumentLocator(locator);
     }
     void startDocument() override { tree_->startDocument(); }
@@ -45,8 +51,13 @@ public:
 
 private:
     void noteTopLevel() noexcept;
+    void showProgress();
 
     host::Ref<TNuSaxToDomHandler> tree_;
+    host::Ref<host::ILocator> locator_;
+    std::string_view name_;
+    Progress& progress_;
+    std::uint64_t elementCount_ = 0;
     TopLevelOrder order_;
     std::size_t depth_ = 0;
     bool hasRoot_ = false;

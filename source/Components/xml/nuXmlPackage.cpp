@@ -31,3 +31,10 @@ private:
 const Package package;
 
 } // namespace
+
+/// Whoever links the library statically asks for this name, and so gets the package, which nothing
+/// else refers to. Shared libraries do not export it.
+extern "C" {
+extern const char nuXmlPackage;
+const char nuXmlPackage = 0;
+}

@@ -38,6 +38,8 @@ struct TNuSaveOptions {
     /// What is written, whatever the declaration names: cNuCodePageUtf8, cNuCodePageUtf16 or a page
     /// of single bytes. 0: by the declaration.
     std::uint32_t codePage = 0;
+    /// The blanks of each level, where it is formatted.
+    std::uint8_t indentation = 2;
 };
 
 /// A document: the root of a tree, and what makes and owns all nodes of it.

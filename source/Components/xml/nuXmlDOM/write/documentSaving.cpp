@@ -28,7 +28,8 @@ void TNuDOMDocument::SaveToStream(host::TStream& stream, bool formatted, bool wr
 void TNuDOMDocument::SaveToStream(host::TStream& stream, const TNuSaveOptions& options) {
     const nu::SavedEncoding encoding =
         options.codePage == 0 ? nu::savedEncodingOf(*this) : nu::savedEncodingOf(options.codePage);
-    nu::WriteOptions writing{options.formatted, options.writeByteOrderMark, 0, options.keepContent};
+    nu::WriteOptions writing{options.formatted, options.writeByteOrderMark, 0, options.keepContent,
+                             options.indentation};
     switch (encoding.form) {
     case nu::SavedForm::Utf8: {
         nu::Utf8Target target(stream);

@@ -29,7 +29,7 @@ bool isInPreservedSpace(const TNuDOMNode& node) {
 template <class Characters, class Unit>
 void putNode(const TNuDOMNode& node, Output<Unit>& output, const WriteOptions& options) {
     NodeWriter<Unit, Characters> writer(output, *node.OwnerDocument(), options.formatted,
-                                        options.baseLevel);
+                                        options.baseLevel, options.indentation);
     if (NodeAccess::is<TNuDOMDocument>(node)) {
         writer.writeDocument(static_cast<const TNuDOMDocument&>(node));
         return;
@@ -65,7 +65,8 @@ NuXmlString innerTextOf(const TNuDOMNode& node, bool formatted) {
     NuXmlString text;
     WideStringTarget target(text);
     Output<char16_t> output(target, outputLimit(node), stringCapacity);
-    NodeWriter<char16_t> writer(output, *element.OwnerDocument(), formatted, level);
+    NodeWriter<char16_t> writer(output, *element.OwnerDocument(), formatted, level,
+                                WriteOptions().indentation);
     for (const TNuDOMElement& child : element.ChildElements()) {
         writer.writeElement(child, level, preserves);
     }
@@ -119,7 +120,7 @@ void writeInCodePage(const TNuDOMDocument& document, OutputTarget<char>& target,
                      const WriteOptions& options, std::uint32_t codePage) {
     Output<char> output(target, outputLimit(document));
     NodeWriter<char, PageCharacters> writer(output, *document.OwnerDocument(), options.formatted,
-                                            options.baseLevel,
+                                            options.baseLevel, options.indentation,
                                             PageCharacters(codePage, options.keepsContent));
     writer.writeDocument(document);
     output.finish();

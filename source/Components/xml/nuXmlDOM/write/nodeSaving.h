@@ -26,6 +26,8 @@ struct WriteOptions {
     std::int64_t baseLevel = 0;
     /// Whether another parser reads the same content, see ExactCharacters.
     bool keepsContent = false;
+    /// The blanks of each level, where it is formatted.
+    std::uint8_t indentation = 2;
 };
 
 /// Writes a node that can be written.

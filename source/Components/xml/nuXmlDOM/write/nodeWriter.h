@@ -24,10 +24,12 @@ template <class Unit, class Characters = AllCharacters> class NodeWriter {
 public:
     /// \param document  the document of all nodes to write
     /// \param baseLevel the depth that is not indented
+    /// \param width     the blanks of each level
     NodeWriter(Output<Unit>& output, TNuDOMDocument& document, bool formatted,
-               std::int64_t baseLevel, Characters characters = {})
+               std::int64_t baseLevel, std::uint8_t width, Characters characters = {})
         : out_(output), characters_(std::move(characters)), isFormatted_(formatted),
-          baseLevel_(baseLevel), spaceName_(formatted ? findSpaceName(document) : nullptr) {}
+          baseLevel_(baseLevel), width_(width),
+          spaceName_(formatted ? findSpaceName(document) : nullptr) {}
 
     /// The prolog, then the document element.
     void writeDocument(const TNuDOMDocument& document) {
@@ -89,9 +91,9 @@ private:
         const auto& name = characters_.name(NodeAccess::name(element));
         if (isBroken()) {
             if (out_.breaksBeforeElement()) {
-                out_.put("\r\n", Indentation{level_}, "<", name);
+                out_.put("\r\n", indentation(level_), "<", name);
             } else {
-                out_.put(Indentation{level_}, "<", name);
+                out_.put(indentation(level_), "<", name);
             }
         } else {
             out_.put("<", name);
@@ -119,7 +121,7 @@ private:
         --level_;
         const auto& name = characters_.name(NodeAccess::name(element));
         if (hasElements_ && isBroken()) {
-            out_.put("\r\n", Indentation{level_}, "</", name, ">");
+            out_.put("\r\n", indentation(level_), "</", name, ">");
         } else {
             out_.put("</", name, ">");
         }
@@ -155,8 +157,8 @@ private:
     void writeCData(const TNuDOMCDATA& section) {
         const auto& text = characters_.section(NodeAccess::stored(section));
         if (isBroken()) {
-            out_.put("\r\n", Indentation{level_}, "<![CDATA[", text, "]]>\r\n",
-                     Indentation{level_ - 1});
+            out_.put("\r\n", indentation(level_), "<![CDATA[", text, "]]>\r\n",
+                     indentation(level_ - 1));
         } else {
             out_.put("<![CDATA[", text, "]]>");
         }
@@ -166,7 +168,7 @@ private:
         // Deliberate: a formatted comment begins a line even first of all and inside elements that
         // preserve space; only its indentation depends on them.
         if (breaksLeaves()) {
-            out_.put("\r\n", Indentation{preserves_ ? 0 : level_});
+            out_.put("\r\n", indentation(preserves_ ? 0 : level_));
         }
         out_.put("<!--", characters_.comment(NodeAccess::stored(comment)), "-->");
     }
@@ -174,10 +176,14 @@ private:
     void writeInstruction(const TNuDOMProcessingInstruction& instruction) {
         // Deliberate: the same here, once the stream holds a few bytes.
         if (breaksLeaves() && out_.breaksBeforeInstruction()) {
-            out_.put("\r\n", Indentation{preserves_ ? 0 : level_});
+            out_.put("\r\n", indentation(preserves_ ? 0 : level_));
         }
         out_.put("<?", characters_.name(NodeAccess::name(instruction)), " ",
                  characters_.instruction(NodeAccess::stored(instruction)), "?>");
+    }
+
+    [[nodiscard]] Indentation indentation(std::int64_t level) const noexcept {
+        return {level, width_};
     }
 
     /// Whether what is written now stands on a line of its own.
@@ -228,6 +234,7 @@ private:
     [[no_unique_address]] Characters characters_;
     bool isFormatted_;
     std::int64_t baseLevel_;
+    std::uint8_t width_;
     /// The name xml:space when the text is formatted and any node has that name.
     const NodeName* spaceName_;
 

@@ -18,12 +18,13 @@
 
 namespace nu {
 
-/// Two blanks for each level, nothing for a level below 1.
+/// So many blanks for each level, nothing for a level below 1.
 struct Indentation {
     std::int64_t levels;
+    std::size_t width;
 
     [[nodiscard]] std::size_t length() const noexcept {
-        return levels > 0 ? 2 * static_cast<std::size_t>(levels) : 0;
+        return levels > 0 ? width * static_cast<std::size_t>(levels) : 0;
     }
 };
 
