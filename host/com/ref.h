@@ -13,7 +13,8 @@ template <class Interface, class Object>
 
 /// A counted handle: takes a reference when it gets an object, drops it when it lets go.
 ///
-/// Works for everything with _AddRef and _Release. One handle is used by one thread at a time.
+/// Works for everything with _AddRef and _Release, `Ref<const Object>` included. One handle is used
+/// by one thread at a time.
 template <class Object> class Ref {
 public:
     Ref() noexcept = default;
@@ -60,14 +61,18 @@ public:
 private:
     template <class Other> friend class Ref;
 
+    /// The count is no part of what a constant object holds.
+    [[nodiscard]] std::remove_const_t<Object>& changeable() const noexcept {
+        return const_cast<std::remove_const_t<Object>&>(*object_);
+    }
     void take() const noexcept {
         if (object_ != nullptr) {
-            object_->_AddRef();
+            changeable()._AddRef();
         }
     }
     void drop() const noexcept {
         if (object_ != nullptr) {
-            object_->_Release();
+            changeable()._Release();
         }
     }
 
@@ -76,8 +81,7 @@ private:
 
 /// The interface `Interface` of `object`, or an empty handle when the object is null or lacks it.
 /// The object may be an interface or a class that offers several.
-template <class Interface, class Object>
-Ref<Interface> queryInterface(Object* object) noexcept {
+template <class Interface, class Object> Ref<Interface> queryInterface(Object* object) noexcept {
     void* found = nullptr;
     if (object == nullptr || object->QueryInterface(Interface::Id, &found) != resultOk) {
         return {};

@@ -16,10 +16,12 @@ public:
     static constexpr host::DOMNodeType Type = host::ATTRIBUTE_NODE;
 
     [[nodiscard]] NuXmlString get_nodeValue() const override;
+    using TNuDOMNode::set_nodeValue;
     void set_nodeValue(std::u16string_view value) override;
     [[nodiscard]] NuXmlString get_name() const { return get_nodeName(); }
     [[nodiscard]] NuXmlString get_value() const { return get_nodeValue(); }
     void set_value(std::u16string_view value) { set_nodeValue(value); }
+    void set_value(const TNuUtf8Text& value) { set_nodeValue(value.view()); }
 
     /// "xmlns" for every namespace declaration, also for the default one.
     [[nodiscard]] NuXmlString get_prefix() const override;

@@ -119,7 +119,7 @@ TNuDOMNode* AttributeIndex::before(const TNuDOMElement& element, const TNuDOMNod
     if (before_.empty()) {
         std::unordered_map<const TNuDOMNode*, TNuDOMNode*> made;
         TNuDOMNode* last = nullptr;
-        for (TNuDOMAttribute& one : element.Attributes()) {
+        for (TNuDOMAttribute& one : attributesOf(element)) {
             made.emplace(&one, last);
             last = &one;
         }
@@ -183,7 +183,7 @@ namespace {
 template <class Test>
 TNuDOMAttribute* findAmongFew(const TNuDOMElement& element, bool& isAll, Test&& test) {
     int left = AttributeIndex::few;
-    for (TNuDOMAttribute& attribute : element.Attributes()) {
+    for (TNuDOMAttribute& attribute : attributesOf(element)) {
         if (left-- == 0) {
             return nullptr;
         }

@@ -18,6 +18,7 @@ public:
 
     [[nodiscard]] NuXmlString get_data() const { return get_nodeValue(); }
     void set_data(std::u16string_view data) { set_nodeValue(data); }
+    void set_data(const TNuUtf8Text& data) { set_data(data.view()); }
     [[nodiscard]] virtual std::size_t get_length() const = 0;
     [[nodiscard]] virtual NuXmlString substringData(std::ptrdiff_t offset,
                                                     std::ptrdiff_t count) = 0;
@@ -59,6 +60,7 @@ public:
     static const TNuDOMNodeClass Class;
     static constexpr host::DOMNodeType Type = host::TEXT_NODE;
 
+    using TNuDOMNode::set_nodeValue;
     void set_nodeValue(std::u16string_view value) override;
 
     [[nodiscard]] std::size_t get_length() const override;
@@ -89,6 +91,7 @@ public:
     /// Throws ENuDomInvalidCharacter when "]]>" or "<![" stands at an offset that 3 divides; the
     /// node is empty then.
     /// Deliberate: elsewhere they are not found; the check looks at three characters at a time.
+    using TNuDOMNode::set_nodeValue;
     void set_nodeValue(std::u16string_view value) override;
     /// Checks the whole as set_nodeValue does.
     void appendData(std::u16string_view text) override;
@@ -111,6 +114,7 @@ public:
     [[nodiscard]] NuXmlString get_nodeName() const override;
     /// Throws ENuDomInvalidCharacter when "--" stands at an even offset; the comment is empty then.
     /// Deliberate: elsewhere it is not found; the check looks at two characters at a time.
+    using TNuDOMNode::set_nodeValue;
     void set_nodeValue(std::u16string_view value) override;
 
     [[nodiscard]] std::size_t get_length() const override;
@@ -151,11 +155,13 @@ public:
     static constexpr host::DOMNodeType Type = host::PROCESSING_INSTRUCTION_NODE;
 
     [[nodiscard]] NuXmlString get_nodeValue() const override;
+    using TNuDOMNode::set_nodeValue;
     void set_nodeValue(std::u16string_view value) override;
 
     [[nodiscard]] NuXmlString get_target() const { return get_nodeName(); }
     [[nodiscard]] NuXmlString get_data() const { return get_nodeValue(); }
     void set_data(std::u16string_view data) { set_nodeValue(data); }
+    void set_data(const TNuUtf8Text& data) { set_data(data.view()); }
     /// The first quoted text behind the target's own name in the data.
     /// Deliberate: `name` is not consulted; the search is for the target.
     [[nodiscard]] NuXmlString getAttribute(std::u16string_view name) const;

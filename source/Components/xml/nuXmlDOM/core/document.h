@@ -61,14 +61,23 @@ public:
 
     /// \name The document element
     /// @{
-    [[nodiscard]] TNuDOMElement* GetRootNode() const noexcept { return documentElement_; }
-    [[nodiscard]] TNuDOMElement* get_rootNode() const noexcept { return documentElement_; }
-    [[nodiscard]] TNuDOMElement* get_documentElement() const noexcept { return documentElement_; }
+    [[nodiscard]] TNuDOMElement* GetRootNode() noexcept { return documentElement_; }
+    [[nodiscard]] const TNuDOMElement* GetRootNode() const noexcept { return documentElement_; }
+    [[nodiscard]] TNuDOMElement* get_rootNode() noexcept { return documentElement_; }
+    [[nodiscard]] const TNuDOMElement* get_rootNode() const noexcept { return documentElement_; }
+    [[nodiscard]] TNuDOMElement* get_documentElement() noexcept { return documentElement_; }
+    [[nodiscard]] const TNuDOMElement* get_documentElement() const noexcept {
+        return documentElement_;
+    }
     /// Throws ENuDomNoModificationAllowed when there is one.
     void set_documentElement(TNuDOMElement& element);
     /// Makes the document element. Throws ENuDomHierarchyRequest when there is one.
     TNuDOMElement& CreateRootNode(std::u16string_view name);
+    TNuDOMElement& CreateRootNode(const TNuUtf8Text& name) { return CreateRootNode(name.view()); }
     TNuDOMElement& CreateRootNode(std::u16string_view name, std::u16string_view namespaceURI);
+    TNuDOMElement& CreateRootNode(const TNuUtf8Text& name, const TNuUtf8Text& namespaceURI) {
+        return CreateRootNode(name.view(), namespaceURI.view());
+    }
     /// Takes everything out of the document. Throws host::EInvalidPointer before an instruction or
     /// comment that is held.
     void Clear();
@@ -79,16 +88,35 @@ public:
     /// TNuDOMNode::set_nodeName does, values as the set_nodeValue of the kind.
     /// @{
     [[nodiscard]] NuRef<TNuDOMElement> createElement(std::u16string_view name);
+    [[nodiscard]] NuRef<TNuDOMElement> createElement(const TNuUtf8Text& name) {
+        return createElement(name.view());
+    }
     [[nodiscard]] NuRef<TNuDOMElement> createElementNS(std::u16string_view namespaceURI,
                                                        std::u16string_view qualifiedName);
     [[nodiscard]] NuRef<TNuDOMAttribute> createAttribute(std::u16string_view name);
+    [[nodiscard]] NuRef<TNuDOMAttribute> createAttribute(const TNuUtf8Text& name) {
+        return createAttribute(name.view());
+    }
     [[nodiscard]] NuRef<TNuDOMAttribute> createAttributeNS(std::u16string_view namespaceURI,
                                                            std::u16string_view qualifiedName);
     [[nodiscard]] NuRef<TNuDOMText> createTextNode(std::u16string_view data);
+    [[nodiscard]] NuRef<TNuDOMText> createTextNode(const TNuUtf8Text& data) {
+        return createTextNode(data.view());
+    }
     [[nodiscard]] NuRef<TNuDOMComment> createComment(std::u16string_view data);
+    [[nodiscard]] NuRef<TNuDOMComment> createComment(const TNuUtf8Text& data) {
+        return createComment(data.view());
+    }
     [[nodiscard]] NuRef<TNuDOMCDATA> createCDATASection(std::u16string_view data);
+    [[nodiscard]] NuRef<TNuDOMCDATA> createCDATASection(const TNuUtf8Text& data) {
+        return createCDATASection(data.view());
+    }
     [[nodiscard]] NuRef<TNuDOMProcessingInstruction>
     createProcessingInstruction(std::u16string_view target, std::u16string_view data);
+    [[nodiscard]] NuRef<TNuDOMProcessingInstruction>
+    createProcessingInstruction(const TNuUtf8Text& target, const TNuText& data) {
+        return createProcessingInstruction(target.view(), data.view());
+    }
     /// Never supported.
     void createDocumentFragment();
     void createEntityReference(std::u16string_view name);
@@ -109,14 +137,32 @@ public:
                                   TNuDOMNode* reference);
     /// @}
 
+    /// \name Copying
+    /// See TNuDOMNode::AddCopy.
+    /// @{
+    /// A copy of a node, of this document or another one, outside of the tree.
+    template <class Node> [[nodiscard]] NuRef<Node> CreateCopy(const Node& node) {
+        return static_cast<Node*>(copy(node).get());
+    }
+    /// A copy of the document, with its limits.
+    [[nodiscard]] NuRef<TNuDOMDocument> CreateCopy() const;
+    /// @}
+
     /// \name Processing instructions right below the document
     /// @{
     /// The data of the first one of that target, "" without one.
     [[nodiscard]] NuXmlString GetProcessingInstruction(std::u16string_view target) const;
+    [[nodiscard]] std::string GetProcessingInstruction(const TNuUtf8Text& target) const;
     /// Sets the data of the first one of that target, or makes one: at the front for "xml", in any
     /// letter case, else at the end.
     void SetProcessingInstruction(std::u16string_view target, std::u16string_view data);
+    void SetProcessingInstruction(const TNuUtf8Text& target, const TNuText& data) {
+        SetProcessingInstruction(target.view(), data.view());
+    }
     void AddProcessingInstruction(std::u16string_view target, std::u16string_view data);
+    void AddProcessingInstruction(const TNuUtf8Text& target, const TNuText& data) {
+        AddProcessingInstruction(target.view(), data.view());
+    }
     /// @}
 
     /// \name Finding elements
@@ -124,12 +170,25 @@ public:
     /// The first element with an attribute whose local name is "id" and whose value is `id`, both
     /// in any letter case; in the order of a path "//*".
     [[nodiscard]] TNuDOMElement* getElementById(std::u16string_view id);
+    [[nodiscard]] TNuDOMElement* getElementById(const TNuUtf8Text& id) {
+        return getElementById(id.view());
+    }
     [[nodiscard]] NuRef<TNuDOMElementList> getElementsByTagName(std::u16string_view name);
+    [[nodiscard]] NuRef<TNuDOMElementList> getElementsByTagName(const TNuUtf8Text& name) {
+        return getElementsByTagName(name.view());
+    }
     [[nodiscard]] NuRef<TNuDOMElementList> getElementsByTagNameNS(std::u16string_view namespaceURI,
                                                                   std::u16string_view localName);
     [[nodiscard]] NuRef<TNuDOMElementList> CreateElementList(std::u16string_view path,
                                                              TNuDOMSelectOptions options = {});
+    [[nodiscard]] NuRef<TNuDOMElementList> CreateElementList(const TNuUtf8Text& path,
+                                                             TNuDOMSelectOptions options = {}) {
+        return CreateElementList(path.view(), options);
+    }
     TNuDOMElement* SelectSingleElement(std::u16string_view path, TNuDOMSelectOptions options = {});
+    TNuDOMElement* SelectSingleElement(const TNuUtf8Text& path, TNuDOMSelectOptions options = {}) {
+        return SelectSingleElement(path.view(), options);
+    }
     /// @}
 
     /// \name Loading
@@ -150,6 +209,8 @@ public:
     bool LoadFromStream(host::TStream& stream);
     bool loadFromStream(host::IStream* stream);
     bool loadxml(std::u16string_view xml);
+    /// The text is UTF-8, whatever its declaration says.
+    bool loadxml(const TNuUtf8Text& xml) { return loadxml(xml.view()); }
     /// XML text (it begins with "<"), the name of a file, or a stream.
     bool load(const host::DOMSource& source);
     /// The same, read as the XML standard means it: what is not well-formed throws ENuXmlFault.
@@ -160,12 +221,19 @@ public:
                         TNuLoadReport* report = nullptr);
     bool loadxml(std::u16string_view xml, const TNuConformingOptions& options,
                  TNuLoadReport* report = nullptr);
+    bool loadxml(const TNuUtf8Text& xml, const TNuConformingOptions& options,
+                 TNuLoadReport* report = nullptr) {
+        return loadxml(xml.view(), options, report);
+    }
     bool load(const host::DOMSource& source, const TNuConformingOptions& options,
               TNuLoadReport* report = nullptr);
     /// Read by the rules of the reader alone, which forgives much and tells the report.
     bool LoadFromFile(const std::filesystem::path& fileName, TNuLoadReport& report);
     bool LoadFromStream(host::TStream& stream, TNuLoadReport& report);
     bool loadxml(std::u16string_view xml, TNuLoadReport& report);
+    bool loadxml(const TNuUtf8Text& xml, TNuLoadReport& report) {
+        return loadxml(xml.view(), report);
+    }
     bool load(const host::DOMSource& source, TNuLoadReport& report);
     /// Always 0: loading is done when the call is.
     [[nodiscard]] std::int32_t asyncLoadState() const noexcept { return 0; }
@@ -190,6 +258,7 @@ public:
     [[nodiscard]] NuXmlString GetEncoding() const;
     /// Makes the declaration name an encoding, and makes a declaration where there is none.
     void SetEncoding(std::u16string_view name);
+    void SetEncoding(const TNuUtf8Text& name) { SetEncoding(name.view()); }
     void SaveToStream(host::TStream& stream) { SaveToStream(stream, false, false); }
     /// Throws host::Exception ("Failed to write all the data!") when an 8-bit save is cut short,
     /// and what the stream throws.
@@ -198,7 +267,7 @@ public:
     void SaveToStream(host::IStream* stream);
     /// Replaces the file when everything is written; after a failure the old file is there as it
     /// was. Begins with a byte-order mark.
-    void SaveToFile(const std::filesystem::path& fileName, bool formatted);
+    void SaveToFile(const std::filesystem::path& fileName, bool formatted = false);
     void save(std::u16string_view fileName);
     /// @}
 
@@ -213,6 +282,9 @@ public:
     [[nodiscard]] NuRef<TNuDOMImplementation> get_domImplementation() const;
 
     // TNuDOMNode
+    using TNuDOMNode::CreateNodeList;
+    using TNuDOMNode::SelectSingleNode;
+    using TNuDOMNode::set_innerxml;
     [[nodiscard]] NuXmlString get_nodeName() const override;
     void set_innerxml(std::u16string_view xml) override;
     /// The instructions and comments, then the document element.
@@ -269,6 +341,7 @@ private:
     void leaveNode(TNuDOMNode& node) noexcept;
     void freeExtras(nu::NodeExtras& extras) noexcept;
     [[nodiscard]] TNuDOMProcessingInstruction* findInstruction(std::u16string_view target) const;
+    [[nodiscard]] NuRef<TNuDOMNode> copy(const TNuDOMNode& node);
     template <class Node>
     NuRef<Node> createNamed(std::u16string_view name, std::u16string_view uri);
     template <class Node> NuRef<Node> createText(std::u16string_view data);

@@ -19,10 +19,14 @@ inline constexpr std::u16string_view cAssertionFailure = u"Assertion failure";
 // ENuDomHierarchyRequest
 inline constexpr std::u16string_view cNoParentOf =
     u"Nodes of class %s can't be parents of %s nodes.";
+inline constexpr std::u16string_view cNoCopyOfDocument =
+    u"A document is copied by its CreateCopy alone.";
 inline constexpr std::u16string_view cOneRootNode = u"A document can only have 1 rootnode";
 
 // ENuDomNoModificationAllowed
 inline constexpr std::u16string_view cNameIsFixed = u"Modifying a NodeName is not allowed.";
+inline constexpr std::u16string_view cNoMakingInConstant =
+    u"A path cannot create nodes of a constant node.";
 inline constexpr std::u16string_view cRootNodeIsFixed =
     u"It is not possible to replace an existing rootnode by another.";
 
@@ -38,6 +42,9 @@ inline constexpr std::u16string_view cInvalidCData =
 
 // ENuDomNotFound
 inline constexpr std::u16string_view cNoAttribute = u"There is no attribute \"%s\"";
+
+// host::EConvertError
+inline constexpr std::u16string_view cValueAt = u"%s (%s)";
 
 // ENuDomNotSupported
 inline constexpr std::u16string_view cNotSupported = u"Not supported";

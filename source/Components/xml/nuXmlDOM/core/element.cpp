@@ -168,7 +168,15 @@ TNuDOMNode* TNuDOMElement::get_previousSibling() const {
 
 TNuDOMNode* TNuDOMElement::get_nextSibling() const { return nu::NodeChain::next(*this); }
 
-TNuDOMElement* TNuDOMElement::FirstChildElement() const {
+const TNuDOMElement* TNuDOMElement::FirstChildElement() const {
+    return const_cast<TNuDOMElement&>(*this).FirstChildElement();
+}
+
+const nu::NodeName* TNuDOMElement::knownName(std::u16string_view name) const noexcept {
+    return OwnerDocument()->names().find(name);
+}
+
+TNuDOMElement* TNuDOMElement::FirstChildElement() {
     return nu::findChildElement(*this, [](const TNuDOMElement&) { return true; });
 }
 

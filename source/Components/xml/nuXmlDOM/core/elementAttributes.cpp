@@ -10,7 +10,7 @@ namespace {
 
 /// The first attribute for which `test` holds; null without one.
 template <class Test> TNuDOMAttribute* findIf(const TNuDOMElement& element, Test&& test) {
-    for (TNuDOMAttribute& attribute : element.Attributes()) {
+    for (TNuDOMAttribute& attribute : nu::attributesOf(element)) {
         if (test(attribute)) {
             return &attribute;
         }

@@ -45,6 +45,11 @@ TNuDOMCDATA& TNuDOMElement::InsertCDATA(std::u16string_view text, TNuDOMPosition
         OwnerDocument()->_CreateCharacterData(TNuDOMCDATA::Class, text, this, position, reference));
 }
 
+TNuDOMText& TNuDOMElement::AddText(const TNuText& text) {
+    return static_cast<TNuDOMText&>(
+        OwnerDocument()->_CreateCharacterData(TNuDOMText::Class, text, this, rdpLast, nullptr));
+}
+
 // Finding and removing children
 
 TNuDOMElement* TNuDOMElement::GetChildElement(std::u16string_view name,

@@ -78,7 +78,7 @@ template <class Test>
         }
         return nullptr;
     }
-    for (TNuDOMElement& child : element.ChildElements()) {
+    for (TNuDOMElement& child : TNuDOMRange<TNuDOMElement>(element.FirstChild())) {
         if (test(child)) {
             return &child;
         }

@@ -82,7 +82,7 @@ template <class Test>
 TNuDOMAttribute* findDeclarationIf(const TNuDOMElement& element, bool recursive, Test&& test) {
     for (const TNuDOMElement* scope = &element; scope != nullptr;
          scope = recursive ? nu::NodeAccess::parentElement(*scope) : nullptr) {
-        for (TNuDOMAttribute& attribute : scope->Attributes()) {
+        for (TNuDOMAttribute& attribute : nu::attributesOf(*scope)) {
             if (attribute.get_IsNamespace() && test(attribute)) {
                 return &attribute;
             }

@@ -86,6 +86,20 @@ void TNuDOMNode::set_prefix(std::u16string_view prefix) {
     }
 }
 
+void TNuDOMNode::Rename(const TNuText& name) {
+    if (nodeType_ != host::ELEMENT_NODE && nodeType_ != host::ATTRIBUTE_NODE &&
+        nodeType_ != host::PROCESSING_INSTRUCTION_NODE) {
+        raiseNotSupported();
+    }
+    if (name.view().empty()) {
+        throw ENuDomSyntax(nu::cEmptyName);
+    }
+    if (name.view().find(cNuSpace) != std::u16string_view::npos) {
+        throw ENuDomInvalidCharacter(nu::cInvalidName);
+    }
+    rename(OwnerDocument()->names().get(name.view()));
+}
+
 void TNuDOMNode::rename(const nu::NodeName* name) noexcept {
     nu::NodeAccess::setName(*this, name);
     TNuDOMNode* parent = nu::NodeAccess::parent(*this);

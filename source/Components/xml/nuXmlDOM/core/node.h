@@ -1,9 +1,15 @@
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <iosfwd>
+#include <limits>
+#include <optional>
+#include <string>
 #include <string_view>
 
+#include "common/textArgument.h"
 #include "host/dom/node.h"
 #include "host/runtime/stream.h"
 #include "nuXmlDOM/core/attributeChain.h"
@@ -12,12 +18,14 @@
 #include "nuXmlDOM/core/nodeClass.h"
 #include "nuXmlDOM/core/selectOptions.h"
 #include "nuXmlParser/chars.h"
+#include "nuXmlParser/valueArgument.h"
 
 /// \file
 /// The node, base of all kinds.
 
 class TNuDOMAttrList;
 class TNuDOMElement;
+template <class Node> class TNuDOMSelection;
 
 namespace nu {
 
@@ -54,6 +62,10 @@ enum TNuDOMPosition : std::uint8_t {
 /// interfaces of a node (see QueryInterface) offer the same operations as W3C DOM Level 2 Core
 /// names them and give failure codes instead. What a kind of node does not provide throws
 /// ENuDomNotSupported ("Not supported").
+///
+/// Text is UTF-16, and UTF-8 as well: operations that take text take both, and who asks in UTF-8
+/// ("id", std::string) for a text gets a std::string. Name, Text, Xml and Get<std::string> give
+/// UTF-8 in any case. Malformed UTF-8 throws host::EConvertError, see TNuText.
 class NUXML_API TNuDOMNode : public TNuDOMObject {
 public:
     /// \name What the node is
@@ -86,6 +98,14 @@ public:
     /// empty, and ENuDomInvalidCharacter when it holds a space; the node then has the name up to
     /// there.
     void set_nodeName(std::u16string_view name);
+    void set_nodeName(const TNuUtf8Text& name) { set_nodeName(name.view()); }
+    /// Gives an element, an attribute or an instruction another name, which is in the namespace
+    /// that its prefix has in scope. Throws ENuDomSyntax when `name` is empty,
+    /// ENuDomInvalidCharacter when it holds a space, and ENuDomNotSupported for other nodes;
+    /// nothing changes then.
+    void Rename(const TNuText& name);
+    /// The qualified name, as get_nodeName gives it, in UTF-8.
+    [[nodiscard]] std::string Name() const;
     /// Changes the prefix; an empty one takes it away. Throws ENuDomInvalidCharacter when it holds
     /// a colon or a space; the node is then left with a prefix that is empty but there (":name").
     void set_prefix(std::u16string_view prefix);
@@ -98,8 +118,12 @@ public:
     /// @{
     [[nodiscard]] virtual NuXmlString get_nodeValue() const;
     virtual void set_nodeValue(std::u16string_view value);
+    void set_nodeValue(const TNuUtf8Text& value) { set_nodeValue(value.view()); }
     [[nodiscard]] virtual NuXmlString get_text() const;
     virtual void set_text(std::u16string_view text);
+    void set_text(const TNuUtf8Text& text) { set_text(text.view()); }
+    /// The text of an element, the value of any other node, in UTF-8.
+    [[nodiscard]] std::string Text() const;
     /// The node written as XML text.
     [[nodiscard]] virtual NuXmlString get_xml() const;
     /// The same with line breaks and indentation.
@@ -109,10 +133,15 @@ public:
     /// Deliberate: text, comments and instructions between the child elements are left out.
     [[nodiscard]] NuXmlString get_innerxml() const;
     [[nodiscard]] NuXmlString get_formattedInnerXml() const;
+    /// The node written as XML text in UTF-8.
+    [[nodiscard]] std::string Xml() const;
+    /// The same with line breaks and indentation.
+    [[nodiscard]] std::string FormattedXml() const;
     /// Parses `xml` and puts the nodes below this one, in place of its children; attributes stay.
     /// What is wrong with the text throws as TNuSAXXMLReader::Parse does, what was read before
     /// stays there. ENuDomHierarchyRequest when the node cannot have children.
     virtual void set_innerxml(std::u16string_view xml);
+    void set_innerxml(const TNuUtf8Text& xml) { set_innerxml(xml.view()); }
     /// @}
 
     /// \name Neighbours
@@ -149,14 +178,78 @@ public:
     void transformNode(TNuDOMNode& stylesheet, TNuDOMDocument& output) const;
     /// @}
 
-    /// \name Selecting by path
+    /// \name Copying
+    /// A copy of a node, of this document or another one, with everything below it, in one pass.
+    /// It has the names as they are written: where a prefix is declared further up, the copy needs
+    /// that declaration at its own place. Throws ENuDomHierarchyRequest for a document and for a
+    /// node that cannot stand there; nothing changes then.
     /// @{
+    /// Puts the copy behind the other children.
+    template <class Node> Node& AddCopy(const Node& node) {
+        return static_cast<Node&>(insertCopy(node, rdpLast, nullptr));
+    }
+    template <class Node>
+    Node& InsertCopy(const Node& node, TNuDOMPosition position, TNuDOMNode* reference) {
+        return static_cast<Node&>(insertCopy(node, position, reference));
+    }
+    /// @}
+
+    /// \name Selecting by path
+    /// For elements and documents (docs/paths.md). Those of a constant node give constant nodes and
+    /// make none: with soCreate they throw ENuDomNoModificationAllowed.
+    /// @{
+    /// The elements at `path`, in the order of selection.
+    [[nodiscard]] TNuDOMSelection<TNuDOMElement> Select(const TNuText& path,
+                                                        TNuDOMSelectOptions options = {});
+    [[nodiscard]] TNuDOMSelection<const TNuDOMElement>
+    Select(const TNuText& path, TNuDOMSelectOptions options = {}) const;
+    /// The same for nodes of all kinds, such as attributes: "book/@id".
+    [[nodiscard]] TNuDOMSelection<TNuDOMNode> SelectNodes(const TNuText& path,
+                                                          TNuDOMSelectOptions options = {});
+    [[nodiscard]] TNuDOMSelection<const TNuDOMNode>
+    SelectNodes(const TNuText& path, TNuDOMSelectOptions options = {}) const;
+    /// The first element at `path`; null without one.
+    [[nodiscard]] TNuDOMElement* Find(const TNuText& path, TNuDOMSelectOptions options = {});
+    [[nodiscard]] const TNuDOMElement* Find(const TNuText& path,
+                                            TNuDOMSelectOptions options = {}) const;
+    /// The first element at `path`. Throws ENuDomException without one.
+    [[nodiscard]] TNuDOMElement& At(const TNuText& path);
+    [[nodiscard]] const TNuDOMElement& At(const TNuText& path) const;
+    /// The first element at `path`, which is made, with all that leads there, where it is missing.
+    TNuDOMElement& Make(const TNuText& path);
     /// A new list of the nodes at `path`, in the order of selection.
     [[nodiscard]] virtual NuRef<TNuDOMNodeList> CreateNodeList(std::u16string_view path,
                                                                TNuDOMSelectOptions options = {});
+    [[nodiscard]] NuRef<TNuDOMNodeList> CreateNodeList(const TNuUtf8Text& path,
+                                                       TNuDOMSelectOptions options = {});
     /// The only node at `path`; null when there is none, or more than one.
     virtual TNuDOMNode* SelectSingleNode(std::u16string_view path,
                                          TNuDOMSelectOptions options = {});
+    TNuDOMNode* SelectSingleNode(const TNuUtf8Text& path, TNuDOMSelectOptions options = {}) {
+        return SelectSingleNode(path.view(), options);
+    }
+    /// @}
+
+    /// \name Values
+    /// `Value` is bool, an integer, float, double, host::TDateTime, std::string (UTF-8) or
+    /// NuXmlString. The text of an element is its value; a path may also lead to attributes:
+    /// `book.Get<int>("@year", 0)`. It is read as NuXMLToBool, NuXMLToInt, NuXMLToDouble and
+    /// NuXMLToDateTime read it; text that is no such value, or a number out of range, throws
+    /// host::EConvertError, which names the place.
+    /// @{
+    /// The value of this node.
+    template <class Value> [[nodiscard]] Value Get() const;
+    /// The value of the first node at `path`; nothing without a node.
+    template <class Value> [[nodiscard]] std::optional<Value> Get(const TNuText& path) const;
+    /// The same; `fallback` without a node.
+    template <class Value> [[nodiscard]] Value Get(const TNuText& path, Value fallback) const;
+    [[nodiscard]] std::string Get(const TNuText& path, const char* fallback) const;
+    [[nodiscard]] NuXmlString Get(const TNuText& path, const NuXmlChar* fallback) const;
+    /// Makes the value the text of this node. No type is named beside it, see SetAsInteger.
+    void Set(const TNuValue& value) { writeValue(value.view()); }
+    /// The same for the first node at `path`, which is made where it is missing, if it is an
+    /// element or an attribute: `book.Set("@year", 1999)`.
+    void Set(const TNuText& path, const TNuValue& value);
     /// @}
 
     /// \name Writing
@@ -191,6 +284,19 @@ protected:
 
     void _GC() noexcept override {}
     nu::Face& face() override;
+
+    /// The first node at `path`, or the first element; null without one.
+    [[nodiscard]] TNuDOMNode* first(std::u16string_view path, TNuDOMSelectOptions options,
+                                    bool elementsOnly) const;
+    /// The value as text, and as what the text says; these throw host::EConvertError.
+    [[nodiscard]] NuXmlString readText() const;
+    void read(bool& value) const;
+    void read(double& value) const;
+    void read(host::TDateTime& value) const;
+    [[nodiscard]] std::int64_t readInteger(std::int64_t least, std::int64_t largest) const;
+    [[nodiscard]] std::uint64_t readUnsigned(std::uint64_t largest) const;
+    void writeValue(std::u16string_view value);
+    TNuDOMNode& insertCopy(const TNuDOMNode& node, TNuDOMPosition position, TNuDOMNode* reference);
 
     [[noreturn]] static void raiseNotSupported();
     [[noreturn]] void raiseNoParentOf(const TNuDOMNode& child) const;
@@ -227,3 +333,40 @@ private:
 
     TNuDOMNode* previous_ = nullptr;
 };
+
+/// Writes the node as XML text in UTF-8.
+NUXML_API std::ostream& operator<<(std::ostream& stream, const TNuDOMNode& node);
+
+template <class Value> Value TNuDOMNode::Get() const {
+    static_assert(nu::TypedValue<Value> || std::same_as<Value, std::string> ||
+                      std::same_as<Value, NuXmlString>,
+                  "a value is bool, a number, host::TDateTime, std::string or NuXmlString");
+    if constexpr (std::same_as<Value, std::string>) {
+        return Text();
+    } else if constexpr (std::same_as<Value, NuXmlString>) {
+        return readText();
+    } else if constexpr (std::same_as<Value, bool> || std::same_as<Value, host::TDateTime>) {
+        Value value;
+        read(value);
+        return value;
+    } else if constexpr (std::floating_point<Value>) {
+        double value = 0;
+        read(value);
+        return static_cast<Value>(value);
+    } else if constexpr (std::signed_integral<Value>) {
+        using Limits = std::numeric_limits<Value>;
+        return static_cast<Value>(readInteger(Limits::min(), Limits::max()));
+    } else {
+        return static_cast<Value>(readUnsigned(std::numeric_limits<Value>::max()));
+    }
+}
+
+template <class Value> std::optional<Value> TNuDOMNode::Get(const TNuText& path) const {
+    const TNuDOMNode* node = first(path, {}, false);
+    return node != nullptr ? std::optional<Value>(node->Get<Value>()) : std::nullopt;
+}
+
+template <class Value> Value TNuDOMNode::Get(const TNuText& path, Value fallback) const {
+    const TNuDOMNode* node = first(path, {}, false);
+    return node != nullptr ? node->Get<Value>() : fallback;
+}

@@ -75,6 +75,13 @@ void NodeAccess::appendValue(const TNuDOMNode& node, NuXmlString& target) {
     }
 }
 
+void NodeAccess::copyText(const TNuDOMNode& source, TNuDOMNode& target) {
+    text(target)->copy(target.OwnerDocument()->memory(), *text(source));
+    if (source.hasFlag(isCanonicalText)) {
+        target.setFlag(isCanonicalText);
+    }
+}
+
 NodeExtras* NodeAccess::extrasIfAny(const TNuDOMNode& node) noexcept {
     // Names are shared and never change; the extras of a node are its own.
     return node.hasFlag(hasExtras)

@@ -95,6 +95,8 @@ public:
     /// Makes a node of the class in the memory of the document.
     template <class Node>
     [[nodiscard]] static Node& make(TNuDOMDocument& document, const NodeName* name);
+    /// Puts the text of a node in place of that of another one of its class.
+    static void copyText(const TNuDOMNode& source, TNuDOMNode& target);
     /// Frees a node that has no children and no place, with its attributes, lists and faces.
     static void destroy(TNuDOMNode& node) noexcept;
     /// Frees a node outside of the tree and everything below it, whatever is held.

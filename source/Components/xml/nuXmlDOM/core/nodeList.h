@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "common/textArgument.h"
 #include "nuXmlDOM/core/domObject.h"
 #include "nuXmlDOM/core/snapshots.h"
 #include "nuXmlParser/chars.h"
@@ -23,11 +24,13 @@ class TNuDOMNode;
 template <class List> class TNuDOMListIterator {
 public:
     using iterator_category = std::input_iterator_tag;
+    using iterator_concept = std::forward_iterator_tag;
     using value_type = decltype(std::declval<const List&>().GetItem(0));
     using difference_type = std::ptrdiff_t;
     using pointer = const value_type*;
     using reference = value_type;
 
+    TNuDOMListIterator() noexcept = default;
     TNuDOMListIterator(const List& list, std::size_t index) noexcept
         : list_(&list), index_(index) {}
     value_type operator*() const { return list_->GetItem(static_cast<std::ptrdiff_t>(index_)); }
@@ -35,11 +38,16 @@ public:
         ++index_;
         return *this;
     }
+    TNuDOMListIterator operator++(int) noexcept {
+        TNuDOMListIterator former = *this;
+        ++*this;
+        return former;
+    }
     friend bool operator==(TNuDOMListIterator, TNuDOMListIterator) noexcept = default;
 
 private:
-    const List* list_;
-    std::size_t index_;
+    const List* list_ = nullptr;
+    std::size_t index_ = 0;
 };
 
 /// Nodes in order.
@@ -78,6 +86,7 @@ public:
     /// value when those are elements, else by node value. Throws, and changes nothing, when it
     /// finds no single node from one of them.
     void Sort(std::u16string_view path);
+    void Sort(const TNuUtf8Text& path) { Sort(path.view()); }
     /// The node whose list it is, or from which the selection began; null when that was freed.
     [[nodiscard]] TNuDOMNode* Node() const noexcept;
 
@@ -164,6 +173,9 @@ public:
 
     /// The first attribute of that qualified name, or null.
     [[nodiscard]] TNuDOMAttribute* getNamedItem(std::u16string_view name) const;
+    [[nodiscard]] TNuDOMAttribute* getNamedItem(const TNuUtf8Text& name) const {
+        return getNamedItem(name.view());
+    }
     /// The first attribute of that namespace and local name, or null.
     [[nodiscard]] TNuDOMAttribute* getNamedItemNS(std::u16string_view namespaceURI,
                                                   std::u16string_view localName) const;

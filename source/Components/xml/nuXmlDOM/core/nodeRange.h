@@ -2,6 +2,8 @@
 
 #include <cstddef>
 #include <iterator>
+#include <string_view> // declares what is said of ranges below
+#include <type_traits>
 
 #include "nuXmlDOM/core/attribute.h"
 #include "nuXmlDOM/core/node.h"
@@ -10,28 +12,53 @@
 /// \file
 /// Nodes for range-based for loops.
 
-/// Nodes in the order of the document, for range-based for loops:
+namespace nu {
+
+/// What a range takes nodes of its class by: any of them.
+struct AnyName {
+    [[nodiscard]] bool operator()(const TNuDOMNode& /*node*/) const noexcept { return true; }
+    friend bool operator==(AnyName, AnyName) noexcept = default;
+};
+
+/// Those of one qualified name.
+class SameName {
+public:
+    SameName() noexcept = default;
+    explicit SameName(const NodeName* plain) noexcept : plain_(plain) {}
+    [[nodiscard]] bool operator()(const TNuDOMNode& node) const noexcept {
+        return NodeAccess::name(node).plain == plain_;
+    }
+    friend bool operator==(SameName, SameName) noexcept = default;
+
+private:
+    const NodeName* plain_ = nullptr;
+};
+
+} // namespace nu
+
+/// Nodes in the order of the document, for loops and algorithms:
 /// `for (TNuDOMElement& book : library.ChildElements())`.
 ///
 /// Walks the tree itself without a list: a loop may change everything but the place of the node
-/// that it stands at.
-template <class Node> class TNuDOMRange {
+/// that it stands at. A view in the sense of the standard library; iterators are good without it.
+template <class Node, class Test = nu::AnyName> class TNuDOMRange {
 public:
     /// Steps from node to node.
     class Iterator {
     public:
         using iterator_category = std::forward_iterator_tag;
-        using value_type = Node;
+        using value_type = std::remove_const_t<Node>;
         using difference_type = std::ptrdiff_t;
         using pointer = Node*;
         using reference = Node&;
 
         Iterator() noexcept = default;
-        explicit Iterator(TNuDOMNode* node) noexcept : node_(skip(node)) {}
+        Iterator(TNuDOMNode* node, Test test) noexcept : node_(node), test_(test) { skip(); }
         Node& operator*() const noexcept { return static_cast<Node&>(*node_); }
         Node* operator->() const noexcept { return static_cast<Node*>(node_); }
         Iterator& operator++() noexcept {
-            node_ = skip(nu::NodeChain::next(*node_));
+            node_ = nu::NodeChain::next(*node_);
+            skip();
             return *this;
         }
         Iterator operator++(int) noexcept {
@@ -39,24 +66,47 @@ public:
             ++*this;
             return former;
         }
-        friend bool operator==(Iterator, Iterator) noexcept = default;
+        friend bool operator==(Iterator left, Iterator right) noexcept {
+            return left.node_ == right.node_;
+        }
 
     private:
-        static TNuDOMNode* skip(TNuDOMNode* node) noexcept {
-            while (node != nullptr && !nu::NodeAccess::is<Node>(*node)) {
-                node = nu::NodeChain::next(*node);
+        void skip() noexcept {
+            while (node_ != nullptr &&
+                   !(nu::NodeAccess::is<std::remove_const_t<Node>>(*node_) && test_(*node_))) {
+                node_ = nu::NodeChain::next(*node_);
             }
-            return node;
         }
 
         TNuDOMNode* node_ = nullptr;
+        [[no_unique_address]] Test test_;
     };
 
-    explicit TNuDOMRange(TNuDOMNode* first) noexcept : first_(first) {}
-    [[nodiscard]] Iterator begin() const noexcept { return Iterator(first_); }
+    TNuDOMRange() noexcept = default;
+    /// From `first` on, a node or null.
+    explicit TNuDOMRange(TNuDOMNode* first, Test test = {}) noexcept : first_(first), test_(test) {}
+    [[nodiscard]] Iterator begin() const noexcept { return Iterator(first_, test_); }
     [[nodiscard]] Iterator end() const noexcept { return Iterator(); }
     [[nodiscard]] bool empty() const noexcept { return begin() == end(); }
 
 private:
-    TNuDOMNode* first_;
+    TNuDOMNode* first_ = nullptr;
+    [[no_unique_address]] Test test_;
 };
+
+namespace nu {
+
+/// The attributes of an element for algorithms that only pass through it.
+[[nodiscard]] inline TNuDOMRange<TNuDOMAttribute> attributesOf(const TNuDOMNode& element) noexcept {
+    return TNuDOMRange<TNuDOMAttribute>(NodeAccess::firstAttribute(element));
+}
+
+} // namespace nu
+
+/// The child elements of one name.
+template <class Node> using TNuDOMNamedRange = TNuDOMRange<Node, nu::SameName>;
+
+template <class Node, class Test>
+inline constexpr bool std::ranges::enable_borrowed_range<TNuDOMRange<Node, Test>> = true;
+template <class Node, class Test>
+inline constexpr bool std::ranges::enable_view<TNuDOMRange<Node, Test>> = true;

@@ -59,6 +59,21 @@ void StoredText::release(DocumentMemory& memory) noexcept {
     memory.release(outside() - headerSize(outsideLength()), capacity());
 }
 
+void StoredText::copy(DocumentMemory& memory, const StoredText& other) {
+    if (other.isInside()) {
+        clear(memory);
+        word_ = other.word_;
+        return;
+    }
+    const std::size_t length = other.outsideLength();
+    const std::size_t header = headerSize(length);
+    const std::size_t size = length * other.unitSize();
+    auto* piece = static_cast<char*>(memory.allocate(header + size));
+    std::memcpy(piece + header, other.outside(), size);
+    clear(memory);
+    adopt(piece, length, other.word_ & (wideFlag | utf8Flag), false);
+}
+
 void StoredText::assignElsewhere(DocumentMemory& memory, std::u16string_view text) {
     checkLength(text.size());
     const std::size_t header = headerSize(text.size());

@@ -71,6 +71,8 @@ public:
         loadElsewhere(memory, text, isAscii);
     }
     static constexpr std::size_t loadSlack = 8;
+    /// The same for the text of another node, in the form that it has there.
+    void copy(DocumentMemory& memory, const StoredText& other);
     /// Turns UTF-8 into UTF-16, so that places in the text can be found. Strong guarantee.
     void widen(DocumentMemory& memory) {
         if (isUtf8()) [[unlikely]] {

@@ -1,7 +1,9 @@
 #include "nuXmlDOM/load/loadReport.h"
 
+#include <ostream>
 #include <utility>
 
+#include "common/utf8.h"
 #include "nuXmlParser/parserErrors.h"
 
 namespace {
@@ -50,4 +52,12 @@ void TNuLoadReport::Add(TNuLoadFault fault) {
     if (faults_.size() < limit_ || fault.severity == fsFatal) {
         faults_.push_back(std::move(fault));
     }
+}
+
+std::ostream& operator<<(std::ostream& stream, const TNuLoadFault& fault) {
+    return stream << NuToUtf8(fault.Text());
+}
+
+std::ostream& operator<<(std::ostream& stream, const TNuLoadReport& report) {
+    return stream << NuToUtf8(report.Text());
 }

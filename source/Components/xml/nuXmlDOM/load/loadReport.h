@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <iosfwd>
 #include <string>
 #include <vector>
 
@@ -57,3 +58,7 @@ private:
     std::size_t count_ = 0;
     std::vector<TNuLoadFault> faults_;
 };
+
+/// Write what Text gives, in UTF-8; of a report a line each.
+NUXML_API std::ostream& operator<<(std::ostream& stream, const TNuLoadFault& fault);
+NUXML_API std::ostream& operator<<(std::ostream& stream, const TNuLoadReport& report);

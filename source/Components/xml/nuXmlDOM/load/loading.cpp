@@ -28,8 +28,10 @@ host::Ref<host::IDOMDocument> documentOf(const std::filesystem::path& fileName, 
     return documentOf(&file, false, loading);
 }
 
-NuRef<TNuDOMDocument> documentOf(std::u16string_view xml, const nu::Loading& loading) {
+NuRef<TNuDOMDocument> documentOf(std::u16string_view xml, const nu::Loading& loading,
+                                 const TNuDOMLimits& limits = {}) {
     NuRef<TNuDOMDocument> document = TNuDOMDocument::Create();
+    document->SetLimits(limits);
     nu::loadText(*document, xml, loading);
     return document;
 }
@@ -46,6 +48,11 @@ NuRef<TNuDOMDocument> NuLoadDocument(const std::filesystem::path& fileName,
 }
 
 // Of XML text
+
+NuRef<TNuDOMDocument> NuParseDocument(const TNuText& xml, const TNuConformingOptions& options,
+                                      TNuLoadReport* report, const TNuDOMLimits& limits) {
+    return documentOf(xml, {&options, report}, limits);
+}
 
 NuRef<TNuDOMDocument> NuCreateDOMDocument(std::u16string_view xml) {
     NuRef<TNuDOMDocument> document = TNuDOMDocument::Create();

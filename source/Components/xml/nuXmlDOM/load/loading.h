@@ -22,6 +22,9 @@
 /// A document of XML text. The text is no file name, whatever it looks like; without markup in it
 /// the document is empty.
 [[nodiscard]] NUXML_API NuRef<TNuDOMDocument> NuCreateDOMDocument(std::u16string_view xml);
+[[nodiscard]] inline NuRef<TNuDOMDocument> NuCreateDOMDocument(const TNuUtf8Text& xml) {
+    return NuCreateDOMDocument(xml.view());
+}
 
 /// The same as an interface.
 [[nodiscard]] NUXML_API host::Ref<host::IDOMDocument> NuGetDOMDocument(std::u16string_view xml);
@@ -43,6 +46,10 @@ NuGetDOMDocument(const std::filesystem::path& fileName, std::uint16_t mode);
 [[nodiscard]] NUXML_API NuRef<TNuDOMDocument>
 NuLoadDocument(const std::filesystem::path& fileName, const TNuConformingOptions& options = {},
                TNuLoadReport* report = nullptr, const TNuDOMLimits& limits = {});
+/// A document of XML text in memory.
+[[nodiscard]] NUXML_API NuRef<TNuDOMDocument>
+NuParseDocument(const TNuText& xml, const TNuConformingOptions& options = {},
+                TNuLoadReport* report = nullptr, const TNuDOMLimits& limits = {});
 [[nodiscard]] NUXML_API NuRef<TNuDOMDocument>
 NuCreateDOMDocument(std::u16string_view xml, const TNuConformingOptions& options,
                     TNuLoadReport* report = nullptr);

@@ -4,15 +4,27 @@
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
 #include "nuXmlDOM/path/pathSelection.h"
+#include "nuXmlDOM/path/pathTree.h"
 
 namespace {
 
-nu::PathNodes select(const nu::PathProgram& program, TNuDOMNode& context, bool elementsOnly,
-                     nu::PathNodes found = {}) {
-    if (!nu::NodeAccess::is<TNuDOMElement>(context) &&
-        !nu::NodeAccess::is<TNuDOMDocument>(context)) {
+void checkContext(const TNuDOMNode& context) {
+    if (!nu::isPathContext(context)) {
         throw ENuDomNotSupported(nu::cNotSupported);
     }
+}
+
+/// The context for selections that make nothing.
+TNuDOMNode& unchanged(const TNuDOMNode& context, TNuDOMSelectOptions options) {
+    if (options.has(soCreate)) {
+        throw ENuDomNoModificationAllowed(nu::cNoMakingInConstant);
+    }
+    return const_cast<TNuDOMNode&>(context);
+}
+
+nu::PathNodes select(const nu::PathProgram& program, TNuDOMNode& context, bool elementsOnly,
+                     nu::PathNodes found = {}) {
+    checkContext(context);
     nu::selectNodes(program, context, elementsOnly, found,
                     context.OwnerDocument()->Limits().SelectedNodes);
     return found;
@@ -52,4 +64,33 @@ TNuDOMNode* TNuDOMPath::SelectSingleNode(TNuDOMNode& context) const {
 
 TNuDOMElement* TNuDOMPath::SelectSingleElement(TNuDOMNode& context) const {
     return nu::singleElement(program_->text, program_->options, select(*program_, context, true));
+}
+
+TNuDOMSelection<TNuDOMElement> TNuDOMPath::Select(TNuDOMNode& context) const {
+    return TNuDOMSelection<TNuDOMElement>(CreateElementList(context));
+}
+
+TNuDOMSelection<const TNuDOMElement> TNuDOMPath::Select(const TNuDOMNode& context) const {
+    return TNuDOMSelection<const TNuDOMElement>(CreateElementList(unchanged(context, Options())));
+}
+
+TNuDOMSelection<TNuDOMNode> TNuDOMPath::SelectNodes(TNuDOMNode& context) const {
+    return TNuDOMSelection<TNuDOMNode>(CreateNodeList(context));
+}
+
+TNuDOMSelection<const TNuDOMNode> TNuDOMPath::SelectNodes(const TNuDOMNode& context) const {
+    return TNuDOMSelection<const TNuDOMNode>(CreateNodeList(unchanged(context, Options())));
+}
+
+TNuDOMElement* TNuDOMPath::Find(TNuDOMNode& context) const {
+    return static_cast<TNuDOMElement*>(first(context, true));
+}
+
+const TNuDOMElement* TNuDOMPath::Find(const TNuDOMNode& context) const {
+    return Find(unchanged(context, Options()));
+}
+
+TNuDOMNode* TNuDOMPath::first(TNuDOMNode& context, bool elementsOnly) const {
+    checkContext(context);
+    return nu::firstSelected(*program_, context, elementsOnly);
 }

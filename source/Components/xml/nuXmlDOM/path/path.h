@@ -6,6 +6,7 @@
 #include "nuXmlDOM/core/node.h"
 #include "nuXmlDOM/core/nodeList.h"
 #include "nuXmlDOM/core/selectOptions.h"
+#include "nuXmlDOM/path/nodeSelection.h"
 
 /// \file
 /// Paths that are read once and selected by many times.
@@ -21,6 +22,8 @@ struct PathProgram;
 class NUXML_API TNuDOMPath {
 public:
     explicit TNuDOMPath(std::u16string_view path, TNuDOMSelectOptions options = {});
+    explicit TNuDOMPath(const TNuUtf8Text& path, TNuDOMSelectOptions options = {})
+        : TNuDOMPath(path.view(), options) {}
     ~TNuDOMPath();
 
     [[nodiscard]] NuXmlString Text() const;
@@ -40,8 +43,18 @@ public:
     TNuDOMNode* SelectSingleNode(TNuDOMNode& context) const;
     /// The only element; null without one. Throws ENuDomException when there are more.
     TNuDOMElement* SelectSingleElement(TNuDOMNode& context) const;
+    /// The same as the operations of nodes of these names.
+    [[nodiscard]] TNuDOMSelection<TNuDOMElement> Select(TNuDOMNode& context) const;
+    [[nodiscard]] TNuDOMSelection<const TNuDOMElement> Select(const TNuDOMNode& context) const;
+    [[nodiscard]] TNuDOMSelection<TNuDOMNode> SelectNodes(TNuDOMNode& context) const;
+    [[nodiscard]] TNuDOMSelection<const TNuDOMNode> SelectNodes(const TNuDOMNode& context) const;
+    [[nodiscard]] TNuDOMElement* Find(TNuDOMNode& context) const;
+    [[nodiscard]] const TNuDOMElement* Find(const TNuDOMNode& context) const;
     /// @}
 
 private:
+    friend class TNuDOMNode;
+    [[nodiscard]] TNuDOMNode* first(TNuDOMNode& context, bool elementsOnly) const;
+
     std::shared_ptr<const nu::PathProgram> program_;
 };

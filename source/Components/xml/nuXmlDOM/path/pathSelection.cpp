@@ -13,12 +13,17 @@ namespace nu {
 
 namespace {
 
+/// What of the nodes at a path somebody wants.
+enum class Wanted : std::uint8_t { all, firstNode, firstElement };
+
+bool isOther(const TNuDOMNode* node) { return !NodeAccess::is<TNuDOMElement>(*node); }
+
 /// One alternative of a path, run from its start node.
 class AlternativeSelection {
 public:
     AlternativeSelection(const PathProgram& program, const PathAlternative& alternative,
-                         TNuDOMDocument& document, std::size_t limit)
-        : candidates_(alternative.steps.size()), limit_(limit) {
+                         TNuDOMDocument& document, std::size_t limit, Wanted wanted)
+        : candidates_(alternative.steps.size()), limit_(limit), wanted_(wanted) {
         searches_.reserve(alternative.steps.size());
         for (const PathStep& step : alternative.steps) {
             searches_.emplace_back(program, step, document);
@@ -51,6 +56,9 @@ public:
             // 3. The last step gives the results, every other one candidates.
             if (depth + 1 == last) {
                 findResults(*candidate, result);
+                if (isEnough(result)) {
+                    return;
+                }
             } else {
                 ++depth;
                 candidates_[depth].find(searches_[depth], *candidate);
@@ -97,9 +105,16 @@ private:
         }
     }
 
+    [[nodiscard]] bool isEnough(const PathNodes& result) const noexcept {
+        return (wanted_ == Wanted::firstNode && !result.empty()) ||
+               (wanted_ == Wanted::firstElement &&
+                !std::all_of(result.begin(), result.end(), isOther));
+    }
+
     std::vector<StepSearch> searches_;
     std::vector<Candidates> candidates_;
     std::size_t limit_;
+    Wanted wanted_;
 };
 
 /// Where an alternative starts.
@@ -132,12 +147,30 @@ void selectNodes(const PathProgram& program, TNuDOMNode& context, bool elementsO
     for (const PathAlternative& alternative : program.alternatives) {
         TNuDOMNode& start = startOf(alternative, context, document);
         checkOptions(program.options);
-        AlternativeSelection(program, alternative, document, limit).run(start, result);
+        AlternativeSelection(program, alternative, document, limit, Wanted::all).run(start, result);
     }
     if (elementsOnly) {
-        const auto isOther = [](TNuDOMNode* node) { return !NodeAccess::is<TNuDOMElement>(*node); };
         result.erase(std::remove_if(result.begin(), result.end(), isOther), result.end());
     }
+}
+
+TNuDOMNode* firstSelected(const PathProgram& program, TNuDOMNode& context, bool elementsOnly) {
+    TNuDOMDocument& document = *context.OwnerDocument();
+    const Wanted wanted = elementsOnly ? Wanted::firstElement : Wanted::firstNode;
+    for (const PathAlternative& alternative : program.alternatives) {
+        TNuDOMNode& start = startOf(alternative, context, document);
+        checkOptions(program.options);
+        PathNodes found;
+        AlternativeSelection(program, alternative, document, document.Limits().SelectedNodes,
+                             wanted)
+            .run(start, found);
+        const auto first =
+            elementsOnly ? std::find_if_not(found.begin(), found.end(), isOther) : found.begin();
+        if (first != found.end()) {
+            return *first;
+        }
+    }
+    return nullptr;
 }
 
 namespace {

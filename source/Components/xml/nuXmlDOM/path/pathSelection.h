@@ -17,6 +17,10 @@ namespace nu {
 void selectNodes(const PathProgram& program, TNuDOMNode& context, bool elementsOnly,
                  PathNodes& result, std::size_t limit = std::numeric_limits<std::size_t>::max());
 
+/// The first of the nodes, or of the elements, at `program`; null without one. Looks no further.
+[[nodiscard]] TNuDOMNode* firstSelected(const PathProgram& program, TNuDOMNode& context,
+                                        bool elementsOnly);
+
 /// The one node that was found at `path`, or null. With soRaise none, or more than one, throws
 /// ENuDomException.
 [[nodiscard]] TNuDOMNode* singleNode(std::u16string_view path, TNuDOMSelectOptions options,

@@ -44,11 +44,11 @@ void putNode(const TNuDOMNode& node, Output<Unit>& output, const WriteOptions& o
     }
 }
 
-NuXmlString textOf(const TNuDOMNode& node, bool formatted) {
+template <class Unit> std::basic_string<Unit> textOf(const TNuDOMNode& node, bool formatted) {
     checkWritable(node, formatted);
-    NuXmlString text;
-    WideStringTarget target(text);
-    Output<char16_t> output(target, outputLimit(node), stringCapacity);
+    std::basic_string<Unit> text;
+    StringTarget<Unit> target(text);
+    Output<Unit> output(target, outputLimit(node), stringCapacity);
     putNode<AllCharacters>(node, output, {formatted, false, ownLevel(node)});
     output.finish();
     return text;
@@ -57,13 +57,13 @@ NuXmlString textOf(const TNuDOMNode& node, bool formatted) {
 /// Deliberate: only the child elements. One that is formatted and not the first begins a line.
 NuXmlString innerTextOf(const TNuDOMNode& node, bool formatted) {
     if (!NodeAccess::is<TNuDOMElement>(node)) {
-        return textOf(node, formatted);
+        return textOf<char16_t>(node, formatted);
     }
     const auto& element = static_cast<const TNuDOMElement&>(node);
     const std::int64_t level = depthOf(element) + 1;
     const bool preserves = formatted && element.GetPreserveSpace();
     NuXmlString text;
-    WideStringTarget target(text);
+    StringTarget<char16_t> target(text);
     Output<char16_t> output(target, outputLimit(node), stringCapacity);
     NodeWriter<char16_t> writer(output, *element.OwnerDocument(), formatted, level,
                                 WriteOptions().indentation);
@@ -141,9 +141,13 @@ void TNuDOMNode::_SaveToStream(host::TStream& stream, bool formatted, std::int32
     nu::saveWide(*this, stream, {formatted, false, baseLevel});
 }
 
-NuXmlString TNuDOMNode::get_xml() const { return nu::textOf(*this, false); }
+NuXmlString TNuDOMNode::get_xml() const { return nu::textOf<char16_t>(*this, false); }
 
-NuXmlString TNuDOMNode::get_formattedXml() const { return nu::textOf(*this, true); }
+NuXmlString TNuDOMNode::get_formattedXml() const { return nu::textOf<char16_t>(*this, true); }
+
+std::string TNuDOMNode::Xml() const { return nu::textOf<char>(*this, false); }
+
+std::string TNuDOMNode::FormattedXml() const { return nu::textOf<char>(*this, true); }
 
 NuXmlString TNuDOMNode::get_innerxml() const { return nu::innerTextOf(*this, false); }
 

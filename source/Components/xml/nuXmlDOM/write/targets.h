@@ -34,14 +34,14 @@ private:
     host::TStream& stream_;
 };
 
-/// UTF-16 in a string.
-class WideStringTarget final : public OutputTarget<char16_t> {
+/// UTF-16 or UTF-8 in a string.
+template <class Unit> class StringTarget final : public OutputTarget<Unit> {
 public:
-    explicit WideStringTarget(NuXmlString& text) : text_(text) {}
-    void take(std::u16string_view block) override { text_ += block; }
+    explicit StringTarget(std::basic_string<Unit>& text) : text_(text) {}
+    void take(std::basic_string_view<Unit> block) override { text_ += block; }
 
 private:
-    NuXmlString& text_;
+    std::basic_string<Unit>& text_;
 };
 
 /// UTF-8 at the position of a stream, as if that was its start.

@@ -1,0 +1,146 @@
+#include "nuXmlDOM/core/document.h"
+#include "nuXmlDOM/core/domErrors.h"
+#include "nuXmlDOM/core/domMessages.h"
+#include "nuXmlDOM/core/makeNode.h"
+#include "nuXmlDOM/core/nodeAccess.h"
+
+// Copies of nodes, with everything below them.
+
+namespace nu {
+
+namespace {
+
+/// Makes one copy in a document. What was made goes again if it is not taken.
+class NodeCopier {
+public:
+    explicit NodeCopier(TNuDOMDocument& document) noexcept : document_(document) {}
+    NodeCopier(const NodeCopier&) = delete;
+    NodeCopier& operator=(const NodeCopier&) = delete;
+    ~NodeCopier() {
+        if (root_ != nullptr) {
+            NodeAccess::destroySubtree(*root_);
+        }
+    }
+
+    /// The whole of a node, outside of the tree.
+    TNuDOMNode& copy(const TNuDOMNode& source) {
+        copyOne(source, nullptr);
+        auto* place = NodeAccess::as<TNuDOMElement>(root_);
+        const TNuDOMNode* from = place != nullptr ? NodeAccess::children(source)->first() : nullptr;
+        while (from != nullptr) {
+            // 1. One node, below the copy of its parent.
+            TNuDOMNode& made = copyOne(*from, place);
+            // 2. Down, else on, else up until it goes on.
+            const NodeChain* below = NodeAccess::children(*from);
+            if (below != nullptr && !below->empty()) {
+                place = static_cast<TNuDOMElement*>(&made);
+                from = below->first();
+                continue;
+            }
+            while (NodeAccess::next(*from) == nullptr) {
+                from = NodeAccess::parent(*from);
+                if (from == &source) {
+                    return *root_;
+                }
+                place = NodeAccess::parentElement(*place);
+            }
+            from = NodeAccess::next(*from);
+        }
+        return *root_;
+    }
+
+    /// The copy has an owner, or is to have one.
+    void finish() noexcept { root_ = nullptr; }
+
+private:
+    /// The node without what is below it, but with its attributes.
+    TNuDOMNode& copyOne(const TNuDOMNode& source, TNuDOMElement* place) {
+        switch (source.get_nodeType()) {
+        case host::ELEMENT_NODE: {
+            TNuDOMElement& made = attach<TNuDOMElement>(source, place);
+            copyAttributes(source, made);
+            return made;
+        }
+        case host::ATTRIBUTE_NODE:
+            return copyLeaf<TNuDOMAttribute>(source, place);
+        case host::TEXT_NODE:
+            return copyLeaf<TNuDOMText>(source, place);
+        case host::CDATA_SECTION_NODE:
+            return copyLeaf<TNuDOMCDATA>(source, place);
+        case host::COMMENT_NODE:
+            return copyLeaf<TNuDOMComment>(source, place);
+        case host::PROCESSING_INSTRUCTION_NODE:
+            return copyLeaf<TNuDOMProcessingInstruction>(source, place);
+        default:
+            throw ENuDomHierarchyRequest(cNoCopyOfDocument);
+        }
+    }
+    template <class Node> Node& copyLeaf(const TNuDOMNode& source, TNuDOMElement* place) {
+        Node& made = attach<Node>(source, place);
+        NodeAccess::copyText(source, made);
+        return made;
+    }
+    void copyAttributes(const TNuDOMNode& source, TNuDOMElement& target) {
+        TNuDOMAttribute* last = nullptr;
+        for (const TNuDOMNode* attribute = NodeAccess::firstAttribute(source); attribute != nullptr;
+             attribute = NodeAccess::next(*attribute)) {
+            auto& made = NodeAccess::make<TNuDOMAttribute>(document_, nameOf(*attribute));
+            NodeAccess::appendLoaded(target, last, made);
+            NodeAccess::copyText(*attribute, made);
+            last = &made;
+        }
+    }
+    /// Makes a node and gives it its place, so that it goes with the others if anything fails.
+    template <class Node> Node& attach(const TNuDOMNode& source, TNuDOMElement* place) {
+        Node& made = NodeAccess::make<Node>(document_, nameOf(source));
+        if (place == nullptr) {
+            root_ = &made;
+        } else if constexpr (!std::is_same_v<Node, TNuDOMAttribute>) {
+            NodeAccess::appendLoaded(*place, made);
+        }
+        return made;
+    }
+    const NodeName* nameOf(const TNuDOMNode& source) {
+        const NodeName& name = NodeAccess::name(source);
+        if (source.OwnerDocument() == &document_) {
+            return &name;
+        }
+        return name.isNamed() ? document_.names().get(name) : document_.names().nameless();
+    }
+
+    TNuDOMDocument& document_;
+    TNuDOMNode* root_ = nullptr;
+};
+
+} // namespace
+
+} // namespace nu
+
+TNuDOMNode& TNuDOMNode::insertCopy(const TNuDOMNode& node, TNuDOMPosition position,
+                                   TNuDOMNode* reference) {
+    const nu::DocumentLifetime::Work work(OwnerDocument()->lifetime());
+    nu::NodeCopier copier(*OwnerDocument());
+    TNuDOMNode& made = copier.copy(node);
+    made._linkToParent(this, position, reference);
+    copier.finish();
+    return made;
+}
+
+NuRef<TNuDOMNode> TNuDOMDocument::copy(const TNuDOMNode& node) {
+    nu::NodeCopier copier(*this);
+    NuRef<TNuDOMNode> made(&copier.copy(node));
+    copier.finish();
+    return made;
+}
+
+NuRef<TNuDOMDocument> TNuDOMDocument::CreateCopy() const {
+    NuRef<TNuDOMDocument> made = Create();
+    made->SetLimits(limits_);
+    for (const TNuDOMNode& node : TNuDOMRange<const TNuDOMNode>(topLevel_.first())) {
+        made->AddCopy(node);
+    }
+    if (documentElement_ != nullptr) {
+        made->AddCopy(*documentElement_);
+    }
+    return made;
+}
