@@ -3,7 +3,6 @@
 #include <filesystem>
 #include <iostream>
 
-#include "common/utf8.h"
 #include "nuXmlDOM.h"
 
 int main(int argumentCount, char** arguments) try {
@@ -12,27 +11,26 @@ int main(int argumentCount, char** arguments) try {
 
     // The handle keeps the document, and the document all its nodes.
     const auto document = NuLoadDocument(argumentCount > 1 ? arguments[1] : "library.xml", options);
-    TNuDOMElement& library = *document->get_documentElement();
+    TNuDOMElement& library = document->At("library");
 
-    // Select with filters; the list is a snapshot.
-    const auto books = library.CreateElementList(u"shelf[@id='lit']/book[@year>1900]");
-    for (TNuDOMNode* book : *books) {
-        std::cout << NuToUtf8(book->SelectSingleNode(u"title")->get_text()) << '\n';
+    // Select with filters.
+    for (const TNuDOMElement& book : library.Select("shelf[@id='lit']/book[@year>1900]")) {
+        std::cout << book.Get("title", "?") << '\n';
     }
 
     // Or walk.
-    std::int32_t opened = 0;
-    for (TNuDOMElement& day : library.GetChildElement(u"opening")->ChildElements()) {
-        day.setAttribute(u"checked", u"by \"Ада\" & Li");
+    int opened = 0;
+    for (TNuDOMElement& day : library.At("opening").ChildElements("day")) {
+        day.setAttribute("checked", "by \"Ада\" & Li");
         ++opened;
     }
 
-    // Create a missing branch in one call, and give it a value with a type.
-    library.SelectSingleElement(u"statistics/opening/days", soCreate)->SetAsInteger(opened);
-    library.SelectSingleElement(u"statistics/opening/share", soCreate)->SetAsDouble(opened / 7.0);
+    // Give values to elements and attributes; what leads there is made where it is missing.
+    library.Set("statistics/opening/days", opened);
+    library.Set("statistics/opening/share", opened / 7.0);
 
-    library.RemoveElement(u"poem");
-    std::cout << NuToUtf8(library.get_lastChild()->get_formattedXml()) << '\n';
+    library.RemoveElement("poem");
+    std::cout << library.At("statistics").FormattedXml() << '\n';
 
     // Whoever looks there finds the old file or the new one, never a part.
     document->SaveToFile(std::filesystem::temp_directory_path() / "library.xml", true);
