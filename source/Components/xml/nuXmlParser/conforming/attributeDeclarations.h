@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -30,6 +31,19 @@ public:
         const auto found = places_.find(name);
         return found == places_.end() ? nullptr : &attributes_[found->second];
     }
+    /// The same for the attribute that stands at `position` in a tag, where mostly the same one
+    /// stood in the tag before.
+    [[nodiscard]] const AttributeDeclaration* findAt(std::string_view name, std::size_t position) {
+        if (position < hints_.size() && attributes_[hints_[position]].name == name) {
+            return &attributes_[hints_[position]];
+        }
+        const AttributeDeclaration* const found = find(name);
+        if (found != nullptr) {
+            hints_.resize(std::max(hints_.size(), position + 1));
+            hints_[position] = static_cast<std::size_t>(found - attributes_.data());
+        }
+        return found;
+    }
     /// Calls `use` for each default whose attribute is not among those of the tag `tagNumber`,
     /// which were told by `noteSpecified`.
     template <class Use> void forEachMissing(std::uint64_t tagNumber, Use&& use) const {
@@ -47,6 +61,7 @@ private:
     std::vector<AttributeDeclaration> attributes_;
     std::vector<std::uint64_t> specifiedIn_;
     std::vector<std::size_t> defaults_;
+    std::vector<std::size_t> hints_; ///< by position in a tag
     bool hasTokens_ = false;
     std::unordered_map<std::string, std::size_t, TextHash, std::equal_to<>> places_;
 };

@@ -251,7 +251,8 @@ void SourceText::findLineEnd(std::string_view text) noexcept {
         isFirstBreakKnown_ = true;
         return;
     }
-    const std::size_t place = text.find_first_of("\r\n");
+    const std::size_t cr = text.find('\r');
+    const std::size_t place = std::min(cr, text.substr(0, cr).find('\n'));
     if (place == text.npos) {
         return;
     }

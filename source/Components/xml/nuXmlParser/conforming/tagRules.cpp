@@ -11,6 +11,21 @@ namespace nu {
 
 namespace {
 
+/// Whether that is so for some of a few names with prefixes.
+bool haveEqualLocalNames(std::span<markup::TagName* const> names) noexcept {
+    const auto localName = [](const markup::TagName* name) {
+        return name->text.substr(name->prefixLength);
+    };
+    for (std::size_t index = 1; index < names.size(); ++index) {
+        for (std::size_t before = 0; before < index; ++before) {
+            if (localName(names[before]) == localName(names[index])) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
 bool isDeclaration(std::string_view name) noexcept {
     return name.starts_with("xmlns") && (name.size() == 5 || name[5] == ':');
 }
@@ -44,39 +59,31 @@ template <class Read> void TagRules::complete(Read&& read, std::u16string_view c
     }
 }
 
-/// Whether the prefixes of a plain tag are declared as they were when its names were looked at, and
-/// no two of its attributes can have the same name in the same namespace.
-bool TagRules::areKnownPrefixes() noexcept {
-    // 1. Prefixes.
-    std::span<markup::TagName* const> names = plain_.prefixed();
-    for (markup::TagName* const name : names) {
-        if (name->scope == bindings_.scope()) {
-            continue;
-        }
-        if (name->scope == 0 ||
-            bindings_.find(name->text.substr(0, name->prefixLength - 1)) == nullptr) {
+/// Whether the prefix of a name that was checked before is declared.
+bool TagRules::isDeclared(markup::TagName& name) const noexcept {
+    if (name.scope != bindings_.scope()) {
+        if (name.scope == 0 ||
+            bindings_.find(name.text.substr(0, name.prefixLength - 1)) == nullptr) {
             return false;
         }
-        name->scope = bindings_.scope();
-    }
-    // 2. Local names of attributes.
-    names = names.subspan(names.front() == &plain_.element() ? 1 : 0);
-    const auto localName = [](const markup::TagName* name) {
-        return name->text.substr(name->prefixLength);
-    };
-    for (std::size_t index = 1; index < names.size(); ++index) {
-        for (std::size_t before = 0; before < index; ++before) {
-            if (localName(names[before]) == localName(names[index])) {
-                return false;
-            }
-        }
+        name.scope = bindings_.scope();
     }
     return true;
+}
+
+/// Whether the prefixes of a plain tag are declared, and no two of its attributes can have the same
+/// name in the same namespace.
+bool TagRules::areKnownPrefixes() noexcept {
+    const std::span<markup::TagName* const> names = plain_.prefixed();
+    return std::all_of(names.begin(), names.end(),
+                       [this](markup::TagName* name) { return isDeclared(*name); }) &&
+           !haveEqualLocalNames(names.subspan(names.front() == &plain_.element() ? 1 : 0));
 }
 
 void TagRules::forgetNames() noexcept {
     elements_.forgetNames();
     plain_.forget();
+    declaredName_ = nullptr;
     names_.clear();
 }
 
@@ -99,7 +106,9 @@ void TagRules::readStartTag() {
 
 void TagRules::passStartTag() {
     const std::size_t depth = elements_.depth() + 1;
-    writeStartTag();
+    if (!tag_.hasPlainForm || !written_.empty() || !defaults_.empty() || texts_.hasBreaks()) {
+        writeStartTag();
+    }
     if (tag_.isEmptyElement) {
         bindings_.unbind(depth);
         plain_.leave(tag_.known);
@@ -111,7 +120,9 @@ void TagRules::passStartTag() {
 }
 
 void TagRules::passEndTag() {
-    complete([this] { return tag_.readEndTag(texts_.place, texts_.end); },
+    const std::string_view expected =
+        elements_.depth() == 0 ? std::string_view() : elements_.innermost();
+    complete([&] { return tag_.readEndTag(texts_.place, texts_.end, expected); },
              messages::endTagNotClosed);
     if (elements_.depth() == texts_.baseDepth()) {
         if (texts_.isInEntity()) {
@@ -119,8 +130,8 @@ void TagRules::passEndTag() {
         }
         texts_.fail(messages::endTagWithoutStart, texts_.place);
     }
-    if (elements_.innermost() != tag_.nameText()) {
-        const std::u16string name = shortened(elements_.innermost());
+    if (expected != tag_.nameText()) {
+        const std::u16string name = shortened(expected);
         texts_.failWith(host::formatMessage(messages::endTagMismatch,
                                             {name, elements_.innermostLine(texts_.source())}),
                         texts_.place);
@@ -136,17 +147,27 @@ void TagRules::passEndTag() {
     texts_.place = tag_.end;
 }
 
-void TagRules::applyDeclarations() {
-    ElementDeclaration* declaration = nullptr;
-    defaults_.clear();
-    if (!declarations.empty()) {
-        const auto found = declarations.find(tag_.nameText());
-        declaration = found == declarations.end() ? nullptr : &found->second;
+/// What is declared for the element, or null. Tags of one name often come in a row.
+ElementDeclaration* TagRules::findDeclaration() {
+    if (declarations.empty() || declaredName_ == tag_.known) {
+        return declaration_;
     }
+    const auto found = declarations.find(tag_.nameText());
+    declaredName_ = tag_.known;
+    return declaration_ = found == declarations.end() ? nullptr : &found->second;
+}
+
+void TagRules::applyDeclarations() {
+    defaults_.clear();
+    ElementDeclaration* const declaration = findDeclaration();
+    bool hasTokens = false;
     if (declaration != nullptr) {
-        for (const TagAttribute& attribute : tag_.attributes) {
-            if (const auto* declared = declaration->find(attribute.nameText())) {
+        for (std::size_t index = 0; index < tag_.attributes.size(); ++index) {
+            TagAttribute& attribute = tag_.attributes[index];
+            if (const auto* declared = declaration->findAt(attribute.nameText(), index)) {
                 declaration->noteSpecified(*declared, tagNumber_);
+                attribute.isTokens = declared->isTokens;
+                hasTokens = hasTokens || declared->isTokens;
             }
         }
         declaration->forEachMissing(tagNumber_, [this](const AttributeDeclaration& missing) {
@@ -154,31 +175,27 @@ void TagRules::applyDeclarations() {
             defaults_.push_back(&missing);
         });
     }
-    writeValues(declaration);
-}
-
-void TagRules::writeValues(const ElementDeclaration* declaration) {
     values_.clear();
     written_.clear();
-    if (tag_.hasPlainValues && declaration == nullptr) {
-        return;
+    if (hasTokens || !tag_.hasPlainValues) {
+        writeValues();
     }
-    written_.resize(tag_.attributes.size());
+}
+
+void TagRules::writeValues() {
     for (std::size_t index = 0; index < tag_.attributes.size(); ++index) {
         const TagAttribute& attribute = tag_.attributes[index];
-        const AttributeDeclaration* declared =
-            declaration == nullptr ? nullptr : declaration->find(attribute.nameText());
-        const bool isTokens = declared != nullptr && declared->isTokens;
-        if (attribute.isPlainValue && !isTokens) {
+        const std::string_view value = attribute.valueText();
+        if (attribute.isPlainValue && (!attribute.isTokens || value.find(' ') == value.npos)) {
             continue;
         }
-        Written& written = written_[index];
-        written.start = values_.size();
-        entities_.writeValue(attribute.valueText(), isTokens,
+        const std::size_t start = values_.size();
+        entities_.writeValue(value, attribute.isTokens,
                              hasNamespaces_ && attribute.known->isDeclaration, values_);
-        written.length = values_.size() - written.start;
-        written.isChanged =
-            std::string_view(values_).substr(written.start) != attribute.valueText();
+        if (std::string_view(values_).substr(start) != value) {
+            written_.resize(tag_.attributes.size());
+            written_[index] = {true, start, values_.size() - start};
+        }
     }
 }
 
@@ -204,7 +221,7 @@ void TagRules::applyNamespaces() {
             }
         }
     }
-    bool hasPrefixes = tag_.hasPrefixes;
+    bool hasPrefixes = tag_.known->prefixLength != 0 || !tag_.prefixed.empty();
     for (const AttributeDeclaration* declared : defaults_) {
         if (isDeclaration(declared->name)) {
             bind(declared->name, declared->value, texts_.place);
@@ -251,7 +268,7 @@ void TagRules::bind(std::string_view name, std::string_view value, const char* a
 }
 
 void TagRules::checkPrefix(markup::TagName& name, const char* at) {
-    if (name.prefixLength != 0 && name.scope != bindings_.scope()) {
+    if (name.prefixLength != 0 && !isDeclared(name)) {
         checkPrefix(name.text, false, at);
         name.scope = bindings_.scope();
     }
@@ -274,19 +291,16 @@ void TagRules::checkPrefix(std::string_view name, bool isAttribute, const char* 
 }
 
 void TagRules::checkExpandedTwice() {
-    // 1. One name in a namespace is nobody's double.
+    // 1. Mostly the local names differ.
+    if (defaults_.empty() && tag_.prefixed.size() <= markup::PlainTags::mostPrefixed &&
+        !haveEqualLocalNames(tag_.prefixed)) {
+        return;
+    }
+    // 2. By hash, so that many take no more than their time.
     const auto isInNamespace = [](std::string_view name) {
         const std::string_view prefix = prefixOf(name);
         return !prefix.empty() && prefix != "xmlns";
     };
-    std::size_t count = 0;
-    for (const TagAttribute& attribute : tag_.attributes) {
-        count += attribute.known->prefixLength != 0 && !attribute.known->isDeclaration ? 1 : 0;
-    }
-    if (count + defaults_.size() < 2) {
-        return;
-    }
-    // 2. By hash, so that many take no more than their time.
     seenNames_.clear();
     const auto check = [&](std::string_view name, const char* at) {
         if (isInNamespace(name) &&
@@ -333,6 +347,9 @@ void TagRules::writeStartTag() {
 }
 
 void TagRules::writeAttribute(const TagAttribute& attribute, const Written& written, bool isFirst) {
+    if (attribute.isPlain() && !written.isChanged && !texts_.hasBreaks()) {
+        return;
+    }
     // 1. In front of the first one the reader wants a space.
     if (isFirst && *attribute.space != ' ') {
         const std::int64_t breaks = countBreaks({attribute.space, attribute.name});

@@ -89,6 +89,7 @@ private:
         return !plain_.hasDeclaration() && (plain_.prefixed().empty() || areKnownPrefixes());
     }
     [[nodiscard]] bool areKnownPrefixes() noexcept;
+    [[nodiscard]] bool isDeclared(markup::TagName& name) const noexcept;
     void closeInnermost() noexcept {
         plain_.leave(elements_.innermostKnown());
         bindings_.unbind(elements_.depth());
@@ -96,7 +97,8 @@ private:
     }
     void forgetNames() noexcept;
     void applyDeclarations();
-    void writeValues(const ElementDeclaration* declaration);
+    void writeValues();
+    [[nodiscard]] ElementDeclaration* findDeclaration();
     void checkTwice();
     void applyNamespaces();
     void bind(std::string_view name, std::string_view value, const char* at);
@@ -122,7 +124,9 @@ private:
 
     // The tag at hand.
     TagText tag_;
-    std::vector<Written> written_; ///< empty where all values stand as they are
+    const markup::TagName* declaredName_ = nullptr; ///< whose declaration was last looked up
+    ElementDeclaration* declaration_ = nullptr;     ///< which is this, or none
+    std::vector<Written> written_;                  ///< empty where all values stand as they are
     std::string values_;
     std::vector<const AttributeDeclaration*> defaults_; ///< those that are not specified
     std::uint64_t tagNumber_ = 0;

@@ -89,14 +89,14 @@ TagText::Result TagText::readElementName(const char* start, const char* textEnd)
 TagText::Result TagText::readStartTag(const char* less, const char* textEnd) {
     attributes.clear();
     again_ = noAttribute;
-    hasPlainValues = true;
+    hasPlainForm = hasPlainValues = true;
+    prefixed.clear();
     hasDeclarations = false;
     number_ = tags_.nextNumber();
     // 1. The name.
     if (const Result result = readElementName(less + 1, textEnd); result != Result::Complete) {
         return result;
     }
-    hasPrefixes = known->prefixLength != 0;
     const char* place = nameEnd;
     for (;;) {
         // 2. White space, then the end of the tag or an attribute.
@@ -108,6 +108,7 @@ TagText::Result TagText::readStartTag(const char* less, const char* textEnd) {
         if (*place == '>') {
             isEmptyElement = false;
             end = place + 1;
+            hasPlainForm = hasPlainForm && endSpace == place;
             return Result::Complete;
         }
         if (*place == '/') {
@@ -119,6 +120,7 @@ TagText::Result TagText::readStartTag(const char* less, const char* textEnd) {
             }
             isEmptyElement = true;
             end = place + 2;
+            hasPlainForm = hasPlainForm && endSpace == place;
             return Result::Complete;
         }
         // 3. The attribute.
@@ -154,7 +156,7 @@ TagText::Result TagText::readAttributeName(TagAttribute& attribute, const char* 
 }
 
 TagText::Result TagText::readAttribute(const char* space, const char* start, const char* textEnd) {
-    TagAttribute attribute{space, start, nullptr, nullptr, nullptr, nullptr, true, true};
+    TagAttribute attribute{space, start, nullptr, nullptr, nullptr, nullptr, true, true, false};
     if (const Result result = readAttributeName(attribute, textEnd); result != Result::Complete) {
         return result;
     }
@@ -209,12 +211,21 @@ void TagText::add(const TagAttribute& attribute) {
     name.tag = number_;
     hasPlainValues = hasPlainValues && attribute.isPlainValue;
     hasDeclarations = hasDeclarations || name.isDeclaration;
-    hasPrefixes = hasPrefixes || (name.prefixLength != 0 && !name.isDeclaration);
+    hasPlainForm = hasPlainForm && attribute.isPlain();
+    if (name.prefixLength != 0 && !name.isDeclaration) {
+        prefixed.push_back(&name);
+    }
     attributes.push_back(attribute);
 }
 
-TagText::Result TagText::readEndTag(const char* less, const char* textEnd) {
-    if (const Result result = readName(less + 2, textEnd); result != Result::Complete) {
+TagText::Result TagText::readEndTag(const char* less, const char* textEnd,
+                                    std::string_view expected) {
+    const std::string_view rest(less + 2, textEnd);
+    if (!expected.empty() && rest.size() > expected.size() && rest.starts_with(expected) &&
+        (rest[expected.size()] == '>' || isSpace(rest[expected.size()]))) {
+        name = rest.data();
+        nameEnd = name + expected.size();
+    } else if (const Result result = readName(less + 2, textEnd); result != Result::Complete) {
         return result;
     }
     endSpace = nameEnd;

@@ -19,6 +19,12 @@ struct TagAttribute {
     markup::TagName* known; ///< its name
     bool isPlainForm;       ///< "=" and the quote, a double one, stand right behind the name
     bool isPlainValue;      ///< no reference, white space but spaces, or double quote in it
+    bool isTokens;          ///< as it is declared, for whoever looks
+
+    /// There is one space before it, too.
+    [[nodiscard]] bool isPlain() const noexcept {
+        return isPlainForm && space + 1 == name && *space == ' ';
+    }
 
     [[nodiscard]] std::string_view nameText() const noexcept { return {name, nameEnd}; }
     [[nodiscard]] std::string_view valueText() const noexcept { return {value, valueEnd}; }
@@ -47,8 +53,8 @@ public:
 
     /// Takes the start tag at `less` apart. Its names are known from then on.
     Result readStartTag(const char* less, const char* textEnd);
-    /// Takes the end tag at `less` apart: a name and white space.
-    Result readEndTag(const char* less, const char* textEnd);
+    /// Takes the end tag at `less` apart: a name, `expected` as a rule, and white space.
+    Result readEndTag(const char* less, const char* textEnd, std::string_view expected);
 
     const char* name = nullptr;
     const char* nameEnd = nullptr;
@@ -57,11 +63,12 @@ public:
     const TagAttribute* again() const noexcept { ///< the first that has the name of one before it
         return again_ == noAttribute ? nullptr : &attributes[again_];
     }
-    bool hasPlainValues = false;    ///< all attributes
-    bool hasPrefixes = false;       ///< element or attributes, declarations left aside
-    bool hasDeclarations = false;   ///< of namespaces
-    const char* endSpace = nullptr; ///< the white space before the end of the tag
-    const char* end = nullptr;      ///< behind the ">"
+    bool hasPlainForm = false;   ///< all attributes are plain, and no white space follows them
+    bool hasPlainValues = false; ///< all attributes
+    std::vector<markup::TagName*> prefixed; ///< attributes with a prefix, but for declarations
+    bool hasDeclarations = false;           ///< of namespaces
+    const char* endSpace = nullptr;         ///< the white space before the end of the tag
+    const char* end = nullptr;              ///< behind the ">"
     bool isEmptyElement = false;
     TagFault fault;
 

@@ -126,6 +126,9 @@ void TextStack::failEntity(std::u16string_view message) const {
 }
 
 std::int64_t countBreaks(std::string_view text) noexcept {
+    if (text.size() == 1) {
+        return text[0] == '\n' || text[0] == '\r' ? 1 : 0;
+    }
     std::int64_t count = countLineFeeds(text);
     for (std::size_t cr = text.find('\r'); cr != text.npos; cr = text.find('\r', cr + 1)) {
         count += cr + 1 == text.size() || text[cr + 1] != '\n' ? 1 : 0;
