@@ -12,6 +12,7 @@
 
 #include "common/utf8.h"
 #include "host/runtime/exception.h"
+#include "host/runtime/memoryStream.h"
 #include "nuObj2Xml.h"
 
 namespace {
@@ -108,6 +109,34 @@ bool read(Machine& machine, std::u16string_view text, TNuDeserializeOptions opti
     }
 }
 
+/// What a stream of the text leaves in a machine, as its text, and the message of what it failed
+/// at. Blanks behind it keep it away from the end, near which nothing is read straight from its
+/// bytes.
+std::u16string outcome(std::string bytes, std::string_view blank, TNuDeserializeOptions options) {
+    for (int count = 0; count < 128; ++count) {
+        bytes += blank;
+    }
+    host::TMemoryViewStream stream(bytes);
+    Machine machine;
+    std::u16string message;
+    try {
+        NuDeSerializeObject(machine, stream, options);
+    } catch (const host::Exception& error) {
+        message = error.Message();
+    }
+    return TNuSerializer(machine).Serialize(u"M") + message;
+}
+
+/// UTF-8 is read straight from its bytes, UTF-16 by events.
+void requireSame(std::u16string_view text, TNuDeserializeOptions options) {
+    std::string units = "\xFF\xFE";
+    for (const char16_t unit : text) {
+        units += {static_cast<char>(unit), static_cast<char>(unit >> 8)};
+    }
+    require(outcome("\xEF\xBB\xBF" + NuToUtf8(text), " ", options) ==
+            outcome(units, std::string_view(" \0", 2), options));
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -122,6 +151,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto readOptions = TNuDeserializeOptions::fromBits(data[0] & 3U);
     const auto writeOptions = TNuNamespaceOptions::fromBits(data[1] & 127U);
     const std::u16string text = NuFromUtf8({reinterpret_cast<const char*>(data) + 2, size - 2});
+
+    requireSame(text, readOptions | dsUnchecked);
 
     // What was read before something failed is as good an object as any.
     Machine machine;

@@ -82,8 +82,12 @@ template <class Objects, class Take> void writeAll(const Objects& objects, Take 
     writer.Close();
 }
 
-/// Reads without the stage that checks whether a text is well-formed: the others trust theirs, too.
-struct Codec {
+/// Reads as it does by itself, or without the stage that checks whether a text is well-formed: the
+/// others trust theirs, too.
+template <bool isChecked> struct CodecOf {
+    static constexpr TNuDeserializeOptions options =
+        isChecked ? TNuDeserializeOptions() : TNuDeserializeOptions(dsUnchecked);
+
     static std::string write(const std::vector<TRecord>& records) {
         std::string xml;
         writeAll(records, [&](std::string_view block) { xml += block; });
@@ -99,15 +103,29 @@ struct Codec {
         nu::ReadObjects<TRecord>(
             stream, u"value/item",
             [&](std::unique_ptr<TRecord> record) { records.push_back(std::move(*record)); },
-            dsUnchecked);
+            options);
     }
     static void read(const std::string& xml, TNote& note) {
         host::TMemoryViewStream stream(xml);
         nu::ReadObjects<TNote>(
             stream, u"value/item", [&](std::unique_ptr<TNote> read) { note = std::move(*read); },
-            dsUnchecked);
+            options);
     }
 };
+using Codec = CodecOf<false>;
+
+template <bool isChecked> constexpr ObjectLibrary sideNamed(const char* name) {
+    return {name,
+            [](const std::vector<Record>& records) -> std::unique_ptr<Subject> {
+                return std::make_unique<SubjectOf<CodecOf<isChecked>, std::vector<TRecord>>>(
+                    std::vector<TRecord>(records.begin(), records.end()));
+            },
+            [](const std::string& text) -> std::unique_ptr<Subject> {
+                TNote note;
+                note.Text = host::utf8ToUtf16(text);
+                return std::make_unique<SubjectOf<CodecOf<isChecked>, TNote>>(std::move(note));
+            }};
+}
 
 /// Counts what is written, and what is read.
 class OneByOne final : public Subject {
@@ -135,16 +153,8 @@ private:
 
 } // namespace
 
-const ObjectLibrary nuxmlSide{"nuxml",
-                              [](const std::vector<Record>& records) -> std::unique_ptr<Subject> {
-                                  return std::make_unique<SubjectOf<Codec, std::vector<TRecord>>>(
-                                      std::vector<TRecord>(records.begin(), records.end()));
-                              },
-                              [](const std::string& text) -> std::unique_ptr<Subject> {
-                                  TNote note;
-                                  note.Text = host::utf8ToUtf16(text);
-                                  return std::make_unique<SubjectOf<Codec, TNote>>(std::move(note));
-                              }};
+const ObjectLibrary nuxmlSide = sideNamed<false>("nuxml");
+const ObjectLibrary nuxmlCheckedSide = sideNamed<true>("nuxml, checked");
 
 const ObjectLibrary nuxmlOneByOneSide{
     "nuxml, one by one",

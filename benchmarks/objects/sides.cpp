@@ -4,7 +4,7 @@ namespace bench {
 
 std::vector<ObjectLibrary> objectLibraries() {
     return {
-        nuxmlSide,
+        nuxmlSide,   nuxmlCheckedSide,
 #ifdef NUXML_HAS_CEREAL
         cerealSide,
 #endif

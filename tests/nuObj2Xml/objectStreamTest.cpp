@@ -15,6 +15,7 @@
 #include "host/runtime/memoryStream.h"
 #include "nuObj2Xml.h"
 #include "nuXmlDOM.h"
+#include "nuXmlParser/escape.h"
 
 namespace {
 
@@ -240,6 +241,31 @@ TEST(ObjectStream, AStreamThatFailsIsToldAndNoEnd) {
         ADD_FAILURE();
     } catch (const host::Exception& error) {
         EXPECT_EQ(error.Message(), u"The disk is gone");
+    }
+}
+
+TEST(ObjectStream, TextsAreEscapedAlikeWhateverTheirLength) {
+    const std::u16string_view ends[] = {u"",       u"&",          u"\"'<",
+                                        u"\u00E9", u"\u20AC",     u"\U0001F600",
+                                        u"\xD83D", {u"\0<\0", 3}, {u"\0", 1}};
+    for (const std::u16string_view end : ends) {
+        // Texts of up to 64 units are written in another way.
+        for (const std::size_t length : {3U, 63U, 64U, 65U, 66U}) {
+            TPart part;
+            part.Text = NuXmlString(length - end.size(), length == 3 ? u' ' : u'a').append(end);
+            NuXmlString content = NuStrToXML(part.Text);
+            if (content.find_first_not_of(u' ') == content.npos) {
+                content.replace(0, 1, u"&#32;");
+            }
+            const NuXmlString text =
+                u"<Part type=\"TPart\"><Text type=\"string\">" + content + u"</Text></Part>";
+            EXPECT_EQ(NuSerializeObject2Xml(part), text);
+            host::TMemoryStream stream;
+            nu::ObjectWriter out(stream, u"r");
+            out.Write(part);
+            out.Close();
+            EXPECT_NE(bytesOf(stream).find(NuToUtf8(text)), std::string::npos) << NuToUtf8(text);
+        }
     }
 }
 

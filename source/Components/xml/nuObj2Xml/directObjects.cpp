@@ -268,7 +268,7 @@ bool DirectObjects::endEmpty() {
     const bool isRead = isReplaced_ ? readLeaf(*leaf_, object_.object, text_)
                                     : readLeaf(*leaf_, object_.object,
                                                hasText_ ? leafBytes_ : std::string_view(), text_);
-    if (isRead) [[likely]] {
+    if (isRead && notesProperties_) {
         builder_.noteRead(*leaf_);
     }
     return isRead;
@@ -326,6 +326,7 @@ void DirectObjects::settle() {
 void DirectObjects::lookAround() noexcept {
     object_ = builder_.innermostObject();
     wantsText_ = builder_.wantsText();
+    notesProperties_ = builder_.notesProperties();
 }
 
 [[gnu::always_inline]] inline void DirectObjects::closeScopes() noexcept {

@@ -104,6 +104,7 @@ private:
     // What the builder is in.
     host::Instance object_; ///< whose element is the innermost; none inside of anything else
     bool wantsText_ = false;
+    bool notesProperties_ = false;
 
     /// A property of that object whose element is open, and of which the builder does not know.
     const host::TPropInfo* leaf_ = nullptr;

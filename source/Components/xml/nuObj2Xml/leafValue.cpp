@@ -103,12 +103,27 @@ bool readSlowly(const ValueType& type, NuXmlString& text, void* value) {
     }
 }
 
-/// Lets `read` put the value where it belongs, or into one that the setter gets.
-template <class Value, class Read>
-bool readInto(const TPropInfo& property, void* self, Value& value, Read read) {
-    if (property.mutablePlace != nullptr) {
-        return read(property.mutablePlace(self));
+/// Reads plain UTF-8 into a value.
+bool readBytes(const ValueType& type, std::string_view bytes, NuXmlString& scratch, void* value) {
+    if (type.kind == ValueKind::String) {
+        assignUtf8(*static_cast<std::u16string*>(value), bytes);
+        return true;
     }
+    if (type.kind == ValueKind::Utf8String) {
+        static_cast<std::string*>(value)->assign(bytes);
+        return true;
+    }
+    if (readQuickly(type, bytes, value)) {
+        return true;
+    }
+    assignUtf8(scratch, bytes);
+    return readSlowly(type, scratch, value);
+}
+
+/// Lets `read` make a value that a setter gets.
+template <class Value, class Read>
+bool readAndSet(const TPropInfo& property, void* self, Read read) {
+    Value value{};
     if (!read(&value)) {
         return false;
     }
@@ -116,21 +131,18 @@ bool readInto(const TPropInfo& property, void* self, Value& value, Read read) {
     return true;
 }
 
-/// Gives `read` a place for the value.
-template <class Read> bool readProperty(const TPropInfo& property, void* self, Read read) {
+/// Lets `read` put a value where it belongs, or into one for the setter.
+template <class Read> bool readInto(const TPropInfo& property, void* self, Read read) {
+    if (property.mutablePlace != nullptr) [[likely]] {
+        return read(property.mutablePlace(self));
+    }
     switch (property.type->kind) {
-    case ValueKind::String: {
-        std::u16string value;
-        return readInto(property, self, value, read);
-    }
-    case ValueKind::Utf8String: {
-        std::string value;
-        return readInto(property, self, value, read);
-    }
-    default: {
-        std::uint64_t value = 0; // room for any that is no text
-        return readInto(property, self, value, read);
-    }
+    case ValueKind::String:
+        return readAndSet<std::u16string>(property, self, read);
+    case ValueKind::Utf8String:
+        return readAndSet<std::string>(property, self, read);
+    default: // anything else has room in 8 bytes
+        return readAndSet<std::uint64_t>(property, self, read);
     }
 }
 
@@ -146,27 +158,13 @@ void assignUtf8(NuXmlString& text, std::string_view bytes) {
 }
 
 bool readLeaf(const TPropInfo& property, void* self, std::string_view bytes, NuXmlString& scratch) {
-    const ValueType& type = *property.type;
-    return readProperty(property, self, [&](void* value) {
-        if (type.kind == ValueKind::String) {
-            assignUtf8(*static_cast<std::u16string*>(value), bytes);
-            return true;
-        }
-        if (type.kind == ValueKind::Utf8String) {
-            static_cast<std::string*>(value)->assign(bytes);
-            return true;
-        }
-        if (readQuickly(type, bytes, value)) {
-            return true;
-        }
-        assignUtf8(scratch, bytes);
-        return readSlowly(type, scratch, value);
-    });
+    return readInto(property, self,
+                    [&](void* value) { return readBytes(*property.type, bytes, scratch, value); });
 }
 
 bool readLeaf(const TPropInfo& property, void* self, NuXmlString& text) {
-    return readProperty(property, self,
-                        [&](void* value) { return readSlowly(*property.type, text, value); });
+    return readInto(property, self,
+                    [&](void* value) { return readSlowly(*property.type, text, value); });
 }
 
 } // namespace nu

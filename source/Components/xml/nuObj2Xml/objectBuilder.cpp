@@ -102,12 +102,13 @@ host::Instance ObjectBuilder::innermostObject() const noexcept {
     return frames_[depth_ - 1]->object;
 }
 
+bool ObjectBuilder::notesProperties() const noexcept {
+    return depth_ > 0 && !frames_[depth_ - 1]->seen.empty();
+}
+
 void ObjectBuilder::noteRead(const host::TPropInfo& property) noexcept {
     Frame& frame = *frames_[depth_ - 1];
-    if (!frame.seen.empty()) {
-        frame.seen[static_cast<std::size_t>(&property - frame.object.info->properties.data())] =
-            true;
-    }
+    frame.seen[static_cast<std::size_t>(&property - frame.object.info->properties.data())] = true;
 }
 
 bool ObjectBuilder::wantsText() const noexcept {

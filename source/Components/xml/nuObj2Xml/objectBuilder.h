@@ -59,6 +59,8 @@ public:
 
     /// The object whose element began last; none if that is the element of something else.
     [[nodiscard]] host::Instance innermostObject() const noexcept;
+    /// Whether it matters which properties of that object come.
+    [[nodiscard]] bool notesProperties() const noexcept;
     /// A property of that object was read by somebody else, as one that its text is enough for.
     void noteRead(const host::TPropInfo& property) noexcept;
     /// Whether text in the element that began last is more than passed over.
@@ -81,6 +83,7 @@ private:
     /// What is known of a class, so that it is looked up once.
     struct ClassNotes {
         const TNuSerializerClass* serializerClass = nullptr;
+        bool hasDefaults = false; ///< of properties
     };
 
     Frame& push(std::u16string_view name, std::size_t index = 0);
@@ -103,7 +106,7 @@ private:
     void startObject(Frame& frame, host::Instance object, TNuSerializer* serializer);
 
     const host::TPropInfo* findProperty(Frame& frame, std::u16string_view name);
-    const TNuSerializerClass* serializerClassFor(const host::TClassInfo& info);
+    ClassNotes& notesOf(const host::TClassInfo& info);
     void makeNil(Frame& frame, host::ValueRef target);
 
     void endValue(Frame& frame);
@@ -126,6 +129,8 @@ private:
     std::size_t skipped_ = 0; ///< elements open inside of the innermost, which is passed over
     NuXmlString text_;        ///< of the value that is being read
     std::unordered_map<const host::TClassInfo*, ClassNotes> notes_;
+    const host::TClassInfo* lastClass_ = nullptr;
+    ClassNotes* lastNotes_ = nullptr; ///< those of that class
     PendingReferences references_;
 };
 

@@ -1,7 +1,6 @@
-#include <cstring>
+#include <algorithm>
 #include <utility>
 
-#include "host/runtime/asciiCase.h"
 #include "host/runtime/exception.h"
 #include "host/runtime/format.h"
 #include "host/runtime/valueAccess.h"
@@ -10,6 +9,7 @@
 #include "nuObj2Xml/objectChain.h"
 #include "nuObj2Xml/objectFrame.h"
 #include "nuObj2Xml/registry.h"
+#include "nuObj2Xml/sameText.h"
 #include "nuObj2Xml/slotClass.h"
 #include "nuObj2Xml/valueText.h"
 
@@ -24,16 +24,6 @@ using host::TPropInfo;
 using host::ValueKind;
 using host::ValueRef;
 
-namespace {
-
-/// Names compared as bytes, which is quicker than unit by unit.
-bool isSame(std::u16string_view left, std::u16string_view right) noexcept {
-    return left.size() == right.size() &&
-           std::memcmp(left.data(), right.data(), left.size() * sizeof(char16_t)) == 0;
-}
-
-} // namespace
-
 void ObjectBuilder::startInObject(Frame& frame, const ElementStart& element) {
     if (const TPropInfo* const property = findProperty(frame, element.name)) {
         startProperty(frame, *property, element);
@@ -41,7 +31,7 @@ void ObjectBuilder::startInObject(Frame& frame, const ElementStart& element) {
     }
     if (frame.serializer != nullptr) {
         for (const std::u16string_view items : frame.serializer->ItemsElements()) {
-            if (!host::equalIgnoringCase(items, element.name)) {
+            if (!isSameName(items, element.name)) {
                 continue;
             }
             Frame& inside = push(items);
@@ -285,8 +275,8 @@ void ObjectBuilder::startSlot(Frame& frame, ValueRef target, const ElementStart&
     const Instance present = slot.get(target.value);
     const bool canChange = target.type->kind == ValueKind::Slot;
     // 1. What is there is read in place, unless the element tells of another class.
-    if (present && (element.className.empty() ||
-                    host::equalIgnoringCase(element.className, present.info->name))) {
+    if (present &&
+        (element.className.empty() || isSameName(element.className, present.info->name))) {
         startObject(frame, present, nullptr);
         return;
     }
@@ -314,8 +304,12 @@ void ObjectBuilder::startObject(Frame& frame, Instance object, TNuSerializer* se
     }
     frame.serializer = serializer;
     frame.wantsTree = false;
+    ClassNotes& notes = notesOf(*object.info);
     if (serializer == nullptr && object.info->isObject) {
-        const TNuSerializerClass* const serializerClass = serializerClassFor(*object.info);
+        if (notes.serializerClass == nullptr) {
+            notes.serializerClass = &serializerClassOf(*object.info);
+        }
+        const TNuSerializerClass* const serializerClass = notes.serializerClass;
         if (!serializerClass->isPlain) {
             frame.owned =
                 serializerClass->createFromInstance(*static_cast<host::TObject*>(object.object));
@@ -331,7 +325,7 @@ void ObjectBuilder::startObject(Frame& frame, Instance object, TNuSerializer* se
     frame.expected = 0;
     frame.count = 0;
     frame.seen.clear();
-    if (isStrict() || frame.resetsMissing) {
+    if (isStrict() || (frame.resetsMissing && notes.hasDefaults)) {
         frame.seen.assign(object.info->properties.size(), false);
     }
     if (frame.serializer != nullptr) {
@@ -339,12 +333,19 @@ void ObjectBuilder::startObject(Frame& frame, Instance object, TNuSerializer* se
     }
 }
 
-const TNuSerializerClass* ObjectBuilder::serializerClassFor(const host::TClassInfo& info) {
-    ClassNotes& notes = notes_[&info];
-    if (notes.serializerClass == nullptr) {
-        notes.serializerClass = &serializerClassOf(info);
+ObjectBuilder::ClassNotes& ObjectBuilder::notesOf(const host::TClassInfo& info) {
+    // Often it is the class of the object before.
+    if (lastClass_ != &info) {
+        const auto [entry, isNew] = notes_.try_emplace(&info);
+        lastClass_ = &info;
+        lastNotes_ = &entry->second;
+        if (isNew) {
+            lastNotes_->hasDefaults =
+                std::any_of(info.properties.begin(), info.properties.end(),
+                            [](const TPropInfo& property) { return property.hasDefault(); });
+        }
     }
-    return notes.serializerClass;
+    return *lastNotes_;
 }
 
 } // namespace nu

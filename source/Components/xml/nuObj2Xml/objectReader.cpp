@@ -6,6 +6,7 @@
 #include "nuObj2Xml/elementName.h"
 #include "nuObj2Xml/objectEvents.h"
 #include "nuObj2Xml/objectStream.h"
+#include "nuObj2Xml/sameText.h"
 #include "nuObj2Xml/slotClass.h"
 #include "nuXmlParser/parserErrors.h"
 
@@ -60,9 +61,10 @@ private:
     /// be at its depth.
     bool isObject(const ElementStart& element, std::size_t depth) {
         if (steps_.size() == 1) {
-            return element.name == steps_[0];
+            return isSame(element.name, steps_[0]);
         }
-        if (depth != matched_ + 1 || depth > steps_.size() || element.name != steps_[depth - 1]) {
+        if (depth != matched_ + 1 || depth > steps_.size() ||
+            !isSame(element.name, steps_[depth - 1])) {
             return false;
         }
         // Inside of an object nobody asks for elements, so the last step need not be kept.

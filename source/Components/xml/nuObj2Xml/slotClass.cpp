@@ -1,16 +1,16 @@
 #include "nuObj2Xml/slotClass.h"
 
-#include "host/runtime/asciiCase.h"
 #include "host/runtime/classRegistry.h"
 #include "host/runtime/exception.h"
 #include "host/runtime/format.h"
 #include "nuObj2Xml/messages.h"
+#include "nuObj2Xml/sameText.h"
 
 namespace nu {
 
 bool isRelated(std::u16string_view className, const host::TClassInfo& info) {
     for (const host::TClassInfo* place = &info; place != nullptr; place = place->base) {
-        if (host::equalIgnoringCase(className, place->name)) {
+        if (isSameName(className, place->name)) {
             return true;
         }
     }
@@ -26,7 +26,7 @@ const host::TClassInfo& classForSlot(const host::SlotOperations& slot,
     }
     for (std::size_t index = 0; slot.declaredClass(index) != nullptr; ++index) {
         const host::TClassInfo& declared = *slot.declaredClass(index);
-        if (host::equalIgnoringCase(className, declared.name)) {
+        if (isSameName(className, declared.name)) {
             return declared;
         }
     }
@@ -44,7 +44,7 @@ const host::TClassInfo& classForSlot(const host::SlotOperations& slot,
 
 const host::TClassInfo& classBelow(const host::TClassInfo& declared,
                                    std::u16string_view className) {
-    const bool isDeclared = className.empty() || host::equalIgnoringCase(className, declared.name);
+    const bool isDeclared = className.empty() || isSameName(className, declared.name);
     const host::TClassInfo* const info = isDeclared ? &declared : host::FindClass(className);
     if (info == nullptr) {
         throw host::Exception(host::formatMessage(messages::classNotRegistered, {className}));

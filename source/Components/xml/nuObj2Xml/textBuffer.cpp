@@ -145,13 +145,13 @@ void TextBuffer<Unit>::appendEscaped(std::basic_string_view<Source> text) {
     if (appendShort(text)) {
         return;
     }
+    std::basic_string<Source> withoutNul;
     if (text.find(Source{0}) != text.npos) {
-        std::basic_string<Source> withoutNul(text);
+        withoutNul = text;
         std::erase(withoutNul, Source{0});
-        appendEscaped(std::basic_string_view<Source>(withoutNul));
-        return;
+        text = withoutNul;
     }
-    if (isBlank(text)) {
+    if (isBlank(text) && !text.empty()) {
         appendAscii("&#");
         appendAscii(host::NumberText(static_cast<unsigned>(text.front())).view());
         appendAscii(";");
