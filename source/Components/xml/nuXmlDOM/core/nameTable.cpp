@@ -62,18 +62,32 @@ bool NameTable::matches(const NodeName& name, const Key& key) noexcept {
            name.uri == &key.uri;
 }
 
-const NodeName* NameTable::lookUp(const Key& key, std::uint32_t hash) {
+const NodeName* NameTable::find(const Key& key, std::uint32_t hash) const noexcept {
     const std::size_t mask = places_.size() - 1;
     for (std::size_t place = hash & mask; places_[place] != nullptr; place = (place + 1) & mask) {
         if (places_[place]->hash == hash && matches(*places_[place], key)) {
             return places_[place];
         }
     }
-    // The plain name is entered first; that may move the places.
-    const NodeName* plain = nullptr;
-    if (key.hasLocal && (&key.uri != noURI_ || !key.isSplitAtColon)) {
-        plain = lookUp({key.text, *noURI_, 0, true, true});
+    return nullptr;
+}
+
+const NodeName* NameTable::lookUp(const Key& key) {
+    const std::uint32_t hash = hashOf(key);
+    if (const NodeName* known = find(key, hash)) {
+        return known;
     }
+    if (!key.hasLocal || (&key.uri == noURI_ && key.isSplitAtColon)) {
+        return add(key, hash, nullptr);
+    }
+    // The plain name comes first: names refer to it.
+    const Key plain{key.text, *noURI_, 0, true, true};
+    const std::uint32_t plainHash = hashOf(plain);
+    const NodeName* known = find(plain, plainHash);
+    return add(key, hash, known != nullptr ? known : add(plain, plainHash, nullptr));
+}
+
+const NodeName* NameTable::add(const Key& key, std::uint32_t hash, const NodeName* plain) {
     if (count_ * 2 >= places_.size()) {
         grow();
     }

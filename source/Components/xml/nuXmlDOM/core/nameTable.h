@@ -203,8 +203,11 @@ private:
     [[nodiscard]] static bool matches(const NodeName& name, const Key& key) noexcept;
     [[nodiscard]] const NameURI& makeURI(std::u16string_view uri);
     [[nodiscard]] std::uint32_t hashOf(const Key& key) const noexcept;
-    [[nodiscard]] const NodeName* lookUp(const Key& key) { return lookUp(key, hashOf(key)); }
-    [[nodiscard]] const NodeName* lookUp(const Key& key, std::uint32_t hash);
+    [[nodiscard]] const NodeName* find(const Key& key, std::uint32_t hash) const noexcept;
+    /// The name, which is entered where it is not known yet.
+    [[nodiscard]] const NodeName* lookUp(const Key& key);
+    /// Enters a name that is not known; without `plain` it is the plain name itself.
+    [[nodiscard]] const NodeName* add(const Key& key, std::uint32_t hash, const NodeName* plain);
     [[nodiscard]] NodeName* make(const Key& key, std::uint32_t hash);
     void grow();
     void enter(NodeName* name) noexcept;
