@@ -83,6 +83,17 @@ TEST(TreeScale, changesAnyPlaceAmongManySiblings) {
          node = node->get_nextSibling()) {
         ASSERT_EQ(static_cast<const TNuDOMElement*>(node)->get_index(), index++);
     }
+    // Loops that look at the list and edit as they go.
+    for (std::ptrdiff_t place = 0; place < static_cast<std::ptrdiff_t>(list.Count()); place += 2) {
+        root.InsertComment(u"", rdpBefore, list.GetItem(place));
+    }
+    for (std::size_t number = 0; number < many; ++number) {
+        root.appendChild(*list.GetItem(0));
+        ASSERT_EQ(list.IndexOf(*root.LastChild()), static_cast<std::ptrdiff_t>(2 * many) - 1);
+    }
+    while (list.Count() != 0) {
+        root.removeChild(*list.GetItem(0));
+    }
     // From either end.
     root.set_innerxml(repeated(million, u"<c/>"));
     for (std::size_t number = 0; number < million; ++number) {

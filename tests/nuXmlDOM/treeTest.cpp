@@ -423,6 +423,48 @@ TEST(Lists, areSnapshotsOrFollowTheTree) {
     EXPECT_THROW((void)TNuDOMNodeList::Create(nullptr, nullptr, false), host::EAssertionFailed);
 }
 
+TEST(Lists, followEditsNearAndFar) {
+    for (std::uint64_t seed = 0; seed < support::randomInputs(20); ++seed) {
+        support::Random random(seed);
+        const auto document = loaded(u"<a/>");
+        TNuDOMElement& root = *document->GetRootNode();
+        std::vector<TNuDOMNode*> model;
+        std::size_t place = 0;
+        for (int step = 0; step < 1000; ++step) {
+            place = std::min(random(4) == 0 ? random(model.size() + 1) : place, model.size());
+            const auto at = model.begin() + static_cast<std::ptrdiff_t>(place);
+            if (at != model.end() && random(100) < model.size()) {
+                (*at)->_delete();
+                model.erase(at);
+            } else {
+                TNuDOMNode* next = at != model.end() ? *at : nullptr;
+                const TNuDOMPosition position = next != nullptr ? rdpBefore : rdpLast;
+                const bool isElement =
+                    random(2) == 0 &&
+                    (next == nullptr || next->get_nodeType() == host::ELEMENT_NODE);
+                model.insert(at, isElement ? static_cast<TNuDOMNode*>(
+                                                 &root.InsertElement(u"e", position, next))
+                                           : &root.InsertComment(u"", position, next));
+            }
+            if (!model.empty()) {
+                const std::size_t index = random(model.size());
+                TNuDOMNode* node = model[index];
+                ASSERT_EQ(root.get_childNodes().IndexOf(*node), static_cast<std::ptrdiff_t>(index))
+                    << seed;
+                static_cast<void>(root.get_childElements().IndexOf(*node));
+            }
+        }
+        const std::vector<TNuDOMNode*> nodes(root.get_childNodes().begin(),
+                                             root.get_childNodes().end());
+        EXPECT_EQ(nodes, model) << seed;
+        std::erase_if(model,
+                      [](TNuDOMNode* node) { return node->get_nodeType() != host::ELEMENT_NODE; });
+        const std::vector<TNuDOMNode*> elements(root.get_childElements().begin(),
+                                                root.get_childElements().end());
+        EXPECT_EQ(elements, model) << seed;
+    }
+}
+
 TEST(Lifetime, endsWithTheLastReferenceInAnyOrder) {
     // Whatever is held last keeps the rest: letting go in every order must neither leak nor free
     // too early, which only a sanitizer sees; the text shows that everything is still there.

@@ -9,33 +9,133 @@
 
 namespace nu {
 
-void MemberIndex::appended(TNuDOMNode& node) {
+void MemberIndex::rebuild(std::vector<TNuDOMNode*> members) noexcept {
+    entries_ = std::move(members);
+    positions_.clear();
+    gapBegin_ = gapSize_ = recent_ = passed_ = 0;
+    isValid_ = true;
+}
+
+void MemberIndex::inserted(TNuDOMNode& node, const TNuDOMNode* next) {
     if (!isValid_) {
         return;
     }
-    if (!positions_.empty()) {
-        positions_.emplace(&node, members_.size());
+    if (next == nullptr) {
+        if (!positions_.empty()) {
+            positions_.emplace(&node, size());
+        }
+        entries_.push_back(&node);
+        return;
     }
-    members_.push_back(&node);
+    const std::ptrdiff_t found = searchNear(*next);
+    if (found < 0) {
+        drop();
+        return;
+    }
+    openGap(static_cast<std::size_t>(found));
+    entries_[gapBegin_++] = &node;
+    --gapSize_;
 }
 
 void MemberIndex::removed(const TNuDOMNode& node) noexcept {
-    if (isValid_ && !members_.empty() && members_.back() == &node) {
-        members_.pop_back();
-        positions_.erase(&node);
-    } else {
-        drop();
+    if (!isValid_) {
+        return;
     }
+    if (size() != 0 && entry(size() - 1) == &node) {
+        positions_.erase(&node);
+        removeLast();
+        return;
+    }
+    const std::ptrdiff_t found = searchNear(node);
+    if (found < 0) {
+        drop();
+        return;
+    }
+    moveGap(static_cast<std::size_t>(found));
+    ++gapSize_;
 }
 
 std::ptrdiff_t MemberIndex::positionOf(const TNuDOMNode& node) {
-    if (positions_.empty()) {
-        for (std::size_t index = 0; index < members_.size(); ++index) {
-            positions_.emplace(members_[index], index);
-        }
+    // A place in the table takes as long to make as many entries to pass.
+    constexpr std::size_t passedForOne = 32;
+    if (positions_.empty() && passed_ / passedForOne <= size()) {
+        return searchNear(node);
     }
+    gatherPositions();
     const auto found = positions_.find(&node);
     return found != positions_.end() ? static_cast<std::ptrdiff_t>(found->second) : -1;
+}
+
+/// Looks at both ends, then on both sides of the recent place, nearest first, and makes what it
+/// finds there the recent one.
+std::ptrdiff_t MemberIndex::searchNear(const TNuDOMNode& node) noexcept {
+    const std::size_t count = size();
+    if (count != 0 && entry(0) == &node) {
+        return 0;
+    }
+    if (count != 0 && entry(count - 1) == &node) {
+        return static_cast<std::ptrdiff_t>(count) - 1;
+    }
+    std::size_t above = std::min(recent_, count);
+    std::size_t below = above; // the entries from here up to `above` are others
+    while (above < count || below > 0) {
+        if (above < count) {
+            if (entry(above) == &node) {
+                recent_ = above;
+                return static_cast<std::ptrdiff_t>(above);
+            }
+            ++above;
+        }
+        if (below > 0 && entry(--below) == &node) {
+            recent_ = below;
+            return static_cast<std::ptrdiff_t>(below);
+        }
+        passed_ += 2;
+    }
+    return -1;
+}
+
+void MemberIndex::gatherPositions() {
+    if (positions_.empty()) {
+        for (std::size_t index = 0; index < size(); ++index) {
+            positions_.emplace(entry(index), index);
+        }
+    }
+}
+
+/// Makes room for one more entry at `index`.
+void MemberIndex::openGap(std::size_t index) {
+    if (gapSize_ != 0) {
+        moveGap(index);
+        return;
+    }
+    const std::size_t added = entries_.size() / 8 + 16;
+    entries_.insert(entries_.begin() + static_cast<std::ptrdiff_t>(index), added, nullptr);
+    gapBegin_ = index;
+    gapSize_ = added;
+    positions_.clear();
+    passed_ = 0;
+}
+
+void MemberIndex::moveGap(std::size_t index) noexcept {
+    TNuDOMNode** const entries = entries_.data();
+    if (index < gapBegin_) {
+        std::move_backward(entries + index, entries + gapBegin_, entries + gapBegin_ + gapSize_);
+    } else {
+        std::move(entries + gapBegin_ + gapSize_, entries + index + gapSize_, entries + gapBegin_);
+    }
+    gapBegin_ = index;
+    positions_.clear(); // what moves it changes what stands behind
+    passed_ = 0;
+}
+
+void MemberIndex::removeLast() noexcept {
+    if (gapBegin_ + gapSize_ == entries_.size()) {
+        entries_.resize(gapBegin_);
+        gapSize_ = 0;
+    }
+    entries_.pop_back();
+    gapBegin_ = std::min(gapBegin_, entries_.size());
 }
 
 template <class Base, LiveMembers shown>
@@ -47,10 +147,9 @@ bool LiveList<Base, shown>::isMember(const TNuDOMNode& node) const noexcept {
     return isShown && NodeAccess::parent(node) == this->Node() && NodeAccess::isLinked(node);
 }
 
-template <class Base, LiveMembers shown>
-const std::vector<TNuDOMNode*>& LiveList<Base, shown>::members() const {
+template <class Base, LiveMembers shown> MemberIndex& LiveList<Base, shown>::gathered() const {
     if (index_.isValid()) {
-        return index_.members();
+        return index_;
     }
     std::vector<TNuDOMNode*> members;
     TNuDOMNode& owner = *this->Node();
@@ -75,23 +174,19 @@ const std::vector<TNuDOMNode*>& LiveList<Base, shown>::members() const {
         }
     }
     index_.rebuild(std::move(members));
-    return index_.members();
+    return index_;
 }
 
 template <class Base, LiveMembers shown>
 TNuDOMNode* LiveList<Base, shown>::item(std::ptrdiff_t index) const {
-    const std::vector<TNuDOMNode*>& nodes = members();
+    MemberIndex& nodes = gathered();
     host::checkListIndex(index, nodes.size());
-    return nodes[static_cast<std::size_t>(index)];
+    return nodes.at(static_cast<std::size_t>(index));
 }
 
 template <class Base, LiveMembers shown>
 std::ptrdiff_t LiveList<Base, shown>::IndexOf(const TNuDOMNode& node) const {
-    if (!isMember(node)) {
-        return -1;
-    }
-    static_cast<void>(members());
-    return index_.positionOf(node);
+    return isMember(node) ? gathered().positionOf(node) : -1;
 }
 
 template <class Base, LiveMembers shown>
@@ -124,8 +219,8 @@ std::ptrdiff_t LiveList<Base, shown>::Remove(TNuDOMNode& node) {
 
 template <class Base, LiveMembers shown> void LiveList<Base, shown>::Clear() {
     const DocumentLifetime::Work work(this->OwnerDocument()->lifetime());
-    while (!members().empty()) {
-        TNuDOMNode* node = members().back();
+    while (const std::size_t count = gathered().size()) {
+        TNuDOMNode* node = gathered().at(count - 1);
         if (NodeAccess::isSubtreeHeld(*node)) {
             throw host::EInvalidPointer(cStillHeld);
         }
@@ -140,16 +235,10 @@ void LiveList<Base, shown>::reorder(std::vector<TNuDOMNode*> order) {
 }
 
 template <class Base, LiveMembers shown>
-void LiveList<Base, shown>::changed(TNuDOMNode& node, bool isAdded, bool isAtEnd) noexcept {
-    if (!isAdded) {
-        index_.removed(node);
-    } else if (isAtEnd) {
-        try {
-            index_.appended(node);
-        } catch (...) {
-            index_.drop();
-        }
-    } else {
+void LiveList<Base, shown>::added(TNuDOMNode& node, const TNuDOMNode* next) noexcept {
+    try {
+        index_.inserted(node, next);
+    } catch (...) {
         index_.drop();
     }
 }
@@ -179,18 +268,47 @@ void NodeLists::childChanged(TNuDOMNode& child, bool isAdded, bool isAtEnd) noex
     const host::DOMNodeType type = child.get_nodeType();
     if (type == host::ATTRIBUTE_NODE) {
         attributeIndex.changed(static_cast<TNuDOMAttribute&>(child), isAdded, isAtEnd);
-        if (attributes_) {
-            attributes_->changed(child, isAdded, isAtEnd);
+        if (attributes_ && isAdded) {
+            attributes_->added(child, NodeChain::next(child));
+        } else if (attributes_) {
+            attributes_->removed(child);
         }
         return;
     }
+    if (isAdded) {
+        childAdded(child);
+        return;
+    }
     if (childNodes_) {
-        childNodes_->changed(child, isAdded, isAtEnd);
+        childNodes_->removed(child);
     }
     if (childElements_ && type == host::ELEMENT_NODE) {
-        const bool isLast = elementOrder.empty() ? isAtEnd : elementOrder.back() == &child;
-        childElements_->changed(child, isAdded, isLast);
+        childElements_->removed(child);
     }
+}
+
+void NodeLists::childAdded(TNuDOMNode& child) noexcept {
+    // The document element stands behind everything else in the document, whatever the order there
+    // was.
+    const auto* document = NodeAccess::as<TNuDOMDocument>(&node_);
+    TNuDOMNode* const documentElement = document != nullptr ? document->GetRootNode() : nullptr;
+    const bool isElement = NodeAccess::is<TNuDOMElement>(child);
+    TNuDOMNode* next = &child != documentElement ? NodeChain::next(child) : nullptr;
+    if (childNodes_) {
+        const bool isBeforeElement = next == nullptr && &child != documentElement;
+        childNodes_->added(child, isBeforeElement ? documentElement : next);
+    }
+    if (!childElements_ || !isElement) {
+        return;
+    }
+    if (!elementOrder.empty() && elementOrder.back() != &child) {
+        childElements_->drop();
+        return;
+    }
+    while (elementOrder.empty() && next != nullptr && !NodeAccess::is<TNuDOMElement>(*next)) {
+        next = NodeChain::next(*next);
+    }
+    childElements_->added(child, elementOrder.empty() ? next : nullptr);
 }
 
 std::int64_t NodeLists::heldCount() const noexcept {

@@ -20,26 +20,47 @@ namespace nu {
 
 /// The nodes of a live list by index, gathered when somebody asks by index.
 ///
-/// Appending and taking the last one away keep what was gathered, so building and emptying a tree
-/// from the end stay cheap beside a list in use; other changes make it be gathered again.
+/// What was gathered follows the changes of the tree. Between the entries lies a gap that moves to
+/// where the last change was, and nodes are looked for from the place on that was used last, so a
+/// loop that edits as it goes pays for its steps and not for the length of the list. The last entry
+/// comes and goes without the gap, so taking nodes from one end and putting them to the other is
+/// such a loop, too.
 class MemberIndex {
 public:
     [[nodiscard]] bool isValid() const noexcept { return isValid_; }
-    void rebuild(std::vector<TNuDOMNode*> members) noexcept {
-        members_ = std::move(members);
-        positions_.clear();
-        isValid_ = true;
-    }
+    void rebuild(std::vector<TNuDOMNode*> members) noexcept;
     void drop() noexcept { isValid_ = false; }
-    void appended(TNuDOMNode& node);
+    /// A node came in before `next`, at the end when that is null. Throws std::bad_alloc.
+    void inserted(TNuDOMNode& node, const TNuDOMNode* next);
     void removed(const TNuDOMNode& node) noexcept;
-    [[nodiscard]] const std::vector<TNuDOMNode*>& members() const noexcept { return members_; }
+
+    [[nodiscard]] std::size_t size() const noexcept { return entries_.size() - gapSize_; }
+    [[nodiscard]] TNuDOMNode* at(std::size_t index) noexcept {
+        recent_ = index;
+        return entry(index);
+    }
+    /// The index of a member; -1 for any other node.
     [[nodiscard]] std::ptrdiff_t positionOf(const TNuDOMNode& node);
 
 private:
-    std::vector<TNuDOMNode*> members_;
-    /// Gathered when the position of a node is asked for.
+    [[nodiscard]] TNuDOMNode* entry(std::size_t index) const noexcept {
+        return entries_[index < gapBegin_ ? index : index + gapSize_];
+    }
+    [[nodiscard]] std::ptrdiff_t searchNear(const TNuDOMNode& node) noexcept;
+    void gatherPositions();
+    void openGap(std::size_t index);
+    void moveGap(std::size_t index) noexcept;
+    void removeLast() noexcept;
+
+    std::vector<TNuDOMNode*> entries_;
+    std::size_t gapBegin_ = 0;
+    std::size_t gapSize_ = 0;
+    /// Where the last change or look was.
+    std::size_t recent_ = 0;
+    /// Gathered when positions are asked for far from each other and nothing changes between.
     std::unordered_map<const TNuDOMNode*, std::size_t> positions_;
+    /// The entries that were passed by searches since the last change.
+    std::size_t passed_ = 0;
     bool isValid_ = false;
 };
 
@@ -54,17 +75,20 @@ public:
     std::ptrdiff_t Remove(TNuDOMNode& node) override;
     [[nodiscard]] std::ptrdiff_t IndexOf(const TNuDOMNode& node) const override;
     void Clear() override;
-    [[nodiscard]] std::size_t Count() const override { return members().size(); }
+    [[nodiscard]] std::size_t Count() const override { return gathered().size(); }
 
-    /// A node came into the list, at its end or elsewhere, or left it.
-    void changed(TNuDOMNode& node, bool isAdded, bool isAtEnd) noexcept;
+    /// A node came into the list before `next`, at the end when that is null.
+    void added(TNuDOMNode& node, const TNuDOMNode* next) noexcept;
+    void removed(const TNuDOMNode& node) noexcept { index_.removed(node); }
+    /// The order became another.
+    void drop() noexcept { index_.drop(); }
 
 protected:
     [[nodiscard]] TNuDOMNode* item(std::ptrdiff_t index) const override;
     void reorder(std::vector<TNuDOMNode*> order) override;
 
 private:
-    [[nodiscard]] const std::vector<TNuDOMNode*>& members() const;
+    [[nodiscard]] MemberIndex& gathered() const;
     [[nodiscard]] bool isMember(const TNuDOMNode& node) const noexcept;
 
     mutable MemberIndex index_;
@@ -96,6 +120,8 @@ public:
     NodeLists* next = nullptr;
 
 private:
+    void childAdded(TNuDOMNode& child) noexcept;
+
     TNuDOMNode& node_;
     std::unique_ptr<ChildNodeList> childNodes_;
     std::unique_ptr<ChildElementList> childElements_;
