@@ -1,5 +1,6 @@
 // Twice the document must cost twice the time: selects in n and 2n elements with every kind of step
-// and filter, creates, sorts, and prints the ratio of the times. Long paths count as well.
+// and filter, creates, sorts, edits beside a list, adopts, and prints the ratio of the times. Long
+// paths count as well.
 
 #include <algorithm>
 #include <cstdio>
@@ -139,6 +140,45 @@ double timeOfPath(std::u16string_view head, std::u16string_view piece, std::u16s
     return seconds([&] { static_cast<void>(document->CreateNodeList(path)); });
 }
 
+/// What a loop does that edits the children of `root` by their list.
+using Edit = void (*)(TNuDOMElement& root, TNuDOMNodeList& list);
+
+double timeOfEdit(Edit edit, std::size_t count) {
+    const NuRef<TNuDOMDocument> document =
+        NuCreateDOMDocument(u"<r>" + repeated(u"<x/>", count) + u"</r>");
+    TNuDOMElement& root = *document->GetRootNode();
+    return seconds([&] { edit(root, root.get_childNodes()); });
+}
+
+void emptyFromTheFront(TNuDOMElement& root, TNuDOMNodeList& list) {
+    while (list.Count() != 0) {
+        root.removeChild(*list.GetItem(0));
+    }
+}
+
+void insertWhileWalking(TNuDOMElement& root, TNuDOMNodeList& list) {
+    for (std::ptrdiff_t place = 0; place < static_cast<std::ptrdiff_t>(list.Count()); place += 2) {
+        root.InsertComment(u"", rdpBefore, list.GetItem(place));
+    }
+}
+
+void turnRound(TNuDOMElement& root, TNuDOMNodeList& list) {
+    for (std::size_t count = list.Count(); count != 0; --count) {
+        root.appendChild(*list.GetItem(0));
+    }
+}
+
+/// One element out of each of many documents.
+double timeOfAdoption(std::size_t count) {
+    const NuRef<TNuDOMDocument> target = NuCreateDOMDocument(u"<r/>");
+    return seconds([&] {
+        for (std::size_t index = 0; index < count; ++index) {
+            const NuRef<TNuDOMDocument> source = NuCreateDOMDocument(u"<x/>");
+            target->GetRootNode()->appendChild(*source->GetRootNode());
+        }
+    });
+}
+
 } // namespace
 
 /// Argument: a part of the names of the rows that are wanted; else all.
@@ -165,4 +205,11 @@ int main(int argumentCount, char** arguments) {
             [](std::size_t count) { return timeOfPath(u"r", u"[1]", u"", count); });
     compare("slashes in quotation marks", elements / 2,
             [](std::size_t count) { return timeOfPath(u"r[@x=\"", u"&slash;", u"\"]", count); });
+    compare("empty from the front", elements,
+            [](std::size_t count) { return timeOfEdit(emptyFromTheFront, count); });
+    compare("insert while walking", elements,
+            [](std::size_t count) { return timeOfEdit(insertWhileWalking, count); });
+    compare("first to last", elements,
+            [](std::size_t count) { return timeOfEdit(turnRound, count); });
+    compare("adopt from many documents", elements / 10, timeOfAdoption);
 }

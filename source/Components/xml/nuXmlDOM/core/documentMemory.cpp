@@ -4,6 +4,8 @@
 #include <bit>
 #include <limits>
 #include <new>
+#include <unordered_map>
+#include <vector>
 
 namespace nu {
 
@@ -87,6 +89,22 @@ private:
     std::size_t total_ = 0;
 };
 
+/// The blocks of other documents, each once.
+struct DocumentMemory::Retained {
+    void keep(const std::shared_ptr<Blocks>& blocks, const Blocks* own) {
+        if (blocks.get() == own || taken.contains(blocks.get())) {
+            return;
+        }
+        order.reserve(std::bit_ceil(order.size() + 1));
+        taken.emplace(blocks.get(), 0);
+        order.push_back(blocks);
+    }
+
+    std::vector<std::shared_ptr<Blocks>> order;
+    /// How many of what the owner of the blocks keeps in turn have been looked at.
+    std::unordered_map<const Blocks*, std::size_t> taken;
+};
+
 DocumentMemory::DocumentMemory() : blocks_(std::make_shared<Blocks>()) {}
 
 DocumentMemory::~DocumentMemory() = default;
@@ -156,14 +174,20 @@ void DocumentMemory::release(void* piece, std::size_t size) noexcept {
 std::size_t DocumentMemory::size() const noexcept { return blocks_->total(); }
 
 void DocumentMemory::retain(const DocumentMemory& other) {
-    const auto keep = [this](const std::shared_ptr<Blocks>& blocks) {
-        if (blocks != blocks_ &&
-            std::find(retained_.begin(), retained_.end(), blocks) == retained_.end()) {
-            retained_.push_back(blocks);
-        }
-    };
-    keep(other.blocks_);
-    std::for_each(other.retained_.begin(), other.retained_.end(), keep);
+    if (!retained_) {
+        retained_ = std::make_unique<Retained>();
+    }
+    // 1. The blocks of the other document itself.
+    retained_->keep(other.blocks_, blocks_.get());
+    // 2. What it keeps for others, as far as that came since it was last asked.
+    if (!other.retained_) {
+        return;
+    }
+    std::size_t& taken = retained_->taken[other.blocks_.get()];
+    const std::vector<std::shared_ptr<Blocks>>& further = other.retained_->order;
+    for (; taken < further.size(); ++taken) {
+        retained_->keep(further[taken], blocks_.get());
+    }
 }
 
 } // namespace nu

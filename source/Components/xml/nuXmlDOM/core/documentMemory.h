@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <memory>
 #include <utility>
-#include <vector>
 
 namespace nu {
 
@@ -52,6 +51,7 @@ public:
 
 private:
     class Blocks;
+    struct Retained;
     /// A piece that waits to be used again; the size is there in pieces above largestExact.
     struct FreePiece {
         FreePiece* next;
@@ -74,7 +74,8 @@ private:
     std::array<FreePiece*, largestExact / granule + 1> exact_{};
     std::array<FreePiece*, powerCount> powers_{};
     std::shared_ptr<Blocks> blocks_;
-    std::vector<std::shared_ptr<Blocks>> retained_;
+    /// What came with nodes of other documents; null as long as none came.
+    std::unique_ptr<Retained> retained_;
 };
 
 } // namespace nu
