@@ -1,18 +1,17 @@
 # Install, find_package(nuxml CONFIG) and pkg-config, in three components: runtime, development and tool. The
-# headers keep their paths below include/nuxml, so an application writes the same includes as this repository
-# does.
+# public headers keep their paths below include/nuxml, so an application writes the same includes as this
+# repository does.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS nuhost rNuCommon2010 nuxml EXPORT nuxmlTargets
     LIBRARY COMPONENT runtime NAMELINK_COMPONENT development
     ARCHIVE COMPONENT development)
-set(headerFolder ${CMAKE_INSTALL_INCLUDEDIR}/nuxml)
-foreach(folder host common)
-    install(DIRECTORY ${folder} DESTINATION ${headerFolder} COMPONENT development
-        FILES_MATCHING PATTERN "*.h")
-endforeach()
-install(DIRECTORY source/Components/xml/ DESTINATION ${headerFolder} COMPONENT development
-    FILES_MATCHING PATTERN "*.h")
+install(CODE "
+    include(\"${PROJECT_SOURCE_DIR}/cmake/publicHeaders.cmake\")
+    file(REMOVE_RECURSE \"${PROJECT_BINARY_DIR}/installedHeaders\")
+    nuStagePublicHeaders(\"${PROJECT_SOURCE_DIR}\" \"${PROJECT_BINARY_DIR}/installedHeaders\" sources)" COMPONENT development)
+install(DIRECTORY ${PROJECT_BINARY_DIR}/installedHeaders/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/nuxml
+    COMPONENT development)
 
 set(configFolder ${CMAKE_INSTALL_LIBDIR}/cmake/nuxml)
 install(EXPORT nuxmlTargets NAMESPACE nuxml:: DESTINATION ${configFolder}

@@ -79,7 +79,8 @@ endfunction()
 # nuAddLibrary(<name> ALIAS <alias> [LINKS <target>...])
 #
 # A library, shared or static, of every source file below the current folder. Its include roots are the
-# repository root ("host/...", "common/...") and source/Components/xml ("nuXmlSax.h").
+# repository root ("host/...", "common/...") and source/Components/xml ("nuXmlSax.h"); they stand before those of
+# a project that this one is part of. Such a project gets the public headers and no more.
 function(nuAddLibrary name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "ALIAS" "LINKS")
 
@@ -87,9 +88,10 @@ function(nuAddLibrary name)
     file(GLOB_RECURSE headers CONFIGURE_DEPENDS *.h)
     add_library(${name} ${NUXML_LIBRARY_TYPE} ${sources} ${headers})
     add_library(nuxml::${arg_ALIAS} ALIAS ${name})
-    target_include_directories(${name} PUBLIC
-        $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
-        $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/source/Components/xml>
+    set(roots ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/source/Components/xml)
+    target_include_directories(${name} BEFORE PRIVATE ${roots})
+    target_include_directories(${name} INTERFACE
+        "$<BUILD_INTERFACE:$<IF:$<BOOL:${PROJECT_IS_TOP_LEVEL}>,${roots},${PROJECT_BINARY_DIR}/include>>"
         $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/nuxml>)
     target_compile_features(${name} PUBLIC cxx_std_20)
     target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE $<BUILD_INTERFACE:nuxmlSettings>)

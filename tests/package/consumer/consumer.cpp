@@ -1,6 +1,7 @@
 #include <cstdio>
 
-#include <common/utf8.h>
+#include <nuObj2Xml.h>
+#include <nuXmlDOM.h>
 #include <nuXmlParser.h>
 #include <nuXmlSax.h>
 

@@ -1,0 +1,1 @@
+#error "This header is the application's own: the library must not come across it."
