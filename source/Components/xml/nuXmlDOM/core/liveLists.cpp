@@ -290,7 +290,7 @@ void NodeLists::childChanged(TNuDOMNode& child, bool isAdded, bool isAtEnd) noex
 void NodeLists::childAdded(TNuDOMNode& child) noexcept {
     // The document element stands behind everything else in the document, whatever the order there
     // was.
-    const auto* document = NodeAccess::as<TNuDOMDocument>(&node_);
+    auto* document = NodeAccess::as<TNuDOMDocument>(&node_);
     TNuDOMNode* const documentElement = document != nullptr ? document->GetRootNode() : nullptr;
     const bool isElement = NodeAccess::is<TNuDOMElement>(child);
     TNuDOMNode* next = &child != documentElement ? NodeChain::next(child) : nullptr;
