@@ -206,7 +206,7 @@ TEST(RecordParts, OfAnIndexTogetherAreOnePass) {
         DocumentMaker maker(seed);
         const std::string document = maker.make(false);
         host::TMemoryViewStream file(document);
-        const nu::RecordIndex built = nu::RecordIndex::Build(file, 7, seed % 2 == 0 ? 1 : 900);
+        const nu::RecordIndex built = nu::RecordIndex::Build(file, -7, seed % 2 == 0 ? 1 : 900);
         host::TMemoryStream saved;
         built.Save(saved);
         saved.SetPosition(0);
@@ -263,6 +263,17 @@ TEST(RecordParts, OnAPromiseAreOnePassOrOneOfThemFails) {
         }
     }
     EXPECT_GT(failures, 50);
+}
+
+TEST(RecordParts, MayBeLongerThanWhatIsInMemory) {
+    std::string document = "<!DOCTYPE a [\n\n]><a>";
+    for (int number = 0; number < 12; ++number) {
+        document += "<r>" + std::string(30000, 'x') + "\n</r>";
+    }
+    document += "</a>";
+    bool isFaulty = false;
+    EXPECT_EQ(plainParts(document, u"a/r", 2, isFaulty), onePass(document, u"a/r"));
+    EXPECT_FALSE(isFaulty);
 }
 
 TEST(RecordParts, TellPlacesInTheWholeDocument) {

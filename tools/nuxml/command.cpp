@@ -10,6 +10,7 @@
 #include "eventsCommand.h"
 #include "explainCommand.h"
 #include "formatCommand.h"
+#include "recordsCommand.h"
 #include "selectCommand.h"
 #include "tameCommand.h"
 #include "treeCommand.h"
@@ -27,6 +28,8 @@ constexpr Command commands[] = {
     {"format", "write documents with line breaks and indentation, or without", runFormat,
      help::format},
     {"convert", "turn XML into JSON, and JSON into XML", runConvert, help::convert},
+    {"records", "show the elements at a path of documents of any size, by many workers", runRecords,
+     help::records},
     {"check", "say whether documents are well-formed", runCheck, help::check},
     {"events", "show documents as the events of the SAX2 reader", runEvents, help::events},
     {"tame", "write a document without what readers take differently", runTame, help::tame},

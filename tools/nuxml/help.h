@@ -31,6 +31,7 @@ extern const HelpText format;
 extern const HelpText select;
 extern const HelpText edit;
 extern const HelpText convert;
+extern const HelpText records;
 extern const HelpText check;
 extern const HelpText explain;
 extern const HelpText tree;

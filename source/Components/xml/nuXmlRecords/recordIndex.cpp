@@ -122,7 +122,7 @@ std::int64_t RecordIndex::beginOf(std::int64_t position) const noexcept {
     return position <= 0 ? 0 : found == places_.end() ? state_.size : found->position;
 }
 
-RecordStart RecordIndex::startFor(std::int64_t position) const {
+RecordStart RecordIndex::StartFor(std::int64_t position) const {
     std::vector<std::string_view> open;
     const Place* last = nullptr;
     for (const Place& place : places_) {
@@ -146,7 +146,8 @@ RecordStart RecordIndex::startFor(std::int64_t position) const {
 
 void RecordIndex::Save(host::TStream& stream) const {
     IndexTextWriter text;
-    text.number(state_.size).number(state_.modified).number(state_.startDigest);
+    text.number(state_.size).number(static_cast<std::uint64_t>(state_.modified));
+    text.number(state_.startDigest);
     text.number(state_.endDigest).text(prolog_).number(places_.size()).endLine();
     for (const Place& place : places_) {
         text.number(place.position).number(place.line).number(place.column);
@@ -169,7 +170,7 @@ RecordIndex RecordIndex::Load(host::TStream& stream) {
     IndexTextReader text(bytes);
     RecordIndex index;
     index.state_.size = text.number();
-    index.state_.modified = text.number();
+    index.state_.modified = static_cast<std::int64_t>(text.unsignedNumber());
     index.state_.startDigest = text.unsignedNumber();
     index.state_.endDigest = text.unsignedNumber();
     index.prolog_ = text.text();

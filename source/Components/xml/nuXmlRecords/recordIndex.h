@@ -83,10 +83,12 @@ public:
     /// so that nothing before it has to be read.
     [[nodiscard]] RecordShare Share(std::int64_t number, std::int64_t count) const noexcept;
 
-    /// \cond internal
-    /// Where to begin, to find what stands from `position` on.
-    [[nodiscard]] RecordStart startFor(std::int64_t position) const;
-    /// \endcond
+    /// Everything from the first place at or behind a position on.
+    [[nodiscard]] RecordShare ShareFrom(std::int64_t position) const noexcept {
+        return {beginOf(position), RecordShare().behind};
+    }
+    /// Where to begin reading, to find what stands from `position` on.
+    [[nodiscard]] RecordStart StartFor(std::int64_t position) const;
 
 private:
     struct Place {

@@ -85,7 +85,7 @@ RecordReader::RecordReader(host::TStream& file, std::u16string_view path, const 
                            const RecordShare& share, const RecordOptions& options) {
     RecordPath records(path);
     index.Check(file);
-    RecordPart part{index.startFor(share.first), share, false};
+    RecordPart part{index.StartFor(share.first), share, false};
     body_ = std::make_unique<Body>(file, std::move(records), std::move(part), options);
 }
 

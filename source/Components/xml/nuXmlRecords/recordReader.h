@@ -63,7 +63,8 @@ public:
     /// UTF-8.
     RecordReader(host::TStream& file, std::u16string_view path, const RecordShare& share,
                  const RecordOptions& options = {});
-    /// Reads those of a share from a place on that RecordIndexer found at or before it.
+    /// Reads those of a share from a place on that RecordIndexer or RecordIndex gave for it, whose
+    /// state nobody checks any more.
     RecordReader(host::TStream& file, std::u16string_view path, const RecordStart& start,
                  const RecordShare& share, const RecordOptions& options = {});
     RecordReader(const RecordReader&) = delete;

@@ -5,7 +5,7 @@ namespace nu {
 void OpenElements::settleLines(const SourceText& source, std::int64_t offset) {
     // Those that are settled stand before those that are not, and offsets grow with the depth.
     std::size_t first = elements_.size();
-    while (first > 0 && elements_[first - 1].line == 0) {
+    while (first > 0 && elements_[first - 1].line == inWindow) {
         --first;
     }
     const char* from = source.begin();

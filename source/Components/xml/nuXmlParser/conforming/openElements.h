@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <string_view>
 #include <vector>
 
@@ -22,14 +23,14 @@ public:
         const bool isShort = name.text.size() <= blockSize;
         std::memcpy(names_.data() + used_, isShort ? name.head.data() : name.text.data(),
                     isShort ? blockSize : name.text.size());
-        elements_.push_back({&name, used_, offset, 0});
+        elements_.push_back({&name, used_, offset, inWindow});
         used_ += name.text.size();
     }
     /// The same where nothing but the name is known.
     void open(std::string_view name, std::int64_t offset) {
         makeRoom(name.size());
         name.copy(names_.data() + used_, name.size());
-        elements_.push_back({nullptr, used_, offset, 0});
+        elements_.push_back({nullptr, used_, offset, inWindow});
         used_ += name.size();
     }
     /// The name of the innermost element.
@@ -42,8 +43,8 @@ public:
     /// The line of its start tag.
     [[nodiscard]] std::int64_t innermostLine(const SourceText& source) const noexcept {
         const Element& element = elements_.back();
-        return element.line != 0 ? element.line
-                                 : source.placeOf(source.placeAt(element.offset)).line;
+        return element.line != inWindow ? element.line
+                                        : source.placeOf(source.placeAt(element.offset)).line;
     }
     void close() noexcept {
         used_ = elements_.back().nameStart;
@@ -64,8 +65,10 @@ private:
         markup::TagName* name;
         std::size_t nameStart;
         std::int64_t offset;
-        std::int64_t line; ///< 0 while the start tag is in the window
+        std::int64_t line; ///< inWindow while the start tag is there
     };
+    /// No line: a source may count from any number.
+    static constexpr std::int64_t inWindow = std::numeric_limits<std::int64_t>::min();
 
     void makeRoom(std::size_t count) {
         if (names_.size() - used_ < count) {

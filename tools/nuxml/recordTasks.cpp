@@ -1,0 +1,81 @@
+#include "recordTasks.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "host/runtime/exception.h"
+#include "host/runtime/fileStream.h"
+#include "input.h"
+
+namespace tool {
+
+namespace {
+
+/// What a worker reads at a time: its output is held in memory until its turn comes.
+constexpr std::int64_t taskSize = 2 * 1024 * 1024;
+
+} // namespace
+
+std::unique_ptr<host::TStream> openShared(std::string_view name) {
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(name, error)) {
+        throw InputError(
+            std::string(displayName(name)) +
+            (error ? ": " + error.message() : ": only a file can be read in parts, no stream"));
+    }
+    try {
+        return std::make_unique<host::TFileStream>(std::filesystem::path(name),
+                                                   host::fmOpenRead | host::fmShareDenyNone);
+    } catch (const host::EStreamError& failure) {
+        throw InputError(failure.what());
+    }
+}
+
+RecordTasks::RecordTasks(const RecordRequest& request)
+    : request_(request), file_(openShared(request.file)), size_(file_->GetSize()) {
+    if (request.sharing == Sharing::Exact) {
+        start_.emplace();
+        if (request.index == nullptr) {
+            indexer_.emplace(*file_, taskSize);
+        } else {
+            request.index->Check(*file_);
+        }
+    }
+}
+
+RecordTasks::~RecordTasks() = default;
+
+/// The first place to begin at that is known at or behind a border; nothing at the end.
+std::optional<nu::RecordStart> RecordTasks::nextStart(std::int64_t behind) {
+    if (request_.index != nullptr) {
+        const nu::RecordShare rest = request_.index->ShareFrom(behind);
+        return rest.first >= size_ ? std::nullopt
+                                   : std::optional(request_.index->StartFor(rest.first));
+    }
+    try {
+        return indexer_->Next() ? std::optional(indexer_->Start()) : std::nullopt;
+    } catch (const ENuXmlFault&) {
+        // Whoever reads from the last place on meets what is wrong, and tells more about it.
+        return std::nullopt;
+    }
+}
+
+std::optional<RecordTask> RecordTasks::next() {
+    if (border_ >= size_) {
+        return std::nullopt;
+    }
+    RecordTask task{count_++, {border_, size_}, std::move(start_)};
+    if (request_.sharing == Sharing::Plain) {
+        task.share.behind = std::min(border_ + taskSize, size_);
+    } else {
+        start_ = nextStart(border_ + taskSize);
+        task.share.behind = start_ ? start_->position : size_;
+    }
+    border_ = task.share.behind;
+    if (border_ >= size_) {
+        task.share.behind = nu::RecordShare().behind;
+    }
+    return task;
+}
+
+} // namespace tool
