@@ -30,7 +30,7 @@ except ImportError:
 
 def sum_part(program, path, part, parts):
     """What one part of the document adds to the result."""
-    command = [program, "records", "--columns", "@language,size", "--csv", "--no-header"]
+    command = [program, "records", "--columns", "@language,size", "--csv"]
     command += ["--part", f"{part}/{parts}", "dump/page", path]
     pages, sizes = 0, {}
     with subprocess.Popen(command, stdout=subprocess.PIPE, text=True) as records:

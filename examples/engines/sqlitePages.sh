@@ -8,7 +8,7 @@ file=$1
 database=$2
 nuxml=${NUXML:-nuxml}
 
-"$nuxml" records --columns @id,@language,title,size --csv --no-header --jobs 2 dump/page "$file" |
+"$nuxml" records --columns @id,@language,title,size --csv --jobs 2 dump/page "$file" |
     sqlite3 "$database" \
         "create table pages (id text, language text, title text, size integer)" \
         ".import --csv /dev/stdin pages"

@@ -9,21 +9,23 @@ constexpr OptionText recordsOptions[] = {
               "scope; this is what is shown without an option"},
     {"--json", "each record as a line of JSON: attributes are members with \"@\" in front, child "
                "elements members or, where a name repeats, arrays, text beside them is \"#text\""},
-    {"--columns LIST", "each record as a row: paths from the record down with commas between them, "
-                       "\"title,@id,author/@name\"; \".\" is the text of the record itself"},
+    {"-c, --columns=PATH,PATH...",
+     "each record as a row of what stands at these paths in it: \"title,@id,author/@name\"; \".\" "
+     "is "
+     "the text of the record itself; several values have \"; \" between them"},
     {"--csv", "rows with commas, quoted where needed"},
     {"--tsv", "rows with tabs, which stand as \\t in values; this is what is shown without an "
               "option"},
-    {"--no-header", "no row with the names of the columns"},
+    {"--header", "the paths of the columns stand in front; of parts, the first one has them"},
     {"--count", "only how many there are"},
-    {"--limit BYTES", "records that are longer are a fault; 256M without the option"},
-    {"--jobs N", "read the file by N workers; the output is the same"},
+    {"--limit=BYTES", "records that are longer are a fault; 256M without the option"},
+    {"--jobs=N", "read the file by N workers; the output is the same"},
     {"--unordered", "with --jobs, records as they come"},
-    {"--part I/N", "only the records that begin in the I-th of N shares of the file"},
+    {"--part=I/N", "only the records that begin in the I-th of N shares of the file"},
     {"--plain", "with --part or --jobs, no index: the tag of records stands nowhere else, not in "
                 "comments, CDATA sections or records; where it does, a part ends with a fault"},
     {"--index", "write FILE.nuxidx, which says where parts can begin; no path is given"},
-    {"--index-file NAME", "the index under another name, to write or to use"},
+    {"--index-file=NAME", "the index under another name, to write or to use"},
     progress,
     {"--", "what follows is the path and files"},
 };
@@ -43,8 +45,7 @@ records before it were shown.
 
 With --part, workers on many machines share one file, in UTF-8; the outputs of all parts are together
 that of one pass, whatever N. With an index this holds for every document. The index is of one state
-of its file: of another size, time of change or other ends it is refused. With --columns only the
-first part has a header. A part that has no records ends with 0.
+of its file: of another size, time of change or other ends it is refused. A part that has no records ends with 0.
 
 The exit code is 0 when there was any record, and 1 when there was none.
 )",

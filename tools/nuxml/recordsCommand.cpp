@@ -26,7 +26,7 @@ struct Part {
 
 struct Options {
     RecordForm form;
-    bool hasHeader = true;
+    bool hasHeader = false;
     nu::RecordOptions reading;
     std::optional<Part> part;
     std::optional<std::size_t> jobs;
@@ -273,7 +273,7 @@ ExitCode runRecords(Console& console, Arguments arguments) {
     bool isTsv = false;
     bool isPlain = false;
     bool isUnordered = false;
-    bool hasNoHeader = false;
+    bool hasHeader = false;
     bool isIndex = false;
     std::optional<std::string_view> columns;
     std::optional<std::string_view> limit;
@@ -286,11 +286,12 @@ ExitCode runRecords(Console& console, Arguments arguments) {
                                     {"--count", isCount},
                                     {"--csv", isCsv},
                                     {"--tsv", isTsv},
-                                    {"--no-header", hasNoHeader},
+                                    {"--header", hasHeader},
                                     {"--plain", isPlain},
                                     {"--unordered", isUnordered},
                                     {"--index", isIndex}},
                                    {{"--columns", columns},
+                                    {"-c", columns},
                                     {"--limit", limit},
                                     {"--part", part},
                                     {"--jobs", jobs},
@@ -306,8 +307,8 @@ ExitCode runRecords(Console& console, Arguments arguments) {
     if (isXml + isJson + isCount + columns.has_value() > 1 || isCsv + isTsv > 1) {
         throw UsageError("--xml, --json, --columns and --count exclude each other");
     }
-    if ((isCsv || isTsv || hasNoHeader) && !columns) {
-        throw UsageError("--csv, --tsv and --no-header are for --columns");
+    if ((isCsv || isTsv || hasHeader) && !columns) {
+        throw UsageError("--csv, --tsv and --header are for --columns");
     }
     using Kind = RecordForm::Kind;
     options.form.kind = isJson    ? Kind::Json
@@ -315,7 +316,7 @@ ExitCode runRecords(Console& console, Arguments arguments) {
                         : columns ? Kind::Rows
                                   : Kind::Xml;
     options.form.rows = isCsv ? nu::RowForm::Csv : nu::RowForm::Tsv;
-    options.hasHeader = !hasNoHeader;
+    options.hasHeader = hasHeader;
     if (columns) {
         options.form.columns =
             takeArgument([&] { return nu::RecordColumns(pathFromArgument(*columns)); });

@@ -19,24 +19,30 @@ bool isOf(std::string_view name, std::string_view sought) noexcept {
     return name == sought || localNameIn(name) == sought;
 }
 
-/// The first child element of that name; none where there is none.
-Index findChild(const RecordOutline& outline, Index parent, std::string_view name) noexcept {
-    Index child = outline[parent].firstChild;
-    while (child != RecordOutline::none && !isOf(outline[child].name, name)) {
-        child = outline[child].nextName;
+/// Appends the child elements of that name.
+void addChildren(std::vector<Index>& target, const RecordOutline& outline, Index parent,
+                 std::string_view name) {
+    for (Index first = outline[parent].firstChild; first != RecordOutline::none;
+         first = outline[first].nextName) {
+        if (isOf(outline[first].name, name)) {
+            for (Index at = first; at != RecordOutline::none; at = outline[at].nextSame) {
+                target.push_back(at);
+            }
+        }
     }
-    return child;
 }
 
-void appendAttribute(std::string& target, const RecordOutline& outline, Index element,
+/// False where there is no attribute of that name.
+bool appendAttribute(std::string& target, const RecordOutline& outline, Index element,
                      std::string_view name) {
     for (Index at = outline[element].firstAttribute; at != outline[element].behindAttributes;
          ++at) {
         if (isOf(outline.attribute(at).name, name)) {
             appendPlain(target, outline.attribute(at).value);
-            return;
+            return true;
         }
     }
+    return false;
 }
 
 void appendTexts(std::string& target, const RecordOutline& outline, Index element) {
@@ -49,6 +55,24 @@ void appendTexts(std::string& target, const RecordOutline& outline, Index elemen
         } else {
             appendPlain(target, outline.text(at).text);
         }
+    }
+}
+
+/// Appends the attributes of elements or, without a name, their texts.
+void appendValues(std::string& target, const RecordOutline& outline,
+                  const std::vector<Index>& elements, std::string_view attribute) {
+    constexpr std::string_view separator = "; ";
+    bool isFirst = true;
+    for (const Index element : elements) {
+        const std::size_t before = target.size();
+        target += isFirst ? std::string_view() : separator;
+        if (attribute.empty()) {
+            appendTexts(target, outline, element);
+        } else if (!appendAttribute(target, outline, element, attribute)) {
+            target.resize(before);
+            continue;
+        }
+        isFirst = false;
     }
 }
 
@@ -132,23 +156,22 @@ void RecordColumns::AppendHeader(std::string& target, RowForm form) const {
 
 void RecordColumns::appendRow(std::string& target, RowForm form,
                               const RecordOutline& outline) const {
+    std::vector<Index> found;
+    std::vector<Index> inside;
     for (const Column& column : columns_) {
         if (&column != &columns_.front()) {
             target += separatorOf(form);
         }
         const std::size_t start = target.size();
-        Index element = RecordOutline::root();
+        found.assign(1, RecordOutline::root());
         for (const std::string& name : column.elements) {
-            element = element == RecordOutline::none ? element : findChild(outline, element, name);
+            inside.clear();
+            for (const Index element : found) {
+                addChildren(inside, outline, element, name);
+            }
+            found.swap(inside);
         }
-        if (element == RecordOutline::none) {
-            continue;
-        }
-        if (column.attribute.empty()) {
-            appendTexts(target, outline, element);
-        } else {
-            appendAttribute(target, outline, element, column.attribute);
-        }
+        appendValues(target, outline, found, column.attribute);
         protectCell(target, start, form);
     }
     target += '\n';

@@ -21,8 +21,8 @@ enum class RowForm : std::uint8_t {
 class NUXML_API RecordColumns {
 public:
     /// \param list the columns with commas between them, each a path from the record down: "title",
-    ///        "@id", "revision/text", "author/@name", "." for the record's own text. Of several
-    ///        elements the first one counts, what is missing is empty. Prefixes do not matter.
+    ///        "@id", "revision/text", "author/@name", "." for the record's own text. What is
+    ///        missing is empty, several values have "; " between them. Prefixes do not matter.
     ///
     /// Throws host::Exception for anything else.
     explicit RecordColumns(std::u16string_view list);

@@ -1,0 +1,59 @@
+#include <gtest/gtest.h>
+
+#include "shell.h"
+
+namespace {
+
+const ShellCase forms[] = {
+    {"printf '<a xmlns=\"u\"><r i=\"1\">x</r>\n<r><t>y</t></r></a>' >a.xml; nuxml records a/r "
+     "a.xml",
+     0, "<r xmlns=\"u\" i=\"1\">x</r>\n<r xmlns=\"u\"><t>y</t></r>\n", ""},
+    {"nuxml records --json //r <a.xml; nuxml records --count r a.xml a.xml", 0,
+     "{\"@i\":\"1\",\"#text\":\"x\"}\n{\"t\":\"y\"}\n4\n", ""},
+    {"nuxml records -c @i,t --csv --header r a.xml; nuxml records --columns=t,. r a.xml", 0,
+     "@i,t\n1,\n,y\n\tx\ny\t\n", ""},
+    {"nuxml records b a.xml", 1, "", ""},
+    {"nuxml records 'a[1]' a.xml", 2, "",
+     "nuxml: \"a[1]\" is no path of records: a name, or names from the root down with \"/\" "
+     "between "
+     "them; see \"nuxml help records\"\n"},
+    {"printf '<a>\n<r>1</r><r>2</a>' | nuxml records r", 3, "<r>1</r>\n",
+     "standard input:2:13: error: the end tag does not match the start tag \"r\" (line 2)\n"},
+    {"nuxml records --limit 10 r a.xml", 3, "",
+     "a.xml:1:14: error: the record is longer than 10 bytes\n"},
+};
+TEST(RecordsCommand, ShowsRecordsInEveryForm) { expectShell(forms); }
+
+const ShellCase parts[] = {
+    {R"({ printf '<a>'; seq -f '<r>%g</r><!--<r>-->' 200000; printf '</a>'; } >l.xml;)"
+     R"( nuxml records r l.xml >one; nuxml records --jobs 3 r l.xml | cmp - one; sort one >sorted;)"
+     R"( nuxml records --jobs 3 --unordered r l.xml | sort | cmp - sorted)",
+     0, "", ""},
+    {"nuxml records --part 1/3 r l.xml", 2, "",
+     "nuxml: a part needs to know where it can begin: make an index by \"nuxml records --index "
+     "l.xml\", or promise by --plain that the tag of records stands nowhere else; see \"nuxml help "
+     "records\"\n"},
+    {"nuxml records --index l.xml; for i in 1 2 3; do nuxml records --part $i/3 r l.xml; done | "
+     "cmp "
+     "- one; nuxml records --jobs 2 r l.xml | cmp - one",
+     0, "", ""},
+    {"nuxml records --plain --part 1/3 r l.xml 2>&1 >/dev/null | sed 's/ (at byte.*//'", 0,
+     "l.xml: error: \"<r\" stands in a comment, a CDATA section, a record or away from the path: "
+     "parts need an index\n",
+     ""},
+    {"sed 's/<!--<r>-->//' l.xml >p.xml; for i in 1 2 3 4; do nuxml records --plain --part $i/4 r "
+     "p.xml; done | cmp - one; nuxml records --plain --jobs 2 r p.xml | cmp - one",
+     0, "", ""},
+    // A fault ends the output where one pass would end.
+    {"sed 's/150000/&<x>/' l.xml >f.xml; nuxml records r f.xml >one 2>why; nuxml records --jobs 2 "
+     "r "
+     "f.xml 2>whyJobs | cmp - one; cmp why whyJobs",
+     0, "", ""},
+    {"touch -d '2 days ago' l.xml; nuxml records --part 2/3 r l.xml 2>&1 | cut -c 1-33", 0,
+     "nuxml: l.xml was changed behind i\n", ""},
+    {"nuxml records --jobs 2 r - <l.xml", 2, "",
+     "nuxml: --part and --jobs are for one file; see \"nuxml help records\"\n"},
+};
+TEST(RecordsCommand, SharesAFile) { expectShell(parts); }
+
+} // namespace
