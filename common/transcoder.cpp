@@ -191,12 +191,10 @@ public:
         std::size_t left = bytes.size();
         char* end = target;
         std::size_t roomLeft = room;
-        TNuTranscoding stop = TNuTranscoding::All;
-        if (::iconv(converter_, &next, &left, &end, &roomLeft) == failed) {
-            stop = stopOf(errno);
-        } else if (isLast && ::iconv(converter_, nullptr, nullptr, &end, &roomLeft) == failed) {
-            stop = stopOf(errno);
-        }
+        const bool hasStopped =
+            ::iconv(converter_, &next, &left, &end, &roomLeft) == failed ||
+            (isLast && ::iconv(converter_, nullptr, nullptr, &end, &roomLeft) == failed);
+        const TNuTranscoding stop = hasStopped ? stopOf(errno) : TNuTranscoding::All;
         return {bytes.size() - left, static_cast<std::size_t>(end - target), stop};
     }
 
@@ -227,9 +225,10 @@ bool isEncodingName(const std::string& name) noexcept {
 }
 
 std::unique_ptr<TNuTranscoder> createIconv(const std::string& name) {
-    const iconv_t converter = ::iconv_open("UTF-8", name.c_str());
-    if (converter == reinterpret_cast<iconv_t>(-1))
+    iconv_t converter = ::iconv_open("UTF-8", name.c_str());
+    if (converter == reinterpret_cast<iconv_t>(-1)) {
         return nullptr;
+    }
     return std::make_unique<IconvTranscoder>(converter);
 }
 

@@ -19,7 +19,12 @@ TFieldType integerField(const ValueType& type) noexcept {
     }
 }
 
-std::optional<TFieldType> fieldTypeOf(const ValueType& type) noexcept {
+std::optional<TFieldType> fieldTypeOf(const ValueType& whole) noexcept {
+    const ValueType* held = &whole;
+    while (held->kind == ValueKind::Optional) {
+        held = held->element;
+    }
+    const ValueType& type = *held;
     switch (type.kind) {
     case ValueKind::Boolean:
         return TFieldType::Boolean;
@@ -37,8 +42,6 @@ std::optional<TFieldType> fieldTypeOf(const ValueType& type) noexcept {
     case ValueKind::String:
     case ValueKind::Utf8String:
         return TFieldType::WideString;
-    case ValueKind::Optional:
-        return fieldTypeOf(*type.element);
     default:
         return std::nullopt;
     }

@@ -61,7 +61,7 @@ const Variant& TRowSet::valueAt(std::size_t field) const {
 Variant TRowSet::GetValue(std::size_t field) const { return valueAt(field); }
 
 void TRowSet::SetValue(std::size_t field, const Variant& value) {
-    Variant& place = const_cast<Variant&>(valueAt(field));
+    auto& place = const_cast<Variant&>(valueAt(field));
     place = toFieldValue(value, fields_[field].type);
 }
 

@@ -12,7 +12,9 @@ class NUXML_API TRowSet : public IDataSet {
 public:
     TRowSet() = default;
     TRowSet(const TRowSet&) = default;
+    TRowSet(TRowSet&&) = default;
     TRowSet& operator=(const TRowSet&) = default;
+    TRowSet& operator=(TRowSet&&) = default;
     ~TRowSet() override;
 
     /// Adds a column, in which the records that are there already have null. Throws host::Exception

@@ -38,7 +38,7 @@ bool isPairOf(std::u16string_view pair, std::u16string_view name) {
 /// Appends a pair on the one line that data are, with a blank behind it.
 void appendPair(NuXmlString& data, std::u16string_view pair) {
     constexpr std::u16string_view lineBreak = u"\r\n";
-    for (std::size_t end; (end = pair.find(lineBreak)) != cNone;) {
+    for (std::size_t end = 0; (end = pair.find(lineBreak)) != cNone;) {
         data.append(pair.substr(0, end)).push_back(cNuSpace);
         pair.remove_prefix(end + lineBreak.size());
     }
