@@ -56,8 +56,10 @@ private:
     void work() {
         try {
             const std::unique_ptr<host::TStream> file = openShared(request_.file);
-            while (const std::optional<RecordTask> task = takeTask()) {
-                deliver(task->number, read(*file, *task));
+            Result result;
+            while (const std::optional<RecordTask> task = takeTask(result)) {
+                read(*file, *task, result);
+                deliver(task->number, std::move(result));
             }
         } catch (...) {
             const std::scoped_lock lock(mutex_);
@@ -65,8 +67,7 @@ private:
         }
     }
 
-    Result read(host::TStream& file, const RecordTask& task) {
-        Result result;
+    void read(host::TStream& file, const RecordTask& task, Result& result) {
         result.behind = task.share.behind;
         try {
             std::optional<nu::RecordReader> records;
@@ -82,15 +83,21 @@ private:
         } catch (...) {
             result.failure = std::current_exception();
         }
-        return result;
     }
 
-    /// Waits while too much is ready that cannot be written yet.
-    std::optional<RecordTask> takeTask() {
+    /// Waits while too much is ready that cannot be written yet. The result gets the memory of one
+    /// that was written.
+    std::optional<RecordTask> takeTask(Result& result) {
         std::unique_lock lock(mutex_);
         hasWritten_.wait(lock, [this] { return hasEnded_ || taken_ < next_ + jobs_.count + 2; });
         std::optional<RecordTask> task = hasEnded_ ? std::nullopt : tasks_.next();
         taken_ += task ? 1 : 0;
+        result = {};
+        if (!spare_.empty()) {
+            result.text = std::move(spare_.back());
+            result.text.clear();
+            spare_.pop_back();
+        }
         return task;
     }
 
@@ -110,7 +117,7 @@ private:
         hasWritten_.notify_all();
     }
 
-    void write(const Result& result) {
+    void write(Result& result) {
         if (hasEnded_) {
             return;
         }
@@ -122,6 +129,7 @@ private:
         } else if (!console_.output().isOpen()) {
             hasEnded_ = true;
         }
+        spare_.push_back(std::move(result.text));
     }
 
     /// The first failure in the order of the output ends all work.
@@ -144,6 +152,7 @@ private:
     std::size_t taken_ = 0;
     std::size_t next_ = 0; ///< of the tasks whose results are to be written
     std::map<std::size_t, Result> ready_;
+    std::vector<std::string> spare_; ///< memory of texts that were written
     bool hasEnded_ = false;
     std::exception_ptr failure_;
     RecordOutcome outcome_;

@@ -11,8 +11,11 @@ namespace tool {
 
 namespace {
 
-/// What a worker reads at a time: its output is held in memory until its turn comes.
-constexpr std::int64_t taskSize = 2 * 1024 * 1024;
+/// What a worker reads at a time: its output is held in memory, and in the nearer caches, until its
+/// turn comes.
+constexpr std::int64_t taskSize = 512 * 1024;
+/// The same on a promise, where each task reads the beginning of the document as well.
+constexpr std::int64_t plainTaskSize = 4 * 1024 * 1024;
 
 } // namespace
 
@@ -66,7 +69,7 @@ std::optional<RecordTask> RecordTasks::next() {
     }
     RecordTask task{count_++, {border_, size_}, std::move(start_)};
     if (request_.sharing == Sharing::Plain) {
-        task.share.behind = std::min(border_ + taskSize, size_);
+        task.share.behind = std::min(border_ + plainTaskSize, size_);
     } else {
         start_ = nextStart(border_ + taskSize);
         task.share.behind = start_ ? start_->position : size_;
