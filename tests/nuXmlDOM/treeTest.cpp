@@ -469,13 +469,15 @@ TEST(Lifetime, endsWithTheLastReferenceInAnyOrder) {
     // Whatever is held last keeps the rest: letting go in every order must neither leak nor free
     // too early, which only a sanitizer sees; the text shows that everything is still there.
     for (const bool takesOut : {false, true}) {
-        std::vector<std::size_t> order{0, 1, 2, 3, 4};
+        std::vector<std::size_t> order{0, 1, 2, 3, 4, 5};
         do {
             auto document = loaded(u"<r><a k=\"1\"><b/></a></r>");
             TNuDOMElement& a = *document->GetRootNode()->FirstChildElement();
-            NuRef<TNuDOMObject> held[] = {NuRef<TNuDOMNode>(&a), NuRef<TNuDOMNode>(a.FirstChild()),
+            NuRef<TNuDOMObject> held[] = {NuRef<TNuDOMNode>(&a),
+                                          NuRef<TNuDOMNode>(a.FirstChild()),
                                           NuRef<TNuDOMNode>(a.getAttributeNode(u"k")),
                                           NuRef<TNuDOMNodeList>(&a.get_childNodes()),
+                                          NuRef<TNuDOMNodeList>(&document->get_childNodes()),
                                           document->CreateNodeList(u"//b")};
             document.reset();
             if (takesOut) {

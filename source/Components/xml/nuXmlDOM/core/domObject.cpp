@@ -59,12 +59,12 @@ std::int32_t TNuDOMObject::_Release() noexcept {
 }
 
 bool TNuDOMObject::noteLastRelease(nu::DocumentLifetime& lifetime) noexcept {
-    if (nodeType_ == host::DOCUMENT_NODE) {
-        return true;
-    }
     const bool isList = nodeType_ == 0;
     auto& node =
         isList ? *static_cast<TNuDOMNodeList*>(this)->Node() : *static_cast<TNuDOMNode*>(this);
+    if (node.nodeType_ == host::DOCUMENT_NODE) {
+        return true;
+    }
     const bool isOutside = !nu::NodeAccess::isLinked(node);
     if (isOutside || node.hasFlag(nu::isWitness)) {
         lifetime.note(node);
