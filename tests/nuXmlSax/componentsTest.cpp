@@ -550,21 +550,25 @@ TEST(Reader, staysToTheEndOfItsParseWhoeverLetsGoOfIt) {
     EXPECT_NE(expected, "");
 }
 
-TEST(Attributes, areAnEmptyListBeyondTheirEvent) {
+TEST(Attributes, areAnEmptyListBeyondTheirEventAndHandlersSilentBeyondTheirParse) {
     constexpr std::u16string_view texts[] = {u"<a b=\"1\"><c b=\"2\"/></a>",
                                              u"<a  b=\"1\"><c  b=\"2\"/></a>"};
     for (const std::u16string_view text : texts) {
         for (const bool fails : {false, true}) {
             host::Ref<host::IProperty> property;
             std::vector<host::Ref<host::IAttributes>> kept;
+            host::Ref<host::IBufferedContentHandler> handler;
             {
                 const auto reader = TNuSAXXMLReader::CreateCounted();
+                int ends = 0;
+                reader->OnEndDocument = [&](auto&) { ++ends; };
                 property = reader->getProperty(u"http://xml.org/sax/properties/lexical-handler");
                 reader->OnStartElement = [&](auto&, auto&, auto&, auto&, auto& attributes) {
                     for (const auto& former : kept) {
                         EXPECT_EQ(former->getLength(), 0);
                     }
                     kept.emplace_back(&attributes);
+                    handler = reader->getContentHandler();
                     EXPECT_EQ(attributes.getLength(), 1);
                     EXPECT_EQ(attributes.getValue(u"b"), kept.size() == 1 ? u"1" : u"2");
                     if (fails) {
@@ -577,12 +581,16 @@ TEST(Attributes, areAnEmptyListBeyondTheirEvent) {
                 } catch (const ENuSaxHandledAbort&) {
                     EXPECT_TRUE(fails);
                 }
+                const int endsOfParse = ends;
+                handler->endDocument();
+                EXPECT_EQ(ends, endsOfParse);
             }
             EXPECT_EQ(kept.size(), fails ? 1U : 2U);
             for (const auto& attributes : kept) {
                 EXPECT_EQ(attributes->getLength(), 0);
                 EXPECT_THROW((void)attributes->getValue(0), host::EListError);
             }
+            handler->endDocument();
             // It keeps its reader.
             property.as<host::IInterfaceProperty>()->setValue({});
         }

@@ -24,6 +24,13 @@ void notify(const Event& event, Arguments&... arguments) {
     }
 }
 
+/// The same with the reader, which a handler has only as long as it has events.
+void notifySender(const TNuSAXHandler& handler, const TNuSAXReaderEvents::Notification& event) {
+    if (event) {
+        event(handler.Reader());
+    }
+}
+
 } // namespace
 
 TNuSAXContentHandler::~TNuSAXContentHandler() noexcept(false) = default;
@@ -32,33 +39,33 @@ void TNuSAXContentHandler::setDocumentLocator(host::ILocator& /*locator*/) {}
 void TNuSAXContentHandler::ignorableWhitespace(std::u16string_view /*text*/) {}
 void TNuSAXContentHandler::skippedEntity(std::u16string_view /*name*/) {}
 
-void TNuSAXContentHandler::startDocument() { notify(Reader().OnStartDocument, Reader()); }
-void TNuSAXContentHandler::endDocument() { notify(Reader().OnEndDocument, Reader()); }
-void TNuSAXContentHandler::EndProlog() { notify(Reader().OnEndProlog, Reader()); }
+void TNuSAXContentHandler::startDocument() { notifySender(*this, events().OnStartDocument); }
+void TNuSAXContentHandler::endDocument() { notifySender(*this, events().OnEndDocument); }
+void TNuSAXContentHandler::EndProlog() { notifySender(*this, events().OnEndProlog); }
 
 void TNuSAXContentHandler::startPrefixMapping(std::u16string_view prefix, std::u16string_view uri) {
-    if (!Reader().OnStartPrefixMapping) {
+    if (!events().OnStartPrefixMapping) {
         return;
     }
     TNuStringStream prefixText(prefix);
     TNuStringStream uriText(uri);
     callEvent(nu::messages::startPrefixMappingFailed,
-              [&] { Reader().OnStartPrefixMapping(Reader(), prefixText, uriText); });
+              [&] { events().OnStartPrefixMapping(Reader(), prefixText, uriText); });
 }
 
 void TNuSAXContentHandler::endPrefixMapping(std::u16string_view prefix) {
-    if (!Reader().OnEndPrefixMapping) {
+    if (!events().OnEndPrefixMapping) {
         return;
     }
     TNuStringStream prefixText(prefix);
     callEvent(nu::messages::endPrefixMappingFailed,
-              [&] { Reader().OnEndPrefixMapping(Reader(), prefixText); });
+              [&] { events().OnEndPrefixMapping(Reader(), prefixText); });
 }
 
 void TNuSAXContentHandler::startElement(std::u16string_view uri, std::u16string_view localName,
                                         std::u16string_view qName,
                                         host::IBufferedAttributes& attributes) {
-    if (!Reader().OnStartElement) {
+    if (!events().OnStartElement) {
         return;
     }
     const auto stringAttributes = host::queryInterface<host::IAttributes>(&attributes);
@@ -69,39 +76,39 @@ void TNuSAXContentHandler::startElement(std::u16string_view uri, std::u16string_
     TNuStringStream localNameText(localName);
     TNuStringStream qNameText(qName);
     callEvent(nu::messages::startElementFailed, [&] {
-        Reader().OnStartElement(Reader(), uriText, localNameText, qNameText, *stringAttributes);
+        events().OnStartElement(Reader(), uriText, localNameText, qNameText, *stringAttributes);
     });
 }
 
 void TNuSAXContentHandler::endElement(std::u16string_view uri, std::u16string_view localName,
                                       std::u16string_view qName) {
-    if (!Reader().OnEndElement) {
+    if (!events().OnEndElement) {
         return;
     }
     TNuStringStream uriText(uri);
     TNuStringStream localNameText(localName);
     TNuStringStream qNameText(qName);
     callEvent(nu::messages::endElementFailed,
-              [&] { Reader().OnEndElement(Reader(), uriText, localNameText, qNameText); });
+              [&] { events().OnEndElement(Reader(), uriText, localNameText, qNameText); });
 }
 
 void TNuSAXContentHandler::characters(std::u16string_view text) {
-    if (!Reader().OnCharacters) {
+    if (!events().OnCharacters) {
         return;
     }
     TNuStringStream textStream(text);
-    callEvent(nu::messages::charactersFailed, [&] { Reader().OnCharacters(Reader(), textStream); });
+    callEvent(nu::messages::charactersFailed, [&] { events().OnCharacters(Reader(), textStream); });
 }
 
 void TNuSAXContentHandler::processingInstruction(std::u16string_view target,
                                                  std::u16string_view data) {
-    if (!Reader().OnProcessingInstruction) {
+    if (!events().OnProcessingInstruction) {
         return;
     }
     TNuStringStream targetText(target);
     TNuStringStream dataText(data);
     callEvent(nu::messages::processingInstructionFailed,
-              [&] { Reader().OnProcessingInstruction(Reader(), targetText, dataText); });
+              [&] { events().OnProcessingInstruction(Reader(), targetText, dataText); });
 }
 
 TNuSAXLexicalHandler::~TNuSAXLexicalHandler() noexcept(false) = default;
@@ -110,33 +117,33 @@ void TNuSAXLexicalHandler::startEntity(std::u16string_view /*name*/) {}
 void TNuSAXLexicalHandler::endEntity(std::u16string_view /*name*/) {}
 
 void TNuSAXLexicalHandler::comment(std::u16string_view text) {
-    if (!Reader().OnComment) {
+    if (!events().OnComment) {
         return;
     }
     TNuStringStream textStream(text);
-    callEvent(nu::messages::commentFailed, [&] { Reader().OnComment(textStream); });
+    callEvent(nu::messages::commentFailed, [&] { events().OnComment(textStream); });
 }
 
 void TNuSAXLexicalHandler::startDTD(std::u16string_view name, std::u16string_view publicId,
                                     std::u16string_view systemId) {
-    if (!Reader().OnStartDTD) {
+    if (!events().OnStartDTD) {
         return;
     }
     TNuStringStream nameText(name);
     TNuStringStream publicIdText(publicId);
     TNuStringStream systemIdText(systemId);
     callEvent(nu::messages::startDTDFailed,
-              [&] { Reader().OnStartDTD(nameText, publicIdText, systemIdText); });
+              [&] { events().OnStartDTD(nameText, publicIdText, systemIdText); });
 }
 
-void TNuSAXLexicalHandler::endDTD() { notify(Reader().OnEndDTD); }
-void TNuSAXLexicalHandler::startCDATA() { notify(Reader().OnStartCDATA); }
-void TNuSAXLexicalHandler::endCDATA() { notify(Reader().OnEndCDATA); }
+void TNuSAXLexicalHandler::endDTD() { notify(events().OnEndDTD); }
+void TNuSAXLexicalHandler::startCDATA() { notify(events().OnStartCDATA); }
+void TNuSAXLexicalHandler::endCDATA() { notify(events().OnEndCDATA); }
 
 TNuSaxErrorHandler::~TNuSaxErrorHandler() noexcept(false) = default;
 
-void TNuSaxErrorHandler::warning(host::ISAXParseError& error) { notify(Reader().OnWarning, error); }
-void TNuSaxErrorHandler::error(host::ISAXParseError& error) { notify(Reader().OnError, error); }
+void TNuSaxErrorHandler::warning(host::ISAXParseError& error) { notify(events().OnWarning, error); }
+void TNuSaxErrorHandler::error(host::ISAXParseError& error) { notify(events().OnError, error); }
 void TNuSaxErrorHandler::fatalError(host::ISAXParseError& error) {
-    notify(Reader().OnFatalError, error);
+    notify(events().OnFatalError, error);
 }

@@ -6,7 +6,7 @@
 
 /// \file
 /// The handlers that a reader installs where the application has set none: each forwards to the
-/// events of its reader.
+/// events of its reader, until the parse is over: one that is kept longer does nothing.
 
 /// Forwards content to the reader's events.
 class NUXML_API TNuSAXContentHandler : public TNuSAXHandlerOf<INuSaxContentHandler> {

@@ -5,6 +5,7 @@
 #include "host/runtime/exception.h"
 #include "host/runtime/format.h"
 #include "nuXmlSax/messages.h"
+#include "nuXmlSax/reader.h"
 
 TNuSAXHandler::~TNuSAXHandler() noexcept(false) {
     if (std::uncaught_exceptions() == 0) {
@@ -27,6 +28,11 @@ std::int32_t TNuSAXHandler::_Release() noexcept {
 void TNuSAXHandler::Free() {
     checkNotHeld();
     delete this;
+}
+
+const TNuSAXReaderEvents& TNuSAXHandler::events() const noexcept {
+    static const TNuSAXReaderEvents none;
+    return reader_ != nullptr ? *reader_ : none;
 }
 
 void TNuSAXHandler::checkNotHeld() const {

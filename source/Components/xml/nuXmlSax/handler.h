@@ -7,6 +7,7 @@
 #include "host/runtime/export.h"
 
 class TNuSAXXMLReader;
+struct TNuSAXReaderEvents;
 
 /// The base of handlers and attribute lists that belong to a reader: counts references from 0 on
 /// and goes with the last one.
@@ -32,6 +33,15 @@ public:
     }
     /// Destroys an object that nobody holds; throws, and destroys nothing, while somebody does.
     void Free();
+
+    /// \cond internal
+    /// The reader has no use for it any more, and may go before it does: it tells nobody anything.
+    void leaveReader() noexcept { reader_ = nullptr; }
+    /// \endcond
+
+protected:
+    /// The events of the reader; none of them is assigned when it has left the reader.
+    [[nodiscard]] const TNuSAXReaderEvents& events() const noexcept;
 
 private:
     void checkNotHeld() const;

@@ -195,19 +195,19 @@ void TNuSAXXMLReader::scan(Source* newSource, std::unique_ptr<host::TStream> own
     nu::SaxScanner<Source>(*this, *source).scanDocument();
 }
 
+template <class Handler, class Interface>
+void TNuSAXXMLReader::installDefault(host::Ref<Interface>& place, host::Ref<TNuSAXHandler>& made) {
+    if (!place) {
+        const auto handler = host::makeRef<Handler>(*this);
+        place = handler.get();
+        made = handler.get();
+    }
+}
+
 void TNuSAXXMLReader::installDefaultHandlers() {
-    if (!contentHandler_) {
-        contentHandler_ = new TNuSAXContentHandler(*this);
-        contentHandlerCreated_ = true;
-    }
-    if (!lexicalHandler_) {
-        lexicalHandler_ = new TNuSAXLexicalHandler(*this);
-        lexicalHandlerCreated_ = true;
-    }
-    if (!errorHandler_) {
-        errorHandler_ = new TNuSaxErrorHandler(*this);
-        errorHandlerCreated_ = true;
-    }
+    installDefault<TNuSAXContentHandler>(contentHandler_, defaultContent_);
+    installDefault<TNuSAXLexicalHandler>(lexicalHandler_, defaultLexical_);
+    installDefault<TNuSaxErrorHandler>(errorHandler_, defaultError_);
 }
 
 /// Turns an exception that is none of the reader's into a report and an abort. Call it inside a
@@ -221,23 +221,24 @@ void TNuSAXXMLReader::reportForeignException() {
     throw ENuSaxHandledAbort(u"");
 }
 
+/// Deliberate: a handler that the application put in place of a default one during the parse goes
+/// too.
+template <class Interface>
+void TNuSAXXMLReader::takeDefault(host::Ref<Interface>& place,
+                                  host::Ref<TNuSAXHandler>& made) noexcept {
+    if (made) {
+        made->leaveReader();
+        made.reset();
+        place.reset();
+    }
+}
+
 void TNuSAXXMLReader::finishParse() {
     namespaces_.Clear();
     leaveStage();
-    // Deliberate: a handler that the application put in place of a default one during the parse
-    // goes too, because only the flag tells whose it was.
-    if (contentHandlerCreated_) {
-        contentHandler_.reset();
-        contentHandlerCreated_ = false;
-    }
-    if (lexicalHandlerCreated_) {
-        lexicalHandler_.reset();
-        lexicalHandlerCreated_ = false;
-    }
-    if (errorHandlerCreated_) {
-        errorHandler_.reset();
-        errorHandlerCreated_ = false;
-    }
+    takeDefault(contentHandler_, defaultContent_);
+    takeDefault(lexicalHandler_, defaultLexical_);
+    takeDefault(errorHandler_, defaultError_);
     replacedHandlers_.clear();
     if (OnFinished) {
         OnFinished(*this);

@@ -177,6 +177,10 @@ private:
     void finishParse();
     template <class Interface>
     void replaceHandler(host::Ref<Interface>& place, const host::Ref<Interface>& handler);
+    template <class Handler, class Interface>
+    void installDefault(host::Ref<Interface>& place, host::Ref<TNuSAXHandler>& made);
+    template <class Interface>
+    static void takeDefault(host::Ref<Interface>& place, host::Ref<TNuSAXHandler>& made) noexcept;
     /// The list of the last tag if nobody else holds it, a new one otherwise.
     TNuSAXAttributes& freshAttributes() {
         if (attributes_ && attributes_->RefCount() == 1) {
@@ -190,9 +194,10 @@ private:
     host::Ref<host::IBufferedContentHandler> contentHandler_;
     host::Ref<host::IBufferedLexicalHandler> lexicalHandler_;
     host::Ref<host::IErrorHandler> errorHandler_;
-    bool contentHandlerCreated_ = false;
-    bool lexicalHandlerCreated_ = false;
-    bool errorHandlerCreated_ = false;
+    // Made for the parse that runs, where none was set.
+    host::Ref<TNuSAXHandler> defaultContent_;
+    host::Ref<TNuSAXHandler> defaultLexical_;
+    host::Ref<TNuSAXHandler> defaultError_;
 
     TNuSaxFeatures features_;
     TNuSaxNamespaceList namespaces_;
