@@ -122,7 +122,7 @@ void TNuDOMDocument::take(TNuDOMNode& node, const nu::NodeName* name) noexcept {
 
 void TNuDOMDocument::noteRefused(TNuDOMNode& node) noexcept {
     try {
-        refused_.push_back(&node);
+        refused_.emplace(node.get_parentNode(), &node);
         node.get_parentNode()->setFlag(nu::hasRefused);
     } catch (...) {
         nu::NodeAccess::setParent(node, nullptr); // what is not noted must not point anywhere
@@ -131,7 +131,7 @@ void TNuDOMDocument::noteRefused(TNuDOMNode& node) noexcept {
 }
 
 void TNuDOMDocument::forgetRefused(TNuDOMNode& node) noexcept {
-    refused_.erase(std::remove(refused_.begin(), refused_.end(), &node), refused_.end());
+    refused_.erase({node.get_parentNode(), &node});
     node.clearFlag(nu::isRefused);
 }
 
@@ -146,15 +146,12 @@ void TNuDOMDocument::leaveNode(TNuDOMNode& node) noexcept {
         forgetRefused(node);
     }
     if (node.hasFlag(nu::hasRefused)) {
-        const auto isOfNode = [&node](TNuDOMNode* other) {
-            if (other->get_parentNode() != &node) {
-                return false;
-            }
-            nu::NodeAccess::setParent(*other, nullptr);
-            other->clearFlag(nu::isRefused);
-            return true;
-        };
-        refused_.erase(std::remove_if(refused_.begin(), refused_.end(), isOfNode), refused_.end());
+        auto place = refused_.lower_bound({&node, nullptr});
+        while (place != refused_.end() && place->first == &node) {
+            nu::NodeAccess::setParent(*place->second, nullptr);
+            place->second->clearFlag(nu::isRefused);
+            place = refused_.erase(place);
+        }
         node.clearFlag(nu::hasRefused);
     }
 }

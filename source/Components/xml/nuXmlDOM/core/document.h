@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <set>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -361,6 +362,6 @@ private:
     nu::Snapshots snapshots_;
     /// Memory of a former snapshot: fresh pages cost more than a search fills them with.
     std::vector<TNuDOMNode*> room_;
-    /// Nodes outside of the tree whose parent has refused them.
-    std::vector<TNuDOMNode*> refused_;
+    /// Nodes outside of the tree behind the parent that has refused them.
+    std::set<std::pair<const TNuDOMNode*, TNuDOMNode*>> refused_;
 };

@@ -1,6 +1,5 @@
 #include "nuXmlDOM/core/snapshots.h"
 
-#include <atomic>
 #include <mutex>
 
 #include "nuXmlDOM/core/document.h"
@@ -11,11 +10,9 @@ namespace nu {
 namespace {
 
 // Documents of several threads may hold lists of each other's nodes, so what leads from one to
-// another is not of either of them. NOLINTBEGIN(cppcoreguidelines-avoid-non-const-global-variables)
+// another is not of either of them.
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables)
 std::mutex guestMutex;
-/// The visits of all documents.
-std::atomic<std::size_t> visitCount = 0;
-// NOLINTEND(cppcoreguidelines-avoid-non-const-global-variables)
 
 } // namespace
 
@@ -29,11 +26,11 @@ struct Snapshots::Visit {
     Visit* nextOfList;
 };
 
-/// Held while there are guests anywhere.
+/// Held by a document that has guests, or whose snapshots are guests.
 class Snapshots::Lock {
 public:
-    Lock() : lock_(guestMutex, std::defer_lock) {
-        if (visitCount.load(std::memory_order_acquire) != 0) {
+    explicit Lock(const Snapshots& snapshots) : lock_(guestMutex, std::defer_lock) {
+        if (snapshots.visitCount_.load(std::memory_order_acquire) != 0) {
             lock_.lock();
         }
     }
@@ -52,7 +49,7 @@ void Snapshots::enter(TNuDOMNodeList& list) noexcept {
 
 void Snapshots::leave(TNuDOMNodeList& list) noexcept {
     {
-        const Lock lock;
+        const Lock lock(*this);
         while (Visit* visit = list.visits_) {
             list.visits_ = visit->nextOfList;
             visit->host.dismiss(*visit);
@@ -87,7 +84,7 @@ void Snapshots::welcome(TNuDOMNodeList& list) {
     }
     firstGuest_ = visit;
     list.visits_ = visit;
-    ++visitCount;
+    changeCount(*visit, 1);
 }
 
 void Snapshots::dismiss(Visit& visit) noexcept {
@@ -95,8 +92,13 @@ void Snapshots::dismiss(Visit& visit) noexcept {
     if (visit.next != nullptr) {
         visit.next->previous = visit.previous;
     }
+    changeCount(visit, -1);
     delete &visit;
-    --visitCount;
+}
+
+void Snapshots::changeCount(const Visit& visit, int change) noexcept {
+    visit.host.visitCount_ += change;
+    visit.list.OwnerDocument()->snapshots_.visitCount_ += change;
 }
 
 void Snapshots::follow(const TNuDOMNode& node, TNuDOMDocument& target) {
@@ -133,7 +135,7 @@ void Snapshots::forgetNode(TNuDOMNode& node) noexcept {
     if (!node.hasFlag(isInResultList)) {
         return;
     }
-    const Lock lock;
+    const Lock lock(*this);
     for (TNuDOMNodeList* list = first_; list != nullptr; list = list->next_) {
         list->forgetNode(node);
     }
@@ -146,7 +148,7 @@ void Snapshots::end() noexcept {
     while (first_ != nullptr) {
         delete first_;
     }
-    const Lock lock;
+    const Lock lock(*this);
     while (Visit* visit = firstGuest_) {
         TNuDOMNodeList& list = visit->list;
         list.forgetNodesOf(document_);

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <atomic>
+#include <cstdint>
+
 class TNuDOMDocument;
 class TNuDOMNode;
 class TNuDOMNodeList;
@@ -11,7 +14,8 @@ namespace nu {
 ///
 /// A snapshot that was dropped is freed when its own document is worked on again, maybe on another
 /// thread than the one that works on this document. So what has to do with guests is done under one
-/// lock for all documents; while there are none it is not taken.
+/// lock for all documents. Those that have no guest and are none need it not: they become one only
+/// by a snapshot that is held, which makes both documents work of one thread.
 class Snapshots {
 public:
     /// That a snapshot is a guest of a document.
@@ -41,11 +45,14 @@ private:
 
     void welcome(TNuDOMNodeList& list);
     void dismiss(Visit& visit) noexcept;
+    static void changeCount(const Visit& visit, int change) noexcept;
     void markMembers() noexcept;
 
     TNuDOMDocument& document_;
     TNuDOMNodeList* first_ = nullptr;
     Visit* firstGuest_ = nullptr;
+    /// Visits to this document and of its snapshots elsewhere.
+    std::atomic<std::int64_t> visitCount_ = 0;
 };
 
 } // namespace nu
