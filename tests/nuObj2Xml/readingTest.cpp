@@ -245,6 +245,10 @@ TEST(Reading, isStrictWhenAsked) {
     }
     EXPECT_EQ(read(u"<D><Own></Size></D>", dsStrict).substr(0, 7), u"the end");
     EXPECT_EQ(read(u"<D>" + whole + u"</D>", dsStrict), read(u"<D>" + whole + u"</D>"));
+    TNuDeserializeOptions shallow;
+    shallow.Limits.Depth = 2;
+    EXPECT_EQ(read(u"<D><Own/></D>", shallow), read(u"<D><Own/></D>"));
+    EXPECT_NE(read(u"<D><Own><a/></Own></D>", shallow).find(u"deeper than 2"), whole.npos);
     // Without a word about it, a property keeps its value; or gets its default.
     EXPECT_NE(read(u"<D/>").find(u"<Count"), std::u16string::npos);
     EXPECT_EQ(read(u"<D/>", dsResetMissing).find(u"<Count"), std::u16string::npos);

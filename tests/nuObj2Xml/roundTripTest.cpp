@@ -308,7 +308,7 @@ TEST(RoundTrip, givesTheSameTextForAllKindsAndOptions) {
         const TNuDeserializeOptions reset{dsResetMissing,
                                           round % 4 == 0 ? dsUnchecked : dsResetMissing};
         const bool isXml = text.find(u'\1') == text.npos && text.find(u"&#1;") == text.npos;
-        reader.DeSerialize(text, isXml ? reset | dsStrict : reset);
+        reader.DeSerialize(text, isXml ? TNuDeserializeOptions(reset | dsStrict) : reset);
         reader.SetNamespaceOptions(options);
         reader.SetTargetNamespacePrefix(writer.TargetNamespacePrefix());
         reader.SetSchemaLocation(writer.SchemaLocation());

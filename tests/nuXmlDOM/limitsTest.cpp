@@ -64,6 +64,15 @@ TEST(Limits, StopWhatGrowsBeyondThem) {
         {depth, 4, [](auto& document) { document.loadxml(chain, TNuConformingOptions{}); },
          "deeper than "},
         {depth, 4, loadSaved, "deeper than "},
+        {depth, 4, [](auto& d) { (void)NuCreateDOMDocument(chain, {}, nullptr, d.Limits()); },
+         "deeper than "},
+        {depth, 4, [](auto& d) { (void)NuGetDOMDocument(chain, {}, nullptr, d.Limits()); },
+         "deeper than "},
+        {depth, 4,
+         [](auto& d) {
+             (void)NuGetDOMDocument(new TNuStringStream(chain), true, {}, nullptr, d.Limits());
+         },
+         "deeper than "},
         {depth, 3, [](auto& document) { document.GetRootNode()->set_innerxml(u"<a><b/></a><c/>"); },
          "deeper than "},
         {attributes, 3,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "nuObj2Xml/optionSet.h"
+#include "nuXmlSax/limits.h"
 
 /// How objects are read back.
 enum TNuDeserializeOption : std::uint8_t {
@@ -16,8 +17,15 @@ enum TNuDeserializeOption : std::uint8_t {
     dsUnchecked = 4,
 };
 
-/// A set of these options.
-using TNuDeserializeOptions = nu::OptionSet<TNuDeserializeOption>;
+/// A set of these options, with limits on what a text may ask for.
+class TNuDeserializeOptions : public nu::OptionSet<TNuDeserializeOption> {
+public:
+    using OptionSet::OptionSet;
+    constexpr TNuDeserializeOptions(OptionSet set) noexcept : OptionSet(set) {}
+
+    /// For texts of strangers; an element of a tree is as it is. More throws ENuSaxFatalError.
+    TNuSaxLimits Limits = {};
+};
 
 /// The set of two options.
 constexpr TNuDeserializeOptions operator|(TNuDeserializeOption left,

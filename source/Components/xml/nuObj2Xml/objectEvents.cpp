@@ -43,6 +43,7 @@ void ObjectEvents::attach(TNuSAXXMLReader& reader) {
     reader_ = &reader;
     // The reader's handles count; this object stays its owner's.
     _AddRef();
+    reader.SetLimits(options_.Limits);
     if (!options_.has(dsUnchecked)) {
         // The text is read as XML means it; what is no XML goes on to the reader, which forgives
         // much, unless somebody wants it strict. Prefixes need no declaration in a fragment.

@@ -11,21 +11,23 @@
 namespace {
 
 host::Ref<host::IDOMDocument> documentOf(host::TStream* stream, bool freeStream,
-                                         const nu::Loading& loading) {
+                                         const nu::Loading& loading,
+                                         const TNuDOMLimits& limits = {}) {
     if (stream == nullptr) {
         throw ENuDomException(nu::cNoStreamContents);
     }
     const std::unique_ptr<host::TStream> owned(freeStream ? stream : nullptr);
     const NuRef<TNuDOMDocument> document = TNuDOMDocument::Create();
+    document->SetLimits(limits);
     nu::loadStream(*document, *stream, loading);
     return document.as<host::IDOMDocument>();
 }
 
 host::Ref<host::IDOMDocument> documentOf(const std::filesystem::path& fileName, std::uint16_t mode,
-                                         nu::Loading loading) {
+                                         nu::Loading loading, const TNuDOMLimits& limits = {}) {
     loading.file = NuFromUtf8(fileName.string());
     host::TFileStream file(fileName, mode);
-    return documentOf(&file, false, loading);
+    return documentOf(&file, false, loading, limits);
 }
 
 NuRef<TNuDOMDocument> documentOf(std::u16string_view xml, const nu::Loading& loading,
@@ -62,8 +64,8 @@ NuRef<TNuDOMDocument> NuCreateDOMDocument(std::u16string_view xml) {
 
 NuRef<TNuDOMDocument> NuCreateDOMDocument(std::u16string_view xml,
                                           const TNuConformingOptions& options,
-                                          TNuLoadReport* report) {
-    return documentOf(xml, {&options, report});
+                                          TNuLoadReport* report, const TNuDOMLimits& limits) {
+    return documentOf(xml, {&options, report}, limits);
 }
 
 NuRef<TNuDOMDocument> NuCreateDOMDocument(std::u16string_view xml, TNuLoadReport& report) {
@@ -76,8 +78,8 @@ host::Ref<host::IDOMDocument> NuGetDOMDocument(std::u16string_view xml) {
 
 host::Ref<host::IDOMDocument> NuGetDOMDocument(std::u16string_view xml,
                                                const TNuConformingOptions& options,
-                                               TNuLoadReport* report) {
-    return documentOf(xml, {&options, report}).as<host::IDOMDocument>();
+                                               TNuLoadReport* report, const TNuDOMLimits& limits) {
+    return documentOf(xml, {&options, report}, limits).as<host::IDOMDocument>();
 }
 
 host::Ref<host::IDOMDocument> NuGetDOMDocument(std::u16string_view xml, TNuLoadReport& report) {
@@ -92,8 +94,8 @@ host::Ref<host::IDOMDocument> NuGetDOMDocument(host::TStream* stream, bool freeS
 
 host::Ref<host::IDOMDocument> NuGetDOMDocument(host::TStream* stream, bool freeStream,
                                                const TNuConformingOptions& options,
-                                               TNuLoadReport* report) {
-    return documentOf(stream, freeStream, {&options, report});
+                                               TNuLoadReport* report, const TNuDOMLimits& limits) {
+    return documentOf(stream, freeStream, {&options, report}, limits);
 }
 
 host::Ref<host::IDOMDocument> NuGetDOMDocument(host::TStream* stream, bool freeStream,
@@ -111,8 +113,8 @@ host::Ref<host::IDOMDocument> NuGetDOMDocument(const std::filesystem::path& file
 host::Ref<host::IDOMDocument> NuGetDOMDocument(const std::filesystem::path& fileName,
                                                std::uint16_t mode,
                                                const TNuConformingOptions& options,
-                                               TNuLoadReport* report) {
-    return documentOf(fileName, mode, {&options, report});
+                                               TNuLoadReport* report, const TNuDOMLimits& limits) {
+    return documentOf(fileName, mode, {&options, report}, limits);
 }
 
 host::Ref<host::IDOMDocument> NuGetDOMDocument(const std::filesystem::path& fileName,

@@ -14,8 +14,8 @@
 
 /// \file
 /// Documents made and loaded in one call. What is wrong with the XML throws as
-/// TNuSAXXMLReader::Parse does; there is no document then. To load anything else than a file within
-/// limits, make a document, give it the limits and let it load.
+/// TNuSAXXMLReader::Parse does; there is no document then. To load within limits by the reader's
+/// own rules, make a document, give it the limits and let it load.
 ///
 /// What of white space is loaded stands with the loading operations of TNuDOMDocument.
 
@@ -40,9 +40,9 @@ NuGetDOMDocument(const std::filesystem::path& fileName, std::uint16_t mode);
 
 /// \name The same, read as the XML standard means it
 /// What is not well-formed throws ENuXmlFault with its place. `report`, if there is one, receives
-/// what was wrong, the fatal fault included.
+/// what was wrong, the fatal fault included. The document has the limits from the beginning on.
 /// @{
-/// A document of a file: the way to begin with. It has the limits from then on.
+/// A document of a file: the way to begin with.
 [[nodiscard]] NUXML_API NuRef<TNuDOMDocument>
 NuLoadDocument(const std::filesystem::path& fileName, const TNuConformingOptions& options = {},
                TNuLoadReport* report = nullptr, const TNuDOMLimits& limits = {});
@@ -52,16 +52,17 @@ NuParseDocument(const TNuText& xml, const TNuConformingOptions& options = {},
                 TNuLoadReport* report = nullptr, const TNuDOMLimits& limits = {});
 [[nodiscard]] NUXML_API NuRef<TNuDOMDocument>
 NuCreateDOMDocument(std::u16string_view xml, const TNuConformingOptions& options,
-                    TNuLoadReport* report = nullptr);
+                    TNuLoadReport* report = nullptr, const TNuDOMLimits& limits = {});
 [[nodiscard]] NUXML_API host::Ref<host::IDOMDocument>
 NuGetDOMDocument(std::u16string_view xml, const TNuConformingOptions& options,
-                 TNuLoadReport* report = nullptr);
+                 TNuLoadReport* report = nullptr, const TNuDOMLimits& limits = {});
 [[nodiscard]] NUXML_API host::Ref<host::IDOMDocument>
 NuGetDOMDocument(host::TStream* stream, bool freeStream, const TNuConformingOptions& options,
-                 TNuLoadReport* report = nullptr);
+                 TNuLoadReport* report = nullptr, const TNuDOMLimits& limits = {});
 [[nodiscard]] NUXML_API host::Ref<host::IDOMDocument>
 NuGetDOMDocument(const std::filesystem::path& fileName, std::uint16_t mode,
-                 const TNuConformingOptions& options, TNuLoadReport* report = nullptr);
+                 const TNuConformingOptions& options, TNuLoadReport* report = nullptr,
+                 const TNuDOMLimits& limits = {});
 /// @}
 
 /// \name By the rules of the reader alone, with a report
