@@ -12,7 +12,7 @@
 
 #include "common/memoryStream.h"
 #include "host/com/boundary.h"
-#include "host/com/implements.h"
+#include "support/foreignNode.h"
 
 namespace {
 
@@ -411,43 +411,10 @@ TEST(Interfaces, listsAndMapsAnswerByIndexAndName) {
     });
 }
 
-/// A node of some other library.
-class ForeignNode final : public host::Implements<host::IDOMNode> {
-    using Node = Ref<host::IDOMNode>;
-    using Text = std::u16string;
-    using View = std::u16string_view;
-
-public:
-    ResultCode get_nodeName(Text&) noexcept override { return 0; }
-    ResultCode get_nodeValue(Text&) noexcept override { return 0; }
-    ResultCode set_nodeValue(View) noexcept override { return 0; }
-    ResultCode get_nodeType(host::DOMNodeType&) noexcept override { return 0; }
-    ResultCode get_parentNode(Node&) noexcept override { return 0; }
-    ResultCode get_childNodes(Ref<host::IDOMNodeList>&) noexcept override { return 0; }
-    ResultCode get_firstChild(Node&) noexcept override { return 0; }
-    ResultCode get_lastChild(Node&) noexcept override { return 0; }
-    ResultCode get_previousSibling(Node&) noexcept override { return 0; }
-    ResultCode get_nextSibling(Node&) noexcept override { return 0; }
-    ResultCode get_attributes(Ref<host::IDOMNamedNodeMap>&) noexcept override { return 0; }
-    ResultCode get_ownerDocument(Ref<host::IDOMDocument>&) noexcept override { return 0; }
-    ResultCode get_namespaceURI(Text&) noexcept override { return 0; }
-    ResultCode get_prefix(Text&) noexcept override { return 0; }
-    ResultCode set_prefix(View) noexcept override { return 0; }
-    ResultCode get_localName(Text&) noexcept override { return 0; }
-    ResultCode insertBefore(host::IDOMNode*, host::IDOMNode*, Node&) noexcept override { return 0; }
-    ResultCode replaceChild(host::IDOMNode*, host::IDOMNode*, Node&) noexcept override { return 0; }
-    ResultCode removeChild(host::IDOMNode*, Node&) noexcept override { return 0; }
-    ResultCode appendChild(host::IDOMNode*, Node&) noexcept override { return 0; }
-    ResultCode hasChildNodes(bool&) noexcept override { return 0; }
-    ResultCode cloneNode(bool, Node&) noexcept override { return 0; }
-    ResultCode normalize() noexcept override { return 0; }
-    ResultCode supports(View, View, bool&) noexcept override { return 0; }
-};
-
 TEST(Interfaces, changeTheTreeWithNodesOfTheirOwnOnly) {
     using namespace host;
     const Sample s;
-    const auto foreign = makeRef<ForeignNode>();
+    const auto foreign = makeRef<support::ForeignNode>();
     IDOMNode* const none = nullptr;
     const auto other = s.element(u"other");
     const auto twin =
@@ -678,7 +645,7 @@ TEST(Implementation, isFoundByItsVendorAndMakesDocuments) {
         {create(u"u", u"a b"), u"! Invalid XML Name"},
         // No document type can be made, so any object passes for one.
         {outcome<Ref<IDOMDocument>>([&](Ref<IDOMDocument>& out) {
-             const auto foreign = makeRef<ForeignNode>();
+             const auto foreign = makeRef<support::ForeignNode>();
              return implementation->createDocument(
                  u"", u"", reinterpret_cast<IDOMDocumentType*>(foreign.get()), out);
          }),
