@@ -53,7 +53,10 @@ void ObjectEvents::attach(TNuSAXXMLReader& reader) {
         conforming.namespaces = false;
         reader.SetConforming(conforming);
     }
-    reader.setDirectContent(&direct_.emplace(*this, builder_));
+    // Only the events count what limits are about.
+    if (options_.Limits == TNuSaxLimits()) {
+        reader.setDirectContent(&direct_.emplace(*this, builder_));
+    }
     reader.setContentHandler(this);
     reader.setLexicalHandler(this);
     reader.setErrorHandler(this);
@@ -205,7 +208,7 @@ std::unique_ptr<ObjectEvents::Tree> ObjectEvents::endTree() {
     std::unique_ptr<Tree> tree = std::move(trees_.back());
     trees_.pop_back();
     tree->handler->endDocument();
-    if (trees_.empty()) {
+    if (trees_.empty() && direct_) {
         reader_->setDirectContent(&*direct_);
     }
     return tree;
