@@ -301,13 +301,13 @@ private:
     }
     /// Forgets what nobody holds any more.
     void settle() {
-        Nodes roots;
+        roots_.clear();
         for (const auto& node : nodes_) {
             if (node->parent == nullptr && !node->is(host::DOCUMENT_NODE)) {
-                roots.push_back(node.get());
+                roots_.push_back(node.get());
             }
         }
-        for (Model* root : roots) {
+        for (Model* root : roots_) {
             if (!isHeldBelow(*root)) {
                 drop(*root);
             }
@@ -676,6 +676,7 @@ private:
     std::vector<Snapshot> snapshots_;
     /// What the last step has chosen; pointers to compare only.
     Nodes touched_;
+    Nodes roots_;
 };
 
 } // namespace
