@@ -15,6 +15,7 @@ import argparse
 import csv
 import json
 import os
+import shutil
 import signal
 import subprocess
 import sys
@@ -87,7 +88,9 @@ def collect(client, options):
 
 
 def main(options):
+    # Workers stand in a folder of their own.
     options.file = os.path.abspath(options.file)
+    options.nuxml = os.path.abspath(shutil.which(options.nuxml) or options.nuxml)
     subprocess.run([options.nuxml, "records", "--index", options.file], check=True)
     processes = []
     with tempfile.TemporaryDirectory() as folder:
