@@ -37,8 +37,7 @@ if(TARGET nuxmlTool)
 endif()
 if(TARGET nuxmlToolTexts)
     set(texts ${PROJECT_BINARY_DIR}/tools/nuxml)
-    install(FILES ${texts}/completion.man DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 RENAME nuxml.1
-        COMPONENT tool)
+    install(FILES ${texts}/nuxml.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tool)
     install(FILES ${texts}/completion.bash RENAME nuxml
         DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tool)
     install(FILES ${texts}/completion.zsh RENAME _nuxml

@@ -37,14 +37,14 @@ set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(runtimePackage libnuxml${NUXML_ABI_VERSION})
 set(version ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})
 
-# nuDescribePackage(<component> <name> <section> <summary> <text>)
+# nuDescribePackage(<component> <name> <section> <text>)
 #
 # Names and describes one package, and gives it the files that each one has.
-macro(nuDescribePackage component name section summary text)
+macro(nuDescribePackage component name section text)
     string(TOUPPER ${component} upper)
     set(CPACK_DEBIAN_${upper}_PACKAGE_NAME ${name})
     set(CPACK_DEBIAN_${upper}_PACKAGE_SECTION ${section})
-    set(CPACK_COMPONENT_${upper}_DESCRIPTION "${summary}\n${text}")
+    set(CPACK_COMPONENT_${upper}_DESCRIPTION "${text}")
     set(folder ${PROJECT_BINARY_DIR}/package/${name})
     set(documents ${CMAKE_INSTALL_DATADIR}/doc/${name})
     file(MAKE_DIRECTORY ${folder})
@@ -58,25 +58,26 @@ macro(nuDescribePackage component name section summary text)
     endforeach()
     install(FILES ${folder}/copyright ${folder}/changelog.Debian.gz ${folder}/changelog.gz
         DESTINATION ${documents} COMPONENT ${component})
+    install(FILES cmake/debian/${component}.lintian-overrides RENAME ${name}
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides COMPONENT ${component})
 endmacro()
 
-nuDescribePackage(runtime ${runtimePackage} libs "XML for C++: reader, document tree, objects"
+nuDescribePackage(runtime ${runtimePackage} libs
 "Reads XML of any size as SAX2 events or into a W3C DOM tree, selects nodes by
- paths, writes documents and converts objects. This package holds the shared
- libraries that programs need at run time.")
-nuDescribePackage(development libnuxml-dev libdevel "XML for C++: what is needed to build programs"
+paths, writes documents and converts objects. This package holds the shared
+libraries that programs need at run time.")
+nuDescribePackage(development libnuxml-dev libdevel
 "Reads XML of any size as SAX2 events or into a W3C DOM tree, selects nodes by
- paths, writes documents and converts objects. This package holds the headers
- and what CMake and pkg-config need to find them.")
-nuDescribePackage(tool nuxml text "show, search, change and convert XML in a shell"
+paths, writes documents and converts objects. This package holds the headers
+and what CMake and pkg-config need to find them.")
+nuDescribePackage(tool nuxml text
 "Shows the nodes at a path as text, rows or JSON, changes many files in place,
- formats, outlines and checks documents and converts them to JSON and back.")
+formats, outlines and checks documents and converts them to JSON and back.")
 
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_GENERATE_SHLIBS ON)
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA "")
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/cmake/debian/triggers)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SHLIBDEPS OFF)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${runtimePackage} (= ${version})")
 set(CPACK_DEBIAN_TOOL_PACKAGE_DEPENDS "${runtimePackage} (= ${version})")
-install(FILES cmake/debian/lintian-overrides RENAME ${runtimePackage} COMPONENT runtime
-    DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides)
 include(CPack)

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <random>
+#include <string>
+
 #include "shell.h"
 
 namespace {
@@ -43,6 +46,46 @@ const ShellCase paths[] = {
      0, "", ""},
 };
 TEST(Select, ShowsPathsThatLeadBack) { expectShell(paths); }
+
+/// An element with a few of everything below it; equal names are frequent.
+void addRandomElement(std::mt19937& random, std::string& xml, int depth) {
+    const auto name = [&] {
+        static constexpr const char* names[] = {"a",     "b",      "A",    "p:a",
+                                                "x-y.z", "\u00e9", "text", "root"};
+        return std::string(names[random() % std::size(names)]);
+    };
+    const std::string tag = name();
+    xml += '<' + tag + " i='1'" + (random() % 2 ? " p:i='2'" : "") +
+           (random() % 2 ? " I='3'" : "") + '>';
+    for (std::uint32_t count = random() % 5; depth < 5 && count > 0; --count) {
+        switch (random() % 4) {
+        case 0:
+            xml += "t<!--c-->";
+            break;
+        case 1:
+            xml += "<?a d?><![CDATA[s]]>";
+            break;
+        default:
+            addRandomElement(random, xml, depth + 1);
+        }
+    }
+    xml += "</" + tag + '>';
+}
+
+TEST(Select, ShowsPathsThatLeadBackInAnyDocument) {
+    for (std::uint32_t seed = 1; seed <= 8; ++seed) {
+        std::mt19937 random(seed);
+        std::string xml;
+        addRandomElement(random, xml, 0);
+        const ShellResult result =
+            runShell("printf '%s' \"<r xmlns:p='u'>" + xml +
+                     "</r>\" >random.xml; nuxml select --path "
+                     "'//node() | //@* | //* | r' random.xml | while read -r path; do [ \"$path\" "
+                     "= \"$(nuxml "
+                     "select --path \"$path\" random.xml)\" ] || echo \"$path\"; done");
+        EXPECT_EQ(result.output + result.errors, "") << "seed " << seed << ": " << xml;
+    }
+}
 
 const ShellCase failures[] = {
     {"nuxml select", 2, "", "nuxml: a path is missing; see \"nuxml help select\"\n"},

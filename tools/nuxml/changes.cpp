@@ -62,49 +62,21 @@ std::size_t remove(TNuDOMDocument& document, const Change& change) {
     return nodes->Count();
 }
 
-/// Puts an element of another name in the place of one, with all that it has.
-void renameElement(TNuDOMDocument& document, TNuDOMElement& element, std::u16string_view name) {
-    const NuRef<TNuDOMElement> renamed = document.createElement(name);
-    while (!element.Attributes().empty()) {
-        renamed->setAttributeNode(*element.Attributes().begin());
-    }
-    while (TNuDOMNode* child = element.get_firstChild()) {
-        renamed->appendChild(*child);
-    }
-    if (&element == document.get_documentElement()) {
-        document.removeChild(element);
-        document.set_documentElement(*renamed);
-    } else {
-        element.get_parentNode()->insertBefore(*renamed, &element);
-        element._delete();
-    }
-}
-
-void renameAttribute(TNuDOMNode& attribute, std::u16string_view name) {
-    auto& element = static_cast<TNuDOMElement&>(*attribute.get_parentNode());
-    if (element.HasAttribute(name)) {
-        throw UsageError("there is an attribute \"" + NuToUtf8(name) + "\" already");
-    }
-    element.setAttribute(name, attribute.get_nodeValue());
-    attribute._delete();
-}
-
 std::size_t rename(TNuDOMDocument& document, const Change& change) {
     const auto nodes = document.CreateNodeList(change.path);
     for (TNuDOMNode* node : *nodes) {
         if (node == nullptr) {
             continue; // the path led to it twice
         }
-        switch (node->get_nodeType()) {
-        case host::ELEMENT_NODE:
-            renameElement(document, static_cast<TNuDOMElement&>(*node), change.value);
-            break;
-        case host::ATTRIBUTE_NODE:
-            renameAttribute(*node, change.value);
-            break;
-        default:
+        const bool isAttribute = node->get_nodeType() == host::ATTRIBUTE_NODE;
+        if (isAttribute &&
+            static_cast<TNuDOMElement&>(*node->get_parentNode()).HasAttribute(change.value)) {
+            throw UsageError("there is an attribute \"" + NuToUtf8(change.value) + "\" already");
+        }
+        if (!isAttribute && node->get_nodeType() != host::ELEMENT_NODE) {
             throw UsageError("only elements and attributes are renamed");
         }
+        node->Rename(change.value);
     }
     return nodes->Count();
 }
