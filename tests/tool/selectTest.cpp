@@ -57,7 +57,7 @@ void addRandomElement(std::mt19937& random, std::string& xml, int depth) {
     const std::string tag = name();
     xml += '<' + tag + " i='1'" + (random() % 2 ? " p:i='2'" : "") +
            (random() % 2 ? " I='3'" : "") + '>';
-    for (std::uint32_t count = random() % 5; depth < 5 && count > 0; --count) {
+    for (std::size_t count = random() % 5; depth < 5 && count > 0; --count) {
         switch (random() % 4) {
         case 0:
             xml += "t<!--c-->";
