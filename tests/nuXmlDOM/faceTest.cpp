@@ -45,7 +45,13 @@ concept Editable = requires(Element& element) {
 || requires(Element& element) { (*element.Select("a").begin()).Set("1"); }
 || requires(Element& element) { element.Find("a")->Set("1"); }
 || requires(Element& element) { element.At("a").Set("1"); }
-|| requires(Element& element) { element.FirstChildElement()->Set("1"); };
+|| requires(Element& element) { element.FirstChildElement()->Set("1"); }
+|| requires(Element& element) { element.GetParentElement()->Set("1"); }
+|| requires(Element& element) { element.getAttributeNode("a")->Set("1"); }
+|| requires(Element& element) { element.FindNamespace(u"a", true)->Set("1"); }
+|| requires(Element& element) { element.get_parentNode()->Set("1"); }
+|| requires(Element& element) { element.get_firstChild()->Set("1"); }
+|| requires(Element& element) { element.get_nextSibling()->Set("1"); };
 static_assert(Editable<TNuDOMElement> && !Editable<const TNuDOMElement>);
 
 constexpr const char* library = R"(<library open="true">
@@ -271,6 +277,31 @@ TEST(Face, CopiesNodes) {
     EXPECT_EQ(root.Xml(), whole);
     first.AddCopy(first); // below itself
     EXPECT_EQ(first.At("r/e").get_attributes().Count(), 1u);
+
+    // What is declared around the original goes along where the copy needs it.
+    const auto names = NuParseDocument("<a xmlns='d' xmlns:p='u' xmlns:q='v' xmlns:r='w'>"
+                                       "<p:x q:y='1' xmlns:q='z'><e/></p:x></a>");
+    const TNuDOMElement& x = names->At("a/p:x");
+    const struct {
+        const char* place;
+        const char* expected;
+    } places[] = {
+        {"<t/>", "<t><p:x q:y=\"1\" xmlns:q=\"z\" xmlns=\"d\" xmlns:p=\"u\"><e/></p:x></t>"},
+        {"<p:t xmlns:p='u' xmlns='d'/>",
+         "<p:t xmlns:p=\"u\" xmlns=\"d\"><p:x q:y=\"1\" xmlns:q=\"z\"><e/></p:x></p:t>"},
+        {"<p:t xmlns:p='o' xmlns='d'/>",
+         R"(<p:t xmlns:p="o" xmlns="d"><p:x q:y="1" xmlns:q="z" xmlns:p="u"><e/></p:x></p:t>)"},
+    };
+    for (const auto& row : places) {
+        const auto made = NuParseDocument(row.place);
+        made->get_documentElement()->AddCopy(x);
+        EXPECT_EQ(made->Xml(), row.expected);
+    }
+    TNuDOMElement& a = names->At("a");
+    a.AddCopy(*NuParseDocument("<n/>")->get_documentElement());
+    EXPECT_EQ(a.get_lastChild()->Xml(), "<n xmlns=\"\"/>");
+    a.AddCopy(x);
+    EXPECT_EQ(a.get_lastChild()->Xml(), x.Xml());
 
     // Outside of a tree, and where it cannot stand.
     NuRef<TNuDOMElement> loose = target->CreateCopy(root);

@@ -41,6 +41,10 @@ NuXmlString TNuDOMAttribute::get_namespaceURI() const {
                : nu::resolveNamespace(nu::NodeAccess::name(*this), *element);
 }
 
-TNuDOMElement* TNuDOMAttribute::get_ownerElement() const {
+const TNuDOMElement* TNuDOMAttribute::get_ownerElement() const {
+    return const_cast<TNuDOMAttribute&>(*this).get_ownerElement();
+}
+
+TNuDOMElement* TNuDOMAttribute::get_ownerElement() {
     return nu::NodeAccess::parentElement(*this);
 }

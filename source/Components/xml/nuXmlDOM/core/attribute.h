@@ -34,7 +34,8 @@ public:
     /// Whether the attribute declares a namespace.
     [[nodiscard]] bool get_IsNamespace() const noexcept;
     /// The element that carries the attribute, or null.
-    [[nodiscard]] TNuDOMElement* get_ownerElement() const;
+    [[nodiscard]] TNuDOMElement* get_ownerElement();
+    [[nodiscard]] const TNuDOMElement* get_ownerElement() const;
     /// Deliberate: always false; the reader does not tell attributes of a document type apart.
     [[nodiscard]] bool get_specified() const noexcept { return false; }
 

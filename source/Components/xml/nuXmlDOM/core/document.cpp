@@ -227,11 +227,11 @@ NuXmlString TNuDOMDocument::get_nodeName() const { return u"#document"; }
 
 TNuDOMNodeList& TNuDOMDocument::get_childNodes() { return lists().childNodes(); }
 
-TNuDOMNode* TNuDOMDocument::get_firstChild() const {
+TNuDOMNode* TNuDOMDocument::get_firstChild() {
     return !topLevel_.empty() ? topLevel_.first() : documentElement_;
 }
 
-TNuDOMNode* TNuDOMDocument::get_lastChild() const {
+TNuDOMNode* TNuDOMDocument::get_lastChild() {
     return documentElement_ != nullptr ? documentElement_ : topLevel_.last();
 }
 

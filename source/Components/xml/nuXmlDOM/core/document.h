@@ -284,17 +284,21 @@ public:
 
     // TNuDOMNode
     using TNuDOMNode::CreateNodeList;
+    using TNuDOMNode::FirstChild;
+    using TNuDOMNode::get_firstChild;
+    using TNuDOMNode::get_lastChild;
+    using TNuDOMNode::LastChild;
     using TNuDOMNode::SelectSingleNode;
     using TNuDOMNode::set_innerxml;
     [[nodiscard]] NuXmlString get_nodeName() const override;
     void set_innerxml(std::u16string_view xml) override;
     /// The instructions and comments, then the document element.
     [[nodiscard]] TNuDOMNodeList& get_childNodes() override;
-    [[nodiscard]] TNuDOMNode* get_firstChild() const override;
-    [[nodiscard]] TNuDOMNode* get_lastChild() const override;
+    [[nodiscard]] TNuDOMNode* get_firstChild() override;
+    [[nodiscard]] TNuDOMNode* get_lastChild() override;
     [[nodiscard]] bool hasChildNodes() const override { return get_firstChild() != nullptr; }
-    [[nodiscard]] TNuDOMNode* FirstChild() const override { return get_firstChild(); }
-    [[nodiscard]] TNuDOMNode* LastChild() const override { return get_lastChild(); }
+    [[nodiscard]] TNuDOMNode* FirstChild() override { return get_firstChild(); }
+    [[nodiscard]] TNuDOMNode* LastChild() override { return get_lastChild(); }
     void appendChild(TNuDOMNode& child) override;
     void insertBefore(TNuDOMNode& child, TNuDOMNode* reference) override;
     NuRef<TNuDOMNode> removeChild(TNuDOMNode& child) override;

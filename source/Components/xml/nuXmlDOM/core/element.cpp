@@ -156,7 +156,7 @@ NuRef<TNuDOMNode> TNuDOMElement::removeChild(TNuDOMNode& child) {
 
 // Neighbours
 
-TNuDOMNode* TNuDOMElement::get_previousSibling() const {
+TNuDOMNode* TNuDOMElement::get_previousSibling() {
     TNuDOMNode* parent = get_parentNode();
     if (parent == nullptr || !nu::NodeAccess::isLinked(*this)) {
         return nullptr;
@@ -166,7 +166,7 @@ TNuDOMNode* TNuDOMElement::get_previousSibling() const {
     return parent->get_nodeType() == host::DOCUMENT_NODE ? chain.last() : chain.previous(*this);
 }
 
-TNuDOMNode* TNuDOMElement::get_nextSibling() const { return nu::NodeChain::next(*this); }
+TNuDOMNode* TNuDOMElement::get_nextSibling() { return nu::NodeChain::next(*this); }
 
 const TNuDOMElement* TNuDOMElement::FirstChildElement() const {
     return const_cast<TNuDOMElement&>(*this).FirstChildElement();
@@ -180,7 +180,11 @@ TNuDOMElement* TNuDOMElement::FirstChildElement() {
     return nu::findChildElement(*this, [](const TNuDOMElement&) { return true; });
 }
 
-TNuDOMElement* TNuDOMElement::GetParentElement() const {
+const TNuDOMElement* TNuDOMElement::GetParentElement() const {
+    return const_cast<TNuDOMElement&>(*this).GetParentElement();
+}
+
+TNuDOMElement* TNuDOMElement::GetParentElement() {
     TNuDOMNode* parent = get_parentNode();
     return parent != nullptr ? &nu::NodeAccess::cast<TNuDOMElement>(*parent) : nullptr;
 }

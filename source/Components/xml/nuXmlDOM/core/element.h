@@ -30,13 +30,21 @@ public:
     [[nodiscard]] NuXmlString get_namespaceURI() const override;
     /// The first declaration of the namespace `uri` on this element or, when `recursive`, on the
     /// nearest element around it; null when there is none.
-    [[nodiscard]] TNuDOMAttribute* FindNamespace(std::u16string_view uri, bool recursive) const;
-    [[nodiscard]] TNuDOMAttribute* FindNamespace(const TNuUtf8Text& uri, bool recursive) const {
+    [[nodiscard]] TNuDOMAttribute* FindNamespace(std::u16string_view uri, bool recursive);
+    [[nodiscard]] TNuDOMAttribute* FindNamespace(const TNuUtf8Text& uri, bool recursive) {
         return FindNamespace(uri.view(), recursive);
+    }
+    [[nodiscard]] const TNuDOMAttribute* FindNamespace(std::u16string_view uri,
+                                                       bool recursive) const {
+        return const_cast<TNuDOMElement&>(*this).FindNamespace(uri, recursive);
     }
     /// The same for the declaration of that prefix; "" is the default namespace.
     [[nodiscard]] TNuDOMAttribute* FindNamespace(std::u16string_view uri,
-                                                 std::u16string_view prefix, bool recursive) const;
+                                                 std::u16string_view prefix, bool recursive);
+    [[nodiscard]] const TNuDOMAttribute*
+    FindNamespace(std::u16string_view uri, std::u16string_view prefix, bool recursive) const {
+        return const_cast<TNuDOMElement&>(*this).FindNamespace(uri, prefix, recursive);
+    }
     /// @}
 
     /// \name Attributes
@@ -57,14 +65,20 @@ public:
 
     [[nodiscard]] NuXmlString getAttribute(std::u16string_view name) const;
     [[nodiscard]] std::string getAttribute(const TNuUtf8Text& name) const;
-    [[nodiscard]] TNuDOMAttribute* getAttributeNode(std::u16string_view name) const;
-    [[nodiscard]] TNuDOMAttribute* getAttributeNode(const TNuUtf8Text& name) const {
+    [[nodiscard]] TNuDOMAttribute* getAttributeNode(std::u16string_view name);
+    [[nodiscard]] TNuDOMAttribute* getAttributeNode(const TNuUtf8Text& name) {
+        return getAttributeNode(name.view());
+    }
+    [[nodiscard]] const TNuDOMAttribute* getAttributeNode(std::u16string_view name) const;
+    [[nodiscard]] const TNuDOMAttribute* getAttributeNode(const TNuUtf8Text& name) const {
         return getAttributeNode(name.view());
     }
     [[nodiscard]] NuXmlString getAttributeNS(std::u16string_view namespaceURI,
                                              std::u16string_view localName) const;
     [[nodiscard]] TNuDOMAttribute* getAttributeNodeNS(std::u16string_view namespaceURI,
-                                                      std::u16string_view localName) const;
+                                                      std::u16string_view localName);
+    [[nodiscard]] const TNuDOMAttribute* getAttributeNodeNS(std::u16string_view namespaceURI,
+                                                            std::u16string_view localName) const;
     [[nodiscard]] bool HasAttribute(std::u16string_view name) const;
     [[nodiscard]] bool HasAttribute(const TNuUtf8Text& name) const {
         return HasAttribute(name.view());
@@ -169,7 +183,8 @@ public:
     [[nodiscard]] TNuDOMElement* FirstChildElement();
     [[nodiscard]] const TNuDOMElement* FirstChildElement() const;
     /// Throws host::EInvalidCast when the parent is the document; null without a parent.
-    [[nodiscard]] TNuDOMElement* GetParentElement() const;
+    [[nodiscard]] TNuDOMElement* GetParentElement();
+    [[nodiscard]] const TNuDOMElement* GetParentElement() const;
     /// The position among the child elements of the parent; 0 when that is no element.
     [[nodiscard]] std::ptrdiff_t get_index() const;
     /// The child elements as a list that follows the changes of the tree.
@@ -259,17 +274,23 @@ public:
 
     // TNuDOMNode
     using TNuDOMNode::CreateNodeList;
+    using TNuDOMNode::FirstChild;
+    using TNuDOMNode::get_firstChild;
+    using TNuDOMNode::get_lastChild;
+    using TNuDOMNode::get_nextSibling;
+    using TNuDOMNode::get_previousSibling;
+    using TNuDOMNode::LastChild;
     using TNuDOMNode::SelectSingleNode;
     using TNuDOMNode::set_innerxml;
     void set_innerxml(std::u16string_view xml) override;
     [[nodiscard]] TNuDOMNodeList& get_childNodes() override;
-    [[nodiscard]] TNuDOMNode* get_firstChild() const override { return children_.first(); }
-    [[nodiscard]] TNuDOMNode* get_lastChild() const override { return children_.last(); }
-    [[nodiscard]] TNuDOMNode* get_previousSibling() const override;
-    [[nodiscard]] TNuDOMNode* get_nextSibling() const override;
+    [[nodiscard]] TNuDOMNode* get_firstChild() override { return children_.first(); }
+    [[nodiscard]] TNuDOMNode* get_lastChild() override { return children_.last(); }
+    [[nodiscard]] TNuDOMNode* get_previousSibling() override;
+    [[nodiscard]] TNuDOMNode* get_nextSibling() override;
     [[nodiscard]] bool hasChildNodes() const override { return !children_.empty(); }
-    [[nodiscard]] TNuDOMNode* FirstChild() const override { return children_.first(); }
-    [[nodiscard]] TNuDOMNode* LastChild() const override { return children_.last(); }
+    [[nodiscard]] TNuDOMNode* FirstChild() override { return children_.first(); }
+    [[nodiscard]] TNuDOMNode* LastChild() override { return children_.last(); }
     void appendChild(TNuDOMNode& child) override;
     void insertBefore(TNuDOMNode& child, TNuDOMNode* reference) override;
     NuRef<TNuDOMNode> removeChild(TNuDOMNode& child) override;

@@ -93,7 +93,11 @@ NuXmlString TNuDOMElement::getAttribute(std::u16string_view name) const {
     return valueOf(getAttributeNode(name));
 }
 
-TNuDOMAttribute* TNuDOMElement::getAttributeNode(std::u16string_view name) const {
+const TNuDOMAttribute* TNuDOMElement::getAttributeNode(std::u16string_view name) const {
+    return const_cast<TNuDOMElement&>(*this).getAttributeNode(name);
+}
+
+TNuDOMAttribute* TNuDOMElement::getAttributeNode(std::u16string_view name) {
     return findAttribute(*this, name, {});
 }
 
@@ -102,8 +106,13 @@ NuXmlString TNuDOMElement::getAttributeNS(std::u16string_view namespaceURI,
     return valueOf(getAttributeNodeNS(namespaceURI, localName));
 }
 
+const TNuDOMAttribute* TNuDOMElement::getAttributeNodeNS(std::u16string_view namespaceURI,
+                                                         std::u16string_view localName) const {
+    return const_cast<TNuDOMElement&>(*this).getAttributeNodeNS(namespaceURI, localName);
+}
+
 TNuDOMAttribute* TNuDOMElement::getAttributeNodeNS(std::u16string_view namespaceURI,
-                                                   std::u16string_view localName) const {
+                                                   std::u16string_view localName) {
     return nu::findAttribute(*this, localName, namespaceURI);
 }
 

@@ -78,7 +78,8 @@ template <class Test>
         }
         return nullptr;
     }
-    for (TNuDOMElement& child : TNuDOMRange<TNuDOMElement>(element.FirstChild())) {
+    for (TNuDOMElement& child :
+         TNuDOMRange<TNuDOMElement>(NodeAccess::children(element)->first())) {
         if (test(child)) {
             return &child;
         }

@@ -93,14 +93,14 @@ TNuDOMAttribute* findDeclarationIf(const TNuDOMElement& element, bool recursive,
 
 } // namespace
 
-TNuDOMAttribute* TNuDOMElement::FindNamespace(std::u16string_view uri, bool recursive) const {
+TNuDOMAttribute* TNuDOMElement::FindNamespace(std::u16string_view uri, bool recursive) {
     return findDeclarationIf(*this, recursive, [uri](const TNuDOMAttribute& attribute) {
         return attribute.get_nodeValue() == uri;
     });
 }
 
 TNuDOMAttribute* TNuDOMElement::FindNamespace(std::u16string_view uri, std::u16string_view prefix,
-                                              bool recursive) const {
+                                              bool recursive) {
     return findDeclarationIf(*this, recursive, [uri, prefix](const TNuDOMAttribute& attribute) {
         return attribute.get_localName() == prefix && attribute.get_nodeValue() == uri;
     });

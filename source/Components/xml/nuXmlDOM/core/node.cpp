@@ -145,14 +145,14 @@ void TNuDOMNode::set_nodeValue(std::u16string_view /*value*/) { raiseNotSupporte
 NuXmlString TNuDOMNode::get_text() const { raiseNotSupported(); }
 void TNuDOMNode::set_text(std::u16string_view /*text*/) { raiseNotSupported(); }
 TNuDOMNodeList& TNuDOMNode::get_childNodes() { raiseNotSupported(); }
-TNuDOMNode* TNuDOMNode::get_firstChild() const { raiseNotSupported(); }
-TNuDOMNode* TNuDOMNode::get_lastChild() const { raiseNotSupported(); }
-TNuDOMNode* TNuDOMNode::get_previousSibling() const { raiseNotSupported(); }
-TNuDOMNode* TNuDOMNode::get_nextSibling() const { raiseNotSupported(); }
+TNuDOMNode* TNuDOMNode::get_firstChild() { raiseNotSupported(); }
+TNuDOMNode* TNuDOMNode::get_lastChild() { raiseNotSupported(); }
+TNuDOMNode* TNuDOMNode::get_previousSibling() { raiseNotSupported(); }
+TNuDOMNode* TNuDOMNode::get_nextSibling() { raiseNotSupported(); }
 TNuDOMAttrList& TNuDOMNode::get_attributes() { raiseNotSupported(); }
 bool TNuDOMNode::hasChildNodes() const { return false; }
-TNuDOMNode* TNuDOMNode::FirstChild() const { raiseNotSupported(); }
-TNuDOMNode* TNuDOMNode::LastChild() const { raiseNotSupported(); }
+TNuDOMNode* TNuDOMNode::FirstChild() { raiseNotSupported(); }
+TNuDOMNode* TNuDOMNode::LastChild() { raiseNotSupported(); }
 void TNuDOMNode::appendChild(TNuDOMNode& /*child*/) { raiseNotSupported(); }
 void TNuDOMNode::insertBefore(TNuDOMNode& /*child*/, TNuDOMNode* /*reference*/) {
     raiseNotSupported();

@@ -148,16 +148,28 @@ public:
     /// Null where there is none.
     /// Deliberate: only elements know their siblings, other nodes throw ENuDomNotSupported.
     /// @{
-    [[nodiscard]] TNuDOMNode* get_parentNode() const noexcept { return parent_; }
+    [[nodiscard]] TNuDOMNode* get_parentNode() noexcept { return parent_; }
     [[nodiscard]] virtual TNuDOMNodeList& get_childNodes();
-    [[nodiscard]] virtual TNuDOMNode* get_firstChild() const;
-    [[nodiscard]] virtual TNuDOMNode* get_lastChild() const;
-    [[nodiscard]] virtual TNuDOMNode* get_previousSibling() const;
-    [[nodiscard]] virtual TNuDOMNode* get_nextSibling() const;
+    [[nodiscard]] virtual TNuDOMNode* get_firstChild();
+    [[nodiscard]] virtual TNuDOMNode* get_lastChild();
+    [[nodiscard]] virtual TNuDOMNode* get_previousSibling();
+    [[nodiscard]] virtual TNuDOMNode* get_nextSibling();
     [[nodiscard]] virtual TNuDOMAttrList& get_attributes();
     [[nodiscard]] virtual bool hasChildNodes() const;
-    [[nodiscard]] virtual TNuDOMNode* FirstChild() const;
-    [[nodiscard]] virtual TNuDOMNode* LastChild() const;
+    [[nodiscard]] virtual TNuDOMNode* FirstChild();
+    [[nodiscard]] virtual TNuDOMNode* LastChild();
+    /// The same, seen from a constant node.
+    [[nodiscard]] const TNuDOMNode* get_parentNode() const noexcept { return parent_; }
+    [[nodiscard]] const TNuDOMNode* get_firstChild() const { return changeable().get_firstChild(); }
+    [[nodiscard]] const TNuDOMNode* get_lastChild() const { return changeable().get_lastChild(); }
+    [[nodiscard]] const TNuDOMNode* get_previousSibling() const {
+        return changeable().get_previousSibling();
+    }
+    [[nodiscard]] const TNuDOMNode* get_nextSibling() const {
+        return changeable().get_nextSibling();
+    }
+    [[nodiscard]] const TNuDOMNode* FirstChild() const { return changeable().FirstChild(); }
+    [[nodiscard]] const TNuDOMNode* LastChild() const { return changeable().LastChild(); }
     /// @}
 
     /// \name Changing the tree
@@ -180,9 +192,9 @@ public:
 
     /// \name Copying
     /// A copy of a node, of this document or another one, with everything below it, in one pass.
-    /// It has the names as they are written: where a prefix is declared further up, the copy needs
-    /// that declaration at its own place. Throws ENuDomHierarchyRequest for a document and for a
-    /// node that cannot stand there; nothing changes then.
+    /// Namespaces that it uses and that are declared further up are declared on it, too, unless
+    /// they are in scope at its place. Throws ENuDomHierarchyRequest for a document and for a node
+    /// that cannot stand there; nothing changes then.
     /// @{
     /// Puts the copy behind the other children.
     template <class Node> Node& AddCopy(const Node& node) {
@@ -285,6 +297,7 @@ protected:
     void _GC() noexcept override {}
     nu::Face& face() override;
 
+    [[nodiscard]] TNuDOMNode& changeable() const noexcept { return const_cast<TNuDOMNode&>(*this); }
     /// The first node at `path`, or the first element; null without one.
     [[nodiscard]] TNuDOMNode* first(std::u16string_view path, TNuDOMSelectOptions options,
                                     bool elementsOnly) const;

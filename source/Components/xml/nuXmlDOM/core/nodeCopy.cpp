@@ -1,3 +1,7 @@
+#include <algorithm>
+#include <string_view>
+#include <vector>
+
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
@@ -112,6 +116,57 @@ private:
     TNuDOMNode* root_ = nullptr;
 };
 
+/// Whether the name, or one below, is in the namespace that `declaration` declares as far as
+/// prefixes tell.
+bool isUsed(const TNuDOMNode& root, const NodeName& declaration) {
+    const bool isDefault = !declaration.hasPrefix();
+    return NodeAccess::firstInSubtree(root, [&](const TNuDOMNode& node) {
+               const NodeName& name = NodeAccess::name(node);
+               return isDefault ? NodeAccess::is<TNuDOMElement>(node) && !name.hasPrefix()
+                                : name.hasPrefix() && name.prefix() == declaration.local();
+           }) != nullptr;
+}
+
+/// The namespace that the nearest declaration of that name gives, from `element` up.
+NuXmlString declaredAt(const TNuDOMElement* element, std::u16string_view declaration) {
+    for (; element != nullptr; element = NodeAccess::parentElement(*element)) {
+        if (const TNuDOMAttribute* found = element->getAttributeNode(declaration)) {
+            return found->get_nodeValue();
+        }
+    }
+    return {};
+}
+
+/// Declares on a copy that is to stand below `place` what it uses of the declarations around the
+/// original, so that its names mean there what they meant here.
+void declareUsed(const TNuDOMNode& source, TNuDOMElement& copy, const TNuDOMElement* place) {
+    std::vector<std::u16string_view> seen;
+    const auto declare = [&](const NodeName& name, const NuXmlString& uri) {
+        const std::u16string_view declaration = name.qualified();
+        if (std::find(seen.begin(), seen.end(), declaration) != seen.end()) {
+            return;
+        }
+        seen.push_back(declaration);
+        if (declaredAt(place, declaration) != uri && !copy.HasAttribute(declaration) &&
+            isUsed(copy, name)) {
+            copy.setAttribute(declaration, uri);
+        }
+    };
+    // 1. What is declared around the original, the nearest first.
+    for (const TNuDOMElement* scope = NodeAccess::parentElement(source); scope != nullptr;
+         scope = NodeAccess::parentElement(*scope)) {
+        for (const TNuDOMAttribute& attribute : scope->Attributes()) {
+            if (attribute.get_IsNamespace()) {
+                declare(NodeAccess::name(attribute), attribute.get_nodeValue());
+            }
+        }
+    }
+    // 2. No default namespace, where the new place has one.
+    if (place != nullptr) {
+        declare(*place->OwnerDocument()->names().get(u"xmlns"), {});
+    }
+}
+
 } // namespace
 
 } // namespace nu
@@ -121,6 +176,12 @@ TNuDOMNode& TNuDOMNode::insertCopy(const TNuDOMNode& node, TNuDOMPosition positi
     const nu::DocumentLifetime::Work work(OwnerDocument()->lifetime());
     nu::NodeCopier copier(*OwnerDocument());
     TNuDOMNode& made = copier.copy(node);
+    const bool mayDeclare = OwnerDocument()->names().hasDeclarations() ||
+                            node.OwnerDocument()->names().hasDeclarations();
+    if (made.get_nodeType() == host::ELEMENT_NODE && mayDeclare) {
+        nu::declareUsed(node, static_cast<TNuDOMElement&>(made),
+                        nu::NodeAccess::as<TNuDOMElement>(this));
+    }
     made._linkToParent(this, position, reference);
     copier.finish();
     return made;

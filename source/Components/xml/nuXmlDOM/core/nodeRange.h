@@ -84,7 +84,10 @@ public:
 
     TNuDOMRange() noexcept = default;
     /// From `first` on, a node or null.
-    explicit TNuDOMRange(TNuDOMNode* first, Test test = {}) noexcept : first_(first), test_(test) {}
+    explicit TNuDOMRange(
+        std::conditional_t<std::is_const_v<Node>, const TNuDOMNode, TNuDOMNode>* first,
+        Test test = {}) noexcept
+        : first_(const_cast<TNuDOMNode*>(first)), test_(test) {}
     [[nodiscard]] Iterator begin() const noexcept { return Iterator(first_, test_); }
     [[nodiscard]] Iterator end() const noexcept { return Iterator(); }
     [[nodiscard]] bool empty() const noexcept { return begin() == end(); }

@@ -75,7 +75,7 @@ std::string TNuDOMNode::Text() const {
         appendUtf8(*this, text);
     } else if (nodeType_ == host::ELEMENT_NODE) {
         const auto& element = static_cast<const TNuDOMElement&>(*this);
-        for (const TNuDOMText& part : TNuDOMRange<TNuDOMText>(element.FirstChild())) {
+        for (const TNuDOMText& part : TNuDOMRange<const TNuDOMText>(element.FirstChild())) {
             appendUtf8(part, text);
         }
     }

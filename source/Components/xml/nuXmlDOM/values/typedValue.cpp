@@ -31,7 +31,7 @@ bool isStringType(host::VarType type) noexcept {
 }
 
 bool hasTextChild(const TNuDOMElement& element) {
-    return !TNuDOMRange<TNuDOMText>(element.FirstChild()).empty();
+    return !TNuDOMRange<const TNuDOMText>(element.FirstChild()).empty();
 }
 
 /// Writes a value with its type where the types have a namespace, else as text alone.
