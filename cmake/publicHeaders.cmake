@@ -9,7 +9,7 @@ cmake_policy(VERSION 3.25)
 
 # These, and what they include.
 set(nuPublicHeaders
-    nuXmlParser.h nuXmlSax.h nuXmlDOM.h nuObj2Xml.h nuXmlRecords.h
+    nuXmlParser.h nuXmlSax.h nuXmlDOM.h nuXmlFormat.h nuObj2Xml.h nuXmlRecords.h
     host/com/errorInfo.h host/com/streamAdapter.h
     host/runtime/csvDataSet.h host/runtime/fileReplacement.h host/runtime/fileStream.h
     host/runtime/rangeDataSet.h host/runtime/rowSet.h host/runtime/unicode.h)

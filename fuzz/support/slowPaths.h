@@ -122,7 +122,7 @@ private:
         return children;
     }
 
-    static TNuDOMNode& parentOrFail(const TNuDOMNode& node) {
+    static TNuDOMNode& parentOrFail(TNuDOMNode& node) {
         if (node.get_parentNode() == nullptr) {
             throw host::Exception(u"Invalid Path; There is no parentnode!");
         }
