@@ -89,8 +89,8 @@ NUXML_API std::size_t readObjects(host::TStream& stream, std::u16string_view pat
 /// to be in the class registry: else host::Exception "Class %s is not registered!" or "The given
 /// object does not inherit from %s!" is thrown. What TNuSerializer::DeSerialize throws comes with
 /// the place in the document; so does what is no XML, as ENuSaxFatalError. The objects before have
-/// been handed over then. In a stream of 32 MiB and more a text of more than 16,777,216 characters
-/// is a fault; NuDeSerializeObject reads such a single object.
+/// been handed over then. In a stream of 32 MiB and more that does not lie in memory a text of more
+/// than 16,777,216 characters is a fault; NuDeSerializeObject reads such a single object.
 template <class Class, class Take>
 std::size_t ReadObjects(host::TStream& stream, std::u16string_view path, Take&& take,
                         TNuDeserializeOptions options = {}) {

@@ -62,8 +62,10 @@ void Normaliser::passPlain() {
     const char* place = begin;
     for (;;) {
         // 1. Text up to the next "<".
-        const char* const less = *place == '<' ? place : findPlainTextEnd(place, limit);
+        const char* passed = place;
+        const char* const less = *place == '<' ? place : findPlainTextEnd(place, limit, passed);
         if (less == nullptr) {
+            place = passed;
             break;
         }
         place = less;
@@ -88,7 +90,7 @@ void Normaliser::passPlain() {
         }
         behindMarkup = place;
     }
-    // 3. What stands before the "<" that is not plain is text that was looked at.
+    // 3. What stands before that, which is not plain, is text that was looked at.
     if (place != begin) {
         texts_.place = place;
         if (behindMarkup != begin) {
@@ -102,8 +104,10 @@ void Normaliser::passPlain() {
 
 /// The "<" behind text that goes out as it is; null where something else comes first. The first ">"
 /// behind a tag, "]]>", CR, references but the five that need no declaration, and white space alone
-/// that a reader would drop are for passText().
-const char* Normaliser::findPlainTextEnd(const char* place, const char* limit) const noexcept {
+/// that a reader would drop are for passText(), from `passed` on: what was looked at is not looked
+/// at again for each reference in it.
+const char* Normaliser::findPlainTextEnd(const char* place, const char* limit,
+                                         const char*& passed) const noexcept {
     const char* stop = findTextStop(place, texts_.end);
     if (isSpace(*place) && !passesPlainText() && std::all_of(place, stop, isSpace)) {
         return nullptr;
@@ -113,6 +117,7 @@ const char* Normaliser::findPlainTextEnd(const char* place, const char* limit) c
         if (behind == nullptr) {
             return nullptr;
         }
+        passed = behind;
         stop = findTextStop(behind, texts_.end);
     }
     return stop != texts_.end && *stop == '<' ? stop : nullptr;

@@ -37,7 +37,8 @@ public:
 private:
     void step();
     void passPlain();
-    [[nodiscard]] const char* findPlainTextEnd(const char* place, const char* limit) const noexcept;
+    [[nodiscard]] const char* findPlainTextEnd(const char* place, const char* limit,
+                                               const char*& passed) const noexcept;
     void finish();
     void passXmlDeclaration();
     void passMarkup();
