@@ -1,131 +1,20 @@
 #include <gtest/gtest.h>
 
-#include <iterator>
+#include <optional>
 #include <string>
 
 #include "common/memoryStream.h"
+#include "common/stringStream.h"
+#include "host/com/implements.h"
 #include "host/runtime/memoryStream.h"
 #include "host/runtime/unicode.h"
 #include "nuXmlDOM.h"
 #include "nuXmlDOM/load/saxToDomHandler.h"
 #include "nuXmlParser/parserErrors.h"
 #include "nuXmlSax.h"
-#include "support/randomText.h"
+#include "support/randomDocument.h"
 
 namespace {
-
-/// Markup that is plain for long stretches, with everything in between that is not.
-std::string randomDocument(support::Random& random) {
-    static constexpr std::string_view names[] = {
-        "a",
-        "b",
-        "item",
-        "p:a",
-        "P:b",
-        "q:r:s",
-        "x",
-        "xml:x",
-        "Größe",
-        "名前",
-        "a=b",
-        "p:",
-        "a.very-long-name-of-an-element",
-        "as-long-as-names-can-be-when-they-are-guessed-48",
-        "xmlns",
-        "xmlnsfoo",
-        "a_name_that_is_longer_than_what_is_guessed_at_all_by_anybody"};
-    static constexpr std::string_view attributes[] = {
-        "a=\"1\"",
-        "b=\"two words\"",
-        "a=\"again\"",
-        "p:a=\"\"",
-        "xmlns=\"u\"",
-        "xmlns:p=\"v\"",
-        "XMLNS:P=\"w&amp;\"",
-        "xmlns:q:r=\"u\"",
-        "c=\"&lt;1&gt;\"",
-        "c=\"&amp;lt;&quot;&apos;\"",
-        "c=\"&amp;&#65;\"",
-        "c='1'",
-        "d=\"&#x;\"",
-        "e=\"&unknown;\"",
-        "f=\"Grüße\"",
-        "g=\"漢字\"",
-        "h=\"a\nb\"",
-        "i=\"\n\"",
-        "k =\"1\"",
-        "l= \"1\"",
-        "m",
-        "n=\"<>'\"",
-        "o=\"0123456\"",
-        "o=\"01234567\"",
-        "xml:space=\"preserve\"",
-        "xml:space=\"default\"",
-        "xml:space=\"odd\"",
-        ":s=\"1\"",
-        "t:=\"1\"",
-        "u\tv=\"1\"",
-        "w=\"0123456789012345678901234567890123456789\""};
-    static constexpr std::string_view texts[] = {
-        "text",
-        " ",
-        "\n",
-        "\r\n",
-        "\t",
-        "\n  ",
-        "a &amp; b",
-        "Grüße",
-        "漢",
-        "漢字漢字",
-        "😀",
-        ">",
-        "x>y",
-        "\n>",
-        "  text with white space  ",
-        "<!-- c -->",
-        "<![CDATA[ d ]]>",
-        "<?pi data?>",
-        "<!--漢-->",
-        "<!---->",
-        "<!--->-->",
-        "<!-- a-b --- c -->",
-        "<!--\n-->",
-        "<!--é-é-->",
-        "\x01",
-        "]]>",
-        "an ASCII text that is longer than what stands in a node"};
-    const auto pick = [&random](const auto& list) { return list[random(std::size(list))]; };
-    const std::size_t oddness = random(4) == 0 ? 4 : 40;
-    std::string text =
-        random(3) == 0 ? "\xEF\xBB\xBF" : "<?xml version=\"1.0\" encoding=\"utf-8\"?>";
-    text += "<root>";
-    for (std::size_t left = 1 + random(80); left > 0; --left) {
-        switch (random(4)) {
-        case 0:
-            text += "</";
-            text += random(2) == 0 ? pick(names) : "a";
-            text += ">";
-            break;
-        case 1:
-            text += pick(texts);
-            break;
-        default:
-            text += "<";
-            text += random(3) == 0 ? pick(names) : names[random(3)];
-            for (std::size_t count = random(4); count > 0; --count) {
-                text += random(oddness) == 0 ? "  " : " ";
-                text += attributes[random(random(oddness) == 0 ? std::size(attributes) : 9)];
-            }
-            text += random(oddness) == 0 ? " >" : random(3) == 0 ? "/>" : ">";
-        }
-    }
-    if (random(oddness) == 0) {
-        static constexpr std::string_view oddities[] = {{"\0", 1}, "<", ">", "\"", "/", "<!x>"};
-        text.insert(random(text.size()), pick(oddities));
-    }
-    // Often long enough for most of it to be beyond what is left to the end.
-    return text + (random(2) == 0 ? std::string(70, ' ') : "");
-}
 
 /// Text with a wrong reference has no value.
 std::string valueOf(const TNuDOMNode& node) {
@@ -178,34 +67,121 @@ template <class Load> std::string outcome(Load&& load) {
     return told;
 }
 
-/// What a document builds from its bytes is what a handler builds from the events of a reader.
-TEST(DirectLoading, buildsWhatTheEventsTell) {
-    const std::uint64_t inputs = support::randomInputs(20'000);
-    for (std::uint64_t seed = 0; seed < inputs; ++seed) {
-        support::Random random(seed);
-        const std::string bytes = randomDocument(random);
-        const std::string direct = outcome([&](TNuDOMDocument& document) {
-            // Foreign memory: nothing behind its end may be looked at.
-            const auto copy = std::make_unique<char[]>(bytes.size());
-            bytes.copy(copy.get(), bytes.size());
-            host::TMemoryViewStream stream(std::string_view(copy.get(), bytes.size()));
-            document.LoadFromStream(stream);
+/// How both load: by what rules, within what limits, told to whom.
+struct Way {
+    std::optional<TNuConformingOptions> options{};
+    TNuDOMLimits limits{};
+    bool isReported = false;
+    bool isWide = false;
+};
+
+Way randomWay(support::Random& random) {
+    Way way;
+    way.isReported = random(3) == 0;
+    way.isWide = random(4) == 0;
+    if (random(2) == 0) {
+        way.options.emplace();
+        way.options->whiteSpace = static_cast<TNuConformingWhiteSpace>(random(3));
+        way.options->namespaces = random(2) == 0;
+    }
+    if (random(4) == 0) {
+        way.limits.Reading = {static_cast<std::int32_t>(1 + random(9)), 1 + random(4),
+                              1 + random(50)};
+    }
+    return way;
+}
+
+/// What `bytes` say, as the way has them. Behind foreign memory nothing may be looked at.
+template <class Load> std::string load(const Way& way, std::string_view bytes, Load&& load) {
+    const std::u16string wide = way.isWide ? host::utf8ToUtf16(bytes) : u"";
+    const auto copy = std::make_unique<char[]>(bytes.size());
+    bytes.copy(copy.get(), bytes.size());
+    TNuLoadReport report;
+    const std::string told = outcome([&](TNuDOMDocument& document) {
+        document.SetLimits(way.limits);
+        TNuStringStream text(wide);
+        host::TMemoryViewStream stream(std::string_view(copy.get(), bytes.size()));
+        load(document, way.isWide ? static_cast<host::TStream&>(text) : stream, report);
+    });
+    return told + host::utf16ToUtf8(report.Text());
+}
+
+std::string loadDirectly(const Way& way, std::string_view bytes) {
+    return load(
+        way, bytes, [&](TNuDOMDocument& document, host::TStream& stream, TNuLoadReport& report) {
+            if (way.options) {
+                document.LoadFromStream(stream, *way.options, way.isReported ? &report : nullptr);
+            } else if (way.isReported) {
+                document.LoadFromStream(stream, report);
+            } else {
+                document.LoadFromStream(stream);
+            }
         });
-        const std::string byEvents = outcome([&](TNuDOMDocument& document) {
+}
+
+/// What hears of faults as documents do.
+class Reporter final : public host::Implements<host::IErrorHandler> {
+public:
+    Reporter(TNuLoadReport& report, const TNuSaxToDomHandler& builder)
+        : report_(report), builder_(builder) {}
+    void warning(host::ISAXParseError& error) override { add(fsWarning, error); }
+    void error(host::ISAXParseError& error) override { add(fsError, error); }
+    void fatalError(host::ISAXParseError& error) override { add(fsFatal, error); }
+
+private:
+    void add(TNuFaultSeverity severity, host::ISAXParseError& error) {
+        const bool isPlaced = error.getLineNumber() > 0;
+        report_.Add({severity,
+                     error.getMessage(),
+                     {},
+                     isPlaced ? error.getLineNumber() : builder_.FailureLine(),
+                     isPlaced ? error.getColumnNumber() : builder_.FailureColumn()});
+    }
+
+    TNuLoadReport& report_;
+    const TNuSaxToDomHandler& builder_;
+};
+
+std::string loadByEvents(const Way& way, std::string_view bytes) {
+    return load(
+        way, bytes, [&](TNuDOMDocument& document, host::TStream& stream, TNuLoadReport& report) {
             TNuSAXXMLReader reader;
             const auto handler = host::makeRef<TNuSaxToDomHandler>(reader, document);
             reader.setContentHandler(handler);
             reader.setLexicalHandler(handler);
+            reader.SetLimits(way.limits.Reading);
+            if (way.options) {
+                reader.SetConforming(*way.options);
+            }
+            if (way.isReported) {
+                reader.setErrorHandler(host::makeRef<Reporter>(report, *handler));
+            }
             try {
-                reader.ParseBytes(bytes);
+                reader.Parse(stream);
             } catch (const ENuSaxHandledAbort&) {
                 if (handler->Failure()) {
                     std::rethrow_exception(handler->Failure());
                 }
                 throw;
+            } catch (const ENuSaxFatalError& fault) {
+                if (way.isReported && report.Fatal() == nullptr) {
+                    report.Add({fsFatal, fault.Message(), {}, fault.Line(), fault.Column()});
+                }
+                throw;
             }
         });
-        ASSERT_EQ(direct, byEvents) << "seed " << seed << ": " << bytes;
+}
+
+/// What a document builds from its bytes is what a handler builds from the events of a reader.
+TEST(DirectLoading, buildsWhatTheEventsTell) {
+    const std::uint64_t inputs = support::randomInputs(20'000);
+    for (std::uint64_t seed = 0; seed < inputs; ++seed) {
+        support::Random random(seed);
+        const Way way = randomWay(random);
+        const std::string bytes = way.options && random(4) != 0 ? support::randomWellFormed(random)
+                                                                : support::randomDocument(random);
+        ASSERT_EQ(loadDirectly(way, bytes), loadByEvents(way, bytes))
+            << "seed " << seed << ": " << bytes;
     }
 }
 

@@ -74,8 +74,7 @@ DirectObjects::Name::Name(std::string_view bytes, std::uint64_t hash, std::u16st
 DirectObjects::DirectObjects(ObjectEvents& events, ObjectBuilder& builder)
     : events_(events), builder_(builder) {}
 
-PassedBytes DirectObjects::read(std::string_view bytes, const ReaderScopes& scopes) {
-    PassedBytes passed{bytes.data(), bytes.data()};
+void DirectObjects::read(std::string_view bytes, PassedBytes& passed, const ReaderScopes& scopes) {
     scopes_ = &scopes;
     open_.clear();
     unknown_ = nullptr;
@@ -83,10 +82,9 @@ PassedBytes DirectObjects::read(std::string_view bytes, const ReaderScopes& scop
     lookAround();
     events_.guarded([&] {
         const WithoutPlaces withoutPlaces(builder_);
-        passed = markup::PlainContent(*this).read(bytes);
+        markup::PlainContent(*this).read(bytes, passed);
         settle();
     });
-    return passed;
 }
 
 // Names
@@ -114,12 +112,13 @@ DirectObjects::Name* DirectObjects::attribute(Name& before, std::string_view byt
 
 // Start tags
 
-[[gnu::always_inline]] inline void DirectObjects::startTag(Name& name) {
+[[gnu::always_inline]] inline bool DirectObjects::startTag(Name& name) {
     elementName_ = &name;
     type_ = {};
     nil_ = {};
     hasMeaning_ = false;
     hasDeclarations_ = false;
+    return true;
 }
 
 [[gnu::always_inline]] inline bool DirectObjects::addAttribute(Name& name, std::string_view value,
@@ -233,8 +232,8 @@ std::u16string_view DirectObjects::className() {
 
 // Ends and texts
 
-[[gnu::always_inline]] inline bool DirectObjects::endElement() {
-    // The end of a root is for the events to see.
+[[gnu::always_inline]] inline bool DirectObjects::endElement(std::string_view /*name*/,
+                                                             bool /*isInnermost*/) {
     if (scopes_->depth <= 1) [[unlikely]] {
         return false;
     }

@@ -22,7 +22,7 @@ class DirectObjects final : public DirectContent {
 public:
     DirectObjects(ObjectEvents& events, ObjectBuilder& builder);
 
-    PassedBytes read(std::string_view bytes, const ReaderScopes& scopes) override;
+    void read(std::string_view bytes, PassedBytes& passed, const ReaderScopes& scopes) override;
 
 private:
     friend class markup::PlainContent<DirectObjects>;
@@ -57,17 +57,23 @@ private:
     static constexpr auto classifyText = markup::classifyReferences;
     [[nodiscard]] Name* nextElement() const noexcept { return *guess_; }
     [[nodiscard]] Name* open() const noexcept { return open_.empty() ? nullptr : open_.back(); }
+    /// The end of a root is for the events to see.
+    [[nodiscard]] static constexpr bool isInside() noexcept { return true; }
     [[nodiscard]] bool keepsSpace() const noexcept { return scopes_->space.isPreserved(); }
+    [[nodiscard]] bool keepsInline() const noexcept { return scopes_->space.keepsInline(); }
     [[nodiscard]] Name* element(std::string_view bytes);
     [[nodiscard]] Name* attribute(Name& before, std::string_view bytes);
-    void startTag(Name& name);
+    bool startTag(Name& name);
+    [[nodiscard]] static constexpr bool addNothing() noexcept { return true; }
     bool addAttribute(Name& name, std::string_view value, const markup::PassedKinds& kinds);
     void abandonStartTag();
     bool endStartTag(bool isEmptyElement);
     void endEmptyElement() noexcept { closeScopes(); }
-    bool endElement();
+    bool endElement(std::string_view name, bool isInnermost);
     bool addText(std::string_view text, const markup::PassedKinds& kinds);
-    void addComment(std::string_view /*text*/, bool /*isAscii*/) noexcept {}
+    static constexpr bool addComment(std::string_view /*text*/, bool /*isAscii*/) noexcept {
+        return true;
+    }
 
     [[nodiscard]] Name* find(std::string_view bytes);
     bool declare(Name& name, std::string_view value);

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "common/utf8.h"
+#include "common/utf8Sequence.h"
 #include "host/runtime/memoryStream.h"
 #include "nuXmlParser/parserErrors.h"
 
@@ -28,12 +29,30 @@ std::size_t bytesOf(PNuXmlChar place, PNuXmlChar end) noexcept {
     return bytes;
 }
 
+bool hasLoneSurrogate(std::u16string_view units) noexcept {
+    // 1. Most text has no surrogates: a loop without a branch.
+    bool hasAny = false;
+    for (const NuXmlChar unit : units) {
+        hasAny |= nu::isSurrogate(unit);
+    }
+    // 2. Each first half before a second one.
+    for (std::size_t index = 0; hasAny && index < units.size(); ++index) {
+        if (nu::isHighSurrogate(units[index]) && index + 1 < units.size() &&
+            nu::isLowSurrogate(units[index + 1])) {
+            ++index;
+        } else if (nu::isSurrogate(units[index])) {
+            return true;
+        }
+    }
+    return false;
+}
+
 } // namespace
 
 TNuXmlSmallStreamParser::TNuXmlSmallStreamParser(host::TStream* sourceStream, bool ownsStream,
                                                  const host::Ref<host::IErrorHandler>& errorHandler,
-                                                 std::size_t windowLength)
-    : TNuXmlBaseParser(sourceStream, ownsStream, errorHandler),
+                                                 std::size_t windowLength, bool prefersBytes)
+    : TNuXmlBaseParser(sourceStream, ownsStream, errorHandler), prefersBytes_(prefersBytes),
       windowLength_(std::max(windowLength, shortestWindow)), stepLength_(windowLength_) {
     Initialize();
 }
@@ -56,7 +75,7 @@ void TNuXmlSmallStreamParser::openText(TNuEncoding encoding, host::TStream& stre
 
     // 2. UTF-16 needs no decoding.
     if (encoding == neUtf16LittleEndian) {
-        useUtf16(stream, size);
+        openUtf16(stream, size);
         return;
     }
     if (encoding != neAnsi && encoding != neUtf8) {
@@ -87,7 +106,10 @@ void TNuXmlSmallStreamParser::openBytes(nu::TextDecoder::Opening opening) {
     auto* units = reinterpret_cast<NuXmlChar*>(memory_.data());
     knownUnit_ = units;
     knownByte_ = decoder_.rest().data();
-    useText(units, decoder_.decode(units, windowLength_));
+    if (prefersBytes_ && isUtf8()) {
+        stepLength_ = std::min(stepLength_, stepBetweenBytes);
+    }
+    useText(units, decoder_.decode(units, std::min(windowLength_, stepLength_)));
 }
 
 std::string_view TNuXmlSmallStreamParser::bytesFromHere() noexcept {
@@ -102,21 +124,42 @@ std::string_view TNuXmlSmallStreamParser::bytesFromHere() noexcept {
     return {here, static_cast<std::size_t>(rest.data() + rest.size() - here)};
 }
 
-void TNuXmlSmallStreamParser::continueBehind(nu::PassedBytes passed) {
-    // 1. The current character was read and counts in the text before the bytes.
-    auto* units = reinterpret_cast<NuXmlChar*>(memory_.data());
-    ++passed.start;
-    counter_.passBytes(readPtr_, passed, units);
-    hasPassedBytes_ = true;
+nu::PassedBytes& TNuXmlSmallStreamParser::startPassing(std::string_view bytes) noexcept {
+    // The current character was read and counts in the text before the bytes.
+    passing_ = {bytes.data() + 1, bytes.data()};
+    isPassing_ = true;
+    return passing_;
+}
 
-    // 2. The window begins anew behind them.
+void TNuXmlSmallStreamParser::continueBehindPassed() {
+    isPassing_ = false;
+    const char* const here = knownByte_;
+    if (passing_.end == here) {
+        return;
+    }
+    hasPassedBytes_ = true;
+    knownByte_ = passing_.end;
+    // What the counters were asked for last may have been the character that comes now.
+    const std::ptrdiff_t counted = passing_.start > passing_.end ? 1 : 0;
+
+    // 1. Often little was passed, and the window goes on behind it.
+    const std::string_view passed(here, static_cast<std::size_t>(passing_.end - here));
+    if (static_cast<std::ptrdiff_t>(passed.size()) < lastPtr_ - currPtr_) {
+        knownUnit_ = currPtr_ + NuUtf16Length(passed);
+        counter_.passBytes(readPtr_, passing_, knownUnit_ + counted);
+        moveTo(knownUnit_);
+        return;
+    }
+
+    // 2. Otherwise it begins anew there.
+    auto* units = reinterpret_cast<NuXmlChar*>(memory_.data());
+    counter_.passBytes(readPtr_, passing_, units + counted);
     stepLength_ = std::min(stepLength_, stepBetweenBytes);
-    decoder_.continueAt(passed.end);
+    decoder_.continueAt(passing_.end);
     useText(units, decoder_.decode(units, std::min(windowLength_, stepLength_)));
     ++readPtr_;
     peekPtr_ = nullptr;
     knownUnit_ = units;
-    knownByte_ = passed.end;
 }
 
 PNuXmlChar TNuXmlSmallStreamParser::readBeyondControls() {
@@ -194,23 +237,30 @@ void TNuXmlSmallStreamParser::moveText(std::size_t windowLength) {
     block_.forget();
 }
 
-void TNuXmlSmallStreamParser::useUtf16(host::TStream& stream, std::size_t size) {
-    const std::size_t length = size / cNuXmlCharSize;
+void TNuXmlSmallStreamParser::openUtf16(host::TStream& stream, std::size_t size) {
+    // 1. Where it lies in memory it is read there.
+    std::size_t length = size / cNuXmlCharSize;
+    PNuXmlChar text = noText;
     const auto* inMemory = dynamic_cast<host::TCustomMemoryStream*>(&stream);
-    if (inMemory != nullptr && length == 0) {
-        ownsBuffer_ = false;
-        return;
+    if (inMemory != nullptr && length > 0) {
+        const std::byte* const place = inMemory->Memory() + stream.GetPosition();
+        const bool isAligned = reinterpret_cast<std::uintptr_t>(place) % alignof(NuXmlChar) == 0;
+        text = isAligned ? reinterpret_cast<PNuXmlChar>(place) : noText;
     }
-    if (inMemory != nullptr) {
-        const std::byte* text = inMemory->Memory() + stream.GetPosition();
-        if (reinterpret_cast<std::uintptr_t>(text) % alignof(NuXmlChar) == 0) {
-            useText(reinterpret_cast<PNuXmlChar>(text), length);
-            ownsBuffer_ = false;
-            return;
-        }
+    ownsBuffer_ = text == noText && (inMemory == nullptr || length > 0);
+    if (ownsBuffer_) {
+        memory_ = nu::TextMemory::read(stream, size);
+        text = reinterpret_cast<PNuXmlChar>(memory_.data());
     }
-    memory_ = nu::TextMemory::read(stream, size);
-    useText(reinterpret_cast<PNuXmlChar>(memory_.data()), length);
+
+    // 2. As bytes, or as it is.
+    const std::u16string_view units(text, length);
+    if (prefersBytes_ && length > 0 && !hasLoneSurrogate(units)) {
+        ownsBuffer_ = true;
+        openBytes(decoder_.open(nu::TextMemory::encoded(units), true));
+    } else {
+        useText(text, length);
+    }
 }
 
 void TNuXmlSmallStreamParser::useText(PNuXmlChar text, std::size_t length) noexcept {
@@ -227,9 +277,10 @@ void TNuXmlSmallStreamParser::useText(PNuXmlChar text, std::size_t length) noexc
 
 std::int64_t TNuXmlSmallStreamParser::GetStreamPos() {
     std::int64_t length = droppedLength_ + (readPtr_ - buffer_);
-    if (hasPassedBytes_) {
+    if (hasPassedBytes_ || isPassing_) {
         const std::string_view text = decoder_.text();
-        const std::size_t size = text.size() - bytesFromHere().size();
+        const std::size_t size = isPassing_ ? static_cast<std::size_t>(passing_.end - text.data())
+                                            : text.size() - bytesFromHere().size();
         length =
             static_cast<std::int64_t>(NuUtf16Length(text.substr(0, size))) + (readPtr_ - currPtr_);
     }
@@ -250,11 +301,15 @@ void TNuXmlSmallStreamParser::updateCounters() {
         endIsCounted_ = true;
     } else if (!isExhausted_) {
         counter_.countUpTo(readPtr_);
+        if (isPassing_) {
+            counter_.countPassing(passing_);
+        }
     }
     setCounters(counter_.line, counter_.column, counter_.charCount);
 }
 
 void TNuXmlSmallStreamParser::releaseText() noexcept {
+    isPassing_ = false;
     endIsCounted_ = true;
     useText(noText, 0);
     peekPtr_ = nullptr;

@@ -29,9 +29,12 @@ public:
     /// "Invalid encoding" for a mark of another encoding, ENuSaxHandledAbort after reporting that
     /// 8-bit text without any ">" is no XML.
     /// \param windowLength the characters to decode ahead; wholeText decodes all
+    /// \param prefersBytes whether UTF-16 is copied as UTF-8, for who reads bytesFromHere; text
+    /// with
+    ///                     unpaired surrogates cannot be
     TNuXmlSmallStreamParser(host::TStream* sourceStream, bool ownsStream,
                             const host::Ref<host::IErrorHandler>& errorHandler,
-                            std::size_t windowLength = wholeText);
+                            std::size_t windowLength = wholeText, bool prefersBytes = false);
     ~TNuXmlSmallStreamParser() override;
 
     /// The offset of the next character in the decoded text, in bytes.
@@ -122,11 +125,15 @@ public:
     /// The bytes from the current character to the end of the text, for whoever reads them without
     /// this parser for a while; empty where the text is not UTF-8.
     [[nodiscard]] std::string_view bytesFromHere() noexcept;
-    /// Delivers the character at the end of `passed`, which begins at bytesFromHere, as if all of
-    /// it had been read; it is none of the control characters and not the last one.
-    void continueBehind(nu::PassedBytes passed);
+    /// For whoever moves the end of what is passed on through `bytes`, which come from
+    /// bytesFromHere, as if all had been read up to the character there, which is none of the
+    /// control characters and not the last one. Until continueBehindPassed nothing but the
+    /// counters may be asked for.
+    nu::PassedBytes& startPassing(std::string_view bytes) noexcept;
+    /// Delivers the character at the end of what was passed.
+    void continueBehindPassed();
     /// From now on decoding more moves nothing, so that places in the text stay good until
-    /// continueBehind.
+    /// continueBehindPassed.
     void stayInPlace();
     /// Looking ahead has no consequences here.
     void countPeek() noexcept {}
@@ -165,7 +172,7 @@ private:
     void moveText(std::size_t windowLength);
     void deliverEnd() noexcept;
     void openText(TNuEncoding encoding, host::TStream& stream);
-    void useUtf16(host::TStream& stream, std::size_t size);
+    void openUtf16(host::TStream& stream, std::size_t size);
     void openBytes(nu::TextDecoder::Opening opening);
     void useText(PNuXmlChar text, std::size_t length) noexcept;
 
@@ -182,11 +189,14 @@ private:
     nu::TextCounter counter_;
 
     nu::TextDecoder decoder_;
-    nu::TextMemory memory_;           ///< the window
+    nu::TextMemory memory_; ///< the window
+    bool prefersBytes_;
     std::size_t windowLength_;        ///< room of the window
     std::size_t stepLength_;          ///< the characters to decode at once, or as many as are kept
     PNuXmlChar knownUnit_ = nullptr;  ///< a place in the window, and where it stands in the bytes
     const char* knownByte_ = nullptr; ///< null where that is not known
+    nu::PassedBytes passing_;         ///< see startPassing; not in the counters
+    bool isPassing_ = false;
     bool hasPassedBytes_ = false;
     std::int64_t droppedLength_ = 0; ///< characters that stood before the window
 };

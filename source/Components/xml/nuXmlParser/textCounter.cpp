@@ -117,30 +117,38 @@ void TextCounter::deliverAny(PNuXmlChar place) noexcept {
     counted_ = place + 1;
 }
 
-void TextCounter::countPassed() noexcept {
+void TextCounter::countBytes(const PassedBytes& passed, const char* end) noexcept {
+    if (passed.start >= end) {
+        return;
+    }
     const auto solidUnits = [](std::string_view bytes, const Tally& tally) {
         return static_cast<std::int64_t>(NuUtf16Length(bytes)) - tally.controls;
     };
-    const std::string_view bytes(passed_.start,
-                                 static_cast<std::size_t>(passed_.end - passed_.start));
-    const Tally tally = tallyUnits(passed_.start, passed_.end);
+    const std::string_view bytes(passed.start, static_cast<std::size_t>(end - passed.start));
+    const Tally tally = tallyUnits(passed.start, end);
     const std::int64_t units = solidUnits(bytes, tally);
-    charCount += units + passed_.deliveredControls;
+    charCount += units + passed.deliveredControls;
     line += tally.lineFeeds;
     if (tally.lineFeeds == 0) {
         column += units;
     } else {
         const std::size_t last = bytes.rfind(static_cast<char>(lineFeed));
         const char* const start = bytes.data() + last + 1;
-        column = solidUnits(bytes.substr(last + 1), tallyUnits(start, passed_.end)) +
-                 (start - 1 == passed_.deliveredLineFeed ? 1 : 0);
+        column = solidUnits(bytes.substr(last + 1), tallyUnits(start, end)) +
+                 (start - 1 == passed.deliveredLineFeed ? 1 : 0);
     }
-    passed_ = {};
+}
+
+void TextCounter::countPassing(PassedBytes& passing) noexcept {
+    countBytes(passing, passing.end + 1);
+    passing.start = std::max(passing.start, passing.end + 1);
+    passing.deliveredControls = 0;
 }
 
 void TextCounter::countUpTo(PNuXmlChar end) noexcept {
     if (passed_.start != nullptr) {
-        countPassed();
+        countBytes(passed_, passed_.end);
+        passed_ = {};
     }
     if (end <= counted_) {
         return;

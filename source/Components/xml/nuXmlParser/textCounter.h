@@ -49,13 +49,18 @@ public:
         everyUnit_ = everyUnit;
         passed_ = {};
     }
-    /// Everything before `end` was read, then `passed`; what follows that comes to `next`.
+    /// Everything before `end` was read, then `passed`; what follows that, and is not counted, is
+    /// at `next`.
     void passBytes(PNuXmlChar end, const PassedBytes& passed, PNuXmlChar next) noexcept {
         countUpTo(end);
         passed_ = passed;
         counted_ = next;
         deliveredLineFeed_ = nullptr;
     }
+
+    /// Everything before `passing` is counted, and now what it passed, with the character at its
+    /// end.
+    void countPassing(PassedBytes& passing) noexcept;
 
     /// A raw read has delivered the unit at `place`. If it is a line feed, it has column 1 of the
     /// line that it opens. Free of branches, because line feeds behind tags come as they like.
@@ -99,7 +104,7 @@ public:
 
 private:
     void addLooks(PNuXmlChar lastLineFeed, PNuXmlChar end) noexcept;
-    void countPassed() noexcept;
+    void countBytes(const PassedBytes& passed, const char* end) noexcept;
 
     PassedBytes passed_;           ///< stand before `counted_` and are not in the counters
     PNuXmlChar counted_ = nullptr; ///< everything before it is in the counters

@@ -1,38 +1,35 @@
 #include "nuXmlParser/textMemory.h"
 
-#include <sys/mman.h>
-
 #include <algorithm>
 #include <limits>
 #include <new>
 
+#include "common/utf8.h"
 #include "host/runtime/exception.h"
 
 namespace nu {
 
 namespace {
 
-constexpr std::size_t largePage = 2 * 1024 * 1024;
 constexpr std::size_t firstReadCapacity = 1024 * 1024;
 
 } // namespace
 
 TextMemory::TextMemory(std::size_t capacity) : capacity_(capacity) {
-    void* block = nullptr;
-    if (capacity < 2 * largePage) {
-        block = std::malloc(std::max<std::size_t>(capacity, 1));
-    } else if (capacity <= std::numeric_limits<std::size_t>::max() / 2) {
-        const std::size_t pages = (capacity + largePage - 1) / largePage * largePage;
-        block = std::aligned_alloc(largePage, pages);
-        if (block != nullptr) {
-            // Only advice: without large pages everything works, slower.
-            static_cast<void>(::madvise(block, pages, MADV_HUGEPAGE));
-        }
-    }
-    if (block == nullptr) {
+    block_.reset(static_cast<std::byte*>(std::malloc(std::max<std::size_t>(capacity, 1))));
+    if (!block_) {
         throw std::bad_alloc();
     }
-    block_.reset(static_cast<std::byte*>(block));
+}
+
+TextMemory TextMemory::encoded(std::u16string_view units) {
+    constexpr std::size_t bytesOfUnit = 3;
+    if (units.size() > std::numeric_limits<std::size_t>::max() / bytesOfUnit) {
+        throw std::bad_alloc();
+    }
+    TextMemory memory(units.size() * bytesOfUnit);
+    memory.used_ = NuEncodeUtf8(units, reinterpret_cast<char*>(memory.data()));
+    return memory;
 }
 
 TextMemory TextMemory::read(host::TStream& stream, std::size_t size) {

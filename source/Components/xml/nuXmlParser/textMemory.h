@@ -10,9 +10,6 @@
 namespace nu {
 
 /// A block of bytes that is not cleared and knows how many of them are used.
-///
-/// Big blocks ask the system for large pages: the first touch of fresh memory costs more than the
-/// decoding that fills it.
 class TextMemory {
 public:
     TextMemory() = default;
@@ -22,6 +19,8 @@ public:
     /// Reads `size` bytes from the stream's position. The room grows with what really comes, so a
     /// stream that promises too much costs no memory. Throws host::EReadError when it ends early.
     static TextMemory read(host::TStream& stream, std::size_t size);
+    /// UTF-16 as UTF-8. Throws std::bad_alloc.
+    static TextMemory encoded(std::u16string_view units);
 
     [[nodiscard]] std::byte* data() const noexcept { return block_.get(); }
     [[nodiscard]] std::string_view bytes() const noexcept {

@@ -25,9 +25,9 @@ public:
     DirectContent& operator=(const DirectContent&) = delete;
 
     /// Takes what it can of UTF-8 that begins with the "<" or ">" that is current, inside an
-    /// element; gives what it took, up to a "<" or ">" that becomes current. The scopes are then as
-    /// if the reader had read that.
-    virtual PassedBytes read(std::string_view bytes, const ReaderScopes& scopes) = 0;
+    /// element, up to a "<" or ">" that becomes current: `passed` ends there, and meanwhile
+    /// wherever somebody may ask for the place. The scopes are as if the reader had read that.
+    virtual void read(std::string_view bytes, PassedBytes& passed, const ReaderScopes& scopes) = 0;
 
 protected:
     ~DirectContent() = default;

@@ -180,7 +180,8 @@ void TNuSAXXMLReader::scanLarge(std::unique_ptr<host::TStream> owned, host::TStr
 void TNuSAXXMLReader::scanSmall(std::unique_ptr<host::TStream> owned, host::TStream* stream) {
     // Text that stays in the nearer caches from its decoding to its last use.
     constexpr std::size_t windowLength = 32 * 1024;
-    scan(new TNuXmlSmallStreamParser(stream, false, errorHandler_, windowLength), std::move(owned));
+    scan(new TNuXmlSmallStreamParser(stream, false, errorHandler_, windowLength, true),
+         std::move(owned));
 }
 
 /// The stream goes with the character source, or with the caller's if that could not be made: in

@@ -4,6 +4,7 @@
 #include "nuXmlSax/contentHandler.h"
 #include "nuXmlSax/directContent.h"
 #include "nuXmlSax/messages.h"
+#include "nuXmlSax/plainEvents.h"
 #include "nuXmlSax/scanner.h"
 
 /// \file
@@ -97,7 +98,7 @@ template <class Source> void SaxScanner<Source>::scanContent() {
 
 template <class Source> bool SaxScanner<Source>::readsDirectly() const noexcept {
     if constexpr (Source::hasBytesAtHand) {
-        return reader_.directContent_ != nullptr && source_.isUtf8();
+        return source_.isUtf8();
     }
     return false;
 }
@@ -107,14 +108,24 @@ template <class Source> bool SaxScanner<Source>::readsDirectly() const noexcept 
 template <class Source> void SaxScanner<Source>::readDirectly() {
     if constexpr (Source::hasBytesAtHand) {
         const NuXmlChar current = source_.current();
-        if ((current != cNuLt && current != cNuGt) || reader_.depth_ < 1) {
+        if (current != cNuLt && current != cNuGt) {
             return;
         }
-        const PassedBytes passed = reader_.directContent_->read(
-            source_.bytesFromHere(), {reader_.depth_, reader_.namespaces_, reader_.space_});
-        if (passed.end != passed.start) {
-            source_.continueBehind(passed);
+        // 1. Somebody else takes the bytes, or they become events here.
+        const std::string_view bytes = source_.bytesFromHere();
+        PassedBytes& passed = source_.startPassing(bytes);
+        if (reader_.directContent_ != nullptr) {
+            reader_.directContent_->read(bytes, passed,
+                                         {reader_.depth_, reader_.namespaces_, reader_.space_});
+        } else {
+            if (!plainEvents_) {
+                plainEvents_.emplace(*this);
+            }
+            plainEvents_->read(bytes, passed);
         }
+        source_.continueBehindPassed();
+
+        // 2. What is not plain.
         if (needsMoreText()) {
             source_.stayInPlace();
         }

@@ -118,10 +118,7 @@ template <class Source> inline PNuXmlChar SaxScanner<Source>::scanPlainStartTag(
     if (*end != cNuSlash) {
         return end;
     }
-    if (content() != nullptr) {
-        content()->endElement(uri, name.localName(), name.qName());
-    }
-    closeElement();
+    reportElementEnd(uri, name);
     return end + 1;
 }
 
@@ -254,7 +251,7 @@ template <class Source> inline PNuXmlChar SaxScanner<Source>::scanPlainEndTag(PN
     }
     source_.releaseBefore(less + 1);
     source_.moveTo(name.end);
-    reportElementEnd(name);
+    reportElementEnd(resolveNamespace(name), name);
     return name.end;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -11,6 +12,8 @@
 #include "nuXmlSax/reader.h"
 
 namespace nu {
+
+template <class Source> class PlainEvents;
 
 /// Scans a document from a character source and calls the handlers of a reader.
 ///
@@ -26,6 +29,8 @@ public:
     void scanDocument();
 
 private:
+    friend class PlainEvents<Source>;
+
     /// A name as written and its part behind the last colon.
     struct Name {
         PNuXmlChar start;
@@ -80,9 +85,10 @@ private:
     Name scanStartTagName();
     void checkName(std::u16string_view name);
     void scanEndTag();
-    [[gnu::always_inline]] void reportElementEnd(const Name& name);
-    [[gnu::always_inline]] void closeElement();
+    [[gnu::always_inline]] void reportElementEnd(std::u16string_view uri, const Name& name);
     [[gnu::always_inline]] std::u16string_view resolveNamespace(const Name& name);
+    [[gnu::always_inline]] std::u16string_view uriOf(const TNuSaxNamespace* scope,
+                                                     const Name& name);
 
     // scanAttributes.h
     void scanAttributes(TNuSAXAttributes& attributes);
@@ -90,6 +96,8 @@ private:
     Name scanAttributeName();
     std::u16string_view scanAttributeValue();
     void applyAttribute(const TNuSAXAttribute& attribute);
+    void applyDeclaration(const TNuSAXAttribute& attribute, PrefixScope& scope);
+    void applySpace(const TNuSAXAttribute& attribute);
 
     // scanMarkup.h
     void scanComment();
@@ -135,6 +143,7 @@ private:
 
     TNuSAXXMLReader& reader_;
     Source& source_;
+    std::optional<PlainEvents<Source>> plainEvents_;
     std::u16string collected_;
     bool hasMeaningfulAttribute_ = false; ///< the plain tag being scanned may have one
 };

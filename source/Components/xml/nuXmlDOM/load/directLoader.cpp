@@ -2,19 +2,18 @@
 
 #include <algorithm>
 #include <iterator>
+#include <limits>
 
-#include "common/caseFolding.h"
 #include "common/utf8.h"
 #include "nuXmlDOM/core/escapedText.h"
 #include "nuXmlDOM/core/makeNode.h"
 #include "nuXmlDOM/core/nodeAccess.h"
 #include "nuXmlParser/unescape.h"
+#include "nuXmlSax/reader.h"
 
 namespace nu {
 
 namespace {
-
-constexpr std::u16string_view declarationPrefix = u"xmlns";
 
 /// UTF-8 that is known to be well-formed.
 NuXmlString widened(std::string_view bytes) {
@@ -40,45 +39,22 @@ bool isCanonical(std::string_view value) noexcept {
 
 } // namespace
 
-DirectLoader::Name::Name(std::string_view bytes, std::uint64_t hash, const NodeName& named,
-                         TNuSaxNamespaceList& namespaces)
-    : ByteName(bytes, hash), attribute(&named), meaning(Meaning::None), element(&named) {
-    // 1. The reader divides names at their last colon.
-    const std::u16string_view name = named.qualified();
-    const std::size_t colon = name.rfind(cNuColon);
-    std::u16string_view prefix = name.substr(0, colon == name.npos ? 0 : colon);
+DirectLoader::DirectLoader(TNuSaxToDomHandler& handler, TNuDOMDocument& document, bool isHeard)
+    : handler_(handler), document_(document), limits_(document.Limits().Reading), isHeard_(isHeard),
+      asksForEnds_(isHeard ||
+                   limits_.NameLength < std::numeric_limits<decltype(limits_.NameLength)>::max()) {}
 
-    // 2. Declarations are known by their first letters, in either case.
-    const bool isLike = (name.front() | 0x20) == u'x' &&
-                        NuEqualFolded(name.substr(0, declarationPrefix.size()), declarationPrefix);
-    if (isLike && name.size() == declarationPrefix.size()) {
-        meaning = Meaning::Namespace;
-    } else if (isLike && name[declarationPrefix.size()] == cNuColon) {
-        meaning = Meaning::Namespace;
-        declaredPrefix = name.substr(colon + 1);
-    } else if (name == u"xml:space") {
-        meaning = Meaning::Space;
-    }
-    scope = &namespaces.prefixScope(prefix);
-    declared = meaning == Meaning::Namespace ? &namespaces.prefixScope(declaredPrefix) : nullptr;
-}
-
-DirectLoader::DirectLoader(TNuSaxToDomHandler& handler, TNuDOMDocument& document)
-    : handler_(handler), document_(document) {}
-
-PassedBytes DirectLoader::read(std::string_view bytes, const ReaderScopes& scopes) {
-    PassedBytes passed{bytes.data(), bytes.data()};
+void DirectLoader::read(std::string_view bytes, PassedBytes& passed, const ReaderScopes& scopes) {
     current_ = NodeAccess::as<TNuDOMElement>(handler_.current_);
     if (scopes.depth < 1 || current_ == nullptr) {
-        return passed;
+        return;
     }
     scopes_ = &scopes;
     open_.clear();
     unknown_ = nullptr;
     guess_ = &unknown_;
-    handler_.remember([&] { passed = markup::PlainContent(*this).read(bytes); });
+    handler_.remember([&] { markup::PlainContent(*this).read(bytes, passed); });
     handler_.current_ = current_;
-    return passed;
 }
 
 // Names
@@ -89,7 +65,8 @@ DirectLoader::Name* DirectLoader::find(std::string_view bytes) {
         return name;
     }
     const auto isControl = [](char byte) { return static_cast<unsigned char>(byte) < ' '; };
-    if (std::any_of(bytes.begin(), bytes.end(), isControl)) {
+    if (std::any_of(bytes.begin(), bytes.end(), isControl) ||
+        (bytes.size() > limits_.NameLength && NuUtf16Length(bytes) > limits_.NameLength)) {
         return nullptr;
     }
     char16_t units[markup::ByteName::longestGuess];
@@ -97,7 +74,7 @@ DirectLoader::Name* DirectLoader::find(std::string_view bytes) {
         bytes.size() <= std::size(units)
             ? document_.names().get({units, NuDecodeUtf8Prefix(bytes, units).Units})
             : document_.names().get(widened(bytes));
-    return &names_.add(bytes, hash, *named, scopes_->namespaces);
+    return &names_.add(bytes, hash, *named, scopes_->namespaces, handler_.Reader().IsBehindStage());
 }
 
 DirectLoader::Name* DirectLoader::element(std::string_view bytes) { return *guess_ = find(bytes); }
@@ -136,17 +113,25 @@ void DirectLoader::resolveAnew(Name& name, const TNuSaxNamespace* scope) {
 
 // Start tags
 
-[[gnu::always_inline]] inline void DirectLoader::startTag(Name& name) {
+[[gnu::always_inline]] inline bool DirectLoader::startTag(Name& name) {
+    if (scopes_->depth >= limits_.Depth) [[unlikely]] {
+        return false;
+    }
     element_ = &NodeAccess::make<TNuDOMElement>(document_, resolve(name));
     elementName_ = &name;
     lastAttribute_ = nullptr;
     ++elementNumber_;
+    attributeCount_ = 0;
     hasMeaning_ = false;
+    return true;
 }
 
 [[gnu::always_inline]] inline bool DirectLoader::addAttribute(Name& name, std::string_view value,
                                                               const markup::PassedKinds& kinds) {
-    if (name.meaning != Meaning::None) [[unlikely]] {
+    if (++attributeCount_ > limits_.Attributes) [[unlikely]] {
+        return false;
+    }
+    if (name.meaning != ScopedName::Meaning::None) [[unlikely]] {
         apply(name, value);
     }
     if (!kinds.isPlain && !isCanonical(value)) [[unlikely]] {
@@ -185,7 +170,7 @@ bool DirectLoader::addReplaced(Name& name, std::string_view value) {
 void DirectLoader::apply(Name& name, std::string_view value) {
     const std::int32_t level = scopes_->depth + 1;
     hasMeaning_ = true;
-    if (name.meaning == Meaning::Space) {
+    if (name.meaning == ScopedName::Meaning::Space) {
         if (value == "preserve" || value == "default") {
             scopes_->space.set(level, value == "preserve");
         }
@@ -214,6 +199,11 @@ void DirectLoader::abandonStartTag() noexcept {
 }
 
 [[gnu::always_inline]] inline bool DirectLoader::endStartTag(bool /*isEmptyElement*/) {
+    if (isHeard_ && elementName_->hasColon() && elementName_->scope->newest() == nullptr)
+        [[unlikely]] {
+        abandonStartTag();
+        return false;
+    }
     // Declarations in the tag count for its own name.
     if (hasMeaning_) [[unlikely]] {
         NodeAccess::setName(*element_, resolve(*elementName_));
@@ -233,9 +223,9 @@ void DirectLoader::abandonStartTag() noexcept {
     closeScopes();
 }
 
-[[gnu::always_inline]] inline bool DirectLoader::endElement() {
-    // The end of a root is for the handler to see.
-    if (scopes_->depth <= 1) [[unlikely]] {
+[[gnu::always_inline]] inline bool DirectLoader::endElement(std::string_view /*name*/,
+                                                            bool isInnermost) {
+    if (scopes_->depth <= 1 || (!isInnermost && asksForEnds_)) [[unlikely]] {
         return false;
     }
     closeScopes();
@@ -269,8 +259,9 @@ template <class Node>
     return true;
 }
 
-void DirectLoader::addComment(std::string_view text, bool isAscii) {
+bool DirectLoader::addComment(std::string_view text, bool isAscii) {
     append<TNuDOMComment>(text, isAscii);
+    return true;
 }
 
 } // namespace nu

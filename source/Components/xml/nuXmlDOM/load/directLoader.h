@@ -6,9 +6,9 @@
 
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/load/saxToDomHandler.h"
-#include "nuXmlParser/markup/byteName.h"
 #include "nuXmlParser/markup/plainContent.h"
 #include "nuXmlSax/directContent.h"
+#include "nuXmlSax/scopedName.h"
 
 namespace nu {
 
@@ -16,26 +16,23 @@ namespace nu {
 /// the handler, event by event; both build at the same place.
 class DirectLoader final : public DirectContent {
 public:
-    DirectLoader(TNuSaxToDomHandler& handler, TNuDOMDocument& document);
+    /// \param isHeard whether somebody hears of what only draws a warning: it is left to the
+    /// handler
+    DirectLoader(TNuSaxToDomHandler& handler, TNuDOMDocument& document, bool isHeard);
 
-    PassedBytes read(std::string_view bytes, const ReaderScopes& scopes) override;
+    void read(std::string_view bytes, PassedBytes& passed, const ReaderScopes& scopes) override;
 
 private:
     friend class markup::PlainContent<DirectLoader>;
 
-    /// What an attribute of a name means to a reader.
-    enum class Meaning : std::uint8_t { None, Namespace, Space };
-
-    struct Name : markup::ByteName {
+    struct Name : ScopedName {
         Name(std::string_view bytes, std::uint64_t hash, const NodeName& named,
-             TNuSaxNamespaceList& namespaces);
+             TNuSaxNamespaceList& namespaces, bool isExact)
+            : ScopedName(bytes, hash, named.qualified(), namespaces, isExact), attribute(&named),
+              element(&named) {}
 
         const NodeName* attribute; ///< the name without a creation URI
-        PrefixScope* scope;        ///< of the prefix
-        Meaning meaning;
-        // Of a declaration: what it declares, the last value and its number.
-        PrefixScope* declared;
-        std::u16string_view declaredPrefix;
+        // Of a declaration: the last value and its number.
         std::string_view declaredValue;
         std::uint64_t declaredNumber = 0;
         /// The name with the URI of the scope that has this number, the last one an element had.
@@ -50,17 +47,21 @@ private:
     static constexpr auto classifyText = markup::classifyText;
     [[nodiscard]] Name* nextElement() const noexcept { return *guess_; }
     [[nodiscard]] Name* open() const noexcept { return open_.empty() ? nullptr : open_.back(); }
+    /// The end of a root is for the handler to see.
+    [[nodiscard]] static constexpr bool isInside() noexcept { return true; }
     [[nodiscard]] bool keepsSpace() const noexcept { return scopes_->space.isPreserved(); }
+    [[nodiscard]] bool keepsInline() const noexcept { return scopes_->space.keepsInline(); }
     [[nodiscard]] Name* element(std::string_view bytes);
     [[nodiscard]] Name* attribute(Name& before, std::string_view bytes);
-    void startTag(Name& name);
+    bool startTag(Name& name);
+    [[nodiscard]] bool addNothing() const noexcept { return !isHeard_; }
     bool addAttribute(Name& name, std::string_view value, const markup::PassedKinds& kinds);
     void abandonStartTag() noexcept;
     bool endStartTag(bool isEmptyElement);
     void endEmptyElement();
-    bool endElement();
+    bool endElement(std::string_view name, bool isInnermost);
     bool addText(std::string_view text, const markup::PassedKinds& kinds);
-    void addComment(std::string_view text, bool isAscii);
+    bool addComment(std::string_view text, bool isAscii);
     template <class Node> void append(std::string_view text, bool isAscii);
 
     [[nodiscard]] Name* find(std::string_view bytes);
@@ -73,6 +74,9 @@ private:
 
     TNuSaxToDomHandler& handler_;
     TNuDOMDocument& document_;
+    TNuSaxLimits limits_;
+    bool isHeard_;
+    bool asksForEnds_; ///< end tags that do not fit their elements draw warnings, or faults
     const ReaderScopes* scopes_ = nullptr;
     markup::ByteNames<Name> names_;
 
@@ -88,6 +92,7 @@ private:
     Name* elementName_ = nullptr;
     TNuDOMAttribute* lastAttribute_ = nullptr;
     std::uint64_t elementNumber_ = 0;
+    std::size_t attributeCount_ = 0;
     std::vector<const NameURI*> uris_; ///< by the numbers of their declarations
     NuXmlString uri_;         ///< of the last declaration; its memory serves again and again
     bool hasMeaning_ = false; ///< an attribute has changed the scopes

@@ -56,12 +56,10 @@ void build(TNuDOMDocument& document, TNuDOMNode& parent, const nu::Loading& load
         reader.setErrorHandler(
             host::makeRef<ReportingHandler>(*loading.report, *handler, loading.file));
     }
-    // What nobody else listens to, and needs no look at its limits, goes straight into the tree.
+    // Nobody else listens, so what is plain goes straight into the tree.
     std::optional<nu::DirectLoader> loader;
-    const bool isLimited = document.Limits().Reading != TNuSaxLimits();
-    if (&parent == &document && !isLimited && loading.options == nullptr &&
-        loading.report == nullptr) {
-        reader.setDirectContent(&loader.emplace(*handler, document));
+    if (&parent == &document) {
+        reader.setDirectContent(&loader.emplace(*handler, document, loading.report != nullptr));
     }
     try {
         parse(reader);

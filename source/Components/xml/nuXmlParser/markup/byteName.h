@@ -63,23 +63,34 @@ template <class Name> class ByteNames {
     static_assert(std::is_trivially_destructible_v<Name>);
 
 public:
+    /// Of a text that is not empty and behind whose start 8 bytes can be read.
     [[nodiscard]] std::uint64_t hashOf(std::string_view text) const noexcept {
+        const auto eightAt = [](const char* place) {
+            std::uint64_t eight = 0;
+            std::memcpy(&eight, place, sizeof eight);
+            return eight;
+        };
+        constexpr std::size_t eight = sizeof(std::uint64_t);
         std::uint64_t hash = keys_.start ^ text.size();
-        std::uint64_t eight = 0;
-        for (; text.size() > sizeof eight; text.remove_prefix(sizeof eight)) {
-            std::memcpy(&eight, text.data(), sizeof eight);
-            hash = mixHash(keys_, hash ^ eight);
+        if (text.size() <= eight) {
+            const std::size_t beyond = 64 - 8 * text.size();
+            return mixHash(keys_, hash ^ (eightAt(text.data()) & ~std::uint64_t{0} >> beyond));
         }
-        eight = 0;
-        std::memcpy(&eight, text.data(), text.size());
-        return mixHash(keys_, hash ^ eight);
+        // The last eight may have been looked at in part.
+        const char* const last = text.data() + text.size() - eight;
+        for (const char* place = text.data(); place < last; place += eight) {
+            hash = mixHash(keys_, hash ^ eightAt(place));
+        }
+        return mixHash(keys_, hash ^ eightAt(last));
     }
     /// The name of that hash, null when it was not met yet.
     [[nodiscard]] Name* find(std::string_view text, std::uint64_t hash) const noexcept {
         for (std::size_t place = hash & mask(); slots_[place] != nullptr;
              place = (place + 1) & mask()) {
-            if (slots_[place]->hash == hash && slots_[place]->text == text) {
-                return slots_[place];
+            Name* const name = slots_[place];
+            if (name->hash == hash && name->text.size() == text.size() &&
+                (name->standsAt(text.data()) || name->text == text)) {
+                return name;
             }
         }
         return nullptr;

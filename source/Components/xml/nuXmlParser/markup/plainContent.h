@@ -24,45 +24,46 @@ namespace nu::markup {
 /// - `Name* nextElement()`: which name the next element has, by those before; null without a guess;
 /// - `Name* element(bytes)`: the name that reads so, which becomes the next guess; null where it is
 ///   not plain; `Name* attribute(before, bytes)` in the same way, `before` being the name before;
-/// - `startTag(name)`, then for each attribute `bool addAttribute(name, value, kinds)`, and at the
-///   end `bool endStartTag(isEmptyElement)`, or `abandonStartTag()` also where an attribute was
-///   refused;
-/// - `endEmptyElement()` behind the start tag of an empty element; `bool endElement()` at an end
-///   tag;
+/// - `bool startTag(name)`, then for each attribute `bool addAttribute(name, value, kinds)`, or
+///   `bool addNothing()` where there is none behind a space, and at the end
+///   `bool endStartTag(isEmptyElement)`; `abandonStartTag()` where one of those between, or what
+///   stands in the tag, refuses it;
+/// - `endEmptyElement()` behind the start tag of an empty element;
+///   `bool endElement(name, isInnermost)` at an end tag, with what stands in it and whether that is
+///   open();
 /// - `Name* open()`: the name of the innermost element, null where it is not known;
-/// - `addComment(text, isAscii)`, `bool addText(text, kinds)`, and `keepsSpace()`: whether white
-///   space alone is text; `classifyText`, what is to be told of text: see markup::classifyText.
+/// - `bool addText(text, kinds)`, with `classifyText`, what is to be told of text, see
+///   markup::classifyText; `bool addComment(text, isAscii)`;
+/// - `isInside()`: whether text counts; `keepsSpace()`: whether white space alone is text;
+///   `keepsInline()`: whether it is where it has no line break.
 ///
 /// False where that cannot be taken here, and nothing came of it: the scanners that go step by step
-/// take it instead.
-/// Behind all of what it gets at least 16 bytes more can be read.
+/// take it instead. Behind all texts at least 16 bytes more can be read.
 template <class Sink> class PlainContent {
 public:
     using Name = typename Sink::Name;
 
     explicit PlainContent(Sink& sink) noexcept : sink_(sink) {}
 
-    /// Reads from a "<" or ">" on; gives what was passed up to the "<" or ">" that is not plain.
-    PassedBytes read(std::string_view bytes) {
-        PassedBytes passed{bytes.data(), bytes.data()};
+    /// Reads from a "<" or ">" on up to the "<" or ">" that is not plain. What is passed ends
+    /// there, and at the last character of what is at hand whenever the sink is told of something.
+    void read(std::string_view bytes, PassedBytes& passed) {
         if (bytes.size() <= reach) {
-            return passed;
+            return;
         }
         limit_ = bytes.data() + (bytes.size() - reach);
         const char* place = bytes.data();
-        while (place != nullptr) {
-            passed.end = place;
-            if (*place == cNuGtA) {
-                place = readText(place, passed);
-            } else if (place[1] == cNuSlashA) {
-                place = readEndTag(place);
-            } else if (place[1] == cNuExclA) {
-                place = readComment(place);
-            } else {
-                place = readStartTag(place);
+        for (;;) {
+            const char* const next = *place == cNuGtA        ? readText(place, passed)
+                                     : place[1] == cNuSlashA ? readEndTag(place, passed)
+                                     : place[1] == cNuExclA  ? readComment(place, passed)
+                                                             : readStartTag(place, passed);
+            if (next == nullptr) {
+                passed.end = place;
+                return;
             }
+            place = next;
         }
-        return passed;
     }
 
 private:
@@ -75,7 +76,7 @@ private:
     /// From the ">" of a tag over text, white space or nothing to the "<" behind it.
     [[gnu::always_inline]] const char* readText(const char* tagEnd, PassedBytes& passed) {
         // 1. The character behind a tag is read raw.
-        if (tagEnd > limit_) [[unlikely]] {
+        if (tagEnd > limit_ || !sink_.isInside()) [[unlikely]] {
             return nullptr;
         }
         const char* const start = tagEnd + 1;
@@ -96,23 +97,35 @@ private:
                 return nullptr;
             }
         }
+        const bool isText = *solid != cNuLtA || isInlineSpace(text(start, solid));
         const char* end = solid;
-        if (*solid != cNuLtA) {
+        PassedKinds kinds;
+        if (isText) {
             // 3. Text. A ">" right behind a tag is none.
-            PassedKinds kinds;
             end = findStop<Sink::classifyText>(solid, limit_, kinds);
-            if (end == nullptr || *end != cNuLtA || *start == cNuGtA ||
-                !sink_.addText(text(start, end), kinds)) [[unlikely]] {
+            if (end == nullptr || *end != cNuLtA || *start == cNuGtA) {
                 return nullptr;
             }
         }
-        passed.deliveredLineFeed = isLineFeed ? start : passed.deliveredLineFeed;
-        passed.deliveredControls += isLineFeed || isLineEnd ? 1 : 0;
+        const char* const lineFeedBefore = passed.deliveredLineFeed;
+        const int controls = isLineFeed || isLineEnd ? 1 : 0;
+        passed.deliveredLineFeed = isLineFeed ? start : lineFeedBefore;
+        passed.deliveredControls += controls;
+        passed.end = end;
+        if (isText && !sink_.addText(text(start, end), kinds)) [[unlikely]] {
+            passed.deliveredLineFeed = lineFeedBefore;
+            passed.deliveredControls -= controls;
+            return nullptr;
+        }
         return end;
     }
 
+    bool isInlineSpace(std::string_view space) const noexcept {
+        return sink_.keepsInline() && space.find('\n') == space.npos;
+    }
+
     /// Takes the start tag at `less` and gives the place of its ">".
-    [[gnu::always_inline]] const char* readStartTag(const char* less) {
+    [[gnu::always_inline]] const char* readStartTag(const char* less, PassedBytes& passed) {
         // 1. The name.
         if (less > limit_) [[unlikely]] {
             return nullptr;
@@ -131,24 +144,23 @@ private:
         }
 
         // 2. The attributes, and what ends the tag.
-        sink_.startTag(*name);
+        if (!sink_.startTag(*name)) [[unlikely]] {
+            return nullptr;
+        }
         if (*place == cNuSpaceA) {
-            place = isSolid(place[1]) ? place + 1 : findSolid(place, limit_);
-            Name* before = name;
-            while (place != nullptr && *place != cNuGtA && *place != cNuSlashA) {
-                place = readAttribute(place, before);
-            }
-            if (place == nullptr || (*place == cNuSlashA && place[1] != cNuGtA)) [[unlikely]] {
+            place = readAttributes(place, *name);
+            if (place == nullptr) [[unlikely]] {
                 sink_.abandonStartTag();
                 return nullptr;
             }
         }
-
-        // 3. An empty element ends where it starts.
         const bool isEmptyElement = *place == cNuSlashA;
+        passed.end = place;
         if (!sink_.endStartTag(isEmptyElement)) [[unlikely]] {
             return nullptr;
         }
+
+        // 3. An empty element ends where it starts.
         if (isEmptyElement) {
             sink_.endEmptyElement();
             ++place;
@@ -178,6 +190,24 @@ private:
         } while (*place == cNuColonA);
         return place;
     }
+
+    /// From the space behind the name of an element to the end of its tag.
+    [[gnu::always_inline]] const char* readAttributes(const char* space, Name& name) {
+        const char* place = isSolid(space[1]) ? space + 1 : findSolid(space, limit_);
+        if (place == nullptr || (endsTag(*place) && !sink_.addNothing())) [[unlikely]] {
+            return nullptr;
+        }
+        Name* before = &name;
+        while (!endsTag(*place)) {
+            place = readAttribute(place, before);
+            if (place == nullptr) [[unlikely]] {
+                return nullptr;
+            }
+        }
+        return *place == cNuSlashA && place[1] != cNuGtA ? nullptr : place;
+    }
+
+    static bool endsTag(char byte) noexcept { return byte == cNuGtA || byte == cNuSlashA; }
 
     /// Takes the attribute whose name begins at `start` and gives the first character behind the
     /// spaces after its value.
@@ -234,15 +264,16 @@ private:
     }
 
     /// Takes the end tag at `less` and gives the place of its ">".
-    [[gnu::always_inline]] const char* readEndTag(const char* less) {
+    [[gnu::always_inline]] const char* readEndTag(const char* less, PassedBytes& passed) {
         if (less > limit_) [[unlikely]] {
             return nullptr;
         }
         const char* const start = less + 2;
         const Name* open = sink_.open();
         const char* end = nullptr;
-        if (open != nullptr && open->standsAt(start) && start[open->text.size()] == cNuGtA)
-            [[likely]] {
+        const bool isInnermost =
+            open != nullptr && open->standsAt(start) && start[open->text.size()] == cNuGtA;
+        if (isInnermost) [[likely]] {
             end = start + open->text.size();
         } else {
             // Whatever stands there: nobody compares it with the name of the element.
@@ -251,12 +282,13 @@ private:
                 return nullptr;
             }
         }
-        return sink_.endElement() ? end : nullptr;
+        passed.end = end;
+        return sink_.endElement(text(start, end), isInnermost) ? end : nullptr;
     }
 
     /// Takes the comment at `less` and gives the place of its ">". Control characters would have to
     /// be dropped, and two dashes inside are better looked at.
-    [[gnu::noinline]] const char* readComment(const char* less) {
+    [[gnu::noinline]] const char* readComment(const char* less, PassedBytes& passed) {
         if (less > limit_ || less[2] != cNuLineA || less[3] != cNuLineA) {
             return nullptr;
         }
@@ -277,8 +309,8 @@ private:
         if (place[2] != cNuGtA) {
             return nullptr;
         }
-        sink_.addComment(text(start, place), kinds.isAscii);
-        return place + 2;
+        passed.end = place + 2;
+        return sink_.addComment(text(start, place), kinds.isAscii) ? passed.end : nullptr;
     }
 
     Sink& sink_;

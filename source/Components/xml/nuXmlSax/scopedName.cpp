@@ -1,0 +1,43 @@
+#include "nuXmlSax/scopedName.h"
+
+#include "common/caseFolding.h"
+#include "nuXmlParser/chars.h"
+
+namespace nu {
+
+namespace {
+
+constexpr std::u16string_view declarationPrefix = u"xmlns";
+
+bool declares(std::u16string_view name, bool isExact) {
+    const std::u16string_view letters = name.substr(0, declarationPrefix.size());
+    // Both letter cases of the first letter, which few names have.
+    return (name.front() | 0x20) == u'x' &&
+           (isExact ? letters == declarationPrefix : NuEqualFolded(letters, declarationPrefix)) &&
+           (name.size() == letters.size() || name[letters.size()] == cNuColon);
+}
+
+} // namespace
+
+ScopedName::ScopedName(std::string_view bytes, std::uint64_t hash, std::u16string_view units,
+                       TNuSaxNamespaceList& namespaces, bool isExact)
+    : ByteName(bytes, hash), units(units), localStart(0), meaning(Meaning::None),
+      declared(nullptr) {
+    // 1. The reader divides names at their last colon.
+    const std::size_t colon = units.rfind(cNuColon);
+    if (colon != units.npos) {
+        localStart = static_cast<std::uint32_t>(colon) + 1;
+    }
+    scope = &namespaces.prefixScope(units.substr(0, hasColon() ? colon : 0));
+
+    // 2. Declarations are known by their first letters, and prefix nothing else.
+    if (declares(units, isExact)) {
+        meaning = Meaning::Namespace;
+        declaredPrefix = units.substr(hasColon() ? localStart : units.size());
+        declared = &namespaces.prefixScope(declaredPrefix);
+    } else if (units == u"xml:space") {
+        meaning = Meaning::Space;
+    }
+}
+
+} // namespace nu
