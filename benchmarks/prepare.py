@@ -199,6 +199,8 @@ def generated():
     yield "dense", fill(24 * MEGABYTE, dense)
     for shape in (indented, prose, deep, wide, prefixed):
         yield shape.__name__, fill(24 * MEGABYTE, shape(generator, vocabulary))
+    for name, size in (("small1k", 1_000), ("small4k", 4_000)):
+        yield name, fill(size - 350, indented(generator, vocabulary))
 
 
 def write(folder, name, text, note):

@@ -16,8 +16,8 @@ import sys
 OURS = "nuxml"
 # Other forms of ours stand after ours, a copy is the limit and stands last.
 LAST = "copy"
-WORKS = ["read", "conform", "check", "rewrite", "escape", "unescape", "load", "destroy", "write",
-         "format", "select", "save", "restore"]
+WORKS = ["read", "conform", "check", "rewrite", "escape", "unescape", "load", "loadFirst", "destroy",
+         "write", "format", "select", "save", "restore"]
 
 
 def read_results(paths):
@@ -37,8 +37,12 @@ def read_results(paths):
             if result.get("error_occurred"):
                 failures.append(f"{work} {subject}: {side} {result['error_message']}")
                 continue
-            times[work, subject][side].append(result["cpu_time"])
-            waits.append(result["real_time"] / result["cpu_time"])
+            # What was measured in a process of its own stands as the time on the wall.
+            if result["name"].endswith("/manual_time"):
+                times[work, subject][side].append(result["real_time"])
+            else:
+                times[work, subject][side].append(result["cpu_time"])
+                waits.append(result["real_time"] / result["cpu_time"])
             speeds[work, subject][side].append(result.get("bytes_per_second", 0.0))
     return times, speeds, sorted(set(failures)), statistics.median(waits or [1])
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <deque>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -30,8 +32,8 @@ public:
     void read(std::string_view bytes, PassedBytes& passed) {
         passed_ = &passed;
         open_.clear();
-        unknown_ = nullptr;
-        guess_ = &unknown_;
+        passingCount_ = 0;
+        expectNothing();
         markup::PlainContent(*this).read(bytes, passed);
     }
 
@@ -42,6 +44,12 @@ private:
         Name(std::string_view bytes, std::uint64_t hash, std::u16string_view units,
              TNuSaxNamespaceList& namespaces, bool isExact)
             : ScopedName(bytes, hash, units, namespaces, isExact) {}
+
+        bool isPassing = false;       ///< no name of the table, but
+        std::size_t passingIndex = 0; ///< the one of this number among the passing ones
+        bool isAscii = false;         ///< known of passing names
+        /// How often another name came than the follower; from mostMisses on nobody learns.
+        std::uint8_t misses[3]{};
 
         [[nodiscard]] std::u16string_view local() const noexcept {
             return {units.data() + localStart, units.size() - localStart};
@@ -65,10 +73,8 @@ private:
     [[nodiscard]] bool isInside() const noexcept { return reader_.depth_ >= 1; }
     [[nodiscard]] bool keepsSpace() const noexcept { return reader_.space_.isPreserved(); }
     [[nodiscard]] bool keepsInline() const noexcept { return reader_.space_.keepsInline(); }
-    Name* element(std::string_view bytes) { return *guess_ = find(bytes); }
-    Name* attribute(Name& before, std::string_view bytes) {
-        return before.followers[markup::ByteName::Attribute] = find(bytes);
-    }
+    Name* element(std::string_view bytes);
+    Name* attribute(Name& before, std::string_view bytes);
     bool startTag(Name& name);
     bool addNothing() noexcept { return isBare_ = true; }
     bool addAttribute(Name& name, std::string_view value, const markup::PassedKinds& kinds);
@@ -80,21 +86,37 @@ private:
     bool addComment(std::string_view bytes, bool isAscii);
 
     [[nodiscard]] Name* find(std::string_view bytes);
+    bool makePassing(Name& name, std::string_view bytes) const noexcept;
+    Name* passingElement(std::string_view bytes);
+    void expectBehind(Name& name, markup::ByteName::Follower kind) noexcept;
+    void expectNothing() noexcept;
     void applyAttributes();
     void leaveElement() noexcept;
 
     SaxScanner<Source>& scanner_;
     TNuSAXXMLReader& reader_;
     PassedBytes* passed_ = nullptr;
+    /// Names beyond these are not kept, so that memory stays bounded whatever the document.
+    static constexpr std::size_t mostNames = 4096;
+    /// Elements in each other whose names are known.
+    static constexpr std::size_t mostOpen = 4096;
+    static constexpr std::uint8_t mostMisses = 4;
+
     markup::ByteNames<Name> names_;
     WideText nameTexts_;
+    /// Names that are looked at where they stand: those of open elements, and of an attribute.
+    std::deque<Name> passing_;
+    std::size_t passingCount_ = 0;
+    std::optional<Name> passingAttribute_;
     WideText texts_; ///< of what is being delivered
 
     std::vector<Name*> open_; ///< the names of the innermost elements, as far as they are known
     /// Where the name of the next element was kept last time: with that of the element that
     /// started or ended last.
     Name** guess_ = &unknown_;
+    std::uint8_t* misses_ = &unknownMisses_;
     Name* unknown_ = nullptr;
+    std::uint8_t unknownMisses_ = 0;
 
     // Of the tag at hand.
     Name* element_ = nullptr;
@@ -114,7 +136,7 @@ typename PlainEvents<Source>::Name* PlainEvents<Source>::find(std::string_view b
     }
     const auto isControl = [](char byte) { return static_cast<unsigned char>(byte) < ' '; };
     const std::size_t limit = reader_.limits_.NameLength;
-    if (std::any_of(bytes.begin(), bytes.end(), isControl) ||
+    if (names_.count() == mostNames || std::any_of(bytes.begin(), bytes.end(), isControl) ||
         (bytes.size() > limit && NuUtf16Length(bytes) > limit)) {
         return nullptr;
     }
@@ -123,11 +145,78 @@ typename PlainEvents<Source>::Name* PlainEvents<Source>::find(std::string_view b
     return &names_.add(bytes, hash, units, reader_.namespaces_, reader_.isBehindStage_);
 }
 
+/// Most names mean nothing to the scopes. To widen one is quicker than to look it up, which only
+/// pays where the next one is guessed.
+template <class Source>
+bool PlainEvents<Source>::makePassing(Name& name, std::string_view bytes) const noexcept {
+    const bool isShort =
+        bytes.size() <= std::min(markup::ByteName::longestGuess, reader_.limits_.NameLength);
+    if (!isShort) {
+        return false;
+    }
+    const markup::NameKinds kinds = markup::classifyName(bytes.data(), bytes.size());
+    name.become(bytes);
+    name.isPassing = true;
+    name.isAscii = kinds.isAscii;
+    name.misses[markup::ByteName::Attribute] = mostMisses;
+    return kinds.isOrdinary;
+}
+
+template <class Source>
+typename PlainEvents<Source>::Name* PlainEvents<Source>::passingElement(std::string_view bytes) {
+    if (passingCount_ == passing_.size()) {
+        passing_.emplace_back("-", 0, u"-", reader_.namespaces_, true);
+    }
+    Name& name = passing_[passingCount_];
+    if (!makePassing(name, bytes)) {
+        return nullptr;
+    }
+    name.passingIndex = passingCount_++;
+    return &name;
+}
+
+template <class Source>
+typename PlainEvents<Source>::Name* PlainEvents<Source>::element(std::string_view bytes) {
+    if (*misses_ == mostMisses || names_.count() == mostNames) {
+        if (Name* const name = passingElement(bytes)) {
+            return name;
+        }
+    } else {
+        ++*misses_;
+    }
+    return *guess_ = find(bytes);
+}
+
+template <class Source>
+typename PlainEvents<Source>::Name* PlainEvents<Source>::attribute(Name& before,
+                                                                   std::string_view bytes) {
+    std::uint8_t& misses = before.misses[markup::ByteName::Attribute];
+    if (misses == mostMisses || names_.count() == mostNames) {
+        if (!passingAttribute_) {
+            passingAttribute_.emplace("-", 0, u"-", reader_.namespaces_, true);
+        }
+        Name& name = *passingAttribute_;
+        if (!scanner_.mayBeMeaningful(static_cast<unsigned char>(bytes.front())) &&
+            makePassing(name, bytes)) {
+            name.units = texts_.append(bytes, name.isAscii);
+            return &name;
+        }
+    } else {
+        ++misses;
+    }
+    Name* const name = find(bytes);
+    if (!before.isPassing) {
+        before.followers[markup::ByteName::Attribute] = name;
+    }
+    return name;
+}
+
 // Start tags
 
 template <class Source>
 [[gnu::always_inline]] inline bool PlainEvents<Source>::startTag(Name& name) {
-    if (reader_.depth_ >= reader_.limits_.Depth) [[unlikely]] {
+    // Somebody may want to take the bytes from here on.
+    if (reader_.depth_ >= reader_.limits_.Depth || reader_.directContent_ != nullptr) [[unlikely]] {
         return false;
     }
     element_ = &name;
@@ -135,6 +224,9 @@ template <class Source>
     meaningful_.clear();
     isBare_ = false;
     texts_.startAnew();
+    if (name.isPassing) {
+        name.units = texts_.append(name.text, name.isAscii);
+    }
     return true;
 }
 
@@ -186,8 +278,12 @@ template <class Source>
     uri_ = scanner_.uriOf(name.scope->newest(), parts);
 
     // 2. The event.
+    if (open_.size() == mostOpen) [[unlikely]] {
+        open_.clear();
+        passingCount_ = 0;
+    }
     open_.push_back(&name);
-    guess_ = &name.followers[markup::ByteName::Child];
+    expectBehind(name, markup::ByteName::Child);
     scanner_.reportElementStart(uri_, parts, *attributes_);
     return true;
 }
@@ -205,9 +301,14 @@ template <class Source>
     if (reader_.depth_ < 1) [[unlikely]] {
         return false;
     }
-    const Name* const name = isInnermost ? open_.back() : find(bytes);
-    if (name == nullptr) [[unlikely]] {
+    Name* name = isInnermost ? open_.back() : passingElement(bytes);
+    if (name == nullptr && (name = find(bytes)) == nullptr) [[unlikely]] {
         return false;
+    }
+    if (name->isPassing) {
+        texts_.startAnew();
+        name->units = texts_.append(name->text, name->isAscii);
+        passingCount_ = name->passingIndex;
     }
     const auto parts = name->parts();
     scanner_.reportElementEnd(scanner_.uriOf(name->scope->newest(), parts), parts);
@@ -218,12 +319,34 @@ template <class Source>
 template <class Source>
 [[gnu::always_inline]] inline void PlainEvents<Source>::leaveElement() noexcept {
     if (open_.empty()) [[unlikely]] {
-        unknown_ = nullptr;
-        guess_ = &unknown_;
-    } else {
-        guess_ = &open_.back()->followers[markup::ByteName::Sibling];
-        open_.pop_back();
+        expectNothing();
+        return;
     }
+    Name& name = *open_.back();
+    open_.pop_back();
+    if (name.isPassing) {
+        passingCount_ = name.passingIndex;
+    }
+    expectBehind(name, markup::ByteName::Sibling);
+}
+
+template <class Source>
+inline void PlainEvents<Source>::expectBehind(Name& name,
+                                              markup::ByteName::Follower kind) noexcept {
+    if (name.isPassing) {
+        expectNothing();
+        unknownMisses_ = mostMisses;
+    } else {
+        guess_ = &name.followers[kind];
+        misses_ = &name.misses[kind];
+    }
+}
+
+template <class Source> void PlainEvents<Source>::expectNothing() noexcept {
+    unknown_ = nullptr;
+    unknownMisses_ = 0;
+    guess_ = &unknown_;
+    misses_ = &unknownMisses_;
 }
 
 template <class Source>

@@ -114,14 +114,14 @@ template <class Source> void SaxScanner<Source>::readDirectly() {
         // 1. Somebody else takes the bytes, or they become events here.
         const std::string_view bytes = source_.bytesFromHere();
         PassedBytes& passed = source_.startPassing(bytes);
-        if (reader_.directContent_ != nullptr) {
-            reader_.directContent_->read(bytes, passed,
-                                         {reader_.depth_, reader_.namespaces_, reader_.space_});
-        } else {
+        if (reader_.directContent_ == nullptr) {
             if (!plainEvents_) {
                 plainEvents_.emplace(*this);
             }
             plainEvents_->read(bytes, passed);
+        } else if (reader_.depth_ >= 1) {
+            reader_.directContent_->read(bytes, passed,
+                                         {reader_.depth_, reader_.namespaces_, reader_.space_});
         }
         source_.continueBehindPassed();
 
