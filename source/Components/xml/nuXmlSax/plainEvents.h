@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
+#include <memory>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -105,7 +105,7 @@ private:
     markup::ByteNames<Name> names_;
     WideText nameTexts_;
     /// Names that are looked at where they stand: those of open elements, and of an attribute.
-    std::deque<Name> passing_;
+    std::vector<std::unique_ptr<Name>> passing_;
     std::size_t passingCount_ = 0;
     std::optional<Name> passingAttribute_;
     WideText texts_; ///< of what is being delivered
@@ -165,9 +165,9 @@ bool PlainEvents<Source>::makePassing(Name& name, std::string_view bytes) const 
 template <class Source>
 typename PlainEvents<Source>::Name* PlainEvents<Source>::passingElement(std::string_view bytes) {
     if (passingCount_ == passing_.size()) {
-        passing_.emplace_back("-", 0, u"-", reader_.namespaces_, true);
+        passing_.push_back(std::make_unique<Name>("-", 0, u"-", reader_.namespaces_, true));
     }
-    Name& name = passing_[passingCount_];
+    Name& name = *passing_[passingCount_];
     if (!makePassing(name, bytes)) {
         return nullptr;
     }
