@@ -7,6 +7,10 @@
 
 /// Uses all three libraries from outside, with an exception that crosses them.
 int main() {
+    if (host::DefaultDOMVendor().empty()) {
+        std::puts("nothing has registered the vendors");
+        return 1;
+    }
     TNuSAXXMLReader reader;
     reader.OnStartElement = [](auto&, auto&, auto&, auto&, host::IAttributes& attributes) {
         const NuXmlString title = NuXMLToStr(attributes.getValue(u"title"));
