@@ -4,7 +4,8 @@
 string(TIMESTAMP packageDate "%a, %d %b %Y %H:%M:%S +0000" UTC)
 set(contact "$ENV{DEBFULLNAME} <$ENV{DEBEMAIL}>")
 if(NOT "$ENV{DEBEMAIL}" MATCHES "@")
-    set(contact "The nuxml authors <nuxml@nuxml.net>")
+    # A reserved name, which can be nobody's: who makes packages for others says who they are.
+    set(contact "The nuxml authors <maintainers@nuxml.example>")
 endif()
 
 set(CPACK_GENERATOR TGZ)
