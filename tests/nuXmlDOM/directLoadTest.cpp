@@ -185,4 +185,30 @@ TEST(DirectLoading, buildsWhatTheEventsTell) {
     }
 }
 
+/// A token is whole however much of the text is decoded at a time.
+TEST(DirectLoading, takesTokensThatAreLongerThanItsWindow) {
+    const char* const shapes[] = {"<~/>",
+                                  "<~ b=\"c\">\n</~>",
+                                  "<p:~ xmlns:p=\"u\"/>",
+                                  "<r ~=\"1\"><~/></r>",
+                                  "<r b=\"~\">~&amp;~</r>",
+                                  "<r><?~ ~?><!--~--><![CDATA[~]]></r>",
+                                  "<!DOCTYPE ~ SYSTEM \"~\"><~>~</~>"};
+    support::Random random(1);
+    for (const char* const shape : shapes) {
+        for (const std::size_t length : {32'700U, 32'768U, 33'000U, 70'000U}) {
+            const std::string token(length, 'a');
+            std::string bytes;
+            for (const char letter : std::string_view(shape)) {
+                bytes += letter == '~' ? token : std::string(1, letter);
+            }
+            Way way = randomWay(random);
+            way.limits = {};
+            const std::string told = loadDirectly(way, bytes);
+            EXPECT_TRUE(told == loadByEvents(way, bytes)) << shape << " with " << length;
+            EXPECT_NE(told.find(token), std::string::npos) << shape << " with " << length;
+        }
+    }
+}
+
 } // namespace

@@ -25,7 +25,7 @@ namespace nu {
 /// of elements, so that they mean the same, event by event and position by position.
 template <class Source> class PlainEvents {
 public:
-    explicit PlainEvents(SaxScanner<Source>& scanner) noexcept
+    explicit PlainEvents(SaxScanner<Source>& scanner)
         : scanner_(scanner), reader_(scanner.reader_) {}
 
     /// Takes what is plain of UTF-8 that begins with the "<" or ">" that is current.
