@@ -232,8 +232,8 @@ std::u16string_view DirectObjects::className() {
 
 // Ends and texts
 
-[[gnu::always_inline]] inline bool DirectObjects::endElement(std::string_view /*name*/,
-                                                             bool /*isInnermost*/) {
+[[gnu::always_inline]] inline bool DirectObjects::endElement(bool /*isInnermost*/) {
+    // The end of a root is for the events to see.
     if (scopes_->depth <= 1) [[unlikely]] {
         return false;
     }

@@ -57,8 +57,6 @@ private:
     static constexpr auto classifyText = markup::classifyReferences;
     [[nodiscard]] Name* nextElement() const noexcept { return *guess_; }
     [[nodiscard]] Name* open() const noexcept { return open_.empty() ? nullptr : open_.back(); }
-    /// The end of a root is for the events to see.
-    [[nodiscard]] static constexpr bool isInside() noexcept { return true; }
     [[nodiscard]] bool keepsSpace() const noexcept { return scopes_->space.isPreserved(); }
     [[nodiscard]] bool keepsInline() const noexcept { return scopes_->space.keepsInline(); }
     [[nodiscard]] Name* element(std::string_view bytes);
@@ -69,7 +67,7 @@ private:
     void abandonStartTag();
     bool endStartTag(bool isEmptyElement);
     void endEmptyElement() noexcept { closeScopes(); }
-    bool endElement(std::string_view name, bool isInnermost);
+    bool endElement(bool isInnermost);
     bool addText(std::string_view text, const markup::PassedKinds& kinds);
     static constexpr bool addComment(std::string_view /*text*/, bool /*isAscii*/) noexcept {
         return true;

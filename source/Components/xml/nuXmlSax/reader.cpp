@@ -180,7 +180,8 @@ void TNuSAXXMLReader::scanLarge(std::unique_ptr<host::TStream> owned, host::TStr
 void TNuSAXXMLReader::scanSmall(std::unique_ptr<host::TStream> owned, host::TStream* stream) {
     // Text that stays in the nearer caches from its decoding to its last use.
     constexpr std::size_t windowLength = 32 * 1024;
-    scan(new TNuXmlSmallStreamParser(stream, false, errorHandler_, windowLength, true),
+    scan(new TNuXmlSmallStreamParser(stream, false, errorHandler_, windowLength,
+                                     directContent_ != nullptr),
          std::move(owned));
 }
 

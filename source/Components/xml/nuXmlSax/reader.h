@@ -26,7 +26,6 @@ class ENuXmlFault;
 
 namespace nu {
 class DirectContent;
-template <class Source> class PlainEvents;
 template <class Source> class SaxScanner;
 } // namespace nu
 
@@ -158,7 +157,6 @@ public:
     std::int32_t _Release() noexcept override;
 
 private:
-    template <class Source> friend class nu::PlainEvents;
     template <class Source> friend class nu::SaxScanner;
 
     void parse(std::unique_ptr<host::TStream> owned, host::TStream* stream, bool isFragment);

@@ -111,26 +111,20 @@ template <class Source> std::u16string_view SaxScanner<Source>::scanAttributeVal
 /// Declarations open a scope; xml:space decides about the element's own white space. Both stay in
 /// the list.
 template <class Source> void SaxScanner<Source>::applyAttribute(const TNuSAXAttribute& attribute) {
-    if (attribute.IsNamespaceDecl()) {
-        applyDeclaration(attribute, reader_.namespaces_.prefixScope(attribute.localNameSpan()));
-    } else if (attribute.qNameSpan() == u"xml:space") {
-        applySpace(attribute);
-    }
-}
-
-template <class Source>
-void SaxScanner<Source>::applyDeclaration(const TNuSAXAttribute& attribute, PrefixScope& scope) {
-    const std::u16string_view prefix = attribute.localNameSpan();
-    if (!attribute.IsDefaultNamespace() && content() != nullptr) {
-        content()->startPrefixMapping(prefix, attribute.valueSpan());
-    }
-    reader_.namespaces_.AddNamespace(reader_.depth_, scope, prefix, attribute.valueSpan());
-}
-
-template <class Source> void SaxScanner<Source>::applySpace(const TNuSAXAttribute& attribute) {
     const std::u16string_view value = attribute.valueSpan();
-    if (value == u"preserve" || value == u"default") {
-        reader_.space_.set(reader_.depth_, value == u"preserve");
+    if (attribute.IsDefaultNamespace()) {
+        reader_.namespaces_.AddNamespace(reader_.depth_, {}, value);
+    } else if (attribute.IsNamespaceDecl()) {
+        if (content() != nullptr) {
+            content()->startPrefixMapping(attribute.localNameSpan(), value);
+        }
+        reader_.namespaces_.AddNamespace(reader_.depth_, attribute.localNameSpan(), value);
+    } else if (attribute.qNameSpan() == u"xml:space") {
+        if (value == u"preserve") {
+            reader_.space_.set(reader_.depth_, true);
+        } else if (value == u"default") {
+            reader_.space_.set(reader_.depth_, false);
+        }
     }
 }
 

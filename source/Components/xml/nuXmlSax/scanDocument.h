@@ -4,7 +4,6 @@
 #include "nuXmlSax/contentHandler.h"
 #include "nuXmlSax/directContent.h"
 #include "nuXmlSax/messages.h"
-#include "nuXmlSax/plainEvents.h"
 #include "nuXmlSax/scanner.h"
 
 /// \file
@@ -98,7 +97,7 @@ template <class Source> void SaxScanner<Source>::scanContent() {
 
 template <class Source> bool SaxScanner<Source>::readsDirectly() const noexcept {
     if constexpr (Source::hasBytesAtHand) {
-        return source_.isUtf8();
+        return reader_.directContent_ != nullptr && source_.isUtf8();
     }
     return false;
 }
@@ -111,21 +110,12 @@ template <class Source> void SaxScanner<Source>::readDirectly() {
         if (current != cNuLt && current != cNuGt) {
             return;
         }
-        // 1. Somebody else takes the bytes, or they become events here.
-        const std::string_view bytes = source_.bytesFromHere();
-        PassedBytes& passed = source_.startPassing(bytes);
-        if (reader_.directContent_ == nullptr) {
-            if (!plainEvents_) {
-                plainEvents_.emplace(*this);
-            }
-            plainEvents_->read(bytes, passed);
-        } else if (reader_.depth_ >= 1) {
-            reader_.directContent_->read(bytes, passed,
+        if (reader_.depth_ >= 1) {
+            const std::string_view bytes = source_.bytesFromHere();
+            reader_.directContent_->read(bytes, source_.startPassing(bytes),
                                          {reader_.depth_, reader_.namespaces_, reader_.space_});
+            source_.continueBehindPassed();
         }
-        source_.continueBehindPassed();
-
-        // 2. What is not plain.
         if (needsMoreText()) {
             source_.stayInPlace();
         }

@@ -38,7 +38,10 @@ template <class Source> void SaxScanner<Source>::scanStartTag() {
     // 4. The events; an empty element ends where it starts.
     reportElementStart(uri, name, attributes);
     if (source_.current() == cNuSlash) {
-        reportElementEnd(uri, name);
+        if (content() != nullptr) {
+            content()->endElement(uri, name.localName(), name.qName());
+        }
+        closeElement();
         source_.ReadXmlChar();
     }
 
@@ -113,7 +116,7 @@ template <class Source> void SaxScanner<Source>::scanEndTag() {
     if (reader_.depth_ == std::numeric_limits<std::int32_t>::min()) {
         fail(messages::tooManyEnds);
     }
-    reportElementEnd(resolveNamespace(name), name);
+    reportElementEnd(name);
 }
 
 template <class Source> void SaxScanner<Source>::checkName(std::u16string_view name) {
@@ -123,32 +126,29 @@ template <class Source> void SaxScanner<Source>::checkName(std::u16string_view n
     }
 }
 
-/// The event, and what it ends.
-template <class Source>
-inline void SaxScanner<Source>::reportElementEnd(std::u16string_view uri, const Name& name) {
+template <class Source> inline void SaxScanner<Source>::reportElementEnd(const Name& name) {
+    const std::u16string_view uri = resolveNamespace(name);
     if (content() != nullptr) {
         content()->endElement(uri, name.localName(), name.qName());
     }
+    closeElement();
+}
+
+template <class Source> inline void SaxScanner<Source>::closeElement() {
     reader_.namespaces_.RemoveLevel(reader_.depth_);
     reader_.space_.close(reader_.depth_);
     --reader_.depth_;
 }
 
+/// The URI of an element's name: never null, empty where there is none.
 template <class Source>
 inline std::u16string_view SaxScanner<Source>::resolveNamespace(const Name& name) {
     const std::u16string_view prefix = name.hasPrefix() ? name.prefix() : std::u16string_view();
-    return uriOf(reader_.namespaces_.GetNamespace(prefix), name);
-}
-
-/// The URI of an element's name: never null, empty where there is none.
-template <class Source>
-inline std::u16string_view SaxScanner<Source>::uriOf(const TNuSaxNamespace* scope,
-                                                     const Name& name) {
-    if (scope != nullptr) {
+    if (const TNuSaxNamespace* scope = reader_.namespaces_.GetNamespace(prefix)) {
         return scope->URI;
     }
-    if (name.hasPrefix()) [[unlikely]] {
-        warn(host::formatMessage(messages::noNamespaceForPrefix, {name.prefix()}));
+    if (name.hasPrefix()) {
+        warn(host::formatMessage(messages::noNamespaceForPrefix, {prefix}));
     }
     return u"";
 }

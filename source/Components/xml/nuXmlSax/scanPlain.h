@@ -118,7 +118,10 @@ template <class Source> inline PNuXmlChar SaxScanner<Source>::scanPlainStartTag(
     if (*end != cNuSlash) {
         return end;
     }
-    reportElementEnd(uri, name);
+    if (content() != nullptr) {
+        content()->endElement(uri, name.localName(), name.qName());
+    }
+    closeElement();
     return end + 1;
 }
 
@@ -251,7 +254,7 @@ template <class Source> inline PNuXmlChar SaxScanner<Source>::scanPlainEndTag(PN
     }
     source_.releaseBefore(less + 1);
     source_.moveTo(name.end);
-    reportElementEnd(resolveNamespace(name), name);
+    reportElementEnd(name);
     return name.end;
 }
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -12,8 +11,6 @@
 #include "nuXmlSax/reader.h"
 
 namespace nu {
-
-template <class Source> class PlainEvents;
 
 /// Scans a document from a character source and calls the handlers of a reader.
 ///
@@ -29,8 +26,6 @@ public:
     void scanDocument();
 
 private:
-    friend class PlainEvents<Source>;
-
     /// A name as written and its part behind the last colon.
     struct Name {
         PNuXmlChar start;
@@ -85,10 +80,9 @@ private:
     Name scanStartTagName();
     void checkName(std::u16string_view name);
     void scanEndTag();
-    [[gnu::always_inline]] void reportElementEnd(std::u16string_view uri, const Name& name);
+    [[gnu::always_inline]] void reportElementEnd(const Name& name);
+    [[gnu::always_inline]] void closeElement();
     [[gnu::always_inline]] std::u16string_view resolveNamespace(const Name& name);
-    [[gnu::always_inline]] std::u16string_view uriOf(const TNuSaxNamespace* scope,
-                                                     const Name& name);
 
     // scanAttributes.h
     void scanAttributes(TNuSAXAttributes& attributes);
@@ -96,8 +90,6 @@ private:
     Name scanAttributeName();
     std::u16string_view scanAttributeValue();
     void applyAttribute(const TNuSAXAttribute& attribute);
-    void applyDeclaration(const TNuSAXAttribute& attribute, PrefixScope& scope);
-    void applySpace(const TNuSAXAttribute& attribute);
 
     // scanMarkup.h
     void scanComment();
@@ -143,7 +135,6 @@ private:
 
     TNuSAXXMLReader& reader_;
     Source& source_;
-    std::optional<PlainEvents<Source>> plainEvents_;
     std::u16string collected_;
     bool hasMeaningfulAttribute_ = false; ///< the plain tag being scanned may have one
 };

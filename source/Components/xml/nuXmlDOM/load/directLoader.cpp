@@ -223,8 +223,8 @@ void DirectLoader::abandonStartTag() noexcept {
     closeScopes();
 }
 
-[[gnu::always_inline]] inline bool DirectLoader::endElement(std::string_view /*name*/,
-                                                            bool isInnermost) {
+[[gnu::always_inline]] inline bool DirectLoader::endElement(bool isInnermost) {
+    // The end of a root is for the handler to see.
     if (scopes_->depth <= 1 || (!isInnermost && asksForEnds_)) [[unlikely]] {
         return false;
     }

@@ -63,11 +63,11 @@ inline ByteBlock classifyReferences(const char* place) noexcept {
         static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(cNuAmpA))))};
 }
 
-/// The same where one character and control characters are looked at.
-template <char sought> ByteBlock classifyControls(const char* place) noexcept {
+/// The same for comments, where a dash and control characters are looked at.
+inline ByteBlock classifyComment(const char* place) noexcept {
     const __m128i bytes = simd::loadBlock(place);
     const __m128i stops =
-        _mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(sought)),
+        _mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(cNuLineA)),
                      _mm_cmpeq_epi8(_mm_min_epu8(bytes, _mm_set1_epi8(cNuSpaceA - 1)), bytes));
     return {static_cast<unsigned>(_mm_movemask_epi8(stops)),
             static_cast<unsigned>(_mm_movemask_epi8(bytes)), 0};
@@ -105,8 +105,8 @@ inline ByteBlock classifyReferences(const char* place) noexcept {
     return classifyBytes<cNuLtA>(place);
 }
 
-template <char sought> ByteBlock classifyControls(const char* place) noexcept {
-    ByteBlock block = classifyBytes<sought>(place);
+inline ByteBlock classifyComment(const char* place) noexcept {
+    ByteBlock block = classifyBytes<cNuLineA>(place);
     for (unsigned index = 0; index < scanBlock; ++index) {
         const bool isControl = static_cast<unsigned char>(place[index]) < cNuSpaceA;
         block.stops |= static_cast<unsigned>(isControl) << index;
@@ -124,30 +124,6 @@ inline unsigned findSolidInBlock(const char* place) noexcept {
 }
 
 #endif
-
-/// The same for comments.
-inline ByteBlock classifyComment(const char* place) noexcept {
-    return classifyControls<cNuLineA>(place);
-}
-
-/// What stands in a name, behind whose start it and a block more can be read.
-struct NameKinds {
-    bool isAscii;
-    bool isOrdinary; ///< neither a colon nor a control character
-};
-
-inline NameKinds classifyName(const char* start, std::size_t size) noexcept {
-    unsigned odd = 0;
-    unsigned beyondAscii = 0;
-    for (std::size_t place = 0; place < size; place += scanBlock) {
-        const std::size_t left = size - place;
-        const unsigned inside = left < scanBlock ? (1U << left) - 1 : 0xFFFF;
-        const ByteBlock block = classifyControls<cNuColonA>(start + place);
-        odd |= block.stops & inside;
-        beyondAscii |= block.beyondAscii & inside;
-    }
-    return {beyondAscii == 0, odd == 0};
-}
 
 /// The first place at or behind `place` that a block of `classify` marks as a stop.
 template <ByteBlock (*classify)(const char*) noexcept>

@@ -51,13 +51,6 @@ struct ByteName {
                                                         text.size() - scanBlock) == 0);
     }
 
-    /// Takes another name, behind whose start a block can be read. Not for names in a table.
-    void become(std::string_view other) noexcept {
-        text = other;
-        std::memcpy(head.data(), other.data(), head.size());
-        beyond = other.size() < scanBlock ? 0xFFFFU & ~((1U << other.size()) - 1) : 0;
-    }
-
     std::array<char, scanBlock> head{};
     std::string_view text;
     std::uint64_t hash;
@@ -114,7 +107,6 @@ public:
         }
         return nullptr;
     }
-    [[nodiscard]] std::size_t count() const noexcept { return count_; }
     /// Enters a name that is not there.
     template <class... Arguments>
     Name& add(std::string_view text, std::uint64_t hash, Arguments&&... arguments) {

@@ -29,13 +29,12 @@ namespace nu::markup {
 ///   `bool endStartTag(isEmptyElement)`; `abandonStartTag()` where one of those between, or what
 ///   stands in the tag, refuses it;
 /// - `endEmptyElement()` behind the start tag of an empty element;
-///   `bool endElement(name, isInnermost)` at an end tag, with what stands in it and whether that is
-///   open();
+///   `bool endElement(isInnermost)` at an end tag, with whether its name is open();
 /// - `Name* open()`: the name of the innermost element, null where it is not known;
 /// - `bool addText(text, kinds)`, with `classifyText`, what is to be told of text, see
 ///   markup::classifyText; `bool addComment(text, isAscii)`;
-/// - `isInside()`: whether text counts; `keepsSpace()`: whether white space alone is text;
-///   `keepsInline()`: whether it is where it has no line break.
+/// - `keepsSpace()`: whether white space alone is text; `keepsInline()`: whether it is where it has
+///   no line break.
 ///
 /// False where that cannot be taken here, and nothing came of it: the scanners that go step by step
 /// take it instead. Behind all texts at least 16 bytes more can be read.
@@ -76,7 +75,7 @@ private:
     /// From the ">" of a tag over text, white space or nothing to the "<" behind it.
     [[gnu::always_inline]] const char* readText(const char* tagEnd, PassedBytes& passed) {
         // 1. The character behind a tag is read raw.
-        if (tagEnd > limit_ || !sink_.isInside()) [[unlikely]] {
+        if (tagEnd > limit_) [[unlikely]] {
             return nullptr;
         }
         const char* const start = tagEnd + 1;
@@ -283,7 +282,7 @@ private:
             }
         }
         passed.end = end;
-        return sink_.endElement(text(start, end), isInnermost) ? end : nullptr;
+        return sink_.endElement(isInnermost) ? end : nullptr;
     }
 
     /// Takes the comment at `less` and gives the place of its ">". Control characters would have to
