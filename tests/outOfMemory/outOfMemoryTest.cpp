@@ -170,7 +170,7 @@ TEST(OutOfMemory, isAResultOfEveryInterfaceOperation) {
         });
         ASSERT_FALSE(HasFailure());
     }
-    EXPECT_GT(count, 5000);
+    EXPECT_GT(count, 2000); // that allocations were made to fail at all
 }
 
 // All that no interface leads to

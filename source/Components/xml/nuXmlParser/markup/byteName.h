@@ -83,7 +83,8 @@ public:
         }
         return mixHash(keys_, hash ^ eightAt(last));
     }
-    /// The name of that hash, null when it was not met yet.
+    /// The name of that hash, null when it was not met yet. Behind the start of `text` a block can
+    /// be read.
     [[nodiscard]] Name* find(std::string_view text, std::uint64_t hash) const noexcept {
         for (std::size_t place = hash & mask(); slots_[place] != nullptr;
              place = (place + 1) & mask()) {

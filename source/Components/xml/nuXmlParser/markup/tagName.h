@@ -37,7 +37,11 @@ public:
 
     /// The name that reads so, null where it was not met yet.
     [[nodiscard]] TagName* find(std::string_view text) const noexcept {
-        return names_->find(text, hashOf(text));
+        if (text.size() > scanBlock) {
+            return names_->find(text, names_->hashOf(text));
+        }
+        const Block block = blockOf(text);
+        return names_->findAt(block.data(), text.size(), hashOfShort(block.data(), text.size()));
     }
     /// The same for `size` bytes, behind whose beginning ByteName::longestGuess can be read.
     [[nodiscard]] TagName* findAt(const char* start, std::size_t size) const noexcept {
@@ -62,6 +66,14 @@ public:
     }
 
 private:
+    using Block = std::array<char, scanBlock>;
+
+    /// A short name where the bytes behind it can be read.
+    static Block blockOf(std::string_view text) noexcept {
+        Block block{};
+        text.copy(block.data(), block.size());
+        return block;
+    }
     /// Of bytes from a block that can be read as a whole: those behind the name do not count.
     [[nodiscard]] std::uint64_t hashOfShort(const char* start, std::size_t size) const noexcept {
         std::array<std::uint64_t, 2> halves;
@@ -78,9 +90,7 @@ private:
         if (text.size() > scanBlock) {
             return names_->hashOf(text);
         }
-        std::array<char, scanBlock> block{};
-        text.copy(block.data(), block.size());
-        return hashOfShort(block.data(), text.size());
+        return hashOfShort(blockOf(text).data(), text.size());
     }
 
     const HashKeys& keys_ = hashKeys();
