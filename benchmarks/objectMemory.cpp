@@ -28,8 +28,8 @@ long statusKiB(const std::string& name) {
     return 0;
 }
 
-/// How far a process that does the work grows at most, in MiB. A process of its own, so that no work
-/// finds the memory of another.
+/// How far a process that does the work grows at most, in MiB. A process of its own, so that no
+/// work finds the memory of another.
 template <class Prepare, class Work> double growth(Prepare prepare, Work work) {
     int channel[2];
     if (pipe(channel) != 0) {

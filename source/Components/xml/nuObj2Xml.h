@@ -1,8 +1,8 @@
 #pragma once
 
 /// \file
-/// Objects as XML and back: everything of the unit. Who puts objects into trees includes nuXmlDOM.h,
-/// too.
+/// Objects as XML and back: everything of the unit. Who puts objects into trees includes
+/// nuXmlDOM.h, too.
 
 #include "host/runtime/classRegistry.h"
 #include "host/runtime/exception.h"

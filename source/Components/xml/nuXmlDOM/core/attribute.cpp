@@ -45,6 +45,4 @@ const TNuDOMElement* TNuDOMAttribute::get_ownerElement() const {
     return const_cast<TNuDOMAttribute&>(*this).get_ownerElement();
 }
 
-TNuDOMElement* TNuDOMAttribute::get_ownerElement() {
-    return nu::NodeAccess::parentElement(*this);
-}
+TNuDOMElement* TNuDOMAttribute::get_ownerElement() { return nu::NodeAccess::parentElement(*this); }
