@@ -12,10 +12,11 @@
 
 namespace {
 
-/// Beyond ASCII expat knows the names of an older edition, and other encodings.
-bool isAscii(std::string_view document) {
+/// Beyond ASCII expat knows the names of an older edition, and other encodings; and it is asked to
+/// end URIs with a brace.
+bool isComparable(std::string_view document) {
     return std::all_of(document.begin(), document.end(),
-                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+                       [](char c) { return static_cast<unsigned char>(c) < 0x80 && c != '}'; });
 }
 
 /// Faults that expat does not look for: the version, and what a local name begins with.
@@ -44,7 +45,7 @@ bool mayHoldSkippedReferences(std::string_view document, const support::Outline&
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view document(reinterpret_cast<const char*>(data), size);
-    if (!isAscii(document)) {
+    if (!isComparable(document)) {
         return 0;
     }
     const auto expected = support::expatOutline(document);
