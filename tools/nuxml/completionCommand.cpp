@@ -107,7 +107,7 @@ void writeBash(Output& output) {
                  "complete -o default -o bashdefault -F _nuxml nuxml\n");
 }
 
-/// What stands in brackets in a specification of zsh.
+/// What stands in brackets in what zsh is told of an option.
 std::string zshText(std::string_view text) {
     std::string result;
     for (const char character : text) {
