@@ -3,7 +3,7 @@
 #include <string_view>
 
 #include "nuXmlDOM/core/node.h"
-#include "nuXmlDOM/core/storedText.h"
+#include "nuXmlDOM/storage/storedText.h"
 
 /// \file
 /// The attribute.

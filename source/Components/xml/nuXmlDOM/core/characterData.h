@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "nuXmlDOM/core/node.h"
-#include "nuXmlDOM/core/storedText.h"
+#include "nuXmlDOM/storage/storedText.h"
 
 /// \file
 /// Texts, CDATA sections, comments and processing instructions.

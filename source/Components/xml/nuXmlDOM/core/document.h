@@ -10,15 +10,15 @@
 #include "host/com/stream.h"
 #include "host/dom/extensions.h"
 #include "host/runtime/stream.h"
-#include "nuXmlDOM/core/adoption.h"
 #include "nuXmlDOM/core/characterData.h"
-#include "nuXmlDOM/core/documentMemory.h"
 #include "nuXmlDOM/core/element.h"
-#include "nuXmlDOM/core/lifetime.h"
 #include "nuXmlDOM/core/limits.h"
-#include "nuXmlDOM/core/nameTable.h"
 #include "nuXmlDOM/core/node.h"
-#include "nuXmlDOM/core/snapshots.h"
+#include "nuXmlDOM/storage/documentMemory.h"
+#include "nuXmlDOM/storage/nameTable.h"
+#include "nuXmlDOM/upkeep/adoption.h"
+#include "nuXmlDOM/upkeep/lifetime.h"
+#include "nuXmlDOM/upkeep/snapshots.h"
 
 /// \file
 /// The document.

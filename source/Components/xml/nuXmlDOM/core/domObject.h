@@ -7,6 +7,7 @@
 #include "host/com/ref.h"
 #include "host/com/unknown.h"
 #include "host/runtime/export.h"
+#include "nuXmlDOM/storage/objectContext.h"
 
 /// \file
 /// Handles, and what all objects of a document have in common.
@@ -26,12 +27,6 @@ class Face;
 class FaceAccess;
 class NodeAccess;
 class Snapshots;
-
-/// What an object of a document shares with others and leads to the document. For most nodes this
-/// is their name; for those that need more, an object of their own.
-struct ObjectContext {
-    TNuDOMDocument* document;
-};
 
 enum ObjectFlag : std::uint16_t {
     /// Belongs to those who hold it: a result list, an implementation object.

@@ -7,8 +7,8 @@
 
 #include "nuXmlDOM/core/attribute.h"
 #include "nuXmlDOM/core/characterData.h"
-#include "nuXmlDOM/core/nameTable.h"
 #include "nuXmlDOM/core/node.h"
+#include "nuXmlDOM/storage/nameTable.h"
 
 class TNuDOMDocument;
 class TNuDOMElement;

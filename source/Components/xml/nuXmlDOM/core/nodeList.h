@@ -9,7 +9,7 @@
 
 #include "common/textArgument.h"
 #include "nuXmlDOM/core/domObject.h"
-#include "nuXmlDOM/core/snapshots.h"
+#include "nuXmlDOM/upkeep/snapshots.h"
 #include "nuXmlParser/chars.h"
 
 /// \file

@@ -1,12 +1,12 @@
 #include <new>
 #include <type_traits>
 
-#include "nuXmlDOM/core/documentMemory.h"
 #include "nuXmlDOM/core/face.h"
 #include "nuXmlDOM/face/documentFace.h"
 #include "nuXmlDOM/face/elementFace.h"
 #include "nuXmlDOM/face/listFaces.h"
 #include "nuXmlDOM/face/textFaces.h"
+#include "nuXmlDOM/storage/documentMemory.h"
 
 namespace nu {
 

@@ -5,9 +5,9 @@
 #include <limits>
 
 #include "common/utf8.h"
-#include "nuXmlDOM/core/escapedText.h"
-#include "nuXmlDOM/core/makeNode.h"
 #include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/nodes/makeNode.h"
+#include "nuXmlDOM/storage/escapedText.h"
 #include "nuXmlParser/unescape.h"
 #include "nuXmlSax/reader.h"
 

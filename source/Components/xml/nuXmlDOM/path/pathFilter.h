@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "nuXmlDOM/core/nameTest.h"
+#include "nuXmlDOM/nodes/nameTest.h"
 #include "nuXmlDOM/path/pathNodes.h"
 #include "nuXmlDOM/path/pathProgram.h"
 

@@ -2,8 +2,8 @@
 
 #include "host/runtime/exception.h"
 #include "nuXmlDOM/core/document.h"
-#include "nuXmlDOM/core/nameTest.h"
-#include "nuXmlDOM/core/namespaces.h"
+#include "nuXmlDOM/nodes/nameTest.h"
+#include "nuXmlDOM/nodes/namespaces.h"
 #include "nuXmlDOM/path/path.h"
 #include "nuXmlDOM/path/pathFilter.h"
 #include "nuXmlDOM/path/pathMessages.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "nuXmlDOM/core/nameTable.h"
+#include "nuXmlDOM/storage/nameTable.h"
 
 class TNuDOMAttribute;
 class TNuDOMDocument;

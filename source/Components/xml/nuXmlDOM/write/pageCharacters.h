@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "nuXmlDOM/core/nameTable.h"
-#include "nuXmlDOM/core/storedText.h"
+#include "nuXmlDOM/storage/nameTable.h"
+#include "nuXmlDOM/storage/storedText.h"
 
 /// \file
 /// How names and texts are written where an encoding may lack characters of them.

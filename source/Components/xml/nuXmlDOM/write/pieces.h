@@ -7,9 +7,9 @@
 #include <string_view>
 
 #include "common/utf8.h"
-#include "nuXmlDOM/core/asciiText.h"
-#include "nuXmlDOM/core/nameTable.h"
-#include "nuXmlDOM/core/storedText.h"
+#include "nuXmlDOM/storage/asciiText.h"
+#include "nuXmlDOM/storage/nameTable.h"
+#include "nuXmlDOM/storage/storedText.h"
 
 /// \file
 /// What markup is put together from, in the two forms that it is written in: for each kind of piece

@@ -5,8 +5,8 @@
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
-#include "nuXmlDOM/core/escapedText.h"
-#include "nuXmlDOM/core/makeNode.h"
+#include "nuXmlDOM/nodes/makeNode.h"
+#include "nuXmlDOM/storage/escapedText.h"
 
 const TNuDOMNodeClass TNuDOMText::Class{u"TNuDOMText", host::TEXT_NODE, nu::createNode<TNuDOMText>};
 const TNuDOMNodeClass TNuDOMCDATA::Class{u"TNuDOMCDATA", host::CDATA_SECTION_NODE,

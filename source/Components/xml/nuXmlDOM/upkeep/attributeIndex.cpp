@@ -1,11 +1,11 @@
-#include "nuXmlDOM/core/attributeIndex.h"
+#include "nuXmlDOM/upkeep/attributeIndex.h"
 
 #include <new>
 #include <type_traits>
 
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/element.h"
-#include "nuXmlDOM/core/liveLists.h"
+#include "nuXmlDOM/upkeep/liveLists.h"
 
 namespace nu {
 

@@ -6,10 +6,10 @@
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
-#include "nuXmlDOM/core/liveLists.h"
-#include "nuXmlDOM/core/makeNode.h"
-#include "nuXmlDOM/core/nameTest.h"
 #include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/nodes/makeNode.h"
+#include "nuXmlDOM/nodes/nameTest.h"
+#include "nuXmlDOM/upkeep/liveLists.h"
 
 const TNuDOMNodeClass TNuDOMElement::Class{u"TNuDOMElement", host::ELEMENT_NODE,
                                            nu::createNode<TNuDOMElement>};

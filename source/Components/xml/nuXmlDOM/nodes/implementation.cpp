@@ -3,8 +3,8 @@
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
 #include "nuXmlDOM/core/face.h"
-#include "nuXmlDOM/core/features.h"
 #include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/nodes/features.h"
 
 TNuDOMImplementation::TNuDOMImplementation()
     : TNuDOMObject(static_cast<nu::ObjectContext*>(nullptr)) {

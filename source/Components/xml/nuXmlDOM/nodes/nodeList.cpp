@@ -7,8 +7,8 @@
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
 #include "nuXmlDOM/core/face.h"
-#include "nuXmlDOM/core/nameTest.h"
 #include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/nodes/nameTest.h"
 
 TNuDOMNodeList::TNuDOMNodeList(TNuDOMNode* node, TNuDOMDocument* document, bool ownsItems)
     : TNuDOMObject(document), node_(node), ownsItems_(ownsItems) {

@@ -4,15 +4,15 @@
 #include <vector>
 
 #include "host/runtime/format.h"
-#include "nuXmlDOM/core/adoption.h"
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
 #include "nuXmlDOM/core/face.h"
-#include "nuXmlDOM/core/features.h"
-#include "nuXmlDOM/core/liveLists.h"
-#include "nuXmlDOM/core/nameTable.h"
 #include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/nodes/features.h"
+#include "nuXmlDOM/storage/nameTable.h"
+#include "nuXmlDOM/upkeep/adoption.h"
+#include "nuXmlDOM/upkeep/liveLists.h"
 
 const TNuDOMNodeClass& TNuDOMNode::NodeClass() const noexcept {
     switch (get_nodeType()) {

@@ -1,4 +1,4 @@
-#include "nuXmlDOM/core/lifetime.h"
+#include "nuXmlDOM/upkeep/lifetime.h"
 
 #include <algorithm>
 #include <thread>

@@ -1,4 +1,4 @@
-#include "nuXmlDOM/core/snapshots.h"
+#include "nuXmlDOM/upkeep/snapshots.h"
 
 #include <mutex>
 

@@ -5,9 +5,9 @@
 #include <unordered_map>
 #include <vector>
 
-#include "nuXmlDOM/core/attributeIndex.h"
 #include "nuXmlDOM/core/nodeAccess.h"
 #include "nuXmlDOM/core/nodeList.h"
+#include "nuXmlDOM/upkeep/attributeIndex.h"
 
 class TNuDOMDocument;
 class TNuDOMElement;

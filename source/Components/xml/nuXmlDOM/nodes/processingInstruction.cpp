@@ -4,7 +4,7 @@
 #include "common/caseFolding.h"
 #include "nuXmlDOM/core/characterData.h"
 #include "nuXmlDOM/core/document.h"
-#include "nuXmlDOM/core/makeNode.h"
+#include "nuXmlDOM/nodes/makeNode.h"
 #include "nuXmlParser/whiteSpace.h"
 
 const TNuDOMNodeClass TNuDOMProcessingInstruction::Class{

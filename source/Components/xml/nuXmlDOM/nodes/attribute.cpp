@@ -2,10 +2,10 @@
 
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/element.h"
-#include "nuXmlDOM/core/escapedText.h"
-#include "nuXmlDOM/core/makeNode.h"
-#include "nuXmlDOM/core/namespaces.h"
 #include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/nodes/makeNode.h"
+#include "nuXmlDOM/nodes/namespaces.h"
+#include "nuXmlDOM/storage/escapedText.h"
 
 const TNuDOMNodeClass TNuDOMAttribute::Class{u"TNuDOMAttribute", host::ATTRIBUTE_NODE,
                                              nu::createNode<TNuDOMAttribute>};

@@ -6,8 +6,8 @@
 #include <string_view>
 
 #include "common/utf8.h"
-#include "nuXmlDOM/core/asciiText.h"
-#include "nuXmlDOM/core/documentMemory.h"
+#include "nuXmlDOM/storage/asciiText.h"
+#include "nuXmlDOM/storage/documentMemory.h"
 #include "nuXmlParser/chars.h"
 
 namespace nu {

@@ -1,10 +1,10 @@
 #include "host/runtime/format.h"
-#include "nuXmlDOM/core/attributeIndex.h"
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
 #include "nuXmlDOM/core/element.h"
-#include "nuXmlDOM/core/nameTest.h"
+#include "nuXmlDOM/nodes/nameTest.h"
+#include "nuXmlDOM/upkeep/attributeIndex.h"
 
 namespace {
 

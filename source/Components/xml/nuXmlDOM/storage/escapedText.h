@@ -2,8 +2,8 @@
 
 #include <string_view>
 
-#include "nuXmlDOM/core/documentMemory.h"
-#include "nuXmlDOM/core/storedText.h"
+#include "nuXmlDOM/storage/documentMemory.h"
+#include "nuXmlDOM/storage/storedText.h"
 #include "nuXmlParser/escape.h"
 #include "nuXmlParser/scan.h"
 

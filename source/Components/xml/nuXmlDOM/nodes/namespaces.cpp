@@ -1,9 +1,9 @@
-#include "nuXmlDOM/core/namespaces.h"
+#include "nuXmlDOM/nodes/namespaces.h"
 
-#include "nuXmlDOM/core/attributeIndex.h"
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/element.h"
 #include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/upkeep/attributeIndex.h"
 
 namespace nu {
 

@@ -1,10 +1,10 @@
-#include "nuXmlDOM/core/adoption.h"
+#include "nuXmlDOM/upkeep/adoption.h"
 
 #include <cstdint>
 
 #include "nuXmlDOM/core/document.h"
-#include "nuXmlDOM/core/liveLists.h"
 #include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/upkeep/liveLists.h"
 
 namespace nu {
 

@@ -5,7 +5,7 @@
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
-#include "nuXmlDOM/core/makeNode.h"
+#include "nuXmlDOM/nodes/makeNode.h"
 
 const TNuDOMNodeClass TNuDOMComment::Class{u"TNuDOMComment", host::COMMENT_NODE,
                                            nu::createNode<TNuDOMComment>};

@@ -1,4 +1,4 @@
-#include "nuXmlDOM/core/nameTable.h"
+#include "nuXmlDOM/storage/nameTable.h"
 
 #include <algorithm>
 #include <bit>

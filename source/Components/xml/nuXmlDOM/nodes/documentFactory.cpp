@@ -2,8 +2,8 @@
 #include "host/runtime/exception.h"
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/domMessages.h"
-#include "nuXmlDOM/core/makeNode.h"
 #include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/nodes/makeNode.h"
 
 namespace {
 

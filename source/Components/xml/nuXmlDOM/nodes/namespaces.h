@@ -3,7 +3,7 @@
 #include <map>
 #include <utility>
 
-#include "nuXmlDOM/core/nameTable.h"
+#include "nuXmlDOM/storage/nameTable.h"
 #include "nuXmlParser/chars.h"
 
 class TNuDOMAttribute;

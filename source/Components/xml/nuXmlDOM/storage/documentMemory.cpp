@@ -1,4 +1,4 @@
-#include "nuXmlDOM/core/documentMemory.h"
+#include "nuXmlDOM/storage/documentMemory.h"
 
 #include <algorithm>
 #include <bit>

@@ -7,8 +7,8 @@
 #include "nuXmlDOM/core/domMessages.h"
 #include "nuXmlDOM/core/face.h"
 #include "nuXmlDOM/core/implementation.h"
-#include "nuXmlDOM/core/liveLists.h"
 #include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/upkeep/liveLists.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
 #include "nuXmlDOM/core/element.h"
-#include "nuXmlDOM/core/nameTest.h"
+#include "nuXmlDOM/nodes/nameTest.h"
 
 // Making children
 

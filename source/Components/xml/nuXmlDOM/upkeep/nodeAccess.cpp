@@ -8,7 +8,7 @@
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/domMessages.h"
 #include "nuXmlDOM/core/face.h"
-#include "nuXmlDOM/core/liveLists.h"
+#include "nuXmlDOM/upkeep/liveLists.h"
 #include "nuXmlParser/unescape.h"
 
 namespace nu {

@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "common/textHash.h"
-#include "nuXmlDOM/core/asciiText.h"
-#include "nuXmlDOM/core/documentMemory.h"
-#include "nuXmlDOM/core/domObject.h"
+#include "nuXmlDOM/storage/asciiText.h"
+#include "nuXmlDOM/storage/documentMemory.h"
+#include "nuXmlDOM/storage/objectContext.h"
 #include "nuXmlParser/chars.h"
 
 class TNuDOMAttribute;

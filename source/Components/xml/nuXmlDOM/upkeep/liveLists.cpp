@@ -1,4 +1,4 @@
-#include "nuXmlDOM/core/liveLists.h"
+#include "nuXmlDOM/upkeep/liveLists.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "nuXmlDOM/core/storedText.h"
+#include "nuXmlDOM/storage/storedText.h"
 
 #include <algorithm>
 #include <bit>
