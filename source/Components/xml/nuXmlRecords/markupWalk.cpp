@@ -172,9 +172,13 @@ const char* MarkupWalk::completeTag(const char*& less) {
 
 void MarkupWalk::passTag(const char* less) {
     const char* const greater = completeTag(less);
+    const std::string_view name(less + 1, findNameEnd(less + 1));
+    if (name.empty()) {
+        fail(u"a tag without a name", less);
+    }
     if (greater[-1] != '/') {
         tagPositions_.push_back(base_ + (less - begin()));
-        elements_.open({less + 1, findNameEnd(less + 1)}, tagPositions_.back());
+        elements_.open(name, tagPositions_.back());
     }
     place_ = greater + 1;
 }
