@@ -28,8 +28,12 @@ public:
     /// The content's length in whole characters.
     [[nodiscard]] std::size_t Length() const noexcept { return size_ / stringType_; }
 
+    /// Appends UTF-16; into a stream of width 1 it goes in the code page of the system.
     void AddString(std::u16string_view text);
+    /// Appends 8-bit text; into a stream of width 2 it goes from the code page of the system.
     void AddString(std::string_view text);
+    /// Appends one unit. Surrogates that are appended one by one become no pair in a stream of
+    /// width 1.
     void AddChar(char16_t unit) { AddString(std::u16string_view(&unit, 1)); }
 
     /// The whole content as UTF-16.

@@ -20,6 +20,7 @@ public:
     using Base = IUnknown;
     static constexpr InterfaceId Id{0x9D3E51A8C6F24B07, 0x8E2AD1F4B6930001};
 
+    /// The message, a sentence in English.
     virtual ResultCode GetDescription(std::u16string& description) noexcept = 0;
 };
 
@@ -29,6 +30,7 @@ public:
     using Base = IUnknown;
     static constexpr InterfaceId Id{0x9D3E51A8C6F24B07, 0x8E2AD1F4B6930002};
 
+    /// Sets the message that GetDescription gives.
     virtual ResultCode SetDescription(std::u16string_view description) noexcept = 0;
 };
 

@@ -42,6 +42,8 @@ public:
     Implements& operator=(const Implements&) = delete;
     virtual ~Implements() = default;
 
+    /// See IUnknown::QueryInterface; offers the interfaces that the template names and those that
+    /// they extend.
     ResultCode QueryInterface(const InterfaceId& id, void** object) noexcept override {
         *object = findInterface<Interfaces...>(this, id);
         if (*object == nullptr) {
@@ -50,9 +52,11 @@ public:
         _AddRef();
         return resultOk;
     }
+    /// See IUnknown::_AddRef.
     std::int32_t _AddRef() noexcept override {
         return count_.fetch_add(1, std::memory_order_relaxed) + 1;
     }
+    /// See IUnknown::_Release; at 0 the object is deleted.
     std::int32_t _Release() noexcept override {
         const std::int32_t left = count_.fetch_sub(1, std::memory_order_acq_rel) - 1;
         if (left == 0) {

@@ -40,6 +40,7 @@ public:
         return *this;
     }
 
+    /// The object as a plain pointer, good as long as somebody holds it; null for an empty handle.
     [[nodiscard]] Object* get() const noexcept { return object_; }
     Object* operator->() const noexcept { return object_; }
     Object& operator*() const noexcept { return *object_; }
@@ -51,6 +52,7 @@ public:
 
     /// Lets go of the object.
     void reset() noexcept { Ref().swap(*this); }
+    /// Exchanges what the two hold; the counts stay as they are.
     void swap(Ref& other) noexcept { std::swap(object_, other.object_); }
 
     /// The interface `Interface` of the same object, or an empty handle.

@@ -25,6 +25,7 @@ public:
     /// Moves the position and gives the new one, counted from the beginning.
     virtual ResultCode Seek(std::int64_t offset, SeekOrigin origin,
                             std::int64_t& position) noexcept = 0;
+    /// The length of the whole stream in bytes, wherever the position is.
     virtual ResultCode GetSize(std::int64_t& size) noexcept = 0;
     /// Cuts or extends the stream.
     virtual ResultCode SetSize(std::int64_t size) noexcept = 0;

@@ -8,8 +8,8 @@ namespace host {
 
 /// Names an interface: 128 bits, unique by choice of its author.
 struct InterfaceId {
-    std::uint64_t high;
-    std::uint64_t low;
+    std::uint64_t high; ///< the first 64 bits
+    std::uint64_t low;  ///< the last 64 bits
 
     friend constexpr bool operator==(const InterfaceId&, const InterfaceId&) = default;
 };

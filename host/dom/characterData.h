@@ -13,8 +13,11 @@ public:
     using Base = IDOMNode;
     static constexpr InterfaceId Id{0x2C85A6E1F7094D3B, 0x93D14B7A60E50011};
 
+    /// The text as it is meant, without escapes.
     virtual ResultCode get_data(std::u16string& data) noexcept = 0;
+    /// Replaces the text; fails where the kind of node refuses what it holds ("--" in a comment).
     virtual ResultCode set_data(std::u16string_view data) noexcept = 0;
+    /// How many UTF-16 code units get_data gives.
     virtual ResultCode get_length(DOMLength& length) noexcept = 0;
 
     /// The `count` characters from `offset` on.
@@ -62,8 +65,11 @@ public:
     using Base = IDOMNode;
     static constexpr InterfaceId Id{0x2C85A6E1F7094D3B, 0x93D14B7A60E50015};
 
+    /// What stands behind "<?", which is also the name of the node.
     virtual ResultCode get_target(std::u16string& target) noexcept = 0;
+    /// What stands behind the target, from the first character that is no white space.
     virtual ResultCode get_data(std::u16string& data) noexcept = 0;
+    /// Replaces the data; the target stays.
     virtual ResultCode set_data(std::u16string_view data) noexcept = 0;
 };
 

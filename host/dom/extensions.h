@@ -21,6 +21,7 @@ public:
 
     /// The text inside the node.
     virtual ResultCode get_text(std::u16string& text) noexcept = 0;
+    /// Puts one text in the place of all text inside the node.
     virtual ResultCode set_text(std::u16string_view text) noexcept = 0;
     /// The node with everything below it, written as XML.
     virtual ResultCode get_xml(std::u16string& xml) noexcept = 0;
@@ -58,18 +59,23 @@ public:
 
     /// The state of a load that goes on in the background; 0 when there is none.
     virtual ResultCode asyncLoadState(std::int32_t& state) noexcept = 0;
+    /// Sets who is told about a load in the background; an empty function for nobody.
     virtual ResultCode set_OnAsyncLoad(const DOMAsyncLoadEvent& event) noexcept = 0;
 
+    /// Loads the document from XML text, a file or a stream and comes back when it is done.
     virtual ResultCode load(const DOMSource& source, bool& isLoaded) noexcept = 0;
+    /// Loads the document from XML text.
     virtual ResultCode loadxml(std::u16string_view xml, bool& isLoaded) noexcept = 0;
     /// Loads from a stream of the caller's, from its position on.
     virtual ResultCode loadFromStream(TStream& stream, bool& isLoaded) noexcept = 0;
+    /// The same from a counted stream; the document keeps no reference to it.
     virtual ResultCode loadFromStream(IStream* stream, bool& isLoaded) noexcept = 0;
 
     /// Writes the document to the file of that name, in place of what was there.
     virtual ResultCode save(std::u16string_view fileName) noexcept = 0;
     /// Writes the document to a stream of the caller's, from its position on.
     virtual ResultCode saveToStream(TStream& stream) noexcept = 0;
+    /// The same to a counted stream.
     virtual ResultCode saveToStream(IStream* stream) noexcept = 0;
 };
 

@@ -64,14 +64,18 @@ public:
     /// The value, which depends on the kind: the text of character data, the value of an attribute,
     /// the data of an instruction.
     virtual ResultCode get_nodeValue(std::u16string& value) noexcept = 0;
+    /// Replaces the value; fails for kinds that have none.
     virtual ResultCode set_nodeValue(std::u16string_view value) noexcept = 0;
+    /// The kind, which never changes.
     virtual ResultCode get_nodeType(DOMNodeType& type) noexcept = 0;
 
     /// The node that has this one as a child; none for a node outside the tree.
     virtual ResultCode get_parentNode(Ref<IDOMNode>& parent) noexcept = 0;
     /// The children as a list that follows the changes of the tree.
     virtual ResultCode get_childNodes(Ref<IDOMNodeList>& children) noexcept = 0;
+    /// The first child of any kind; none without children.
     virtual ResultCode get_firstChild(Ref<IDOMNode>& child) noexcept = 0;
+    /// The last child of any kind; none without children.
     virtual ResultCode get_lastChild(Ref<IDOMNode>& child) noexcept = 0;
     /// The node right before this one below the same parent.
     virtual ResultCode get_previousSibling(Ref<IDOMNode>& sibling) noexcept = 0;
@@ -82,9 +86,11 @@ public:
     /// The document that made the node.
     virtual ResultCode get_ownerDocument(Ref<IDOMDocument>& document) noexcept = 0;
 
+    /// The namespace that the node is in; "" for none, and for kinds without namespaces.
     virtual ResultCode get_namespaceURI(std::u16string& namespaceURI) noexcept = 0;
     /// The part of the qualified name before the colon.
     virtual ResultCode get_prefix(std::u16string& prefix) noexcept = 0;
+    /// Changes the part of the name before the colon; "" takes it away. Fails for what is no name.
     virtual ResultCode set_prefix(std::u16string_view prefix) noexcept = 0;
     /// The part of the qualified name behind the colon, or all of it when there is none.
     virtual ResultCode get_localName(std::u16string& localName) noexcept = 0;
@@ -99,6 +105,7 @@ public:
     virtual ResultCode removeChild(IDOMNode* child, Ref<IDOMNode>& removed) noexcept = 0;
     /// Puts `child` behind the last child; takes it out of its old place first.
     virtual ResultCode appendChild(IDOMNode* child, Ref<IDOMNode>& appended) noexcept = 0;
+    /// Whether the node has a child of any kind; attributes are none.
     virtual ResultCode hasChildNodes(bool& hasChildren) noexcept = 0;
 
     /// A copy without a parent; with everything below the node when `deep`.
@@ -116,7 +123,9 @@ public:
     using Base = IUnknown;
     static constexpr InterfaceId Id{0x2C85A6E1F7094D3B, 0x93D14B7A60E50002};
 
+    /// The node at that index; an index outside of the list is a failure.
     virtual ResultCode get_item(DOMLength index, Ref<IDOMNode>& node) noexcept = 0;
+    /// How many nodes there are now; a list that follows the tree changes with it.
     virtual ResultCode get_length(DOMLength& length) noexcept = 0;
 };
 
@@ -126,9 +135,12 @@ public:
     using Base = IUnknown;
     static constexpr InterfaceId Id{0x2C85A6E1F7094D3B, 0x93D14B7A60E50003};
 
+    /// The node at that index; an index outside of the map is a failure.
     virtual ResultCode get_item(DOMLength index, Ref<IDOMNode>& node) noexcept = 0;
+    /// How many nodes there are now.
     virtual ResultCode get_length(DOMLength& length) noexcept = 0;
 
+    /// The node of that qualified name.
     virtual ResultCode getNamedItem(std::u16string_view name, Ref<IDOMNode>& node) noexcept = 0;
     /// Enters a node under its name; a node that had this name before leaves and is given back.
     virtual ResultCode setNamedItem(IDOMNode* node, Ref<IDOMNode>& replaced) noexcept = 0;
@@ -136,11 +148,13 @@ public:
     virtual ResultCode removeNamedItem(std::u16string_view name,
                                        Ref<IDOMNode>& removed) noexcept = 0;
 
+    /// The node of that namespace and local name.
     virtual ResultCode getNamedItemNS(std::u16string_view namespaceURI,
                                       std::u16string_view localName,
                                       Ref<IDOMNode>& node) noexcept = 0;
     /// The same under namespace and local name.
     virtual ResultCode setNamedItemNS(IDOMNode* node, Ref<IDOMNode>& replaced) noexcept = 0;
+    /// Takes a node out by namespace and local name and gives it back.
     virtual ResultCode removeNamedItemNS(std::u16string_view namespaceURI,
                                          std::u16string_view localName,
                                          Ref<IDOMNode>& removed) noexcept = 0;

@@ -20,6 +20,7 @@ public:
     TDOMVendor& operator=(const TDOMVendor&) = delete;
     virtual ~TDOMVendor();
 
+    /// The name by which applications ask for the vendor; the same at every call.
     [[nodiscard]] virtual std::u16string Description() const = 0;
     /// A new implementation object.
     virtual Ref<IDOMImplementation> DOMImplementation() = 0;

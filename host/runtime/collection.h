@@ -49,15 +49,20 @@ public:
     TCollection& operator=(const TCollection&) = delete;
     ~TCollection() override;
 
+    /// The class of what Add makes.
     [[nodiscard]] const TClassInfo& ItemClass() const noexcept { return *itemClass_; }
+    /// How many items there are.
     [[nodiscard]] std::size_t Count() const noexcept { return items_.size(); }
     /// A new item of the collection's class, behind the others. Throws host::Exception when the
     /// class cannot be made without arguments.
     TCollectionItem& Add() { return Add(*itemClass_); }
     /// The same of a descendant of it; EInvalidCast is thrown for any other class.
     TCollectionItem& Add(const TClassInfo& itemClass);
+    /// The same, with the item as what it is.
     template <class Item> Item& Add() { return static_cast<Item&>(Add(classOf<Item>)); }
+    /// Destroys an item; those behind it move up.
     void Delete(std::size_t index);
+    /// Destroys all items.
     void Clear() noexcept;
     [[nodiscard]] TCollectionItem& operator[](std::size_t index) const;
 

@@ -26,12 +26,14 @@ public:
     TComponent& operator=(const TComponent&) = delete;
     ~TComponent() override;
 
+    /// The name that the owner finds it by; "" without one.
     [[nodiscard]] const std::u16string& GetName() const noexcept { return name_; }
     /// Names a component; an empty name is none. Throws host::Exception for a name that no XML
     /// element can have and for one that another component of the owner has, letter case of ASCII
     /// ignored.
     void SetName(std::u16string_view name);
 
+    /// The component that destroys this one; null without one.
     [[nodiscard]] TComponent* Owner() const noexcept { return owner_; }
     /// What is owned, in the order in which it came; valid until that changes.
     [[nodiscard]] std::span<TComponent* const> Components() const noexcept { return components_; }

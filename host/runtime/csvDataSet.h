@@ -14,7 +14,7 @@ namespace host {
 
 /// How a table is written as text. The character that separates fields may be another one.
 struct CsvOptions {
-    char16_t separator = u',';
+    char16_t separator = u','; ///< one character; no quote and no line break
     /// Whether the first line holds the names of the fields; without it they are F1, F2, ...
     bool hasHeader = true;
     /// The types of the fields, from the first on. The types of those that are not named here are

@@ -45,8 +45,11 @@ public:
     IDataSet& operator=(const IDataSet&) = default;
     virtual ~IDataSet();
 
+    /// How many fields each record has.
     [[nodiscard]] virtual std::size_t FieldCount() const = 0;
+    /// The name of a field, by which it stands in XML.
     [[nodiscard]] virtual std::u16string FieldName(std::size_t field) const = 0;
+    /// The type of the field's values.
     [[nodiscard]] virtual TFieldType FieldType(std::size_t field) const = 0;
 
     /// Goes to the first record. A record that was begun and not posted is dropped.
@@ -58,6 +61,7 @@ public:
 
     /// The field's value in the record at hand; null where it has none.
     [[nodiscard]] virtual Variant GetValue(std::size_t field) const = 0;
+    /// Whether the field has no value in the record at hand.
     [[nodiscard]] virtual bool IsNull(std::size_t field) const;
     /// Changes the field in the record at hand or in the one that was begun. An empty variant
     /// stands for null. Throws EConvertError for what is no value of the field.

@@ -16,7 +16,7 @@ namespace host {
 /// The fraction counts forward on both sides of zero: -1.25 is 06:00 on 1899-12-29, and -0.5 the
 /// same as 0.5. The serials of one day before zero therefore fall while the day passes.
 struct TDateTime {
-    double serial = 0;
+    double serial = 0; ///< days since 1899-12-30
 
     friend constexpr bool operator==(const TDateTime&, const TDateTime&) noexcept = default;
 };

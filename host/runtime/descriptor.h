@@ -22,7 +22,9 @@ public:
         }
     }
 
+    /// Whether there is a descriptor in it.
     [[nodiscard]] bool isOpen() const noexcept { return number_ >= 0; }
+    /// The descriptor, -1 without one. It stays here.
     [[nodiscard]] int number() const noexcept { return number_; }
     /// Hands it to the caller.
     [[nodiscard]] int release() noexcept { return std::exchange(number_, -1); }

@@ -18,14 +18,14 @@ namespace host {
 
 /// A value of an enumeration and its name.
 struct EnumName {
-    std::int64_t value = 0;
-    std::u16string_view name;
+    std::int64_t value = 0;   ///< the number of the enumerator
+    std::u16string_view name; ///< as it is written into XML
 };
 
 /// A value with its name as an application writes it.
 template <class Enum> struct NamedValue {
-    Enum value;
-    std::u16string_view name;
+    Enum value;               ///< the enumerator
+    std::u16string_view name; ///< as it is written into XML
 };
 
 /// The table of names that an application gives an enumeration, for host::EnumNames.
@@ -55,6 +55,7 @@ template <class Enum> inline constexpr bool isSet = false;
 /// A set of values of an enumeration whose values are 0 to 63.
 template <class Enum> class Set {
 public:
+    /// What the set is made of.
     using Value = Enum;
 
     constexpr Set() = default;
@@ -64,11 +65,15 @@ public:
         }
     }
 
+    /// Puts a value in; it may be there already.
     constexpr void include(Enum value) noexcept { bits_ |= bit(value); }
+    /// Takes a value out; it need not be there.
     constexpr void exclude(Enum value) noexcept { bits_ &= ~bit(value); }
+    /// Whether the value is in the set.
     [[nodiscard]] constexpr bool contains(Enum value) const noexcept {
         return (bits_ & bit(value)) != 0;
     }
+    /// Whether there is no value in it.
     [[nodiscard]] constexpr bool empty() const noexcept { return bits_ == 0; }
     /// One bit for each value.
     [[nodiscard]] constexpr std::uint64_t bits() const noexcept { return bits_; }

@@ -97,6 +97,7 @@ public:
     ESystemError(std::u16string_view message, std::int32_t code);
     ~ESystemError() override;
 
+    /// What the system calls the fault (errno).
     [[nodiscard]] std::int32_t Code() const noexcept { return code_; }
 
 private:

@@ -23,9 +23,9 @@ public:
 protected:
     TCustomMemoryStream() = default;
 
-    const std::byte* memory_ = nullptr;
-    std::size_t size_ = 0;
-    std::size_t position_ = 0;
+    const std::byte* memory_ = nullptr; ///< the block; null only without bytes
+    std::size_t size_ = 0;              ///< bytes in use
+    std::size_t position_ = 0;          ///< from the beginning; may be behind the end
 };
 
 /// Reads memory that belongs to somebody else, without a copy. The memory must stay unchanged and

@@ -58,6 +58,8 @@ template <class Class> Variant GetProperty(const Class& object, std::u16string_v
     return GetProperty(held, PropertyOf(*held.info, name));
 }
 
+/// Sets the published property of that name from a variant. Throws host::Exception for a name that
+/// is none and what the conversion throws.
 template <class Class>
 void SetProperty(Class& object, std::u16string_view name, const Variant& value) {
     const Instance held = instance(object);

@@ -153,7 +153,7 @@ constexpr bool isElementName(std::u16string_view name) noexcept {
 
 /// One line of a description; host::prop and host::ref make it.
 template <class Value> struct Property {
-    TPropInfo info;
+    TPropInfo info; ///< what is known at run time
 
     /// The value that need not be written, which a fresh object has to have
     /// (host::CheckDefaults). For numbers, booleans, amounts, dates, enumerations, sets and
@@ -224,11 +224,13 @@ constexpr auto ref(std::u16string_view name = memberName<Get>) {
 
 /// A description: what host::publish gives.
 template <class C, class B, std::size_t count> struct Description {
+    /// The described class.
     using Class = C;
     using Base = B;
 
-    std::u16string_view name;
-    std::array<TPropInfo, count> own;
+    std::u16string_view name; ///< as it is written into XML
+    std::array<TPropInfo, count>
+        own; ///< the properties of the class itself, without those of its base
 };
 
 /// Describes a class: its name, which is written into XML, and its own properties. Those of `Base`,
@@ -377,6 +379,7 @@ inline constexpr const TClassInfo& classOf = detail::ClassConstant<Class>::info;
 template <class Class> const TClassInfo& detail::classInfoOf() noexcept { return classOf<Class>; }
 /// \endcond
 
+/// The class that all others derive from has no properties.
 template <> inline constexpr auto describe<TObject> = publish<TObject>(u"TObject");
 
 /// What a class with published properties derives from: `class TBoss : public Published<TBoss,
@@ -385,6 +388,7 @@ template <class Class, class Base> class Published : public Base {
 public:
     using Base::Base;
 
+    /// The description of the class itself, also through a pointer to an ancestor.
     [[nodiscard]] const TClassInfo& ClassInfo() const override { return classOf<Class>; }
 };
 

@@ -16,9 +16,11 @@ class NUXML_API PublishedFields {
 public:
     explicit PublishedFields(const TClassInfo& info);
 
+    /// How many properties can be fields.
     [[nodiscard]] std::size_t count() const noexcept { return fields_.size(); }
     /// Throws EListError.
     [[nodiscard]] const TPropInfo& property(std::size_t field) const;
+    /// The type of a field. Throws EListError.
     [[nodiscard]] TFieldType type(std::size_t field) const;
 
 private:

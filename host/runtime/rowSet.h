@@ -20,6 +20,7 @@ public:
     /// Adds a column, in which the records that are there already have null. Throws host::Exception
     /// when there is one of that name, letter case of ASCII ignored.
     void AddField(std::u16string name, TFieldType type);
+    /// How many records were posted.
     [[nodiscard]] std::size_t RecordCount() const noexcept { return records_.size(); }
     /// Drops the records; the columns stay.
     void Clear() noexcept;

@@ -34,7 +34,9 @@ public:
     /// Hands on everything written so far; streams without a buffer have nothing to do.
     virtual void Flush();
 
+    /// Bytes from the beginning.
     [[nodiscard]] std::int64_t GetPosition() { return Seek(0, SeekOrigin::Current); }
+    /// Moves to that byte; what lies behind the end depends on the stream.
     void SetPosition(std::int64_t position) { Seek(position, SeekOrigin::Beginning); }
 
     /// Reads exactly `count` bytes or throws EReadError "Stream read error".

@@ -22,12 +22,15 @@ public:
     TStringList& operator=(const TStringList&) = default;
     ~TStringList() override;
 
+    /// How many strings there are.
     [[nodiscard]] std::size_t Count() const noexcept { return strings_.size(); }
     /// Gives the index of the new string, which is the last.
     std::size_t Add(std::u16string text);
     /// Puts a string before the one at `index`, or behind all at Count().
     void Insert(std::size_t index, std::u16string text);
+    /// Takes a string out; those behind it move up.
     void Delete(std::size_t index);
+    /// Takes all strings out.
     void Clear() noexcept { strings_.clear(); }
     [[nodiscard]] const std::u16string& operator[](std::size_t index) const;
     [[nodiscard]] std::u16string& operator[](std::size_t index);
@@ -39,7 +42,9 @@ public:
     /// Takes the lines of a text: they end with CR LF, LF or CR, the last one perhaps with nothing.
     void SetText(std::u16string_view text);
 
+    /// For range-based for loops; valid until the list changes.
     [[nodiscard]] auto begin() const noexcept { return strings_.begin(); }
+    /// Behind the last string.
     [[nodiscard]] auto end() const noexcept { return strings_.end(); }
 
     friend bool operator==(const TStringList& left, const TStringList& right) noexcept {

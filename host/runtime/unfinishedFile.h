@@ -20,6 +20,7 @@ public:
     [[nodiscard]] const char* name() const noexcept { return isNamed_ ? name_.data() : nullptr; }
     /// The file has another name now, or none was made.
     void forget() noexcept;
+    /// Deletes the file, if one was named and is not forgotten. Errors are not told.
     void remove() noexcept;
 
 private:

@@ -45,7 +45,7 @@ enum class ValueKind : std::uint8_t {
 /// The object is given as a `void*` to its part of the uppermost class: host::TObject, or for a
 /// class without it the uppermost described one.
 struct Instance {
-    void* object = nullptr;
+    void* object = nullptr;           ///< null for nothing
     const TClassInfo* info = nullptr; ///< The class of the object itself.
 
     explicit operator bool() const noexcept { return object != nullptr; }
@@ -53,8 +53,8 @@ struct Instance {
 
 /// A value of any published type. Nothing is owned.
 struct ValueRef {
-    void* value = nullptr;
-    const ValueType* type = nullptr;
+    void* value = nullptr;           ///< null for nothing
+    const ValueType* type = nullptr; ///< the type of what `value` points to
 
     explicit operator bool() const noexcept { return value != nullptr; }
 };
@@ -75,16 +75,16 @@ struct SlotOperations {
 
 /// A place in a list or a map while it is walked through.
 struct Cursor {
-    alignas(std::max_align_t) std::byte place[32];
+    alignas(std::max_align_t) std::byte place[32]; ///< for what the operations keep there
 };
 
 /// How a list is read and filled.
 struct ListOperations {
-    std::size_t (*size)(const void* list);
-    void (*begin)(const void* list, Cursor& cursor);
+    std::size_t (*size)(const void* list);           ///< how many elements there are
+    void (*begin)(const void* list, Cursor& cursor); ///< puts the cursor before the first element
     /// The element at the cursor, which moves on; null at the end.
     const void* (*next)(const void* list, Cursor& cursor);
-    void (*clear)(void* list);
+    void (*clear)(void* list); ///< takes all elements out
     /// The place of a new element behind the `count` that were added since the list was cleared;
     /// null where a list of fixed size is full.
     void* (*append)(void* list, std::size_t count);
@@ -94,11 +94,11 @@ struct ListOperations {
 
 /// How a map is read and filled.
 struct MapOperations {
-    std::size_t (*size)(const void* map);
-    void (*begin)(const void* map, Cursor& cursor);
+    std::size_t (*size)(const void* map);           ///< how many keys there are
+    void (*begin)(const void* map, Cursor& cursor); ///< puts the cursor before the first key
     /// The key at the cursor, which moves on, and its value; null at the end.
     const void* (*next)(const void* map, Cursor& cursor, const void*& value);
-    void (*clear)(void* map);
+    void (*clear)(void* map); ///< takes all keys out
     /// The value that belongs to a key, which is moved from; a new one if there was none.
     void* (*at)(void* map, void* key);
 };
@@ -107,20 +107,20 @@ struct MapOperations {
 struct OptionalOperations {
     const void* (*get)(const void* optional); ///< Null if it is missing.
     void* (*emplace)(void* optional);         ///< A new value.
-    void (*reset)(void* optional);
+    void (*reset)(void* optional);            ///< takes the value away
 };
 
 /// How a reference is used.
 struct ReferenceOperations {
-    const TClassInfo& (*declaredClass)();
-    Instance (*get)(const void* reference);
+    const TClassInfo& (*declaredClass)();   ///< the class that the pointer names
+    Instance (*get)(const void* reference); ///< the object that it leads to, or nothing
     /// Makes it lead to an object of the declared class or a descendant, or nowhere.
     void (*set)(void* reference, Instance target);
 };
 
 /// What is known of a C++ type. Only the members that its kind needs are set.
 struct ValueType {
-    ValueKind kind = ValueKind::Boolean;
+    ValueKind kind = ValueKind::Boolean;  ///< which of the members count
     std::uint8_t size = 0;                ///< Bytes of an integer, an enumeration or a set.
     bool isSigned = false;                ///< Of an integer or an enumeration.
     bool isBits = false;                  ///< The values of a set are its bits, not their numbers.
@@ -128,12 +128,12 @@ struct ValueType {
     const ValueType* element = nullptr;   ///< Of an optional, a list or the values of a map.
     const ValueType* key = nullptr;       ///< Of a map.
     const SlotOperations* slot = nullptr; ///< Of an object or a slot.
-    const ListOperations* list = nullptr;
-    const MapOperations* map = nullptr;
-    const OptionalOperations* optional = nullptr;
-    const ReferenceOperations* reference = nullptr;
-    void* (*make)() = nullptr; ///< A new value, for OwnedValue.
-    void (*destroy)(void* value) noexcept = nullptr;
+    const ListOperations* list = nullptr; ///< of a list
+    const MapOperations* map = nullptr;   ///< of a map
+    const OptionalOperations* optional = nullptr;    ///< of an optional
+    const ReferenceOperations* reference = nullptr;  ///< of a reference
+    void* (*make)() = nullptr;                       ///< A new value, for OwnedValue.
+    void (*destroy)(void* value) noexcept = nullptr; ///< destroys what `make` gave
 };
 
 /// A value of a type that is known at run time only.
@@ -142,9 +142,12 @@ public:
     OwnedValue() = default;
     explicit OwnedValue(const ValueType& type) : value_(type.make(), type.destroy), type_(&type) {}
 
+    /// The value; null without one.
     [[nodiscard]] void* get() const noexcept { return value_.get(); }
+    /// The value with its type. Nothing is given away.
     [[nodiscard]] ValueRef ref() const noexcept { return {value_.get(), type_}; }
     explicit operator bool() const noexcept { return value_ != nullptr; }
+    /// Destroys the value.
     void reset() noexcept { value_.reset(); }
 
 private:

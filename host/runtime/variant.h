@@ -24,32 +24,36 @@ namespace host {
 /// them, and the array flag is added to the code of the elements.
 /// @{
 
+/// A type code; may have the flag varArray.
 using VarType = std::uint16_t;
 
-inline constexpr VarType varEmpty = 0; ///< Nothing assigned.
-inline constexpr VarType varNull = 1;  ///< A value that is known to be missing.
-inline constexpr VarType varInt16 = 2;
-inline constexpr VarType varInt32 = 3;
-inline constexpr VarType varSingle = 4;
-inline constexpr VarType varDouble = 5;
-inline constexpr VarType varCurrency = 6;
-inline constexpr VarType varDate = 7;
-inline constexpr VarType varWideString = 8; ///< The wide string of COM components.
-inline constexpr VarType varBoolean = 11;
-inline constexpr VarType varInt8 = 16;
-inline constexpr VarType varUInt8 = 17;
-inline constexpr VarType varUInt16 = 18;
-inline constexpr VarType varUInt32 = 19;
-inline constexpr VarType varInt64 = 20;
-inline constexpr VarType varUInt64 = 21;
+inline constexpr VarType varEmpty = 0;        ///< Nothing assigned.
+inline constexpr VarType varNull = 1;         ///< A value that is known to be missing.
+inline constexpr VarType varInt16 = 2;        ///< std::int16_t
+inline constexpr VarType varInt32 = 3;        ///< std::int32_t
+inline constexpr VarType varSingle = 4;       ///< float
+inline constexpr VarType varDouble = 5;       ///< double
+inline constexpr VarType varCurrency = 6;     ///< host::Currency
+inline constexpr VarType varDate = 7;         ///< host::TDateTime
+inline constexpr VarType varWideString = 8;   ///< The wide string of COM components.
+inline constexpr VarType varBoolean = 11;     ///< bool
+inline constexpr VarType varInt8 = 16;        ///< std::int8_t
+inline constexpr VarType varUInt8 = 17;       ///< std::uint8_t
+inline constexpr VarType varUInt16 = 18;      ///< std::uint16_t
+inline constexpr VarType varUInt32 = 19;      ///< std::uint32_t
+inline constexpr VarType varInt64 = 20;       ///< std::int64_t
+inline constexpr VarType varUInt64 = 21;      ///< std::uint64_t
 inline constexpr VarType varAnsiString = 256; ///< An 8-bit string.
 inline constexpr VarType varString = 258;     ///< A string of UTF-16 units.
 inline constexpr VarType varArray = 0x2000;   ///< The flag of arrays.
-inline constexpr VarType varByteArray = varArray | varUInt8;
-inline constexpr VarType varInt32Array = varArray | varInt32;
-inline constexpr VarType varWideStringArray = varArray | varWideString;
-inline constexpr VarType varAnsiStringArray = varArray | varAnsiString;
-inline constexpr VarType varStringArray = varArray | varString;
+inline constexpr VarType varByteArray =
+    varArray | varUInt8; ///< std::vector<std::uint8_t>, bytes of any meaning
+inline constexpr VarType varInt32Array = varArray | varInt32; ///< std::vector<std::int32_t>
+inline constexpr VarType varWideStringArray =
+    varArray | varWideString; ///< std::vector<host::WideString>
+inline constexpr VarType varAnsiStringArray =
+    varArray | varAnsiString;                                   ///< std::vector<std::string>
+inline constexpr VarType varStringArray = varArray | varString; ///< std::vector<std::u16string>
 
 /// @}
 
@@ -62,7 +66,7 @@ inline constexpr Null null{};
 
 /// A wide string of COM components: UTF-16 like others, but of a type code of its own.
 struct WideString {
-    std::u16string text;
+    std::u16string text; ///< in UTF-16
 
     friend bool operator==(const WideString&, const WideString&) = default;
 };
@@ -113,10 +117,13 @@ public:
 
     /// The type code.
     [[nodiscard]] VarType Type() const noexcept;
+    /// Whether nothing was assigned.
     [[nodiscard]] bool IsEmpty() const noexcept { return Type() == varEmpty; }
+    /// Whether it is known that there is no value, as in a field of a data base.
     [[nodiscard]] bool IsNull() const noexcept { return Type() == varNull; }
     /// One of the three kinds of string.
     [[nodiscard]] bool IsString() const noexcept;
+    /// Whether it is one of the arrays, of any length.
     [[nodiscard]] bool IsArray() const noexcept { return (Type() & varArray) != 0; }
 
     /// The value as it is held.
@@ -133,10 +140,15 @@ public:
     /// Each throws host::EConvertError.
     /// @{
     [[nodiscard]] bool AsBoolean() const; ///< Numbers: whether they differ from zero.
+    /// Throws for what does not fit into 32 bits, too.
     [[nodiscard]] std::int32_t AsInteger() const;
+    /// Throws for what does not fit into 64 bits, too.
     [[nodiscard]] std::int64_t AsInt64() const;
+    /// Throws for numbers below zero, too.
     [[nodiscard]] std::uint64_t AsUInt64() const;
+    /// Text is read with a point, whatever the locale.
     [[nodiscard]] double AsDouble() const;
+    /// Throws for what does not fit with four decimals.
     [[nodiscard]] Currency AsCurrency() const;
     /// Dates, and numbers as serials. Text is not read: its format is not the host's business.
     [[nodiscard]] TDateTime AsDateTime() const;

@@ -15,6 +15,7 @@ public:
     /// Those in it lose their parent.
     ~TWindowedControl() override;
 
+    /// The control that it stands in; null outside of any.
     [[nodiscard]] TWindowedControl* Parent() const noexcept { return parent_; }
     /// Puts the control behind those that are in `parent` already; null takes it out. Throws
     /// host::Exception when it would stand in itself.

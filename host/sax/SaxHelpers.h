@@ -98,6 +98,7 @@ public:
     TSAXVendor& operator=(const TSAXVendor&) = delete;
     virtual ~TSAXVendor();
 
+    /// The name by which applications ask for the vendor; the same at every call.
     [[nodiscard]] virtual SAXString Description() const = 0;
     /// A new reader of the string form.
     virtual Ref<IXMLReader> XMLReader() = 0;

@@ -25,6 +25,7 @@ class TNuDOMElement;
 
 /// \name Writing
 /// @{
+
 /// Writes an object as UTF-16 without a mark, which is for programs that expect it; NuSaveObject
 /// and nu::ObjectWriter write UTF-8.
 NUXML_API void NuSerializeObject2Stream(TNuConstObjectRef object, host::TStream& stream,
@@ -52,6 +53,7 @@ NUXML_API void NuSaveObject(const std::filesystem::path& path, TNuConstObjectRef
 /// \name Reading
 /// The name of the root element does not matter, its type has to fit the object.
 /// @{
+
 /// Reads an object from the first element of a text.
 NUXML_API void NuDeSerializeObject(TNuObjectRef object, std::u16string_view xml,
                                    TNuDeserializeOptions options = {});

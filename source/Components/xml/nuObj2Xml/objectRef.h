@@ -22,6 +22,7 @@ public:
         }
     }
 
+    /// The object and its class; nothing in it for null.
     [[nodiscard]] host::Instance Instance() const noexcept { return instance_; }
     explicit operator bool() const noexcept { return static_cast<bool>(instance_); }
 

@@ -29,9 +29,9 @@ template <class Class> struct SerializerConstant;
 /// What stands in an object's element behind its properties: see TNuSerializer::GetItem. Either a
 /// value or an object; nothing of it is owned.
 struct TNuSerializerItem {
-    NuXmlString name;
-    host::ValueRef value;
-    host::Instance object;
+    NuXmlString name;      ///< the name of its element
+    host::ValueRef value;  ///< a value, or nothing
+    host::Instance object; ///< an object, or nothing
     /// The name of the element that stands around it and the items beside it; empty for an item
     /// right beside the properties.
     std::u16string_view itemsElement;
@@ -74,13 +74,22 @@ public:
     TNuSerializer& operator=(const TNuSerializer&) = delete;
     virtual ~TNuSerializer();
 
+    /// The namespace that the root element declares; "" for none.
     [[nodiscard]] const NuXmlString& TargetNamespaceURI() const noexcept { return uri_; }
+    /// See TargetNamespaceURI. Set before writing; nested objects get it, too.
     void SetTargetNamespaceURI(std::u16string_view uri) { uri_ = uri; }
+    /// The prefix of that namespace; "" makes it the default namespace.
     [[nodiscard]] const NuXmlString& TargetNamespacePrefix() const noexcept { return prefix_; }
+    /// See TargetNamespacePrefix.
     void SetTargetNamespacePrefix(std::u16string_view prefix) { prefix_ = prefix; }
+    /// What the root element says in schemaLocation: where a schema of that namespace lies; ""
+    /// leaves it out.
     [[nodiscard]] const NuXmlString& SchemaLocation() const noexcept { return schemaLocation_; }
+    /// See SchemaLocation.
     void SetSchemaLocation(std::u16string_view location) { schemaLocation_ = location; }
+    /// Which declarations the root element carries.
     [[nodiscard]] TNuNamespaceOptions NamespaceOptions() const noexcept { return options_; }
+    /// See NamespaceOptions. Nested objects do not get them.
     void SetNamespaceOptions(TNuNamespaceOptions options) noexcept { options_ = options; }
 
     /// \name Pieces of text

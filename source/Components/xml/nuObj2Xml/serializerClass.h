@@ -16,7 +16,9 @@ class TNuSerializer;
 /// A class of serializers: how one is made, and what it changes. There is one constant for each
 /// class, nu::serializerOf.
 struct TNuSerializerClass {
+    /// Makes a serializer for an object that is there and stays the caller's.
     std::unique_ptr<TNuSerializer> (*createFromInstance)(host::TObject& instance);
+    /// Makes one for a class alone: its pieces can be asked for, and it writes nothing.
     std::unique_ptr<TNuSerializer> (*createFromClass)(const host::TClassInfo& info);
     /// Whether it writes by a Serialize, a GetObject or a DoAfterSerialize of its own.
     bool isCustom;

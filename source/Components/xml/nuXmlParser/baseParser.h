@@ -47,8 +47,11 @@ public:
     /// handler itself throws, throws ENuSaxHandledAbort "Abort". Never returns.
     [[noreturn]] void RaiseFatalError(std::u16string_view message);
 
+    /// The stream that characters come from; null once it was released.
     [[nodiscard]] host::TStream* SourceStream() const noexcept { return sourceStream_; }
+    /// Whether the stream goes with the parser.
     [[nodiscard]] bool OwnsStream() const noexcept { return ownsStream_; }
+    /// Who is told of fatal faults; valid as long as the parser.
     [[nodiscard]] host::IErrorHandler* ErrorHandler() const noexcept { return errorHandler_.get(); }
     /// Whether the last character has been delivered.
     [[nodiscard]] bool Eof() const noexcept { return eof_; }
@@ -89,10 +92,12 @@ protected:
     /// Gives the decoded text back; called once, before the stream goes.
     virtual void releaseText() noexcept = 0;
 
+    /// Throws ENuSaxFatalError "Unexpected EOF", without telling the handler.
     [[noreturn]] void raiseUnexpectedEof();
+    /// For subclasses: what the counting getters give from now on.
     void setCounters(std::int64_t line, std::int64_t column, std::int64_t charCount) noexcept;
 
-    bool eof_ = false;
+    bool eof_ = false; ///< for subclasses: the end has been delivered
 
 private:
     void releaseStream() noexcept;

@@ -59,12 +59,16 @@ public:
     PNuXmlChar PeekWord() override { return PeekXmlChar(); }
     [[nodiscard]] PNuXmlChar CurrChar() const override { return currPtr_; }
 
+    /// What the mark at the beginning, or the lack of one, told.
     [[nodiscard]] TNuEncoding Encoding() const noexcept { return encoding_; }
+    /// The character delivered last; moves when the buffer does.
     [[nodiscard]] PNuXmlChar CurrPtr() const noexcept { return currPtr_; }
+    /// Behind the character delivered last, where the next read begins.
     [[nodiscard]] PNuXmlChar ReadPtr() const noexcept { return readPtr_; }
     /// What the last look ahead found; null before the first.
     [[nodiscard]] PNuXmlChar PeekPtr() const noexcept { return peekPtr_; }
 
+    /// \cond internal
     // For the scanner: what is decoded can be looked at by pointer, and a read may move to any
     // place of it.
     static constexpr bool hasTextAtHand = true;
@@ -144,6 +148,7 @@ public:
     [[nodiscard]] NuXmlChar current() const noexcept { return *currPtr_; }
     [[nodiscard]] PNuXmlChar currentPlace() const noexcept { return currPtr_; }
     [[nodiscard]] bool hasEnded() const noexcept { return eof_; }
+    /// \endcond
 
 protected:
     void Initialize() override;

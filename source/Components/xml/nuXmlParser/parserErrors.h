@@ -21,6 +21,7 @@ public:
 
     /// Where the reader stood, from 1; 0 where that is not known.
     [[nodiscard]] std::int64_t Line() const noexcept { return line_; }
+    /// The column to Line, as the parser counts it; -1 where there is none.
     [[nodiscard]] std::int64_t Column() const noexcept { return column_; }
     /// The name of the file as it was opened; empty where it was none.
     [[nodiscard]] const std::u16string& File() const noexcept { return file_; }

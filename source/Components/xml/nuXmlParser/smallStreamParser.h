@@ -52,13 +52,18 @@ public:
 
     /// Whether the text was allocated here; otherwise it lies in the stream's memory.
     [[nodiscard]] bool OwnsBuffer() const noexcept { return ownsBuffer_; }
+    /// The first character of the decoded text.
     [[nodiscard]] PNuXmlChar Buffer() const noexcept { return buffer_; }
+    /// The character delivered last.
     [[nodiscard]] PNuXmlChar CurrPtr() const noexcept { return currPtr_; }
+    /// Behind the character delivered last, where the next read begins.
     [[nodiscard]] PNuXmlChar ReadPtr() const noexcept { return readPtr_; }
     /// The last character, not one behind it; of an empty text the place where it would start.
     [[nodiscard]] PNuXmlChar LastPtr() const noexcept { return lastPtr_; }
+    /// What the last look ahead found; null before the first.
     [[nodiscard]] PNuXmlChar PeekPtr() const noexcept { return peekPtr_; }
 
+    /// \cond internal
     // For the scanner: the text around the current character can be looked at by pointer, and a
     // read may move to any place of it.
     static constexpr bool hasTextAtHand = true;
@@ -142,6 +147,7 @@ public:
     [[nodiscard]] NuXmlChar current() const noexcept { return *currPtr_; }
     [[nodiscard]] PNuXmlChar currentPlace() const noexcept { return currPtr_; }
     [[nodiscard]] bool hasEnded() const noexcept { return eof_; }
+    /// \endcond
 
 protected:
     void Initialize() override;

@@ -18,6 +18,7 @@ public:
 
     /// The whole content; the two names serve callers of the two sides.
     [[nodiscard]] NuXmlString GetAsSaxString() const { return GetAsWideString(); }
+    /// The same as GetAsSaxString.
     [[nodiscard]] NuXmlString GetAsXmlString() const { return GetAsWideString(); }
 
     /// `length` characters from the character at index `start`. Nothing checks the bounds: the

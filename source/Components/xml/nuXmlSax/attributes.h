@@ -37,9 +37,11 @@ public:
         qName_ = span(name, length);
         classify();
     }
+    /// Stores the name without prefix, a part of the qualified name. The span is not copied.
     void SetLocalName(PNuXmlChar name, host::SAXLength length) noexcept {
         localName_ = span(name, length);
     }
+    /// Stores the raw value, without its quotes. The span is not copied.
     void SetValue(PNuXmlChar value, host::SAXLength length) noexcept {
         value_ = span(value, length);
         isKnownPlain_ = false;
@@ -47,14 +49,19 @@ public:
     /// The depth of the element, the root being 1.
     void SetLevel(std::int32_t level) noexcept { level_ = level; }
 
+    /// The reader whose parse it belongs to; it has to live.
     [[nodiscard]] TNuSAXXMLReader& Reader() const noexcept { return *reader_; }
+    /// The depth of the element, the root being 1.
     [[nodiscard]] std::int32_t Level() const noexcept { return level_; }
+    /// Whether it is "xmlns" without a prefix, in either letter case.
     [[nodiscard]] bool IsDefaultNamespace() const noexcept { return isDefaultNamespace_; }
+    /// Whether it declares a namespace: "xmlns" or "xmlns:…", in either letter case.
     [[nodiscard]] bool IsNamespaceDecl() const noexcept { return isNamespaceDecl_; }
     /// Whether the value was seen to hold none of & < > ' while it was scanned. False tells
     /// nothing.
     [[nodiscard]] bool isKnownPlain() const noexcept { return isKnownPlain_; }
 
+    /// The name as it is written, prefix included.
     [[nodiscard]] NuXmlString GetQName() const { return NuXmlString(qName_); }
     /// The name behind the last colon; empty for a default declaration.
     [[nodiscard]] NuXmlString GetLocalName() const { return NuXmlString(localNameSpan()); }
@@ -71,11 +78,15 @@ public:
     /// The same as a span; null and -1 where there is none.
     void GetURI(PNuXmlChar& uri, host::SAXLength& length) const;
 
+    /// GetQName as a span of the buffer, valid during the callback.
     [[nodiscard]] std::u16string_view qNameSpan() const noexcept { return qName_; }
+    /// GetLocalName as a span of the buffer, valid during the callback.
     [[nodiscard]] std::u16string_view localNameSpan() const noexcept {
         return isDefaultNamespace_ ? std::u16string_view() : localName_;
     }
+    /// GetValue as a span of the buffer, valid during the callback.
     [[nodiscard]] std::u16string_view valueSpan() const noexcept { return value_; }
+    /// GetPrefix as a span, valid during the callback.
     [[nodiscard]] std::u16string_view prefixSpan() const noexcept;
 
 private:
@@ -119,6 +130,7 @@ public:
         host::checkListIndex(index, count_);
         return attributes_[static_cast<std::size_t>(index)];
     }
+    /// Empties the list; the memory stays for the next tag.
     void Clear() noexcept { count_ = 0; }
     /// All of them in document order; valid until the list changes.
     [[nodiscard]] std::span<const TNuSAXAttribute> all() const noexcept {
@@ -128,22 +140,33 @@ public:
     host::SAXLength getLength() override { return static_cast<host::SAXLength>(count_); }
 
     // Spans
+    /// The URI of the attribute's prefix, see TNuSAXAttribute::GetURIEx; null and -1 without one.
     void getURI(host::SAXLength index, PNuXmlChar& uri, host::SAXLength& length) override;
+    /// The name behind the colon; empty for the declaration of the default namespace.
     void getLocalName(host::SAXLength index, PNuXmlChar& name, host::SAXLength& length) override;
+    /// The name as it is written.
     void getQName(host::SAXLength index, PNuXmlChar& name, host::SAXLength& length) override;
+    /// Always "CDATA", ended by a NUL character; the length is -1.
     void getType(host::SAXLength index, PNuXmlChar& type, host::SAXLength& length) override;
+    /// The raw value; references are not expanded (NuXMLToStr does it).
     void getValue(host::SAXLength index, PNuXmlChar& value, host::SAXLength& length) override;
+    /// The first attribute with that local name and that URI, or -1.
     host::SAXLength getIndex(PNuXmlChar uri, host::SAXLength uriLength, PNuXmlChar localName,
                              host::SAXLength localNameLength) override;
+    /// The first attribute of exactly that qualified name, or -1.
     host::SAXLength getIndex(PNuXmlChar qName, host::SAXLength qNameLength) override;
+    /// "CDATA" where there is such an attribute; empty, with length 0, where there is none.
     void getType(PNuXmlChar uri, host::SAXLength uriLength, PNuXmlChar localName,
                  host::SAXLength localNameLength, PNuXmlChar& type,
                  host::SAXLength& length) override;
+    /// The same by qualified name.
     void getType(PNuXmlChar qName, host::SAXLength qNameLength, PNuXmlChar& type,
                  host::SAXLength& length) override;
+    /// The raw value; empty, with length 0, without such an attribute.
     void getValue(PNuXmlChar uri, host::SAXLength uriLength, PNuXmlChar localName,
                   host::SAXLength localNameLength, PNuXmlChar& value,
                   host::SAXLength& length) override;
+    /// The same by qualified name.
     void getValue(PNuXmlChar qName, host::SAXLength qNameLength, PNuXmlChar& value,
                   host::SAXLength& length) override;
 
@@ -166,11 +189,15 @@ public:
     /// The first attribute with that qualified name, or -1.
     [[nodiscard]] host::SAXLength getIndexFromQName(std::u16string_view qName) const;
     // Type or value of the attribute so found, or an empty text.
+    /// "CDATA" if there is an attribute of that local name and URI; "" without one.
     [[nodiscard]] NuXmlString getTypeFromName(std::u16string_view uri,
                                               std::u16string_view localName) const;
+    /// "CDATA" if there is an attribute of that qualified name; "" without one.
     [[nodiscard]] NuXmlString getTypeFromQName(std::u16string_view qName) const;
+    /// The raw value of the attribute of that local name and URI; "" without one.
     [[nodiscard]] NuXmlString getValueFromName(std::u16string_view uri,
                                                std::u16string_view localName) const;
+    /// The raw value of the attribute of that qualified name; "" without one.
     [[nodiscard]] NuXmlString getValueFromQName(std::u16string_view qName) const;
 
 private:

@@ -14,6 +14,7 @@ class NUXML_API TNuSaxFeatures {
 public:
     /// The value stored under `name`; nothing when there is none.
     [[nodiscard]] std::optional<bool> Get(std::u16string_view name) const;
+    /// Stores a value, behind the others if the name is a new one.
     void Set(std::u16string_view name, bool value);
 
 private:

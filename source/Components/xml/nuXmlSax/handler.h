@@ -22,12 +22,14 @@ public:
     /// exception is already on its way.
     virtual ~TNuSAXHandler() noexcept(false);
 
+    /// The reader that it was made for.
     [[nodiscard]] TNuSAXXMLReader& Reader() const noexcept { return *reader_; }
 
     /// Takes a reference; gives the new count.
     virtual std::int32_t _AddRef() noexcept;
     /// Drops a reference; gives the new count. At 0 the object is gone.
     virtual std::int32_t _Release() noexcept;
+    /// The references that are held now; for diagnosis, as others may take and drop some meanwhile.
     [[nodiscard]] std::int32_t RefCount() const noexcept {
         return count_.load(std::memory_order_relaxed);
     }
@@ -55,6 +57,8 @@ template <class... Interfaces> class TNuSAXHandlerOf : public Interfaces..., pub
 public:
     using TNuSAXHandler::TNuSAXHandler;
 
+    /// See host::IUnknown::QueryInterface; offers the interfaces that the template names, in that
+    /// order.
     host::ResultCode QueryInterface(const host::InterfaceId& id, void** object) noexcept override {
         *object = host::findInterface<Interfaces...>(this, id);
         if (*object == nullptr) {

@@ -17,7 +17,8 @@
 struct TNuSaxNamespace {
     std::int32_t Level = 0; ///< depth of the declaring element
     std::u16string Prefix;  ///< empty for the default namespace
-    std::u16string URI;
+    std::u16string
+        URI; ///< as it is declared; empty where the declaration takes a default namespace back
     /// From 1 on. Declarations of one number have the same URI; a new one gets the number of a
     /// former one only where that is quick to see.
     std::uint64_t Number = 0;
@@ -82,9 +83,11 @@ public:
             removeFrom(level);
         }
     }
+    /// Removes all declarations and forgets all prefixes.
     void Clear();
     /// Whether prefixes are compared exactly. For an empty list.
     void compareExactly(bool isExact) noexcept;
+    /// How many declarations are in scope, hidden ones included.
     [[nodiscard]] std::size_t Count() const noexcept { return inScope_.size(); }
 
     /// \cond internal

@@ -59,12 +59,14 @@ public:
     /// A reader that lives as long as somebody holds it; one made otherwise belongs to its maker.
     /// It stays to the end of a parse in any case.
     [[nodiscard]] static host::Ref<TNuSAXXMLReader> CreateCounted();
+    /// Whether it is one of CreateCounted, which goes with its last reference.
     [[nodiscard]] bool IsCounted() const noexcept { return isCounted_; }
 
     /// The character source of the next parse. The whole size of a stream decides, wherever it
     /// stands, unless something else is chosen; with a choice the size is not asked for, so that a
     /// stream without one can be read.
     [[nodiscard]] TNuSaxParserChoice ParserChoice() const noexcept { return parserChoice_; }
+    /// Takes effect with the next parse. See ParserChoice.
     void SetParserChoice(TNuSaxParserChoice choice) noexcept { parserChoice_ = choice; }
 
     /// Puts the conforming stage in front of every parse from the next one on: the document is read
@@ -79,6 +81,7 @@ public:
     void SetConforming(const TNuConformingOptions& options) { conforming_ = options; }
     /// Leaves the reader to its own rules again, as it was made.
     void ClearConforming() noexcept { conforming_.reset(); }
+    /// The options that SetConforming set; nothing where the reader keeps to its own rules.
     [[nodiscard]] const std::optional<TNuConformingOptions>& Conforming() const noexcept {
         return conforming_;
     }
@@ -89,6 +92,8 @@ public:
 
     /// What the documents of the next parses may ask for.
     [[nodiscard]] const TNuSaxLimits& Limits() const noexcept { return limits_; }
+    /// Sets all limits at once, from the next parse on. A document that asks for more ends with
+    /// ENuSaxFatalError.
     void SetLimits(const TNuSaxLimits& limits) noexcept;
 
     /// Parses the rest of the stream from its position. With `ownsStream` the stream is destroyed
@@ -101,6 +106,7 @@ public:
     /// to the error handler as a fatal error without a place, and ENuSaxHandledAbort with an empty
     /// message is thrown. ENuSaxHandledAbort from a handler ends the parse quietly.
     void Parse(host::TStream* stream, bool ownsStream = false);
+    /// The same for a stream that stays the caller's.
     void Parse(host::TStream& stream) { Parse(&stream); }
     /// Parses the file of that name if there is one and the text does not begin with "<"; otherwise
     /// the text itself. Throws host::EFileOpenError for a file that cannot be opened.
@@ -125,7 +131,10 @@ public:
 
     [[nodiscard]] host::Ref<host::IBufferedContentHandler> getContentHandler() override;
     void setContentHandler(const host::Ref<host::IBufferedContentHandler>& handler) override;
+    /// The handler that was set; an empty handle without one.
     [[nodiscard]] host::Ref<host::IBufferedLexicalHandler> getLexicalHandler();
+    /// Sets who receives comments, CDATA borders and the document type; an empty handle for the
+    /// events of this reader.
     void setLexicalHandler(const host::Ref<host::IBufferedLexicalHandler>& handler);
     [[nodiscard]] host::Ref<host::IErrorHandler> getErrorHandler() override;
     void setErrorHandler(const host::Ref<host::IErrorHandler>& handler) override;
@@ -144,7 +153,9 @@ public:
     /// \endcond
 
     // Faults, with the line and column of `source`.
+    /// Tells the error handler a warning.
     void Warning(TNuXmlBaseParser& source, std::u16string_view message);
+    /// Tells the error handler an error; the parse goes on.
     void Error(TNuXmlBaseParser& source, std::u16string_view message);
     /// Reports the fault and throws ENuSaxFatalError with the same message.
     [[noreturn]] void FatalError(TNuXmlBaseParser& source, std::u16string_view message);

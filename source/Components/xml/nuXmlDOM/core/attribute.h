@@ -12,15 +12,21 @@
 /// operations take and give is the text that is meant; what is kept and written is escaped.
 class NUXML_API TNuDOMAttribute final : public TNuDOMNode {
 public:
+    /// What stands for this kind of node in TNuDOMDocument::_CreateNode, and what messages call it.
     static const TNuDOMNodeClass Class;
+    /// The kind as a constant, for templates over kinds of nodes.
     static constexpr host::DOMNodeType Type = host::ATTRIBUTE_NODE;
 
     [[nodiscard]] NuXmlString get_nodeValue() const override;
     using TNuDOMNode::set_nodeValue;
     void set_nodeValue(std::u16string_view value) override;
+    /// The qualified name; "xmlns" for the declaration of the default namespace.
     [[nodiscard]] NuXmlString get_name() const { return get_nodeName(); }
+    /// The value, references resolved.
     [[nodiscard]] NuXmlString get_value() const { return get_nodeValue(); }
+    /// Replaces the value, which is escaped where it is written.
     void set_value(std::u16string_view value) { set_nodeValue(value); }
+    /// The same in UTF-8.
     void set_value(const TNuUtf8Text& value) { set_nodeValue(value.view()); }
 
     /// "xmlns" for every namespace declaration, also for the default one.
@@ -35,6 +41,7 @@ public:
     [[nodiscard]] bool get_IsNamespace() const noexcept;
     /// The element that carries the attribute, or null.
     [[nodiscard]] TNuDOMElement* get_ownerElement();
+    /// The same for a constant one; what comes out is constant, too.
     [[nodiscard]] const TNuDOMElement* get_ownerElement() const;
     /// Deliberate: always false; the reader does not tell attributes of a document type apart.
     [[nodiscard]] bool get_specified() const noexcept { return false; }

@@ -30,7 +30,10 @@ struct TNuConformingOptions;
 
 /// How a document is saved.
 struct TNuSaveOptions {
+    /// Whether elements, comments, CDATA sections and instructions get lines of their own, indented
+    /// by depth.
     bool formatted = false;
+    /// Whether UTF-8 and UTF-16 begin with a mark; 8-bit pages have none.
     bool writeByteOrderMark = false;
     /// Whether every parser of XML must read the content that the tree has: elements that hold text
     /// get no line breaks inside, also when formatted, and line breaks and tabs in values are
@@ -51,7 +54,9 @@ struct TNuSaveOptions {
 /// references.
 class NUXML_API TNuDOMDocument final : public TNuDOMNode {
 public:
+    /// What stands for this kind of node in messages; _CreateNode refuses it.
     static const TNuDOMNodeClass Class;
+    /// The kind as a constant, for templates over kinds of nodes.
     static constexpr host::DOMNodeType Type = host::DOCUMENT_NODE;
 
     /// An empty document.
@@ -62,11 +67,18 @@ public:
 
     /// \name The document element
     /// @{
+
+    /// The document element; null in an empty document.
     [[nodiscard]] TNuDOMElement* GetRootNode() noexcept { return documentElement_; }
+    /// The same for a constant one; what comes out is constant, too.
     [[nodiscard]] const TNuDOMElement* GetRootNode() const noexcept { return documentElement_; }
+    /// The document element; null in an empty document.
     [[nodiscard]] TNuDOMElement* get_rootNode() noexcept { return documentElement_; }
+    /// The same for a constant one; what comes out is constant, too.
     [[nodiscard]] const TNuDOMElement* get_rootNode() const noexcept { return documentElement_; }
+    /// The document element, by its name in W3C DOM; null in an empty document.
     [[nodiscard]] TNuDOMElement* get_documentElement() noexcept { return documentElement_; }
+    /// The same for a constant one; what comes out is constant, too.
     [[nodiscard]] const TNuDOMElement* get_documentElement() const noexcept {
         return documentElement_;
     }
@@ -74,8 +86,12 @@ public:
     void set_documentElement(TNuDOMElement& element);
     /// Makes the document element. Throws ENuDomHierarchyRequest when there is one.
     TNuDOMElement& CreateRootNode(std::u16string_view name);
+    /// The same in UTF-8.
     TNuDOMElement& CreateRootNode(const TNuUtf8Text& name) { return CreateRootNode(name.view()); }
+    /// The same; `namespaceURI` is only noted on the element (GetCreationNamespaceURI), nothing is
+    /// declared.
     TNuDOMElement& CreateRootNode(std::u16string_view name, std::u16string_view namespaceURI);
+    /// The same in UTF-8.
     TNuDOMElement& CreateRootNode(const TNuUtf8Text& name, const TNuUtf8Text& namespaceURI) {
         return CreateRootNode(name.view(), namespaceURI.view());
     }
@@ -88,40 +104,59 @@ public:
     /// Nodes outside of the tree, until they are put somewhere. Names throw as
     /// TNuDOMNode::set_nodeName does, values as the set_nodeValue of the kind.
     /// @{
+
+    /// An element without attributes and children.
     [[nodiscard]] NuRef<TNuDOMElement> createElement(std::u16string_view name);
+    /// The same in UTF-8.
     [[nodiscard]] NuRef<TNuDOMElement> createElement(const TNuUtf8Text& name) {
         return createElement(name.view());
     }
+    /// The same by its qualified name; the URI is only noted (GetCreationNamespaceURI), the
+    /// declarations in scope decide where it stands.
     [[nodiscard]] NuRef<TNuDOMElement> createElementNS(std::u16string_view namespaceURI,
                                                        std::u16string_view qualifiedName);
+    /// An attribute with an empty value; TNuDOMElement::setAttributeNode puts it on an element.
     [[nodiscard]] NuRef<TNuDOMAttribute> createAttribute(std::u16string_view name);
+    /// The same in UTF-8.
     [[nodiscard]] NuRef<TNuDOMAttribute> createAttribute(const TNuUtf8Text& name) {
         return createAttribute(name.view());
     }
+    /// The same by its qualified name; the URI is only noted, as for createElementNS.
     [[nodiscard]] NuRef<TNuDOMAttribute> createAttributeNS(std::u16string_view namespaceURI,
                                                            std::u16string_view qualifiedName);
+    /// A text; `data` is what is meant, and escaped where it is written.
     [[nodiscard]] NuRef<TNuDOMText> createTextNode(std::u16string_view data);
+    /// The same in UTF-8.
     [[nodiscard]] NuRef<TNuDOMText> createTextNode(const TNuUtf8Text& data) {
         return createTextNode(data.view());
     }
+    /// A comment outside of the tree; throws for its text as TNuDOMComment::set_nodeValue does.
     [[nodiscard]] NuRef<TNuDOMComment> createComment(std::u16string_view data);
+    /// The same in UTF-8.
     [[nodiscard]] NuRef<TNuDOMComment> createComment(const TNuUtf8Text& data) {
         return createComment(data.view());
     }
+    /// A CDATA section; throws for its text as TNuDOMCDATA::set_nodeValue does.
     [[nodiscard]] NuRef<TNuDOMCDATA> createCDATASection(std::u16string_view data);
+    /// The same in UTF-8.
     [[nodiscard]] NuRef<TNuDOMCDATA> createCDATASection(const TNuUtf8Text& data) {
         return createCDATASection(data.view());
     }
     [[nodiscard]] NuRef<TNuDOMProcessingInstruction>
+    /// An instruction; `data` is written as it is and not checked for "?>".
     createProcessingInstruction(std::u16string_view target, std::u16string_view data);
     [[nodiscard]] NuRef<TNuDOMProcessingInstruction>
+    /// The same in UTF-8.
     createProcessingInstruction(const TNuUtf8Text& target, const TNuText& data) {
         return createProcessingInstruction(target.view(), data.view());
     }
     /// Never supported.
     void createDocumentFragment();
+    /// Never supported: references are resolved where values are read.
     void createEntityReference(std::u16string_view name);
+    /// Never supported: the tree has no document type.
     void get_doctype() const;
+    /// Never supported. CreateCopy copies a node of another document, and appendChild adopts one.
     NuRef<TNuDOMNode> importNode(TNuDOMNode& node, bool deep);
 
     /// Makes a node of a class that has a name and puts it below `parent`, if there is one. Throws
@@ -133,6 +168,7 @@ public:
     TNuDOMCharacterData& _CreateCharacterData(const TNuDOMNodeClass& nodeClass,
                                               std::u16string_view value, TNuDOMNode* parent,
                                               TNuDOMPosition position, TNuDOMNode* reference);
+    /// Makes an element, notes the URI on it and puts it below `parent`, if there is one.
     TNuDOMElement& _CreateElement(std::u16string_view name, std::u16string_view namespaceURI,
                                   TNuDOMNode* parent, TNuDOMPosition position,
                                   TNuDOMNode* reference);
@@ -141,6 +177,7 @@ public:
     /// \name Copying
     /// See TNuDOMNode::AddCopy.
     /// @{
+
     /// A copy of a node, of this document or another one, outside of the tree.
     template <class Node> [[nodiscard]] NuRef<Node> CreateCopy(const Node& node) {
         return static_cast<Node*>(copy(node).get());
@@ -151,16 +188,21 @@ public:
 
     /// \name Processing instructions right below the document
     /// @{
+
     /// The data of the first one of that target, "" without one.
     [[nodiscard]] NuXmlString GetProcessingInstruction(std::u16string_view target) const;
+    /// The same in UTF-8.
     [[nodiscard]] std::string GetProcessingInstruction(const TNuUtf8Text& target) const;
     /// Sets the data of the first one of that target, or makes one: at the front for "xml", in any
     /// letter case, else at the end.
     void SetProcessingInstruction(std::u16string_view target, std::u16string_view data);
+    /// The same in UTF-8.
     void SetProcessingInstruction(const TNuUtf8Text& target, const TNuText& data) {
         SetProcessingInstruction(target.view(), data.view());
     }
+    /// The same as SetProcessingInstruction: a second one of a target is not added.
     void AddProcessingInstruction(std::u16string_view target, std::u16string_view data);
+    /// The same in UTF-8.
     void AddProcessingInstruction(const TNuUtf8Text& target, const TNuText& data) {
         AddProcessingInstruction(target.view(), data.view());
     }
@@ -168,25 +210,35 @@ public:
 
     /// \name Finding elements
     /// @{
+
     /// The first element with an attribute whose local name is "id" and whose value is `id`, both
     /// in any letter case; in the order of a path "//*".
     [[nodiscard]] TNuDOMElement* getElementById(std::u16string_view id);
+    /// The same in UTF-8.
     [[nodiscard]] TNuDOMElement* getElementById(const TNuUtf8Text& id) {
         return getElementById(id.view());
     }
+    /// The elements of the document of that qualified name, in the order of a path "//name"; "*" is
+    /// any name. The list does not follow the changes of the tree.
     [[nodiscard]] NuRef<TNuDOMElementList> getElementsByTagName(std::u16string_view name);
+    /// The same in UTF-8.
     [[nodiscard]] NuRef<TNuDOMElementList> getElementsByTagName(const TNuUtf8Text& name) {
         return getElementsByTagName(name.view());
     }
+    /// The same by local name and resolved namespace.
     [[nodiscard]] NuRef<TNuDOMElementList> getElementsByTagNameNS(std::u16string_view namespaceURI,
                                                                   std::u16string_view localName);
+    /// A new list of the elements at `path`, in the order of selection.
     [[nodiscard]] NuRef<TNuDOMElementList> CreateElementList(std::u16string_view path,
                                                              TNuDOMSelectOptions options = {});
+    /// The same in UTF-8.
     [[nodiscard]] NuRef<TNuDOMElementList> CreateElementList(const TNuUtf8Text& path,
                                                              TNuDOMSelectOptions options = {}) {
         return CreateElementList(path.view(), options);
     }
+    /// The only element at `path`; null without one. Throws ENuDomException when there are more.
     TNuDOMElement* SelectSingleElement(std::u16string_view path, TNuDOMSelectOptions options = {});
+    /// The same in UTF-8.
     TNuDOMElement* SelectSingleElement(const TNuUtf8Text& path, TNuDOMSelectOptions options = {}) {
         return SelectSingleElement(path.view(), options);
     }
@@ -204,11 +256,16 @@ public:
     /// characters in the same text, and when TNuConformingOptions ask for it with cwAll (cwInline:
     /// without line breaks).
     /// @{
+
     /// Throws host::EReadError when there is no such file.
     bool LoadFromFile(const std::filesystem::path& fileName);
     /// From the position of the stream on.
     bool LoadFromStream(host::TStream& stream);
+    /// The same with a counted stream, which may be dropped afterwards. Throws what its failure
+    /// code says (host::checkResult).
     bool loadFromStream(host::IStream* stream);
+    /// The document that the text is, in the place of what was there. A declared encoding has no
+    /// meaning here.
     bool loadxml(std::u16string_view xml);
     /// The text is UTF-8, whatever its declaration says.
     bool loadxml(const TNuUtf8Text& xml) { return loadxml(xml.view()); }
@@ -218,23 +275,32 @@ public:
     /// `report`, if there is one, receives what was wrong, the fatal fault included.
     bool LoadFromFile(const std::filesystem::path& fileName, const TNuConformingOptions& options,
                       TNuLoadReport* report = nullptr);
+    /// See LoadFromFile with options. The stream is read from its position on and stays the
+    /// caller's.
     bool LoadFromStream(host::TStream& stream, const TNuConformingOptions& options,
                         TNuLoadReport* report = nullptr);
+    /// See LoadFromFile with options.
     bool loadxml(std::u16string_view xml, const TNuConformingOptions& options,
                  TNuLoadReport* report = nullptr);
+    /// The same in UTF-8.
     bool loadxml(const TNuUtf8Text& xml, const TNuConformingOptions& options,
                  TNuLoadReport* report = nullptr) {
         return loadxml(xml.view(), options, report);
     }
+    /// See LoadFromFile with options and load.
     bool load(const host::DOMSource& source, const TNuConformingOptions& options,
               TNuLoadReport* report = nullptr);
     /// Read by the rules of the reader alone, which forgives much and tells the report.
     bool LoadFromFile(const std::filesystem::path& fileName, TNuLoadReport& report);
+    /// See LoadFromFile with a report. The stream is read from its position on.
     bool LoadFromStream(host::TStream& stream, TNuLoadReport& report);
+    /// See LoadFromFile with a report.
     bool loadxml(std::u16string_view xml, TNuLoadReport& report);
+    /// The same in UTF-8.
     bool loadxml(const TNuUtf8Text& xml, TNuLoadReport& report) {
         return loadxml(xml.view(), report);
     }
+    /// See LoadFromFile with a report and load.
     bool load(const host::DOMSource& source, TNuLoadReport& report);
     /// Always 0: loading is done when the call is.
     [[nodiscard]] std::int32_t asyncLoadState() const noexcept { return 0; }
@@ -255,27 +321,37 @@ public:
     ///
     /// Text of white space alone is written, but loading drops it: see there what keeps it.
     /// @{
+
     /// The encoding of the declaration in lower case, "" without one.
     [[nodiscard]] NuXmlString GetEncoding() const;
     /// Makes the declaration name an encoding, and makes a declaration where there is none.
     void SetEncoding(std::u16string_view name);
+    /// The same in UTF-8.
     void SetEncoding(const TNuUtf8Text& name) { SetEncoding(name.view()); }
+    /// Without line breaks of its own and without a byte-order mark, from the position of the
+    /// stream on.
     void SaveToStream(host::TStream& stream) { SaveToStream(stream, false, false); }
     /// Throws host::Exception ("Failed to write all the data!") when an 8-bit save is cut short,
     /// and what the stream throws.
     void SaveToStream(host::TStream& stream, bool formatted, bool writeByteOrderMark);
+    /// In the form that the options name.
     void SaveToStream(host::TStream& stream, const TNuSaveOptions& options);
+    /// The same with a counted stream: without line breaks and without a mark.
     void SaveToStream(host::IStream* stream);
     /// Replaces the file when everything is written; after a failure the old file is there as it
     /// was. Begins with a byte-order mark.
     void SaveToFile(const std::filesystem::path& fileName, bool formatted = false);
+    /// The same, not formatted; `fileName` is in UTF-16, for callers that have it so.
     void save(std::u16string_view fileName);
     /// @}
 
     /// \name Limits
     /// For documents, and paths, of strangers. They hold from the next operation on.
     /// @{
+
+    /// The limits in force; by default there are none.
     [[nodiscard]] const TNuDOMLimits& Limits() const noexcept { return limits_; }
+    /// Sets all limits at once; what the tree holds already is not looked at.
     void SetLimits(const TNuDOMLimits& limits) noexcept { limits_ = limits; }
     /// @}
 

@@ -106,6 +106,7 @@ protected:
     /// The object that offers the interfaces of this one; made at the first call.
     virtual nu::Face& face() = 0;
 
+    /// \cond internal
     [[nodiscard]] bool hasFlag(nu::ObjectFlag flag) const noexcept {
         return (flags_.load(std::memory_order_relaxed) & flag) != 0;
     }
@@ -117,6 +118,7 @@ protected:
         flags_.store(static_cast<std::uint16_t>(flags_.load(std::memory_order_relaxed) & ~flag),
                      std::memory_order_relaxed);
     }
+    /// \endcond
 
 private:
     /// The last reference to a node, or to one of its lists, is about to be dropped. Gives whether
@@ -135,8 +137,10 @@ private:
     std::atomic<std::int32_t> count_ = 0;
 
 protected:
+    /// \cond internal
     // Here, where they fill what the count leaves of a word.
     /// The host::DOMNodeType of a node; 0 for what is none.
     std::uint16_t nodeType_ = 0;
     std::atomic<std::uint16_t> flags_ = 0;
+    /// \endcond
 };

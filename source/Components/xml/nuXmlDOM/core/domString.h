@@ -16,6 +16,7 @@ public:
     TNuDOMString() = default;
     ~TNuDOMString() override;
 
+    /// The whole content, wherever the position is.
     [[nodiscard]] NuXmlString GetAsDomString() const;
     /// Replaces the content. The old content is gone also when the new one is refused.
     void SetAsDOMString(std::u16string_view text);

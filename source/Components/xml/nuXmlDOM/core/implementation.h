@@ -13,6 +13,7 @@
 /// Tells what the tree can do, and makes documents. It belongs to no document.
 class NUXML_API TNuDOMImplementation final : public TNuDOMObject {
 public:
+    /// A new one; all are alike.
     [[nodiscard]] static NuRef<TNuDOMImplementation> Create();
 
     /// Whether the feature is "xml" and the version "1.0" or "2.0", in any letter case.

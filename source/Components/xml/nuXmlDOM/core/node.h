@@ -70,6 +70,8 @@ class NUXML_API TNuDOMNode : public TNuDOMObject {
 public:
     /// \name What the node is
     /// @{
+
+    /// The kind, with the numbers of W3C DOM. Fixed for the life of a node.
     [[nodiscard]] host::DOMNodeType get_nodeType() const noexcept {
         return static_cast<host::DOMNodeType>(nodeType_);
     }
@@ -84,9 +86,12 @@ public:
 
     /// \name Names
     /// @{
+
     /// The qualified name of elements, attributes and instructions, else a fixed name ("#text").
     [[nodiscard]] virtual NuXmlString get_nodeName() const;
+    /// What stands before the colon of the qualified name; "" without one.
     [[nodiscard]] virtual NuXmlString get_prefix() const;
+    /// What stands behind the colon of the qualified name; all of it without a colon.
     [[nodiscard]] virtual NuXmlString get_localName() const;
     /// The namespace that the declarations in scope give the prefix, "" without one.
     /// Deliberate: the URI that a node was created with is not consulted.
@@ -98,6 +103,7 @@ public:
     /// empty, and ENuDomInvalidCharacter when it holds a space; the node then has the name up to
     /// there.
     void set_nodeName(std::u16string_view name);
+    /// The same in UTF-8.
     void set_nodeName(const TNuUtf8Text& name) { set_nodeName(name.view()); }
     /// Gives an element, an attribute or an instruction another name, which is in the namespace
     /// that its prefix has in scope. Throws ENuDomSyntax when `name` is empty,
@@ -116,11 +122,22 @@ public:
 
     /// \name Content
     /// @{
+
+    /// The text of character data, elements and attributes and the data of instructions, references
+    /// resolved; "" for a document.
     [[nodiscard]] virtual NuXmlString get_nodeValue() const;
+    /// Replaces that text by what is meant; where something has to be escaped, the node does it.
+    /// Throws ENuDomNotSupported for a document.
     virtual void set_nodeValue(std::u16string_view value);
+    /// The same in UTF-8.
     void set_nodeValue(const TNuUtf8Text& value) { set_nodeValue(value.view()); }
+    /// The text inside an element, see TNuDOMElement::get_nodeValue. Other nodes throw
+    /// ENuDomNotSupported; Text gives that of any node.
     [[nodiscard]] virtual NuXmlString get_text() const;
+    /// Replaces the text inside an element, see TNuDOMElement::set_nodeValue. Other nodes throw
+    /// ENuDomNotSupported.
     virtual void set_text(std::u16string_view text);
+    /// The same in UTF-8.
     void set_text(const TNuUtf8Text& text) { set_text(text.view()); }
     /// The text of an element, the value of any other node, in UTF-8.
     [[nodiscard]] std::string Text() const;
@@ -132,6 +149,7 @@ public:
     /// for other nodes.
     /// Deliberate: text, comments and instructions between the child elements are left out.
     [[nodiscard]] NuXmlString get_innerxml() const;
+    /// The same with line breaks, indented by the depth of each element in the document.
     [[nodiscard]] NuXmlString get_formattedInnerXml() const;
     /// The node written as XML text in UTF-8.
     [[nodiscard]] std::string Xml() const;
@@ -141,6 +159,7 @@ public:
     /// What is wrong with the text throws as TNuSAXXMLReader::Parse does, what was read before
     /// stays there. ENuDomHierarchyRequest when the node cannot have children.
     virtual void set_innerxml(std::u16string_view xml);
+    /// The same in UTF-8.
     void set_innerxml(const TNuUtf8Text& xml) { set_innerxml(xml.view()); }
     /// @}
 
@@ -148,27 +167,51 @@ public:
     /// Null where there is none.
     /// Deliberate: only elements know their siblings, other nodes throw ENuDomNotSupported.
     /// @{
+
+    /// The element or document that the node stands below, or the element that carries the
+    /// attribute. Also the parent that has refused the node, see _linkToParent.
     [[nodiscard]] TNuDOMNode* get_parentNode() noexcept { return parent_; }
+    /// The children as a list that follows the changes of the tree. It belongs to the node.
+    /// Elements and documents only.
     [[nodiscard]] virtual TNuDOMNodeList& get_childNodes();
+    /// The first child of any kind; elements and documents only. Of a document: an instruction or
+    /// comment if there is one, see TNuDOMDocument::get_childNodes.
     [[nodiscard]] virtual TNuDOMNode* get_firstChild();
+    /// The last child of any kind; elements and documents only. Of a document: its document element
+    /// if there is one.
     [[nodiscard]] virtual TNuDOMNode* get_lastChild();
+    /// The child of the same parent right before this one. The document element stands behind the
+    /// instructions and comments.
     [[nodiscard]] virtual TNuDOMNode* get_previousSibling();
+    /// The child of the same parent right behind this one; always null for the document element.
     [[nodiscard]] virtual TNuDOMNode* get_nextSibling();
+    /// The attributes, namespace declarations included, as a list that follows the changes of the
+    /// element. It belongs to the element; other nodes throw ENuDomNotSupported.
     [[nodiscard]] virtual TNuDOMAttrList& get_attributes();
+    /// Whether there is a child of any kind; attributes are none. False for kinds that have no
+    /// children.
     [[nodiscard]] virtual bool hasChildNodes() const;
+    /// As get_firstChild.
     [[nodiscard]] virtual TNuDOMNode* FirstChild();
+    /// As get_lastChild.
     [[nodiscard]] virtual TNuDOMNode* LastChild();
     /// The same, seen from a constant node.
     [[nodiscard]] const TNuDOMNode* get_parentNode() const noexcept { return parent_; }
+    /// The same of a constant node.
     [[nodiscard]] const TNuDOMNode* get_firstChild() const { return changeable().get_firstChild(); }
+    /// The same of a constant node.
     [[nodiscard]] const TNuDOMNode* get_lastChild() const { return changeable().get_lastChild(); }
+    /// The same of a constant node.
     [[nodiscard]] const TNuDOMNode* get_previousSibling() const {
         return changeable().get_previousSibling();
     }
+    /// The same of a constant node.
     [[nodiscard]] const TNuDOMNode* get_nextSibling() const {
         return changeable().get_nextSibling();
     }
+    /// The same of a constant node.
     [[nodiscard]] const TNuDOMNode* FirstChild() const { return changeable().FirstChild(); }
+    /// The same of a constant node.
     [[nodiscard]] const TNuDOMNode* LastChild() const { return changeable().LastChild(); }
     /// @}
 
@@ -176,6 +219,8 @@ public:
     /// A node that is linked leaves its old place first; one of another document is adopted.
     /// Throws ENuDomHierarchyRequest when the node cannot stand there.
     /// @{
+
+    /// Puts `child` behind the other children; an attribute behind the other attributes.
     virtual void appendChild(TNuDOMNode& child);
     /// Throws ENuDomException without a reference.
     virtual void insertBefore(TNuDOMNode& child, TNuDOMNode* reference);
@@ -184,9 +229,13 @@ public:
     virtual NuRef<TNuDOMNode> removeChild(TNuDOMNode& child);
     /// Never supported.
     NuRef<TNuDOMNode> replaceChild(TNuDOMNode& child, TNuDOMNode& former);
+    /// Never supported. AddCopy and TNuDOMDocument::CreateCopy copy nodes.
     NuRef<TNuDOMNode> cloneNode(bool deep) const;
+    /// Never supported.
     void normalize();
+    /// Never supported: there are no stylesheets here.
     NuXmlString transformNode(TNuDOMNode& stylesheet) const;
+    /// Never supported: there are no stylesheets here.
     void transformNode(TNuDOMNode& stylesheet, TNuDOMDocument& output) const;
     /// @}
 
@@ -196,10 +245,13 @@ public:
     /// they are in scope at its place. Throws ENuDomHierarchyRequest for a document and for a node
     /// that cannot stand there; nothing changes then.
     /// @{
+
     /// Puts the copy behind the other children.
     template <class Node> Node& AddCopy(const Node& node) {
         return static_cast<Node&>(insertCopy(node, rdpLast, nullptr));
     }
+    /// Puts the copy at a position, for which `reference` names a child of this node (rdpBefore,
+    /// rdpAfter) or is null.
     template <class Node>
     Node& InsertCopy(const Node& node, TNuDOMPosition position, TNuDOMNode* reference) {
         return static_cast<Node&>(insertCopy(node, position, reference));
@@ -210,33 +262,40 @@ public:
     /// For elements and documents (docs/paths.md). Those of a constant node give constant nodes and
     /// make none: with soCreate they throw ENuDomNoModificationAllowed.
     /// @{
+
     /// The elements at `path`, in the order of selection.
     [[nodiscard]] TNuDOMSelection<TNuDOMElement> Select(const TNuText& path,
                                                         TNuDOMSelectOptions options = {});
     [[nodiscard]] TNuDOMSelection<const TNuDOMElement>
+    /// The same for a constant one; what comes out is constant, too.
     Select(const TNuText& path, TNuDOMSelectOptions options = {}) const;
     /// The same for nodes of all kinds, such as attributes: "book/@id".
     [[nodiscard]] TNuDOMSelection<TNuDOMNode> SelectNodes(const TNuText& path,
                                                           TNuDOMSelectOptions options = {});
     [[nodiscard]] TNuDOMSelection<const TNuDOMNode>
+    /// The same for a constant one; what comes out is constant, too.
     SelectNodes(const TNuText& path, TNuDOMSelectOptions options = {}) const;
     /// The first element at `path`; null without one.
     [[nodiscard]] TNuDOMElement* Find(const TNuText& path, TNuDOMSelectOptions options = {});
+    /// The same for a constant one; what comes out is constant, too.
     [[nodiscard]] const TNuDOMElement* Find(const TNuText& path,
                                             TNuDOMSelectOptions options = {}) const;
     /// The first element at `path`. Throws ENuDomException without one.
     [[nodiscard]] TNuDOMElement& At(const TNuText& path);
+    /// The same for a constant one; what comes out is constant, too.
     [[nodiscard]] const TNuDOMElement& At(const TNuText& path) const;
     /// The first element at `path`, which is made, with all that leads there, where it is missing.
     TNuDOMElement& Make(const TNuText& path);
     /// A new list of the nodes at `path`, in the order of selection.
     [[nodiscard]] virtual NuRef<TNuDOMNodeList> CreateNodeList(std::u16string_view path,
                                                                TNuDOMSelectOptions options = {});
+    /// The same in UTF-8.
     [[nodiscard]] NuRef<TNuDOMNodeList> CreateNodeList(const TNuUtf8Text& path,
                                                        TNuDOMSelectOptions options = {});
     /// The only node at `path`; null when there is none, or more than one.
     virtual TNuDOMNode* SelectSingleNode(std::u16string_view path,
                                          TNuDOMSelectOptions options = {});
+    /// The same in UTF-8.
     TNuDOMNode* SelectSingleNode(const TNuUtf8Text& path, TNuDOMSelectOptions options = {}) {
         return SelectSingleNode(path.view(), options);
     }
@@ -249,13 +308,16 @@ public:
     /// NuXMLToDateTime read it; text that is no such value, or a number out of range, throws
     /// host::EConvertError, which names the place.
     /// @{
+
     /// The value of this node.
     template <class Value> [[nodiscard]] Value Get() const;
     /// The value of the first node at `path`; nothing without a node.
     template <class Value> [[nodiscard]] std::optional<Value> Get(const TNuText& path) const;
     /// The same; `fallback` without a node.
     template <class Value> [[nodiscard]] Value Get(const TNuText& path, Value fallback) const;
+    /// The same for UTF-8 text: `book.Get("title", "untitled")`.
     [[nodiscard]] std::string Get(const TNuText& path, const char* fallback) const;
+    /// The same for UTF-16 text.
     [[nodiscard]] NuXmlString Get(const TNuText& path, const NuXmlChar* fallback) const;
     /// Makes the value the text of this node. No type is named beside it, see SetAsInteger.
     void Set(const TNuValue& value) { writeValue(value.view()); }
@@ -267,6 +329,9 @@ public:
     /// \name Writing
     /// Everything is written as UTF-16; a document has forms of its own that follow its encoding.
     /// @{
+
+    /// Writes the node without line breaks of its own from the position of the stream on, without a
+    /// byte-order mark. What the stream throws goes on to the caller.
     void SaveToStream(host::TStream& stream);
     /// Indents relative to the depth of this node when it is an element.
     void _SaveToStream(host::TStream& stream, bool formatted);
@@ -276,6 +341,7 @@ public:
 
     /// \name What every change of the tree goes through
     /// @{
+
     /// Takes the node out of its place and puts it below `parent`; null leaves it outside of the
     /// tree. After a failure the node is outside, with the refusing parent as its parent.
     void _linkToParent(TNuDOMNode* parent, TNuDOMPosition position, TNuDOMNode* reference);
@@ -283,6 +349,7 @@ public:
     void _delete();
     /// @}
 
+    /// \cond internal
 protected:
     TNuDOMNode(const nu::ObjectContext* context, host::DOMNodeType type) noexcept
         : TNuDOMObject(context) {
@@ -317,6 +384,7 @@ protected:
     /// The node's lists, null before the first was asked for.
     [[nodiscard]] nu::NodeLists* listsIfAny() const noexcept;
     [[nodiscard]] nu::NodeLists& lists();
+    /// \endcond
 
 private:
     friend class nu::AttributeChain;

@@ -77,6 +77,7 @@ public:
     /// Empties the list; frees its members, the last one first, when it owns them. Throws
     /// host::EInvalidPointer before a member that is held, or below which something is.
     virtual void Clear();
+    /// How many entries there are now, those that read as null included.
     [[nodiscard]] virtual std::size_t Count() const;
     /// The node at `index`; null when that node was freed.
     [[nodiscard]] TNuDOMNode* GetItem(std::ptrdiff_t index) const { return item(index); }
@@ -86,11 +87,14 @@ public:
     /// value when those are elements, else by node value. Throws, and changes nothing, when it
     /// finds no single node from one of them.
     void Sort(std::u16string_view path);
+    /// The same in UTF-8.
     void Sort(const TNuUtf8Text& path) { Sort(path.view()); }
     /// The node whose list it is, or from which the selection began; null when that was freed.
     [[nodiscard]] TNuDOMNode* Node() const noexcept;
 
+    /// For range-based for loops.
     [[nodiscard]] TNuDOMListIterator<TNuDOMNodeList> begin() const noexcept { return {*this, 0}; }
+    /// Behind the last entry; taken anew at each call, as the list may grow.
     [[nodiscard]] TNuDOMListIterator<TNuDOMNodeList> end() const { return {*this, Count()}; }
 
 protected:
@@ -103,6 +107,7 @@ protected:
     void _GC() noexcept override;
     nu::Face& face() override;
 
+    /// The entry at `index`, as GetItem gives it.
     [[nodiscard]] virtual TNuDOMNode* item(std::ptrdiff_t index) const;
     /// The order of the members is to become this one.
     virtual void reorder(std::vector<TNuDOMNode*> order);
@@ -149,12 +154,16 @@ private:
 /// A list of elements.
 class NUXML_API TNuDOMElementList : public TNuDOMNodeList {
 public:
+    /// As TNuDOMNodeList::Create, for elements.
     [[nodiscard]] static NuRef<TNuDOMElementList> Create(TNuDOMNode* node, TNuDOMDocument* document,
                                                          bool ownsItems);
+    /// The element at `index`; null when that was freed.
     [[nodiscard]] TNuDOMElement* GetItem(std::ptrdiff_t index) const;
+    /// For range-based for loops.
     [[nodiscard]] TNuDOMListIterator<TNuDOMElementList> begin() const noexcept {
         return {*this, 0};
     }
+    /// Behind the last entry; taken anew at each call, as the list may grow.
     [[nodiscard]] TNuDOMListIterator<TNuDOMElementList> end() const { return {*this, Count()}; }
 
 protected:
@@ -165,14 +174,19 @@ protected:
 /// Attributes by name: the attributes of an element.
 class NUXML_API TNuDOMAttrList : public TNuDOMNodeList {
 public:
+    /// As TNuDOMNodeList::Create, for attributes.
     [[nodiscard]] static NuRef<TNuDOMAttrList> Create(TNuDOMNode* node, TNuDOMDocument* document,
                                                       bool ownsItems);
+    /// The attribute at `index`; null when that was freed.
     [[nodiscard]] TNuDOMAttribute* GetItem(std::ptrdiff_t index) const;
+    /// For range-based for loops.
     [[nodiscard]] TNuDOMListIterator<TNuDOMAttrList> begin() const noexcept { return {*this, 0}; }
+    /// Behind the last entry; taken anew at each call, as the list may grow.
     [[nodiscard]] TNuDOMListIterator<TNuDOMAttrList> end() const { return {*this, Count()}; }
 
     /// The first attribute of that qualified name, or null.
     [[nodiscard]] TNuDOMAttribute* getNamedItem(std::u16string_view name) const;
+    /// The same in UTF-8.
     [[nodiscard]] TNuDOMAttribute* getNamedItem(const TNuUtf8Text& name) const {
         return getNamedItem(name.view());
     }
@@ -182,10 +196,12 @@ public:
     /// Takes the attribute from its element; it goes when the handle is dropped and nobody else
     /// holds it. An empty handle when there is none.
     NuRef<TNuDOMAttribute> removeNamedItem(std::u16string_view name);
+    /// The same by namespace and local name.
     NuRef<TNuDOMAttribute> removeNamedItemNS(std::u16string_view namespaceURI,
                                              std::u16string_view localName);
     /// Always throws ENuDomNotSupported ("Not implemented"); see TNuDOMElement::setAttributeNode.
     void setNamedItem(TNuDOMNode& node);
+    /// Always throws ENuDomNotSupported; see TNuDOMElement::setAttributeNodeNS.
     void setNamedItemNS(TNuDOMNode& node);
 
 protected:

@@ -88,8 +88,12 @@ public:
         std::conditional_t<std::is_const_v<Node>, const TNuDOMNode, TNuDOMNode>* first,
         Test test = {}) noexcept
         : first_(const_cast<TNuDOMNode*>(first)), test_(test) {}
+    /// The first node that passes the test. The walk follows the tree as it is at each step; a node
+    /// that is taken out ends it there.
     [[nodiscard]] Iterator begin() const noexcept { return Iterator(first_, test_); }
+    /// Behind the last node.
     [[nodiscard]] Iterator end() const noexcept { return Iterator(); }
+    /// Whether no node passes the test now.
     [[nodiscard]] bool empty() const noexcept { return begin() == end(); }
 
 private:
@@ -109,7 +113,9 @@ namespace nu {
 /// The child elements of one name.
 template <class Node> using TNuDOMNamedRange = TNuDOMRange<Node, nu::SameName>;
 
+/// \cond internal
 template <class Node, class Test>
 inline constexpr bool std::ranges::enable_borrowed_range<TNuDOMRange<Node, Test>> = true;
 template <class Node, class Test>
 inline constexpr bool std::ranges::enable_view<TNuDOMRange<Node, Test>> = true;
+/// \endcond

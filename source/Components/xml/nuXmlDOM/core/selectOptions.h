@@ -32,6 +32,7 @@ public:
         }
     }
 
+    /// Whether the set holds that option.
     [[nodiscard]] constexpr bool has(TNuDOMSelectOption option) const noexcept {
         return (bits_ & option) != 0;
     }

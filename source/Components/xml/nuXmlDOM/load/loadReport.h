@@ -12,6 +12,7 @@
 /// \file
 /// What was wrong with a document that was loaded.
 
+/// How bad a fault is.
 enum TNuFaultSeverity : std::uint8_t {
     fsWarning, ///< the reader went on
     fsError,   ///< the reader went on, and the tree may lack something
@@ -20,11 +21,11 @@ enum TNuFaultSeverity : std::uint8_t {
 
 /// One fault of a document.
 struct TNuLoadFault {
-    TNuFaultSeverity severity;
-    NuXmlString message;
-    NuXmlString file;        ///< as it was opened; empty where the document came from no file
-    std::int64_t line = 0;   ///< from 1; 0 where it is not known
-    std::int64_t column = 0; ///< the same
+    TNuFaultSeverity severity; ///< whether the loading went on
+    NuXmlString message;       ///< a sentence in English, without the place
+    NuXmlString file;          ///< as it was opened; empty where the document came from no file
+    std::int64_t line = 0;     ///< from 1; 0 where it is not known
+    std::int64_t column = 0;   ///< the same
 
     /// "FILE:LINE:COLUMN: warning: MESSAGE", or "error", as much of the place as is known; line
     /// breaks of the message are blanks.
@@ -40,9 +41,12 @@ public:
 
     /// \name All of the loading that was last
     /// @{
+
+    /// The faults that were kept; valid until the next load with this report.
     [[nodiscard]] const std::vector<TNuLoadFault>& Faults() const noexcept { return faults_; }
     /// How many there were, whether kept or not.
     [[nodiscard]] std::size_t Count() const noexcept { return count_; }
+    /// Whether the document was read without any.
     [[nodiscard]] bool IsEmpty() const noexcept { return count_ == 0; }
     /// The fault that ended the loading; null without one.
     [[nodiscard]] const TNuLoadFault* Fatal() const noexcept;
@@ -50,7 +54,9 @@ public:
     [[nodiscard]] NuXmlString Text() const;
     /// @}
 
+    /// Forgets all faults; the limit stays. Loading does it first of all.
     void Clear() noexcept;
+    /// Counts a fault, and keeps it as far as the limit allows.
     void Add(TNuLoadFault fault);
 
 private:

@@ -22,6 +22,7 @@
 /// A document of XML text. The text is no file name, whatever it looks like; without markup in it
 /// the document is empty.
 [[nodiscard]] NUXML_API NuRef<TNuDOMDocument> NuCreateDOMDocument(std::u16string_view xml);
+/// The same in UTF-8.
 [[nodiscard]] inline NuRef<TNuDOMDocument> NuCreateDOMDocument(const TNuUtf8Text& xml) {
     return NuCreateDOMDocument(xml.view());
 }
@@ -42,6 +43,7 @@ NuGetDOMDocument(const std::filesystem::path& fileName, std::uint16_t mode);
 /// What is not well-formed throws ENuXmlFault with its place. `report`, if there is one, receives
 /// what was wrong, the fatal fault included. The document has the limits from the beginning on.
 /// @{
+
 /// A document of a file: the way to begin with.
 [[nodiscard]] NUXML_API NuRef<TNuDOMDocument>
 NuLoadDocument(const std::filesystem::path& fileName, const TNuConformingOptions& options = {},
@@ -51,15 +53,20 @@ NuLoadDocument(const std::filesystem::path& fileName, const TNuConformingOptions
 NuParseDocument(const TNuText& xml, const TNuConformingOptions& options = {},
                 TNuLoadReport* report = nullptr, const TNuDOMLimits& limits = {});
 [[nodiscard]] NUXML_API NuRef<TNuDOMDocument>
+/// The same as NuParseDocument, for text in UTF-16.
 NuCreateDOMDocument(std::u16string_view xml, const TNuConformingOptions& options,
                     TNuLoadReport* report = nullptr, const TNuDOMLimits& limits = {});
 [[nodiscard]] NUXML_API host::Ref<host::IDOMDocument>
+/// The same as an interface.
 NuGetDOMDocument(std::u16string_view xml, const TNuConformingOptions& options,
                  TNuLoadReport* report = nullptr, const TNuDOMLimits& limits = {});
 [[nodiscard]] NUXML_API host::Ref<host::IDOMDocument>
+/// A document of what a stream holds from its position on, as an interface. With `freeStream` the
+/// stream is destroyed, also when loading fails.
 NuGetDOMDocument(host::TStream* stream, bool freeStream, const TNuConformingOptions& options,
                  TNuLoadReport* report = nullptr, const TNuDOMLimits& limits = {});
 [[nodiscard]] NUXML_API host::Ref<host::IDOMDocument>
+/// A document of a file, opened in a mode of host::TFileStream, as an interface.
 NuGetDOMDocument(const std::filesystem::path& fileName, std::uint16_t mode,
                  const TNuConformingOptions& options, TNuLoadReport* report = nullptr,
                  const TNuDOMLimits& limits = {});
@@ -67,12 +74,17 @@ NuGetDOMDocument(const std::filesystem::path& fileName, std::uint16_t mode,
 
 /// \name By the rules of the reader alone, with a report
 /// @{
+
+/// See NuCreateDOMDocument; `report` receives what the reader forgives, too.
 [[nodiscard]] NUXML_API NuRef<TNuDOMDocument> NuCreateDOMDocument(std::u16string_view xml,
                                                                   TNuLoadReport& report);
+/// The same as an interface.
 [[nodiscard]] NUXML_API host::Ref<host::IDOMDocument> NuGetDOMDocument(std::u16string_view xml,
                                                                        TNuLoadReport& report);
 [[nodiscard]] NUXML_API host::Ref<host::IDOMDocument>
+/// The same for a stream, which is destroyed with `freeStream`, also when loading fails.
 NuGetDOMDocument(host::TStream* stream, bool freeStream, TNuLoadReport& report);
 [[nodiscard]] NUXML_API host::Ref<host::IDOMDocument>
+/// The same for a file, opened in a mode of host::TFileStream.
 NuGetDOMDocument(const std::filesystem::path& fileName, std::uint16_t mode, TNuLoadReport& report);
 /// @}

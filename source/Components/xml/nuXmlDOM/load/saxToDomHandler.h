@@ -32,6 +32,7 @@ public:
     [[nodiscard]] std::exception_ptr Failure() const noexcept { return failure_; }
     /// Where the reader stood at that, from 1; 0 before.
     [[nodiscard]] std::int64_t FailureLine() const noexcept { return failureLine_; }
+    /// The column to FailureLine, as the reader counts it; 0 before.
     [[nodiscard]] std::int64_t FailureColumn() const noexcept { return failureColumn_; }
     /// What the next node goes below. An element of the input when a parse has ended tells that the
     /// input broke off inside it.

@@ -63,8 +63,11 @@ public:
 
     explicit TNuDOMSelection(NuRef<TNuDOMNodeList> list) noexcept : list_(std::move(list)) {}
 
+    /// The first node that is still there; those that have been freed are passed over.
     [[nodiscard]] Iterator begin() const { return {*list_, 0, count()}; }
+    /// Behind the last node.
     [[nodiscard]] Iterator end() const { return {*list_, count(), count()}; }
+    /// Whether none of those that were selected is there.
     [[nodiscard]] bool empty() const { return begin() == end(); }
     /// How many were selected, those that have been freed since among them.
     [[nodiscard]] std::size_t Count() const { return list_->Count(); }

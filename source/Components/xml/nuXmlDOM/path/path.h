@@ -26,7 +26,9 @@ public:
         : TNuDOMPath(path.view(), options) {}
     ~TNuDOMPath();
 
+    /// The path as it was given.
     [[nodiscard]] NuXmlString Text() const;
+    /// The options of every selection by this path.
     [[nodiscard]] TNuDOMSelectOptions Options() const noexcept;
     /// What the path asks for and the path language does not have, in a few words ("the path
     /// language has no function contains()"); empty without such a thing. A selection takes it for
@@ -37,7 +39,11 @@ public:
     /// \name Selecting from an element or a document
     /// Other nodes throw ENuDomNotSupported.
     /// @{
+
+    /// A new list of the nodes, in the order of selection; it does not follow the changes of the
+    /// tree.
     [[nodiscard]] NuRef<TNuDOMNodeList> CreateNodeList(TNuDOMNode& context) const;
+    /// The same for elements alone.
     [[nodiscard]] NuRef<TNuDOMElementList> CreateElementList(TNuDOMNode& context) const;
     /// The only node; null when there is none, or more than one.
     TNuDOMNode* SelectSingleNode(TNuDOMNode& context) const;
@@ -45,10 +51,15 @@ public:
     TNuDOMElement* SelectSingleElement(TNuDOMNode& context) const;
     /// The same as the operations of nodes of these names.
     [[nodiscard]] TNuDOMSelection<TNuDOMElement> Select(TNuDOMNode& context) const;
+    /// The same from a constant node; soCreate throws ENuDomNoModificationAllowed.
     [[nodiscard]] TNuDOMSelection<const TNuDOMElement> Select(const TNuDOMNode& context) const;
+    /// The nodes of all kinds, attributes included.
     [[nodiscard]] TNuDOMSelection<TNuDOMNode> SelectNodes(TNuDOMNode& context) const;
+    /// The same from a constant node.
     [[nodiscard]] TNuDOMSelection<const TNuDOMNode> SelectNodes(const TNuDOMNode& context) const;
+    /// The first element; null without one.
     [[nodiscard]] TNuDOMElement* Find(TNuDOMNode& context) const;
+    /// The same from a constant node.
     [[nodiscard]] const TNuDOMElement* Find(const TNuDOMNode& context) const;
     /// @}
 

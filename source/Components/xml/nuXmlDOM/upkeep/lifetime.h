@@ -57,6 +57,7 @@ public:
 
     /// \name For any thread
     /// @{
+
     /// The count of an object of the document has left zero.
     void hold() noexcept { held_.fetch_add(1, std::memory_order_relaxed); }
     /// The count of an object of the document has become zero. The document may be gone afterwards.
@@ -71,6 +72,7 @@ public:
 
     /// \name For the thread that works on the tree
     /// @{
+
     /// Frees what dropped references have left behind.
     void reclaim() noexcept {
         if (hasNotes_.load(std::memory_order_acquire) && works_ == 0) [[unlikely]] {

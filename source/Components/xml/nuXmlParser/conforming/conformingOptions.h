@@ -34,8 +34,8 @@ enum TNuConformingFault : std::uint8_t {
 /// refuses what is not. The internal subset of a document type is read: entities are expanded,
 /// attributes defaulted and normalised. Nothing outside the document is ever fetched.
 struct TNuConformingOptions {
-    TNuConformingWhiteSpace whiteSpace = cwAll;
-    TNuConformingFault onFault = cfStop;
+    TNuConformingWhiteSpace whiteSpace = cwAll; ///< which white space counts
+    TNuConformingFault onFault = cfStop; ///< what becomes of a document that is not well-formed
     /// Whether colons in names mean namespaces, whose rules are then checked.
     bool namespaces = true;
     /// Keeps every line where it was. Line breaks that cannot stay in a tag go to the next place
