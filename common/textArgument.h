@@ -12,6 +12,7 @@
 /// \file
 /// Text that functions are called with, in UTF-16 or in UTF-8.
 
+/// Parts that the names with the mark Nu are made of, and the reading of records.
 namespace nu {
 
 /// What gives a text of that unit for the asking: literals, strings, views.
@@ -19,9 +20,11 @@ template <class Text, class Unit>
 concept TextOf = std::is_convertible_v<const Text&, std::basic_string_view<Unit>> &&
     !std::is_null_pointer_v<Text>;
 
+/// A text in UTF-16.
 template <class Text>
 concept Utf16Text = TextOf<Text, char16_t>;
 
+/// A text in UTF-8, whether of char or of char8_t.
 template <class Text>
 concept Utf8Text = TextOf<Text, char> || TextOf<Text, char8_t>;
 

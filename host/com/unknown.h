@@ -4,6 +4,8 @@
 
 #include "host/runtime/export.h"
 
+/// What an application's runtime offers: streams, exceptions, variants, described classes, and the
+/// interfaces of the document object model and of SAX2, with the registries of their vendors.
 namespace host {
 
 /// Names an interface: 128 bits, unique by choice of its author.
@@ -17,12 +19,15 @@ struct InterfaceId {
 /// The outcome of an operation that must not throw: 0 or above is success.
 using ResultCode = std::int32_t;
 
+/// A success.
 constexpr ResultCode resultOk = 0;
 /// A success with nothing to give.
 constexpr ResultCode resultFalse = 1;
+/// The object does not offer the interface that it was asked for.
 constexpr ResultCode resultNoInterface = static_cast<ResultCode>(0x80004002U);
 /// A failure that has no code of its own; the error information says what happened.
 constexpr ResultCode resultUnexpected = static_cast<ResultCode>(0x8000FFFFU);
+/// There was no memory for what was to be done.
 constexpr ResultCode resultOutOfMemory = static_cast<ResultCode>(0x8007000EU);
 
 /// What every interface offers: counted references and the way to the object's other interfaces.

@@ -17,9 +17,11 @@ public:
         }
     }
 
+    /// Whether the set holds that option.
     [[nodiscard]] constexpr bool has(Option option) const noexcept { return (bits_ & option) != 0; }
-    /// The set as a number, and such a number as a set.
+    /// The set as a number, a bit for each option.
     [[nodiscard]] constexpr std::uint8_t bits() const noexcept { return bits_; }
+    /// The set that such a number stands for; bits that are no option are kept.
     [[nodiscard]] static constexpr OptionSet fromBits(std::uint8_t bits) noexcept {
         OptionSet set;
         set.bits_ = bits;

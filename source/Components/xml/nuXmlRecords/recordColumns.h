@@ -14,7 +14,7 @@ class RecordOutline;
 /// How the rows of a table are written.
 enum class RowForm : std::uint8_t {
     Csv, ///< by RFC 4180: commas, and quotes around what needs them
-    Tsv, ///< tabs; tabs, line breaks and backslashes in values are written as \t, \n, \r and \\ .
+    Tsv, ///< tabs; tabs, line breaks and backslashes in values are written with a backslash
 };
 
 /// The columns of a table whose rows are records.

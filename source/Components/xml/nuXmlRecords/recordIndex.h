@@ -17,10 +17,10 @@ class MarkupWalk;
 
 /// What tells one state of a file from another.
 struct FileState {
-    std::int64_t size = 0;
-    std::int64_t modified = 0; ///< any number that changes with the file; 0 where nobody knows
-    std::uint64_t startDigest = 0;
-    std::uint64_t endDigest = 0;
+    std::int64_t size = 0;         ///< in bytes
+    std::int64_t modified = 0;     ///< any number that changes with the file; 0 where nobody knows
+    std::uint64_t startDigest = 0; ///< of the first 64 KiB
+    std::uint64_t endDigest = 0;   ///< of the last 64 KiB
 
     /// Reads both ends of the file, 64 KiB each, and leaves it at its beginning.
     [[nodiscard]] NUXML_API static FileState of(host::TStream& file, std::int64_t modified = 0);
@@ -77,7 +77,9 @@ public:
 
     /// Throws host::Exception if the file is not as it was, as far as its size and both ends tell.
     void Check(host::TStream& file) const;
+    /// What the file was like when the index was made.
     [[nodiscard]] const FileState& State() const noexcept { return state_; }
+    /// How many places there are; shares beyond this number are empty.
     [[nodiscard]] std::size_t PlaceCount() const noexcept { return places_.size(); }
     /// The share of one of `count` workers, numbered from 0, that begins at a place of the index,
     /// so that nothing before it has to be read.

@@ -23,7 +23,7 @@ struct RecordShare {
 struct RecordStart {
     std::int64_t position = 0; ///< in bytes
     std::int64_t line = 1;     ///< 0 where nobody knows
-    std::int64_t column = 1;
+    std::int64_t column = 1;   ///< of `position`, from 1
     /// What is read in place of everything before: the document type and the start tags of the open
     /// elements with their declarations. Ends with a line break unless it is empty.
     std::string head{};

@@ -358,7 +358,9 @@ public:
     /// A new object that tells what the implementation can do.
     [[nodiscard]] NuRef<TNuDOMImplementation> get_domImplementation() const;
 
-    // TNuDOMNode
+    /// \name What TNuDOMNode describes
+    /// @{
+
     using TNuDOMNode::CreateNodeList;
     using TNuDOMNode::FirstChild;
     using TNuDOMNode::get_firstChild;
@@ -382,6 +384,7 @@ public:
                                          TNuDOMSelectOptions options = {}) override;
     TNuDOMNode* SelectSingleNode(std::u16string_view path,
                                  TNuDOMSelectOptions options = {}) override;
+    /// @}
 
     /// \cond internal
     [[nodiscard]] nu::DocumentMemory& memory() noexcept { return memory_; }

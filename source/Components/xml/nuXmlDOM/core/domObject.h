@@ -28,6 +28,7 @@ class FaceAccess;
 class NodeAccess;
 class Snapshots;
 
+/// \cond internal
 enum ObjectFlag : std::uint16_t {
     /// Belongs to those who hold it: a result list, an implementation object.
     selfOwned = 1,
@@ -53,6 +54,7 @@ enum ObjectFlag : std::uint16_t {
     /// A witness, or a node of a candidate below which one stands.
     leadsToWitness = 1024,
 };
+/// \endcond
 
 } // namespace nu
 

@@ -360,7 +360,9 @@ public:
     void SetAsDateTime(host::TDateTime value);
     /// @}
 
-    // TNuDOMNode
+    /// \name What TNuDOMNode describes
+    /// @{
+
     using TNuDOMNode::CreateNodeList;
     using TNuDOMNode::FirstChild;
     using TNuDOMNode::get_firstChild;
@@ -386,6 +388,11 @@ public:
                                          TNuDOMSelectOptions options = {}) override;
     TNuDOMNode* SelectSingleNode(std::u16string_view path,
                                  TNuDOMSelectOptions options = {}) override;
+    /// @}
+
+    /// \name Selecting elements by path
+    /// @{
+
     /// A new list of the elements at `path`, in the order of selection.
     [[nodiscard]] NuRef<TNuDOMElementList> CreateElementList(std::u16string_view path,
                                                              TNuDOMSelectOptions options = {});
@@ -400,6 +407,7 @@ public:
     TNuDOMElement* SelectSingleElement(const TNuUtf8Text& path, TNuDOMSelectOptions options = {}) {
         return SelectSingleElement(path.view(), options);
     }
+    /// @}
 
 private:
     using TNuDOMChildNode::TNuDOMChildNode;

@@ -32,6 +32,7 @@ namespace nu {
 class NodeLists;
 class NodeName;
 
+/// \cond internal
 /// What only few nodes have: those that an application has looked at through an interface or a
 /// list.
 struct NodeExtras : ObjectContext {
@@ -39,6 +40,7 @@ struct NodeExtras : ObjectContext {
     Face* face = nullptr;
     NodeLists* lists = nullptr;
 };
+/// \endcond
 
 } // namespace nu
 
@@ -222,7 +224,8 @@ public:
 
     /// Puts `child` behind the other children; an attribute behind the other attributes.
     virtual void appendChild(TNuDOMNode& child);
-    /// Throws ENuDomException without a reference.
+    /// Puts `child` right before `reference`, which has to be a child of this node. Throws
+    /// ENuDomException without a reference, and host::EListError before one that is no child.
     virtual void insertBefore(TNuDOMNode& child, TNuDOMNode* reference);
     /// Takes `child` out of the tree, whatever its parent is; it goes when the handle that is given
     /// back is dropped and nobody else holds it.
