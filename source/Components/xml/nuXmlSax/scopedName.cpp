@@ -11,9 +11,7 @@ constexpr std::u16string_view declarationPrefix = u"xmlns";
 
 bool declares(std::u16string_view name, bool isExact) {
     const std::u16string_view letters = name.substr(0, declarationPrefix.size());
-    // Both letter cases of the first letter, which few names have.
-    return (name.front() | 0x20) == u'x' &&
-           (isExact ? letters == declarationPrefix : NuEqualFolded(letters, declarationPrefix)) &&
+    return (isExact ? letters == declarationPrefix : NuEqualFolded(letters, declarationPrefix)) &&
            (name.size() == letters.size() || name[letters.size()] == cNuColon);
 }
 
@@ -30,7 +28,11 @@ ScopedName::ScopedName(std::string_view bytes, std::uint64_t hash, std::u16strin
     }
     scope = &namespaces.prefixScope(units.substr(0, hasColon() ? colon : 0));
 
-    // 2. Declarations are known by their first letters, and prefix nothing else.
+    // 2. What means something begins with an x, in either letter case, as few names do.
+    if ((units.front() | 0x20) != u'x') {
+        return;
+    }
+    // Declarations are known by their first letters, and prefix nothing else.
     if (declares(units, isExact)) {
         meaning = Meaning::Namespace;
         declaredPrefix = units.substr(hasColon() ? localStart : units.size());

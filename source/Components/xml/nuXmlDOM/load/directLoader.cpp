@@ -1,6 +1,7 @@
 #include "nuXmlDOM/load/directLoader.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <limits>
 
@@ -42,7 +43,10 @@ bool isCanonical(std::string_view value) noexcept {
 DirectLoader::DirectLoader(TNuSaxToDomHandler& handler, TNuDOMDocument& document, bool isHeard)
     : handler_(handler), document_(document), limits_(document.Limits().Reading), isHeard_(isHeard),
       asksForEnds_(isHeard ||
-                   limits_.NameLength < std::numeric_limits<decltype(limits_.NameLength)>::max()) {}
+                   limits_.NameLength < std::numeric_limits<decltype(limits_.NameLength)>::max()) {
+    constexpr std::size_t usualDepth = 16;
+    open_.reserve(usualDepth);
+}
 
 void DirectLoader::read(std::string_view bytes, PassedBytes& passed, const ReaderScopes& scopes) {
     current_ = NodeAccess::as<TNuDOMElement>(handler_.current_);
@@ -64,17 +68,32 @@ DirectLoader::Name* DirectLoader::find(std::string_view bytes) {
     if (Name* name = names_.find(bytes, hash)) {
         return name;
     }
-    const auto isControl = [](char byte) { return static_cast<unsigned char>(byte) < ' '; };
-    if (std::any_of(bytes.begin(), bytes.end(), isControl) ||
-        (bytes.size() > limits_.NameLength && NuUtf16Length(bytes) > limits_.NameLength)) {
+    if (bytes.size() > limits_.NameLength && NuUtf16Length(bytes) > limits_.NameLength) {
         return nullptr;
     }
-    char16_t units[markup::ByteName::longestGuess];
-    const NodeName* const named =
-        bytes.size() <= std::size(units)
-            ? document_.names().get({units, NuDecodeUtf8Prefix(bytes, units).Units})
-            : document_.names().get(widened(bytes));
-    return &names_.add(bytes, hash, *named, scopes_->namespaces, handler_.Reader().IsBehindStage());
+    // 1. Control characters would have to be dropped.
+    std::array<char16_t, markup::ByteName::longestGuess> shortUnits;
+    NuXmlString longUnits;
+    char16_t* units = shortUnits.data();
+    if (bytes.size() > shortUnits.size()) {
+        longUnits.resize(bytes.size());
+        units = longUnits.data();
+    }
+    unsigned all = 0;
+    bool hasControl = false;
+    for (std::size_t index = 0; index < bytes.size(); ++index) {
+        const auto byte = static_cast<unsigned char>(bytes[index]);
+        units[index] = byte;
+        all |= byte;
+        hasControl = hasControl || byte < cNuSpaceA;
+    }
+    if (hasControl) {
+        return nullptr;
+    }
+    // 2. Nearly all names are ASCII, each unit a byte.
+    const std::size_t length = all < 0x80 ? bytes.size() : NuDecodeUtf8Prefix(bytes, units).Units;
+    return &names_.add(bytes, hash, *document_.names().getRare({units, length}),
+                       scopes_->namespaces, handler_.Reader().IsBehindStage());
 }
 
 DirectLoader::Name* DirectLoader::element(std::string_view bytes) { return *guess_ = find(bytes); }
@@ -117,18 +136,19 @@ void DirectLoader::resolveAnew(Name& name, const TNuSaxNamespace* scope) {
     if (scopes_->depth >= limits_.Depth) [[unlikely]] {
         return false;
     }
-    element_ = &NodeAccess::make<TNuDOMElement>(document_, resolve(name));
+    // Under the name that it had last: declarations in the tag count for it, too.
+    element_ = &NodeAccess::make<TNuDOMElement>(document_, name.element);
     elementName_ = &name;
     lastAttribute_ = nullptr;
     ++elementNumber_;
-    attributeCount_ = 0;
+    attributesLeft_ = limits_.Attributes;
     hasMeaning_ = false;
     return true;
 }
 
 [[gnu::always_inline]] inline bool DirectLoader::addAttribute(Name& name, std::string_view value,
                                                               const markup::PassedKinds& kinds) {
-    if (++attributeCount_ > limits_.Attributes) [[unlikely]] {
+    if (attributesLeft_-- == 0) [[unlikely]] {
         return false;
     }
     if (name.meaning != ScopedName::Meaning::None) [[unlikely]] {
@@ -189,27 +209,39 @@ void DirectLoader::apply(Name& name, std::string_view value) {
     name.declaredNumber = name.declared->newest()->Number;
 }
 
+/// Takes back what the attributes of the tag have said of what is inside of it.
+void DirectLoader::forgetMeaning() noexcept {
+    scopes_->namespaces.RemoveLevel(scopes_->depth + 1);
+    scopes_->space.close(scopes_->depth + 1);
+}
+
 /// Nobody will know that there was a tag.
 void DirectLoader::abandonStartTag() noexcept {
     if (hasMeaning_) {
-        scopes_->namespaces.RemoveLevel(scopes_->depth + 1);
-        scopes_->space.close(scopes_->depth + 1);
+        forgetMeaning();
     }
     NodeAccess::destroySubtree(*element_);
 }
 
-[[gnu::always_inline]] inline bool DirectLoader::endStartTag(bool /*isEmptyElement*/) {
+[[gnu::always_inline]] inline bool DirectLoader::endStartTag(bool isEmptyElement) {
     if (isHeard_ && elementName_->hasColon() && elementName_->scope->newest() == nullptr)
         [[unlikely]] {
         abandonStartTag();
         return false;
     }
-    // Declarations in the tag count for its own name.
-    if (hasMeaning_) [[unlikely]] {
-        NodeAccess::setName(*element_, resolve(*elementName_));
+    const NodeName* const former = elementName_->element;
+    if (const NodeName* const resolved = resolve(*elementName_); resolved != former) [[unlikely]] {
+        NodeAccess::setName(*element_, resolved);
+    }
+    NodeAccess::appendLoaded(*current_, *element_);
+    if (isEmptyElement) {
+        if (hasMeaning_) [[unlikely]] {
+            forgetMeaning();
+        }
+        guess_ = &elementName_->followers[markup::ByteName::Sibling];
+        return true;
     }
     open_.push_back(elementName_);
-    NodeAccess::appendLoaded(*current_, *element_);
     current_ = element_;
     ++scopes_->depth;
     guess_ = &elementName_->followers[markup::ByteName::Child];
@@ -217,11 +249,6 @@ void DirectLoader::abandonStartTag() noexcept {
 }
 
 // Ends and texts
-
-[[gnu::always_inline]] inline void DirectLoader::endEmptyElement() {
-    // The element around it is one that was read here or before.
-    closeScopes();
-}
 
 [[gnu::always_inline]] inline bool DirectLoader::endElement(bool isInnermost) {
     // The end of a root is for the handler to see.

@@ -56,7 +56,7 @@ private:
     bool addAttribute(Name& name, std::string_view value, const markup::PassedKinds& kinds);
     void abandonStartTag() noexcept;
     bool endStartTag(bool isEmptyElement);
-    void endEmptyElement();
+    void endEmptyElement() noexcept {} // its start tag has done that
     bool endElement(bool isInnermost);
     bool addText(std::string_view text, const markup::PassedKinds& kinds);
     bool addComment(std::string_view text, bool isAscii);
@@ -69,6 +69,7 @@ private:
     bool addReplaced(Name& name, std::string_view value);
     void apply(Name& name, std::string_view value);
     void closeScopes() noexcept;
+    void forgetMeaning() noexcept;
 
     TNuSaxToDomHandler& handler_;
     TNuDOMDocument& document_;
@@ -90,7 +91,7 @@ private:
     Name* elementName_ = nullptr;
     TNuDOMAttribute* lastAttribute_ = nullptr;
     std::uint64_t elementNumber_ = 0;
-    std::size_t attributeCount_ = 0;
+    std::size_t attributesLeft_ = 0;   ///< that the limits allow
     std::vector<const NameURI*> uris_; ///< by the numbers of their declarations
     NuXmlString uri_;         ///< of the last declaration; its memory serves again and again
     bool hasMeaning_ = false; ///< an attribute has changed the scopes

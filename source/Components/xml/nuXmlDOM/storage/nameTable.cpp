@@ -21,25 +21,32 @@ void checkLength(std::u16string_view text) {
     }
 }
 
-template <class Unit> const Unit* keep(DocumentMemory& memory, std::basic_string_view<Unit> text) {
+const NuXmlChar* keep(DocumentMemory& memory, std::u16string_view text) {
     if (text.empty()) {
         return nullptr;
     }
-    auto* copy = static_cast<Unit*>(memory.allocate(text.size() * sizeof(Unit)));
+    auto* copy = static_cast<NuXmlChar*>(memory.allocate(text.size() * sizeof(NuXmlChar)));
     std::copy(text.begin(), text.end(), copy);
     return copy;
 }
 
-std::string_view keepUtf8(DocumentMemory& memory, std::u16string_view text) {
-    // Nearly all names are ASCII.
-    if (text.empty() || !isAsciiText(text)) {
-        const std::string utf8 = NuToUtf8(text);
-        return {keep(memory, std::string_view(utf8)), utf8.size()};
+/// What making a name has to know of its text.
+struct NameText {
+    explicit NameText(std::u16string_view text) noexcept {
+        for (std::size_t index = 0; index < text.size(); ++index) {
+            const NuXmlChar unit = text[index];
+            isAscii = isAscii && unit < 0x80;
+            hasSpace = hasSpace || unit == cNuSpace;
+            if (unit == cNuColon && colon == NodeName::noPrefix) {
+                colon = static_cast<std::uint32_t>(index);
+            }
+        }
     }
-    auto* bytes = static_cast<char*>(memory.allocate(text.size()));
-    static_cast<void>(narrowAscii(text, bytes));
-    return {bytes, text.size()};
-}
+
+    bool isAscii = true;
+    bool hasSpace = false;
+    std::uint32_t colon = NodeName::noPrefix; ///< the first one
+};
 
 } // namespace
 
@@ -101,27 +108,40 @@ const NodeName* NameTable::add(const Key& key, std::uint32_t hash, const NodeNam
 
 NodeName* NameTable::make(const Key& key, std::uint32_t hash) {
     checkLength(key.text);
-    std::uint32_t prefixLength = key.prefixLength;
-    if (key.isSplitAtColon) {
-        const std::size_t colon = key.text.find(cNuColon);
-        prefixLength = colon == std::u16string_view::npos ? NodeName::noPrefix
-                                                          : static_cast<std::uint32_t>(colon);
-    }
-    const std::string_view utf8 = key.hasLocal ? keepUtf8(memory_, key.text) : std::string_view();
-    auto* name = static_cast<NodeName*>(memory_.allocate(sizeof(NodeName)));
+    // 1. Nearly all names are ASCII: as UTF-8 they have as many bytes as units.
+    const NameText known(key.text);
+    const std::string utf8 = known.isAscii ? std::string() : NuToUtf8(key.text);
+    const std::size_t utf8Length = !key.hasLocal   ? 0
+                                   : known.isAscii ? key.text.size()
+                                                   : utf8.size();
+
+    // 2. The name and its texts are one piece of memory.
+    const std::size_t textSize = key.text.size() * sizeof(NuXmlChar);
+    auto* name = static_cast<NodeName*>(memory_.allocate(sizeof(NodeName) + textSize + utf8Length));
     new (name) NodeName{};
+    auto* const units = reinterpret_cast<NuXmlChar*>(name + 1);
+    auto* const bytes = reinterpret_cast<char*>(units + key.text.size());
+    std::copy(key.text.begin(), key.text.end(), units);
+    if (known.isAscii && key.hasLocal) {
+        std::transform(key.text.begin(), key.text.end(), bytes,
+                       [](NuXmlChar unit) { return static_cast<char>(unit); });
+    } else {
+        utf8.copy(bytes, utf8Length);
+    }
+
+    // 3. What is known of it.
     name->document = &document_;
-    name->text = keep(memory_, key.text);
+    name->text = units;
     name->length = static_cast<std::uint32_t>(key.text.size());
-    name->prefixLength = prefixLength;
+    name->prefixLength = key.isSplitAtColon ? known.colon : key.prefixLength;
     name->uri = &key.uri;
-    name->utf8Text = utf8.data();
-    name->utf8Length = static_cast<std::uint32_t>(utf8.size());
+    name->utf8Text = bytes;
+    name->utf8Length = static_cast<std::uint32_t>(utf8Length);
     name->hash = hash;
     name->ends = key.text.empty() ? TextEnds() : TextEnds::of(key.text);
     name->hasLocal = key.hasLocal;
     name->isSplitAtColon = key.isSplitAtColon;
-    name->hasSpace = key.text.find(cNuSpace) != std::u16string_view::npos;
+    name->hasSpace = known.hasSpace;
     name->isDeclaration =
         name->hasPrefix() ? name->prefix() == declarationName : name->local() == declarationName;
     return name;

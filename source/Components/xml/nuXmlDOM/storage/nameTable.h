@@ -149,6 +149,10 @@ public:
         }
         return guess;
     }
+    /// The same for who asks once and keeps the answer.
+    [[nodiscard]] const NodeName* getRare(std::u16string_view qualified) {
+        return getFromTable(qualified, *noURI_);
+    }
     /// The name of these parts.
     [[nodiscard]] const NodeName* get(bool hasPrefix, std::u16string_view prefix, bool hasLocal,
                                       std::u16string_view local, const NameURI& uri);
@@ -167,7 +171,7 @@ public:
     [[nodiscard]] std::uint64_t nextLoadedElement() noexcept { return ++loadedElements_; }
 
 private:
-    static constexpr std::size_t recentCount = 512;
+    static constexpr std::size_t recentCount = 128;
 
     /// A place among the recent names, by what is quick to get hold of.
     static std::size_t recentPlace(const TextEnds& ends, std::u16string_view text,

@@ -39,6 +39,11 @@ void StoredText::setOutsideLength(std::size_t length, bool isGrown) noexcept {
     }
 }
 
+/// What a piece of memory for so many units takes.
+std::size_t StoredText::wideSize(std::size_t units) noexcept {
+    return DocumentMemory::rounded(headerSize(units) + units * sizeof(NuXmlChar));
+}
+
 /// The size of the piece of memory outside.
 std::size_t StoredText::capacity() const noexcept {
     const std::size_t length = storedLength();
@@ -105,13 +110,13 @@ void StoredText::assignElsewhere(DocumentMemory& memory, std::u16string_view tex
 
 void StoredText::loadElsewhere(DocumentMemory& memory, std::string_view text, bool isAscii) {
     checkLength(text.size());
-    // 1. As UTF-16 what takes less room so.
+    // 1. As UTF-16 what takes less room so. Three bytes are at least one unit.
     const std::size_t header = headerSize(text.size());
     const std::size_t size = header + text.size();
-    if (!isAscii && text.size() > insideLimit) {
+    if (!isAscii && text.size() > insideLimit &&
+        wideSize(text.size() / 3) < DocumentMemory::rounded(size)) {
         const std::size_t units = NuUtf16Length(text);
-        const std::size_t wideSize = headerSize(units) + units * sizeof(NuXmlChar);
-        if (DocumentMemory::rounded(wideSize) < DocumentMemory::rounded(size)) {
+        if (wideSize(units) < DocumentMemory::rounded(size)) {
             loadWide(memory, text, units);
             return;
         }
@@ -122,19 +127,16 @@ void StoredText::loadElsewhere(DocumentMemory& memory, std::string_view text, bo
         load(memory, text, isAscii);
         return;
     }
-    // 3. As it is, by eights: memory comes in such pieces, and the text can be read beyond its end.
+    // 3. As it is; of short text both ends, which overlap.
     auto* piece = static_cast<char*>(memory.allocate(size));
-    if (text.size() > 64) {
-        std::memcpy(piece + header, text.data(), text.size());
+    char* const target = piece + header;
+    constexpr std::size_t half = insideLimit + 1;
+    if (text.size() <= 2 * half) {
+        const std::size_t last = text.size() - half;
+        std::memcpy(target, text.data(), half);
+        std::memcpy(target + last, text.data() + last, half);
     } else {
-        constexpr std::size_t step = 8;
-        const char* from = text.data();
-        std::memcpy(piece + header, from, step / 2);
-        from += step / 2;
-        char* const end = piece + size;
-        for (char* to = piece + step; to < end; to += step, from += step) {
-            std::memcpy(to, from, step);
-        }
+        std::memcpy(target, text.data(), text.size());
     }
     clear(memory);
     adopt(piece, text.size(), isAscii ? 0 : utf8Flag, false);

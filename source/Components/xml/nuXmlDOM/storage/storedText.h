@@ -134,6 +134,7 @@ private:
     }
     [[nodiscard]] std::size_t unitSize() const noexcept { return isWide() ? 2 : 1; }
     [[nodiscard]] static std::size_t headerSize(std::size_t length) noexcept;
+    [[nodiscard]] static std::size_t wideSize(std::size_t units) noexcept;
     [[nodiscard]] std::size_t capacity() const noexcept;
     void adopt(void* piece, std::size_t length, std::uint64_t flags, bool isGrown) noexcept;
     void release(DocumentMemory& memory) noexcept;
