@@ -101,38 +101,47 @@ void TNuXmlSmallStreamParser::openBytes(nu::TextDecoder::Opening opening) {
     if (opening == nu::TextDecoder::Opening::MalformedUtf8) {
         throw host::EConvertError(nu::messages::invalidUtf8);
     }
+    if (prefersBytes_ && isUtf8()) {
+        decoder_.padShortText();
+        stepLength_ = std::min(stepLength_, stepBetweenBytes);
+    }
     windowLength_ = std::min(windowLength_, std::max(decoder_.unitsAtMost(), shortestWindow));
     memory_ = nu::TextMemory(windowLength_ * cNuXmlCharSize);
     auto* units = reinterpret_cast<NuXmlChar*>(memory_.data());
     knownUnit_ = units;
     knownByte_ = decoder_.rest().data();
-    if (prefersBytes_ && isUtf8()) {
-        stepLength_ = std::min(stepLength_, stepBetweenBytes);
-    }
     useText(units, decoder_.decode(units, std::min(windowLength_, stepLength_)));
+}
+
+/// Where the current character stands in the bytes.
+const char* TNuXmlSmallStreamParser::currentByte() noexcept {
+    knownByte_ = knownByte_ != nullptr ? knownByte_ + bytesOf(knownUnit_, currPtr_)
+                                       : decoder_.rest().data() - bytesOf(currPtr_, lastPtr_ + 1);
+    knownUnit_ = currPtr_;
+    return knownByte_;
 }
 
 std::string_view TNuXmlSmallStreamParser::bytesFromHere() noexcept {
     if (!decoder_.isUtf8()) {
         return {};
     }
-    const std::string_view rest = decoder_.rest();
-    const char* const here = knownByte_ != nullptr ? knownByte_ + bytesOf(knownUnit_, currPtr_)
-                                                   : rest.data() - bytesOf(currPtr_, lastPtr_ + 1);
-    knownUnit_ = currPtr_;
-    knownByte_ = here;
-    return {here, static_cast<std::size_t>(rest.data() + rest.size() - here)};
+    const std::string_view text = decoder_.text();
+    const char* const here = currentByte();
+    const std::size_t before = static_cast<std::size_t>(here - text.data());
+    return {here, text.size() - before + decoder_.padding()};
 }
 
 nu::PassedBytes& TNuXmlSmallStreamParser::startPassing(std::string_view bytes) noexcept {
     // The current character was read and counts in the text before the bytes.
     passing_ = {bytes.data() + 1, bytes.data()};
     isPassing_ = true;
+    decoder_.showLast(false);
     return passing_;
 }
 
 void TNuXmlSmallStreamParser::continueBehindPassed() {
     isPassing_ = false;
+    decoder_.showLast(true);
     const char* const here = knownByte_;
     if (passing_.end == here) {
         return;
@@ -279,8 +288,8 @@ std::int64_t TNuXmlSmallStreamParser::GetStreamPos() {
     std::int64_t length = droppedLength_ + (readPtr_ - buffer_);
     if (hasPassedBytes_ || isPassing_) {
         const std::string_view text = decoder_.text();
-        const std::size_t size = isPassing_ ? static_cast<std::size_t>(passing_.end - text.data())
-                                            : text.size() - bytesFromHere().size();
+        const char* const end = isPassing_ ? passing_.end : currentByte();
+        const auto size = static_cast<std::size_t>(end - text.data());
         length =
             static_cast<std::int64_t>(NuUtf16Length(text.substr(0, size))) + (readPtr_ - currPtr_);
     }

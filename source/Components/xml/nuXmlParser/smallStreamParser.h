@@ -128,7 +128,7 @@ public:
         readPtr_ = place + 1;
     }
     /// The bytes from the current character to the end of the text, for whoever reads them without
-    /// this parser for a while; empty where the text is not UTF-8.
+    /// this parser for a while; empty where the text is not UTF-8. NULs may stand behind them.
     [[nodiscard]] std::string_view bytesFromHere() noexcept;
     /// For whoever moves the end of what is passed on through `bytes`, which come from
     /// bytesFromHere, as if all had been read up to the character there, which is none of the
@@ -174,6 +174,7 @@ private:
     }
     PNuXmlChar readBeyondControls();
     bool decodeMore();
+    [[nodiscard]] const char* currentByte() noexcept;
     [[nodiscard]] bool restFitsBehind() const noexcept;
     void moveText(std::size_t windowLength);
     void deliverEnd() noexcept;

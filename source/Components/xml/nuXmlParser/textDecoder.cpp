@@ -1,6 +1,7 @@
 #include "nuXmlParser/textDecoder.h"
 
 #include <algorithm>
+#include <cstring>
 #include <utility>
 
 #include "common/codePage.h"
@@ -12,6 +13,9 @@ namespace nu {
 namespace {
 
 constexpr std::uint32_t codePageWindows1252 = 1252;
+
+/// In bytes. The end of a longer text is little of it.
+constexpr std::size_t longestShortText = 16 * 1024;
 
 /// The code page in which unmarked text is read; it can never fail to decode.
 std::uint32_t pageOfUnmarked(std::string_view bytes, std::string_view header) {
@@ -52,6 +56,20 @@ TextDecoder::Opening TextDecoder::open(std::string_view bytes, bool isMarkedUtf8
 TextDecoder::Opening TextDecoder::open(TextMemory bytes, bool isMarkedUtf8) {
     memory_ = std::move(bytes);
     return open(memory_.bytes(), isMarkedUtf8);
+}
+
+void TextDecoder::padShortText() {
+    if (text_.empty() || text_.size() > longestShortText) {
+        return;
+    }
+    TextMemory padded(text_.size() + paddingOfShortText);
+    std::memcpy(padded.data(), text_.data(), text_.size());
+    std::memset(padded.data() + text_.size(), 0, paddingOfShortText);
+    memory_ = std::move(padded);
+    text_ = {reinterpret_cast<const char*>(memory_.data()), text_.size()};
+    rest_ = text_;
+    padding_ = paddingOfShortText;
+    last_ = memory_.data()[text_.size() - 1];
 }
 
 std::size_t TextDecoder::decode(NuXmlChar* units, std::size_t room) {

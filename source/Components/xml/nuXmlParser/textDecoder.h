@@ -38,6 +38,24 @@ public:
     [[nodiscard]] std::string_view rest() const noexcept { return rest_; }
     /// All bytes.
     [[nodiscard]] std::string_view text() const noexcept { return text_; }
+
+    /// \name For who reads the bytes themselves
+    /// Searches that may read beyond what they look for end early, which is most of a short text.
+    /// @{
+    static constexpr std::size_t paddingOfShortText = 96;
+    /// Copies a short text to where so many NULs stand behind it.
+    void padShortText();
+    /// How many there are.
+    [[nodiscard]] std::size_t padding() const noexcept { return padding_; }
+    /// Shows a NUL in place of the last byte of a text that was padded, or the byte again: nothing
+    /// that ends there is taken, because it would be the end of the input.
+    void showLast(bool isShown) noexcept {
+        if (padding_ > 0) {
+            memory_.data()[text_.size() - 1] = isShown ? last_ : std::byte{};
+        }
+    }
+    /// @}
+
     /// Goes on at a place of them.
     void continueAt(const char* place) noexcept {
         rest_ = text_.substr(static_cast<std::size_t>(place - text_.data()));
@@ -52,6 +70,8 @@ private:
     TextMemory memory_;
     std::string_view text_;
     std::string_view rest_;
+    std::size_t padding_ = 0;
+    std::byte last_{}; ///< of a text that was padded
     std::uint32_t codePage_ = 0;
 };
 

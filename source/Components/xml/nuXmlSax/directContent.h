@@ -27,6 +27,7 @@ public:
     /// Takes what it can of UTF-8 that begins with the "<" or ">" that is current, inside an
     /// element, up to a "<" or ">" that becomes current: `passed` ends there, and meanwhile
     /// wherever somebody may ask for the place. The scopes are as if the reader had read that.
+    /// Where NULs stand at the end of the bytes there is no more text.
     virtual void read(std::string_view bytes, PassedBytes& passed, const ReaderScopes& scopes) = 0;
 
 protected:

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "host/runtime/format.h"
+#include "nuXmlParser/markup/byteBlock.h"
+#include "nuXmlParser/textDecoder.h"
 #include "nuXmlSax/contentHandler.h"
 #include "nuXmlSax/directContent.h"
 #include "nuXmlSax/messages.h"
@@ -111,6 +113,7 @@ template <class Source> void SaxScanner<Source>::readDirectly() {
             return;
         }
         if (reader_.depth_ >= 1) {
+            static_assert(TextDecoder::paddingOfShortText >= markup::reach);
             const std::string_view bytes = source_.bytesFromHere();
             reader_.directContent_->read(bytes, source_.startPassing(bytes),
                                          {reader_.depth_, reader_.namespaces_, reader_.space_});
