@@ -25,12 +25,14 @@ nu::PrefixScope& TNuSaxNamespaceList::prefixScope(std::u16string_view prefix) {
     }
     if (2 * (prefixes_.size() + 1) > slots_.size()) {
         slots_.assign(std::max(firstSlotCount, 2 * slots_.size()), nullptr);
-        std::for_each(prefixes_.begin(), prefixes_.end(),
-                      [this](nu::PrefixScope& scope) { link(scope); });
+        for (const std::unique_ptr<nu::PrefixScope>& scope : prefixes_) {
+            link(*scope);
+        }
     }
-    link(prefixes_.emplace_back(isExact_ ? std::u16string(prefix) : NuFolded(prefix),
-                                hashPrefix(prefix)));
-    return prefixes_.back();
+    prefixes_.push_back(std::make_unique<nu::PrefixScope>(
+        isExact_ ? std::u16string(prefix) : NuFolded(prefix), hashPrefix(prefix)));
+    link(*prefixes_.back());
+    return *prefixes_.back();
 }
 
 void TNuSaxNamespaceList::link(nu::PrefixScope& scope) noexcept {

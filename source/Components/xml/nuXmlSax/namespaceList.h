@@ -3,7 +3,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -116,7 +115,7 @@ private:
     void link(nu::PrefixScope& scope) noexcept;
 
     nu::PrefixScope default_{{}, 0};
-    std::deque<nu::PrefixScope> prefixes_;
+    std::vector<std::unique_ptr<nu::PrefixScope>> prefixes_;
     std::vector<nu::PrefixScope*> slots_; ///< the first prefix of each hash slot, or null
     /// Prefixes that were asked for last, or null.
     mutable std::array<nu::PrefixScope*, recentCount> recent_{};

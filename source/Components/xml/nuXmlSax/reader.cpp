@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <typeinfo>
 
 #include "common/caseFolding.h"
 #include "common/stringStream.h"
@@ -164,7 +165,7 @@ void TNuSAXXMLReader::parseDocument(std::unique_ptr<host::TStream> owned, host::
 
 bool TNuSAXXMLReader::isLarge(host::TStream* stream) const {
     // Nobody knows the size of what the stage gives.
-    if (dynamic_cast<TNuConformingStream*>(stream) != nullptr) {
+    if (stream != nullptr && typeid(*stream) == typeid(TNuConformingStream)) {
         return true;
     }
     // A NUL, which ends a fragment, is text to the large-stream parser.

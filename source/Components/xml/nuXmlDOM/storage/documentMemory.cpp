@@ -28,8 +28,8 @@ public:
     Blocks(const Blocks&) = delete;
     Blocks& operator=(const Blocks&) = delete;
     ~Blocks() {
-        for (std::byte* block : blocks_) {
-            ::operator delete(block);
+        while (shared_ != nullptr) {
+            ::operator delete(std::exchange(shared_, shared_->next));
         }
         while (own_ != nullptr) {
             ::operator delete(std::exchange(own_, own_->next));
@@ -41,13 +41,11 @@ public:
     /// A new block for many pieces; its size follows what the document holds already, so that at
     /// most about a tenth stands empty.
     std::byte* addBlock(std::size_t needed, std::size_t& size) {
-        size = rounded(std::clamp(total_ / 8, smallestBlock, largestBlock));
+        size = rounded(std::clamp(total_ / 8, smallestBlock, largestBlock)) - sizeof(SharedBlock);
         size = std::max(size, needed);
-        blocks_.reserve(blocks_.size() + 1);
-        auto* block = static_cast<std::byte*>(::operator new(size));
-        blocks_.push_back(block);
-        total_ += size;
-        return block;
+        shared_ = new (::operator new(sizeof(SharedBlock) + size)) SharedBlock{shared_};
+        total_ += sizeof(SharedBlock) + size;
+        return reinterpret_cast<std::byte*>(shared_ + 1);
     }
 
     /// A block for one piece alone.
@@ -78,13 +76,16 @@ public:
     }
 
 private:
+    struct SharedBlock {
+        SharedBlock* next;
+    };
     struct OwnBlock {
         OwnBlock* previous;
         OwnBlock* next;
         Blocks* owner;
     };
 
-    std::vector<std::byte*> blocks_;
+    SharedBlock* shared_ = nullptr;
     OwnBlock* own_ = nullptr;
     std::size_t total_ = 0;
 };
