@@ -100,6 +100,9 @@ protected:
     using TNuDOMCharacterData::TNuDOMCharacterData;
     ~TNuDOMText() = default;
     friend class nu::NodeAccess;
+
+private:
+    [[nodiscard]] bool mayHaveReferences();
 };
 
 /// A CDATA section: a text that is kept and written as it is.

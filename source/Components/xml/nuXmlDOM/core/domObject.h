@@ -53,6 +53,8 @@ enum ObjectFlag : std::uint16_t {
     hadNamedChild = 512,
     /// A witness, or a node of a candidate below which one stands.
     leadsToWitness = 1024,
+    /// A text in which no reference stands, as somebody has seen.
+    isFreeOfReferences = 2048,
 };
 /// \endcond
 

@@ -18,6 +18,7 @@ NuXmlString TNuDOMCharacterData::get_nodeValue() const {
 void TNuDOMCharacterData::_LoadFromBuffer(const NuXmlChar* characters, std::size_t count) {
     text_.append(OwnerDocument()->memory(), {characters, count});
     clearFlag(nu::isCanonicalText);
+    clearFlag(nu::isFreeOfReferences);
     wasExtended();
 }
 

@@ -56,18 +56,33 @@ bool hasRefusedGroup(std::u16string_view text) {
 // Text
 
 void TNuDOMText::set_nodeValue(std::u16string_view value) {
+    clearFlag(nu::isFreeOfReferences);
     nu::assignEscaped(stored(), OwnerDocument()->memory(), value);
     setFlag(nu::isCanonicalText);
 }
 
+/// Whether what is stored may read otherwise than what is meant. Texts are looked through once, not
+/// for each part that somebody asks for.
+bool TNuDOMText::mayHaveReferences() {
+    if (hasFlag(nu::isFreeOfReferences)) {
+        return false;
+    }
+    if (stored().contains(cNuAmp)) {
+        return true;
+    }
+    setFlag(nu::isFreeOfReferences);
+    return false;
+}
+
 std::size_t TNuDOMText::get_length() const {
-    return stored().contains(cNuAmp) ? get_data().size() : indexed().length();
+    return const_cast<TNuDOMText*>(this)->mayHaveReferences() ? get_data().size()
+                                                              : indexed().length();
 }
 
 NuXmlString TNuDOMText::substringData(std::ptrdiff_t offset, std::ptrdiff_t count) {
     const std::ptrdiff_t start = std::max<std::ptrdiff_t>(offset, 1) - 1;
     const auto length = static_cast<std::size_t>(std::max<std::ptrdiff_t>(count, 0));
-    if (!stored().contains(cNuAmp)) {
+    if (!mayHaveReferences()) {
         return indexed().part(static_cast<std::size_t>(start), length);
     }
     return NuXmlString(tailOf(get_data(), start).substr(0, length));
@@ -79,6 +94,7 @@ void TNuDOMText::appendData(std::u16string_view text) {
         return;
     }
     // Escaping the whole anew would give what is stored, followed by this.
+    clearFlag(nu::isFreeOfReferences);
     nu::appendEscaped(stored(), OwnerDocument()->memory(), text);
 }
 
@@ -111,6 +127,7 @@ NuRef<TNuDOMText> TNuDOMText::splitText(std::ptrdiff_t offset) {
 NuXmlString TNuDOMCDATA::get_nodeName() const { return u"#cdata-section"; }
 
 void TNuDOMCDATA::set_nodeValue(std::u16string_view value) {
+    clearFlag(nu::isFreeOfReferences);
     if (hasRefusedGroup(value)) {
         stored().clear(OwnerDocument()->memory());
         throw ENuDomInvalidCharacter(nu::cInvalidCData);
@@ -127,5 +144,6 @@ void TNuDOMCDATA::appendData(std::u16string_view text) {
         return;
     }
     // The groups before are known to be sound.
+    clearFlag(nu::isFreeOfReferences);
     stored().append(OwnerDocument()->memory(), text);
 }
