@@ -75,6 +75,15 @@ struct Way {
     bool isWide = false;
 };
 
+/// Short text is read to its end, and text that is no UTF-8 in a code page.
+std::string inRandomForm(std::string bytes, support::Random& random) {
+    constexpr std::size_t longEnough = 17'000;
+    if (random(8) == 0) {
+        bytes += '\xE9';
+    }
+    return random(8) == 0 ? std::string(longEnough, ' ') + bytes : bytes;
+}
+
 Way randomWay(support::Random& random) {
     Way way;
     way.isReported = random(3) == 0;
@@ -178,8 +187,10 @@ TEST(DirectLoading, buildsWhatTheEventsTell) {
     for (std::uint64_t seed = 0; seed < inputs; ++seed) {
         support::Random random(seed);
         const Way way = randomWay(random);
-        const std::string bytes = way.options && random(4) != 0 ? support::randomWellFormed(random)
-                                                                : support::randomDocument(random);
+        const std::string bytes =
+            inRandomForm(way.options && random(4) != 0 ? support::randomWellFormed(random)
+                                                       : support::randomDocument(random),
+                         random);
         ASSERT_EQ(loadDirectly(way, bytes), loadByEvents(way, bytes))
             << "seed " << seed << ": " << bytes;
     }

@@ -17,7 +17,7 @@ constexpr NuXmlChar noText[2] = {};
 constexpr std::size_t shortestWindow = 16;
 
 /// The characters to decode at once where most of the text is read as bytes.
-constexpr std::size_t stepBetweenBytes = 512;
+constexpr std::size_t stepBetweenBytes = 256;
 
 std::size_t bytesOf(PNuXmlChar place, PNuXmlChar end) noexcept {
     std::size_t bytes = 0;
@@ -101,7 +101,8 @@ void TNuXmlSmallStreamParser::openBytes(nu::TextDecoder::Opening opening) {
     if (opening == nu::TextDecoder::Opening::MalformedUtf8) {
         throw host::EConvertError(nu::messages::invalidUtf8);
     }
-    if (prefersBytes_ && isUtf8()) {
+    if (prefersBytes_) {
+        decoder_.encodeUtf8();
         decoder_.padShortText();
         stepLength_ = std::min(stepLength_, stepBetweenBytes);
     }

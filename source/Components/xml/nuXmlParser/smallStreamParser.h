@@ -29,9 +29,8 @@ public:
     /// "Invalid encoding" for a mark of another encoding, ENuSaxHandledAbort after reporting that
     /// 8-bit text without any ">" is no XML.
     /// \param windowLength the characters to decode ahead; wholeText decodes all
-    /// \param prefersBytes whether UTF-16 is copied as UTF-8, for who reads bytesFromHere; text
-    /// with
-    ///                     unpaired surrogates cannot be
+    /// \param prefersBytes whether text in another encoding is copied as UTF-8, for who reads
+    ///                     bytesFromHere; UTF-16 with unpaired surrogates cannot be
     TNuXmlSmallStreamParser(host::TStream* sourceStream, bool ownsStream,
                             const host::Ref<host::IErrorHandler>& errorHandler,
                             std::size_t windowLength = wholeText, bool prefersBytes = false);

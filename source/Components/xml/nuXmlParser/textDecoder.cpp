@@ -58,6 +58,15 @@ TextDecoder::Opening TextDecoder::open(TextMemory bytes, bool isMarkedUtf8) {
     return open(memory_.bytes(), isMarkedUtf8);
 }
 
+void TextDecoder::encodeUtf8() {
+    if (codePage_ != cNuCodePageUtf8) {
+        memory_ = TextMemory::encoded(NuAnsiStringToWideString(text_, codePage_));
+        text_ = memory_.bytes();
+        rest_ = text_;
+        codePage_ = cNuCodePageUtf8;
+    }
+}
+
 void TextDecoder::padShortText() {
     if (text_.empty() || text_.size() > longestShortText) {
         return;

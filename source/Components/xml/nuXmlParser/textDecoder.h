@@ -42,6 +42,8 @@ public:
     /// \name For who reads the bytes themselves
     /// Searches that may read beyond what they look for end early, which is most of a short text.
     /// @{
+    /// Turns text in a code page into UTF-8.
+    void encodeUtf8();
     static constexpr std::size_t paddingOfShortText = 96;
     /// Copies a short text to where so many NULs stand behind it.
     void padShortText();
