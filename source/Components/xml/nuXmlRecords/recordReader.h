@@ -93,8 +93,8 @@ public:
     /// The record as XML that stands alone, UTF-8, from "<" to ">".
     [[nodiscard]] std::string_view Xml() const;
     /// The record as the document element of a tree that belongs to the reader; it can be changed
-    /// and written. Its memory is used again for the next record, so nothing in it may be held then
-    /// (host::EInvalidPointer).
+    /// and written. The next record takes its place: what is held of it by then stays outside of
+    /// the tree.
     [[nodiscard]] TNuDOMDocument& Document();
     /// Reads the record into an object, as NuDeSerializeObject does.
     void ReadObject(TNuObjectRef object, TNuDeserializeOptions options = {});
