@@ -1,5 +1,7 @@
 #include <algorithm>
+#include <functional>
 
+#include "common/caseFolding.h"
 #include "host/runtime/exception.h"
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/nodes/nameTest.h"
@@ -8,6 +10,7 @@
 #include "nuXmlDOM/path/pathFilter.h"
 #include "nuXmlDOM/path/pathMessages.h"
 #include "nuXmlDOM/path/pathSelection.h"
+#include "nuXmlDOM/path/pathTree.h"
 
 // Selection from elements
 
@@ -103,23 +106,35 @@ NuRef<TNuDOMElementList> TNuDOMDocument::getElementsByTagNameNS(std::u16string_v
 }
 
 TNuDOMElement* TNuDOMDocument::getElementById(std::u16string_view id) {
-    if (documentElement_ == nullptr) {
-        return nullptr;
-    }
-    // What //*[@ID="…"] selects, for any id: in the text of a path some would mean something else.
+    // The first that //*[@ID="…"] selects, for any id: in the text of a path some would mean
+    // something else.
     // Deliberate: quotes in the id are dropped as in a path, so an id that has them is never found.
-    constexpr TNuDOMSelectOptions options{soCaseInsensitive, soIgnoreNamespace};
     nu::PathFilter filter;
     filter.comparison = nu::PathOperator::equal;
     filter.literal.isText = true;
     filter.literal.text = id;
     filter.literal.dropQuotes();
-    nu::PathNodes found;
-    nu::selectNodes(*nu::readPath(u"//*[@id]", options), *this, true, found);
-    for (TNuDOMNode* node : found) {
-        auto* element = static_cast<TNuDOMElement*>(node);
-        if (nu::comparePathValue(filter, *element->getAttributeNodeObj(u"id", options))) {
-            return element;
+
+    // 1. The few names that make an attribute an id.
+    const std::vector<const nu::NodeName*> names =
+        names_.select([](const nu::NodeName& name) { return NuEqualFolded(name.local(), u"id"); });
+    const auto isId = [&names](const TNuDOMAttribute& attribute) {
+        return std::binary_search(names.begin(), names.end(), &nu::NodeAccess::name(attribute),
+                                  std::less<>());
+    };
+    if (names.empty()) {
+        return nullptr;
+    }
+    // 2. The children of each element, before anything below them. Of an element the first id
+    //    counts.
+    for (TNuDOMNode* parent = this; parent != nullptr; parent = nu::nextElement(*parent, *this)) {
+        for (TNuDOMNode* child = nu::elementFrom(nu::firstOfNamed(*parent)); child != nullptr;
+             child = nu::elementFrom(nu::NodeChain::next(*child))) {
+            const auto attributes = static_cast<TNuDOMElement*>(child)->Attributes();
+            const auto found = std::find_if(attributes.begin(), attributes.end(), isId);
+            if (found != attributes.end() && nu::comparePathValue(filter, *found)) {
+                return static_cast<TNuDOMElement*>(child);
+            }
         }
     }
     return nullptr;

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <functional>
+#include <iterator>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -165,6 +168,14 @@ public:
     [[nodiscard]] const NodeName* find(std::u16string_view qualified) const noexcept;
     /// The same for the name "prefix:local".
     [[nodiscard]] const NodeName* find(std::u16string_view prefix, std::u16string_view local) const;
+    /// All names for which `test` holds, in the order of their addresses.
+    template <class Test> [[nodiscard]] std::vector<const NodeName*> select(Test&& test) const {
+        std::vector<const NodeName*> names;
+        std::copy_if(places_.begin(), places_.end(), std::back_inserter(names),
+                     [&test](const NodeName* name) { return name != nullptr && test(*name); });
+        std::sort(names.begin(), names.end(), std::less<>());
+        return names;
+    }
     /// Whether a namespace declaration was ever made in the document.
     [[nodiscard]] bool hasDeclarations() const noexcept { return hasDeclarations_; }
     /// A number for an element that is loaded, see NodeName::loadedElement.
