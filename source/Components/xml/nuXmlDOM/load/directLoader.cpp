@@ -85,7 +85,7 @@ DirectLoader::Name* DirectLoader::find(std::string_view bytes) {
         const auto byte = static_cast<unsigned char>(bytes[index]);
         units[index] = byte;
         all |= byte;
-        hasControl = hasControl || byte < cNuSpaceA;
+        hasControl |= byte < cNuSpaceA;
     }
     if (hasControl) {
         return nullptr;

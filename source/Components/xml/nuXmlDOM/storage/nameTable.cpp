@@ -33,14 +33,16 @@ const NuXmlChar* keep(DocumentMemory& memory, std::u16string_view text) {
 /// What making a name has to know of its text.
 struct NameText {
     explicit NameText(std::u16string_view text) noexcept {
+        unsigned all = 0;
         for (std::size_t index = 0; index < text.size(); ++index) {
             const NuXmlChar unit = text[index];
-            isAscii = isAscii && unit < 0x80;
-            hasSpace = hasSpace || unit == cNuSpace;
+            all |= unit;
+            hasSpace |= unit == cNuSpace;
             if (unit == cNuColon && colon == NodeName::noPrefix) {
                 colon = static_cast<std::uint32_t>(index);
             }
         }
+        isAscii = all < 0x80;
     }
 
     bool isAscii = true;
