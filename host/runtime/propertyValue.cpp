@@ -72,9 +72,14 @@ Variant variantOf(const ValueType& type, const void* value) {
         return held<std::vector<std::u16string>>(value);
     case ValueKind::Reference:
         return referenceVariant(type, value);
-    default:
-        return {};
+    case ValueKind::Object:
+    case ValueKind::Slot:
+    case ValueKind::Optional:
+    case ValueKind::List:
+    case ValueKind::Map:
+        break;
     }
+    return {};
 }
 
 [[noreturn]] void failValue(const Variant& value) {
@@ -150,9 +155,15 @@ void assignVariant(const ValueType& target, void* place, const Variant& value) {
         return assignArray<std::vector<std::int32_t>>(place, value);
     case ValueKind::StringArray:
         return assignArray<std::vector<std::u16string>>(place, value);
-    default:
-        throw Exception(u"A property of several values cannot be set by one");
+    case ValueKind::Object:
+    case ValueKind::Slot:
+    case ValueKind::Optional:
+    case ValueKind::List:
+    case ValueKind::Map:
+    case ValueKind::Reference:
+        break;
     }
+    throw Exception(u"A property of several values cannot be set by one");
 }
 
 } // namespace

@@ -42,9 +42,19 @@ std::optional<TFieldType> fieldTypeOf(const ValueType& whole) noexcept {
     case ValueKind::String:
     case ValueKind::Utf8String:
         return TFieldType::WideString;
-    default:
-        return std::nullopt;
+    case ValueKind::Variant:
+    case ValueKind::Bytes:
+    case ValueKind::Int32Array:
+    case ValueKind::StringArray:
+    case ValueKind::Object:
+    case ValueKind::Slot:
+    case ValueKind::Optional:
+    case ValueKind::List:
+    case ValueKind::Map:
+    case ValueKind::Reference:
+        break;
     }
+    return std::nullopt;
 }
 
 } // namespace

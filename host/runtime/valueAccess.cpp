@@ -223,9 +223,23 @@ bool equalsDefault(const ValueType& type, const void* value,
         return static_cast<const Currency*>(value)->scaled == expected.integer;
     case ValueKind::String:
         return *static_cast<const std::u16string*>(value) == expected.text;
-    default:
-        return loadBits(type, value) == static_cast<std::uint64_t>(expected.integer);
+    case ValueKind::Integer:
+    case ValueKind::Enumeration:
+    case ValueKind::Set:
+    case ValueKind::Utf8String:
+    case ValueKind::Variant:
+    case ValueKind::Bytes:
+    case ValueKind::Int32Array:
+    case ValueKind::StringArray:
+    case ValueKind::Object:
+    case ValueKind::Slot:
+    case ValueKind::Optional:
+    case ValueKind::List:
+    case ValueKind::Map:
+    case ValueKind::Reference:
+        break;
     }
+    return loadBits(type, value) == static_cast<std::uint64_t>(expected.integer);
 }
 
 void assignDefault(const ValueType& type, void* value, const DefaultValue& given) {
@@ -248,7 +262,20 @@ void assignDefault(const ValueType& type, void* value, const DefaultValue& given
     case ValueKind::String:
         *static_cast<std::u16string*>(value) = given.text;
         break;
-    default:
+    case ValueKind::Integer:
+    case ValueKind::Enumeration:
+    case ValueKind::Set:
+    case ValueKind::Utf8String:
+    case ValueKind::Variant:
+    case ValueKind::Bytes:
+    case ValueKind::Int32Array:
+    case ValueKind::StringArray:
+    case ValueKind::Object:
+    case ValueKind::Slot:
+    case ValueKind::Optional:
+    case ValueKind::List:
+    case ValueKind::Map:
+    case ValueKind::Reference:
         storeBits(type, value, static_cast<std::uint64_t>(given.integer));
         break;
     }

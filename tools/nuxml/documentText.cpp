@@ -44,9 +44,11 @@ std::u16string_view lineEndOf(const LoadedDocument& loaded) {
         return u"\r\n";
     case leCr:
         return u"\r";
-    default:
-        return u"\n";
+    case leNone:
+    case leLf:
+        break;
     }
+    return u"\n";
 }
 
 } // namespace

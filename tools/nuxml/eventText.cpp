@@ -32,9 +32,18 @@ constexpr std::string_view colourOf(EventKind kind) noexcept {
     case EventKind::FatalError:
     case EventKind::Exception:
         return red;
-    default:
-        return faint;
+    case EventKind::StartDocument:
+    case EventKind::EndProlog:
+    case EventKind::StartPrefixMapping:
+    case EventKind::StartCDATA:
+    case EventKind::EndCDATA:
+    case EventKind::Comment:
+    case EventKind::ProcessingInstruction:
+    case EventKind::StartDTD:
+    case EventKind::EndDocument:
+        break;
     }
+    return faint;
 }
 
 constexpr std::size_t spacesUpTo(std::size_t width, std::size_t used) noexcept {
@@ -87,7 +96,17 @@ void EventText::writeName(EventKind kind) {
     case EventKind::StartCDATA:
     case EventKind::EndCDATA:
         return;
-    default:
+    case EventKind::StartPrefixMapping:
+    case EventKind::StartElement:
+    case EventKind::EndElement:
+    case EventKind::Characters:
+    case EventKind::Comment:
+    case EventKind::ProcessingInstruction:
+    case EventKind::StartDTD:
+    case EventKind::Warning:
+    case EventKind::Error:
+    case EventKind::FatalError:
+    case EventKind::Exception:
         break;
     }
     output_.writeSpaces(spacesUpTo(nameWidth, name.size()));
@@ -112,7 +131,13 @@ void EventText::writeContent(const Event& event) {
     case EventKind::Exception:
         writeFault(event);
         return;
-    default:
+    case EventKind::EndProlog:
+    case EventKind::StartPrefixMapping:
+    case EventKind::StartCDATA:
+    case EventKind::EndCDATA:
+    case EventKind::ProcessingInstruction:
+    case EventKind::StartDTD:
+    case EventKind::EndDocument:
         break;
     }
     std::string_view gap;

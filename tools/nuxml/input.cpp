@@ -59,9 +59,10 @@ TNuSaxParserChoice parserFor(InputReading reading) noexcept {
         return TNuSaxParserChoice::SmallStream;
     case InputReading::InPieces:
         return TNuSaxParserChoice::LargeStream;
-    default:
-        return TNuSaxParserChoice::BySize;
+    case InputReading::BySize:
+        break;
     }
+    return TNuSaxParserChoice::BySize;
 }
 
 /// An input that is open: a file that has a size, or else only its descriptor.

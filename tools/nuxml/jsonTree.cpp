@@ -60,7 +60,9 @@ private:
         case JsonToken::ArrayEnd:
             open_.pop_back();
             break;
-        default:
+        case JsonToken::Text:
+        case JsonToken::Null:
+        case JsonToken::End:
             addText(token == JsonToken::Null);
         }
     }

@@ -46,14 +46,13 @@ NuXmlString textOf(const host::Variant& value, TFieldType type) {
     if (isText(type)) {
         return NuVarToWideString(value);
     }
-    switch (type) {
-    case TFieldType::Date:
+    if (type == TFieldType::Date) {
         return NuDateToXML(value.AsDateTime());
-    case TFieldType::Time:
-        return NuTimeToXML(value.AsDateTime());
-    default:
-        return NuVariantToXml(value);
     }
+    if (type == TFieldType::Time) {
+        return NuTimeToXML(value.AsDateTime());
+    }
+    return NuVariantToXml(value);
 }
 
 /// The type that a field's text is read as.
@@ -70,10 +69,18 @@ host::VarType variantTypeOf(TFieldType type) noexcept {
     case TFieldType::Time:
     case TFieldType::DateTime:
         return host::varDate;
-    default:
-        // The data set sees to the range of its integers.
-        return host::varInt64;
+    case TFieldType::String:
+    case TFieldType::SmallInt:
+    case TFieldType::Integer:
+    case TFieldType::Word:
+    case TFieldType::AutoInc:
+    case TFieldType::Memo:
+    case TFieldType::WideString:
+    case TFieldType::LargeInt:
+        break;
     }
+    // The data set sees to the range of its integers.
+    return host::varInt64;
 }
 
 /// The value of an attribute of XML Schema instances, with its prefix or literally "xsi:", or bare.

@@ -88,9 +88,24 @@ bool readQuickly(const ValueType& type, std::string_view text, void* value) noex
         return parseNumber<float>(text, value);
     case ValueKind::Double:
         return parseNumber<double>(text, value);
-    default:
-        return false;
+    case ValueKind::Set:
+    case ValueKind::Currency:
+    case ValueKind::DateTime:
+    case ValueKind::String:
+    case ValueKind::Utf8String:
+    case ValueKind::Variant:
+    case ValueKind::Bytes:
+    case ValueKind::Int32Array:
+    case ValueKind::StringArray:
+    case ValueKind::Object:
+    case ValueKind::Slot:
+    case ValueKind::Optional:
+    case ValueKind::List:
+    case ValueKind::Map:
+    case ValueKind::Reference:
+        break;
     }
+    return false;
 }
 
 /// Reads any text into a value; false where it is none of that type.
@@ -136,14 +151,14 @@ template <class Read> bool readInto(const TPropInfo& property, void* self, Read 
     if (property.mutablePlace != nullptr) [[likely]] {
         return read(property.mutablePlace(self));
     }
-    switch (property.type->kind) {
-    case ValueKind::String:
+    if (property.type->kind == ValueKind::String) {
         return readAndSet<std::u16string>(property, self, read);
-    case ValueKind::Utf8String:
-        return readAndSet<std::string>(property, self, read);
-    default: // anything else has room in 8 bytes
-        return readAndSet<std::uint64_t>(property, self, read);
     }
+    if (property.type->kind == ValueKind::Utf8String) {
+        return readAndSet<std::string>(property, self, read);
+    }
+    // Anything else has room in 8 bytes.
+    return readAndSet<std::uint64_t>(property, self, read);
 }
 
 } // namespace

@@ -28,15 +28,10 @@ constexpr bool hasEmptyValue(ValueKind kind) noexcept {
 
 /// Whether a property without a default is always written.
 constexpr bool isRequired(const TPropInfo& property) noexcept {
-    switch (property.type->kind) {
-    case ValueKind::Variant:
-    case ValueKind::Slot:
-    case ValueKind::Optional:
-    case ValueKind::Reference:
-        return false;
-    default:
-        return property.isStored == nullptr;
-    }
+    const ValueKind kind = property.type->kind;
+    const bool mayBeNothing = kind == ValueKind::Variant || kind == ValueKind::Slot ||
+                              kind == ValueKind::Optional || kind == ValueKind::Reference;
+    return !mayBeNothing && property.isStored == nullptr;
 }
 
 } // namespace

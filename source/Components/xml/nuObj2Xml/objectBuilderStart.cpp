@@ -209,25 +209,17 @@ void ObjectBuilder::startValue(Frame& frame, ValueRef target, const ElementStart
         frame.target = target;
     }
     const host::ValueType& type = *target.type;
-    switch (type.kind) {
-    case ValueKind::Object:
-    case ValueKind::Slot:
+    if (type.kind == ValueKind::Object || type.kind == ValueKind::Slot) {
         startSlot(frame, target, element);
         return;
-    case ValueKind::List:
-        type.list->clear(target.value);
-        frame.kind = Frame::Kind::List;
+    }
+    if (type.kind == ValueKind::List || type.kind == ValueKind::Map) {
+        const bool isList = type.kind == ValueKind::List;
+        isList ? type.list->clear(target.value) : type.map->clear(target.value);
+        frame.kind = isList ? Frame::Kind::List : Frame::Kind::Map;
         frame.resetsMissing = true;
         frame.count = 0;
         return;
-    case ValueKind::Map:
-        type.map->clear(target.value);
-        frame.kind = Frame::Kind::Map;
-        frame.resetsMissing = true;
-        frame.count = 0;
-        return;
-    default:
-        break;
     }
     frame.kind = Frame::Kind::Value;
     frame.isNil = element.isNil;
@@ -258,7 +250,21 @@ void ObjectBuilder::makeNil(Frame& frame, ValueRef target) {
         frame.isNil = true;
         text_.clear();
         return;
-    default:
+    case ValueKind::Boolean:
+    case ValueKind::Integer:
+    case ValueKind::Enumeration:
+    case ValueKind::Set:
+    case ValueKind::Single:
+    case ValueKind::Double:
+    case ValueKind::Currency:
+    case ValueKind::DateTime:
+    case ValueKind::String:
+    case ValueKind::Utf8String:
+    case ValueKind::Variant:
+    case ValueKind::Bytes:
+    case ValueKind::Int32Array:
+    case ValueKind::StringArray:
+    case ValueKind::Object:
         if (isStrict()) {
             failConversion(messages::noNilAllowed);
         }

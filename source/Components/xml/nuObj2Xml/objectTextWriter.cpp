@@ -309,7 +309,20 @@ void ObjectTextWriter<Unit>::writeHeld(Frame& frame, const host::TPropInfo& prop
         }
         break;
     }
-    default:
+    case ValueKind::Boolean:
+    case ValueKind::Integer:
+    case ValueKind::Enumeration:
+    case ValueKind::Set:
+    case ValueKind::Single:
+    case ValueKind::Double:
+    case ValueKind::Currency:
+    case ValueKind::DateTime:
+    case ValueKind::String:
+    case ValueKind::Utf8String:
+    case ValueKind::Bytes:
+    case ValueKind::Int32Array:
+    case ValueKind::StringArray:
+    case ValueKind::Optional:
         writeText(tags, *value.type, value.value);
     }
 }
@@ -359,7 +372,21 @@ void ObjectTextWriter<Unit>::writeElement(Frame& frame, std::size_t tagPlace,
     case ValueKind::Map:
         beginContainer(*frame.inside, name, index, value, {});
         break;
-    default:
+    case ValueKind::Boolean:
+    case ValueKind::Integer:
+    case ValueKind::Enumeration:
+    case ValueKind::Set:
+    case ValueKind::Single:
+    case ValueKind::Double:
+    case ValueKind::Currency:
+    case ValueKind::DateTime:
+    case ValueKind::String:
+    case ValueKind::Utf8String:
+    case ValueKind::Bytes:
+    case ValueKind::Int32Array:
+    case ValueKind::StringArray:
+    case ValueKind::Optional:
+    case ValueKind::Reference:
         writeTagged(frame, tagPlace, name, value);
     }
 }

@@ -122,7 +122,21 @@ void ObjectWalk::addContent(ValueRef value) {
         }
         break;
     }
-    default:
+    case ValueKind::Boolean:
+    case ValueKind::Integer:
+    case ValueKind::Enumeration:
+    case ValueKind::Set:
+    case ValueKind::Single:
+    case ValueKind::Double:
+    case ValueKind::Currency:
+    case ValueKind::DateTime:
+    case ValueKind::String:
+    case ValueKind::Utf8String:
+    case ValueKind::Variant:
+    case ValueKind::Bytes:
+    case ValueKind::Int32Array:
+    case ValueKind::StringArray:
+    case ValueKind::Reference:
         break;
     }
 }

@@ -135,7 +135,12 @@ void readValue(const host::ValueType& type, NuXmlString& text, std::u16string_vi
     case ValueKind::StringArray:
         as<std::vector<std::u16string>>(value) = readStringArray(text);
         break;
-    default:
+    case ValueKind::Object:
+    case ValueKind::Slot:
+    case ValueKind::Optional:
+    case ValueKind::List:
+    case ValueKind::Map:
+    case ValueKind::Reference:
         break; // what consists of elements is not read here
     }
 }

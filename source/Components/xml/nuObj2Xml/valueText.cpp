@@ -51,9 +51,20 @@ TNuDataType dataTypeOf(const host::ValueType& type) noexcept {
         return TNuDataType::Int32Array;
     case ValueKind::StringArray:
         return TNuDataType::StringArray;
-    default:
-        return TNuDataType::String;
+    case ValueKind::Enumeration:
+    case ValueKind::Set:
+    case ValueKind::String:
+    case ValueKind::Utf8String:
+    case ValueKind::Variant:
+    case ValueKind::Object:
+    case ValueKind::Slot:
+    case ValueKind::Optional:
+    case ValueKind::List:
+    case ValueKind::Map:
+    case ValueKind::Reference:
+        break;
     }
+    return TNuDataType::String;
 }
 
 } // namespace
@@ -135,7 +146,12 @@ void ValueWriter<Unit>::write(const host::ValueType& type, const void* value) {
         appendStringArray(*static_cast<const std::vector<std::u16string>*>(value), scratch_);
         out_.appendContent(scratch_);
         break;
-    default:
+    case ValueKind::Object:
+    case ValueKind::Slot:
+    case ValueKind::Optional:
+    case ValueKind::List:
+    case ValueKind::Map:
+    case ValueKind::Reference:
         break; // what consists of elements is not written here
     }
 }

@@ -21,9 +21,14 @@ std::u16string_view mismatchOf(TNuXPathFilter kind) noexcept {
         return messages::attributeFilterMismatch;
     case TNuXPathFilter::ftNodeValue:
         return messages::valueFilterMismatch;
-    default:
-        return messages::childFilterMismatch;
+    case TNuXPathFilter::ftChildElementX:
+    case TNuXPathFilter::ftLastChildElement:
+    case TNuXPathFilter::ftFirstChildElement:
+    case TNuXPathFilter::ftChildValue:
+    case TNuXPathFilter::ftChildName:
+        break;
     }
+    return messages::childFilterMismatch;
 }
 
 /// Whether the children that a filter means can be found by name alone.
@@ -98,9 +103,13 @@ bool FilterTest::isPure(const PathProgram& program, const PathFilter& filter) no
         return filter.literal.isText;
     case TNuXPathFilter::ftChildValue:
         return filter.literal.isText && isByName(program, filter);
-    default:
-        return false;
+    case TNuXPathFilter::ftChildElementX:
+    case TNuXPathFilter::ftLastChildElement:
+    case TNuXPathFilter::ftFirstChildElement:
+    case TNuXPathFilter::ftChildName:
+        break;
     }
+    return false;
 }
 
 bool FilterTest::operator()(TNuDOMNode& candidate) const {
@@ -116,9 +125,13 @@ bool FilterTest::operator()(TNuDOMNode& candidate) const {
         return testChildValue(candidate);
     case TNuXPathFilter::ftChildName:
         return findChild(candidate);
-    default:
-        return compareContent(candidate);
+    case TNuXPathFilter::ftChildElementX:
+    case TNuXPathFilter::ftLastChildElement:
+    case TNuXPathFilter::ftFirstChildElement:
+    case TNuXPathFilter::ftNodeValue:
+        break;
     }
+    return compareContent(candidate);
 }
 
 bool FilterTest::testAttribute(TNuDOMElement& element) const {
@@ -217,7 +230,11 @@ void applyFilter(const PathProgram& program, const PathFilter& filter, bool mayR
     case TNuXPathFilter::ftLastChildElement:
         keepOnly(nodes.back(), nodes, first);
         return;
-    default:
+    case TNuXPathFilter::ftHasAttribute:
+    case TNuXPathFilter::ftAttributeValue:
+    case TNuXPathFilter::ftChildValue:
+    case TNuXPathFilter::ftChildName:
+    case TNuXPathFilter::ftNodeValue:
         break;
     }
     const FilterTest test(program, filter, *nodes[first]->OwnerDocument());

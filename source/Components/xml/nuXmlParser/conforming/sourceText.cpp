@@ -94,9 +94,11 @@ const char* transcoderName(TNuEncoding encoding) noexcept {
         return "UTF-32LE";
     case neUtf32BigEndian:
         return "UTF-32BE";
-    default:
-        return "UTF-8";
+    case neAnsi:
+    case neUtf8:
+        break;
     }
+    return "UTF-8";
 }
 
 /// Whether an ASCII text reads the same in an encoding.
@@ -221,9 +223,10 @@ const char16_t* SourceText::foundEncoding() const noexcept {
         return u"UTF-32";
     case neUtf8:
         return u"marked as UTF-8";
-    default:
-        return u"of one byte";
+    case neAnsi:
+        break;
     }
+    return u"of one byte";
 }
 
 bool SourceText::showMore(const char*& keep) {
