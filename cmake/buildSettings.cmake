@@ -37,6 +37,12 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     target_compile_options(nuxmlSettings INTERFACE -fno-gnu-unique)
 endif()
 
+# The library's own invariants (common/expects.h). No published header depends on them.
+option(NUXML_CHECKS "Check invariants of the library itself" OFF)
+if(NUXML_CHECKS OR NUXML_SANITIZE)
+    target_compile_definitions(nuxmlSettings INTERFACE NUXML_CHECKS)
+endif()
+
 # What makes a fault harder to use. Sanitizers stop at the fault itself.
 option(NUXML_HARDEN "Compile and link with the protections of compiler and loader" ON)
 if(NUXML_HARDEN AND NOT NUXML_SANITIZE)

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <utility>
 
+#include "common/expects.h"
 #include "host/runtime/asciiCase.h"
 #include "host/runtime/classRegistry.h"
 #include "host/runtime/exception.h"
@@ -74,6 +75,7 @@ void ObjectBuilder::characters(std::u16string_view text, bool isCData) {
 }
 
 void ObjectBuilder::endElement(TNuDOMElement* tree) {
+    expects(depth_ > 0);
     Frame& frame = *frames_[depth_ - 1];
     switch (frame.kind) {
     case Frame::Kind::Skip:
@@ -89,7 +91,10 @@ void ObjectBuilder::endElement(TNuDOMElement* tree) {
         endObject(frame, tree);
         endHeld(frame);
         break;
-    default:
+    case Frame::Kind::Items:
+    case Frame::Kind::List:
+    case Frame::Kind::Map:
+    case Frame::Kind::MapItem:
         endHeld(frame);
     }
     pop();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "common/expects.h"
 #include "common/textHash.h"
 
 namespace {
@@ -119,6 +120,7 @@ void TNuSaxNamespaceList::removeUnordered(std::int32_t level) {
 
 void TNuSaxNamespaceList::removeNewest() noexcept {
     nu::PrefixScope& scope = *inScope_.back();
+    nu::expects(scope.count_ > 0);
     inScope_.pop_back();
     --scope.count_;
     scope.newest_ = scope.count_ > 0 ? scope.declarations_[scope.count_ - 1].get() : nullptr;

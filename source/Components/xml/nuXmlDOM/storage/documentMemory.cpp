@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstdint>
 #include <limits>
 #include <new>
 #include <unordered_map>
 #include <vector>
 
+#include "common/expects.h"
 namespace nu {
 
 namespace {
@@ -165,6 +167,7 @@ void DocumentMemory::release(void* piece, std::size_t size) noexcept {
     }
     auto* free = static_cast<FreePiece*>(piece);
     FreePiece*& list = used <= largestExact ? exact_[used / granule] : powers_[powerIndex(used)];
+    expects(free != list && reinterpret_cast<std::uintptr_t>(piece) % granule == 0);
     free->next = list;
     if (used > largestExact) {
         free->size = used;

@@ -1,5 +1,6 @@
 #include "nuXmlParser/conforming/textStack.h"
 
+#include "common/expects.h"
 #include "host/runtime/format.h"
 #include "nuXmlParser/conforming/conformingMessages.h"
 #include "nuXmlParser/lineFeeds.h"
@@ -86,6 +87,7 @@ void TextStack::enter(Entity& entity, const char* behindReference) {
 }
 
 void TextStack::leave() {
+    expects(isInEntity() && frames_.back().entity->isOpen);
     write();
     const Frame& frame = frames_.back();
     frame.entity->isOpen = false;

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "common/expects.h"
 #include "nuXmlParser/conforming/conformingFaults.h"
 #include "nuXmlParser/conforming/entities.h"
 #include "nuXmlParser/conforming/openElements.h"
@@ -77,6 +78,7 @@ public:
         if (dropped_ != nullptr) {
             return;
         }
+        expects(notWritten_ <= from && from <= to);
         isChanged_ = true;
         output_.append(notWritten_, from);
         output_.append(text);
