@@ -30,5 +30,5 @@ public:
 /// The set of two options.
 constexpr TNuDeserializeOptions operator|(TNuDeserializeOption left,
                                           TNuDeserializeOption right) noexcept {
-    return TNuDeserializeOptions(left) | TNuDeserializeOptions(right);
+    return {left, right};
 }

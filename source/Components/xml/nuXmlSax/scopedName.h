@@ -20,10 +20,10 @@ struct ScopedName : markup::ByteName {
                          TNuSaxNamespaceList& namespaces, bool isExact);
 
     std::u16string_view units;
-    std::uint32_t localStart; ///< in units, behind the last colon
-    Meaning meaning;
+    std::uint32_t localStart = 0; ///< in units, behind the last colon
+    Meaning meaning = Meaning::None;
     PrefixScope* scope;                 ///< of the prefix
-    PrefixScope* declared;              ///< what a declaration declares, else null
+    PrefixScope* declared = nullptr;    ///< what a declaration declares, else null
     std::u16string_view declaredPrefix; ///< the same as it is written
 
     [[nodiscard]] bool hasColon() const noexcept { return localStart != 0; }

@@ -25,7 +25,7 @@ std::optional<std::string_view> restInMemory(host::TStream& stream) {
     const std::int64_t size = std::max<std::int64_t>(stream.GetSize() - start, 0);
     stream.Seek(0, host::SeekOrigin::End);
     const auto* const bytes = reinterpret_cast<const char*>(memory->Memory());
-    return size == 0 ? std::string_view("", 0)
+    return size == 0 ? std::string_view("")
                      : std::string_view(bytes + start, static_cast<std::size_t>(size));
 }
 

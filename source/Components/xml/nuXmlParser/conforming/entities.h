@@ -28,7 +28,7 @@ struct Entity {
 /// stay where they are.
 class Entities {
 public:
-    void declare(std::string_view name, Entity entity) {
+    void declare(std::string_view name, Entity&& entity) {
         const auto [place, isNew] = entities_.try_emplace(std::string(name), std::move(entity));
         place->second.name = place->first;
     }

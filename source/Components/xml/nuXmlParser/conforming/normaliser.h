@@ -64,7 +64,7 @@ private:
     }
     bool passSpaceRun();
     [[nodiscard]] bool isKept(std::string_view space) const noexcept;
-    [[nodiscard]] bool mayVanish(const char* reference);
+    [[nodiscard]] bool mayVanish(const char* mark);
     void protect(std::string_view space);
     void beginText() noexcept {
         isTextFirst_ = true;
