@@ -6,13 +6,12 @@
 #include "nuObj2Xml/instanceAttributes.h"
 #include "nuObj2Xml/leafValue.h"
 #include "nuObj2Xml/objectEvents.h"
+#include "nuXmlParser/namespaceNames.h"
 #include "nuXmlParser/unescape.h"
 
 namespace nu {
 
 namespace {
-
-constexpr std::u16string_view declarationPrefix = u"xmlns";
 
 /// A document may have any number of names. Those beyond are left to the events, so that reading
 /// takes no more memory the longer it goes on.

@@ -6,6 +6,7 @@
 #include "common/textHash.h"
 #include "nuXmlParser/conforming/entityRules.h"
 #include "nuXmlParser/conforming/referenceText.h"
+#include "nuXmlParser/namespaceNames.h"
 
 namespace nu {
 
@@ -22,10 +23,6 @@ const char* findByte(const char* from, const char* end, char c) noexcept {
 const char* behind(const char* from, const char* end, std::string_view mark) noexcept {
     const std::size_t place = std::string_view(from, end).find(mark);
     return place == std::string_view::npos ? end : from + place + mark.size();
-}
-
-bool isDeclaration(std::string_view name) noexcept {
-    return name.starts_with("xmlns") && (name.size() == 5 || name[5] == ':');
 }
 
 } // namespace
@@ -93,7 +90,7 @@ const char* RecordOutline::readStartTag(const char* less, const char* end, Index
         const char* const value = nameEnd + 2;
         const char* const valueEnd = findByte(value, end, '"');
         const std::string_view name(place, nameEnd);
-        if (!isDeclaration(name)) {
+        if (!isNamespaceDeclaration(name)) {
             attributes_.push_back({name, {value, valueEnd}});
         }
         place = valueEnd + 1;

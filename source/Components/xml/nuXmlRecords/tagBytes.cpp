@@ -1,5 +1,7 @@
 #include "nuXmlRecords/tagBytes.h"
 
+#include "nuXmlParser/namespaceNames.h"
+
 namespace nu {
 
 std::string contextTag(const char* less, const char* greater) {
@@ -31,7 +33,7 @@ std::string contextTag(const char* less, const char* greater) {
             return tag += '>';
         }
         place = static_cast<const char*>(quote) + 1;
-        if (nameText == "xmlns" || nameText.starts_with("xmlns:") || nameText.starts_with("xml:")) {
+        if (isNamespaceDeclaration(nameText) || nameText.starts_with("xml:")) {
             tag.append(" ").append(name, place);
         }
     }

@@ -3,13 +3,13 @@
 #include <algorithm>
 
 #include "host/runtime/exception.h"
+#include "nuXmlParser/namespaceNames.h"
 #include "nuXmlSax/namespaceList.h"
 #include "nuXmlSax/reader.h"
 
 namespace {
 
 constexpr std::u16string_view attributeType = u"CDATA";
-constexpr std::u16string_view declarationPrefix = u"xmlns";
 
 std::u16string_view span(PNuXmlChar text, host::SAXLength length) noexcept {
     return {text, length <= 0 ? 0 : static_cast<std::size_t>(length)};
@@ -23,7 +23,7 @@ void put(std::u16string_view source, PNuXmlChar& text, host::SAXLength& length) 
 /// Compares letter by letter and stops at the first difference, so that a short name at the end of
 /// the buffer is not read past.
 bool startsLikeDeclaration(PNuXmlChar name, bool isExact) noexcept {
-    for (const NuXmlChar letter : declarationPrefix) {
+    for (const NuXmlChar letter : nu::declarationPrefix) {
         const auto upper = static_cast<NuXmlChar>(letter - (u'a' - u'A'));
         if (*name != letter && (isExact || *name != upper)) {
             return false;
@@ -39,13 +39,13 @@ void TNuSAXAttribute::classify() noexcept {
     isDefaultNamespace_ = false;
     isNamespaceDecl_ = false;
     const PNuXmlChar name = qName_.data();
-    if (qName_.size() < declarationPrefix.size() ||
+    if (qName_.size() < nu::declarationPrefix.size() ||
         !startsLikeDeclaration(name, reader_->IsBehindStage())) {
         return;
     }
     // Deliberate: the unit behind the letters is looked up in the buffer even where the name ends
     // before it. That is how a bare xmlns is known, and why `xmlns =` declares nothing.
-    const NuXmlChar behind = name[declarationPrefix.size()];
+    const NuXmlChar behind = name[nu::declarationPrefix.size()];
     isDefaultNamespace_ = behind == cNuEqual;
     isNamespaceDecl_ = isDefaultNamespace_ || behind == cNuColon;
 }
@@ -54,7 +54,7 @@ NuXmlString TNuSAXAttribute::GetType() const { return NuXmlString(attributeType)
 
 std::u16string_view TNuSAXAttribute::prefixSpan() const noexcept {
     if (isNamespaceDecl_) {
-        return declarationPrefix;
+        return nu::declarationPrefix;
     }
     const bool hasColon = localName_.data() > qName_.data();
     return hasColon

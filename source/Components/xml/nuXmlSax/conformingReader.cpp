@@ -5,6 +5,7 @@
 #include "host/sax/SaxHelpers.h"
 #include "nuXmlParser/conforming/conformingPass.h"
 #include "nuXmlParser/conforming/conformingStream.h"
+#include "nuXmlParser/namespaceNames.h"
 #include "nuXmlParser/textMemory.h"
 #include "nuXmlSax/reader.h"
 
@@ -13,18 +14,16 @@
 
 namespace {
 
-constexpr std::u16string_view xmlPrefix = u"xml";
-constexpr std::u16string_view xmlNamespace = u"http://www.w3.org/XML/1998/namespace";
-
 nu::SpaceStack::Always spaceKeptBy(TNuConformingWhiteSpace whiteSpace) noexcept {
     switch (whiteSpace) {
     case cwReader:
         return nu::SpaceStack::Always::Nothing;
     case cwInline:
         return nu::SpaceStack::Always::Inline;
-    default:
-        return nu::SpaceStack::Always::All;
+    case cwAll:
+        break;
     }
+    return nu::SpaceStack::Always::All;
 }
 
 } // namespace
@@ -34,7 +33,7 @@ void TNuSAXXMLReader::enterStage() {
     isBehindStage_ = true;
     spaceKept_ = spaceKeptBy(conforming_->whiteSpace);
     namespaces_.compareExactly(true);
-    namespaces_.AddNamespace(0, xmlPrefix, xmlNamespace);
+    namespaces_.AddNamespace(0, nu::xmlPrefix, nu::xmlNamespace);
 }
 
 void TNuSAXXMLReader::leaveStage() noexcept {

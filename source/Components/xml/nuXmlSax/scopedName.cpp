@@ -2,12 +2,11 @@
 
 #include "common/caseFolding.h"
 #include "nuXmlParser/chars.h"
+#include "nuXmlParser/namespaceNames.h"
 
 namespace nu {
 
 namespace {
-
-constexpr std::u16string_view declarationPrefix = u"xmlns";
 
 bool declares(std::u16string_view name, bool isExact) {
     const std::u16string_view letters = name.substr(0, declarationPrefix.size());
@@ -19,8 +18,7 @@ bool declares(std::u16string_view name, bool isExact) {
 
 ScopedName::ScopedName(std::string_view bytes, std::uint64_t hash, std::u16string_view units,
                        TNuSaxNamespaceList& namespaces, bool isExact)
-    : ByteName(bytes, hash), units(units), localStart(0), meaning(Meaning::None),
-      declared(nullptr) {
+    : ByteName(bytes, hash), units(units) {
     // 1. The reader divides names at their last colon.
     const std::size_t colon = units.rfind(cNuColon);
     if (colon != units.npos) {

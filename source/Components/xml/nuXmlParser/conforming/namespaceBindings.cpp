@@ -1,6 +1,7 @@
 #include "nuXmlParser/conforming/namespaceBindings.h"
 
 #include "common/textHash.h"
+#include "nuXmlParser/namespaceNames.h"
 
 namespace nu {
 
@@ -25,7 +26,7 @@ void NamespaceBindings::bind(std::string_view prefix, std::string_view uri, std:
 }
 
 const std::string* NamespaceBindings::find(std::string_view prefix) const noexcept {
-    static const std::string uriOfXml(xmlUri);
+    static const std::string uriOfXml(xmlNamespaceA);
     if (prefix == "xml") {
         return &uriOfXml;
     }

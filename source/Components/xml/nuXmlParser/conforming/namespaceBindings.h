@@ -21,9 +21,6 @@ public:
         std::size_t older; ///< the next older one of the slot, counted from 1; 0 for none
     };
 
-    static constexpr std::string_view xmlUri = "http://www.w3.org/XML/1998/namespace";
-    static constexpr std::string_view xmlnsUri = "http://www.w3.org/2000/xmlns/";
-
     /// Binds a prefix, empty for the default namespace, for the element at `depth`.
     void bind(std::string_view prefix, std::string_view uri, std::size_t depth);
     /// The declarations of the element at `depth`, and deeper ones, go.

@@ -6,6 +6,7 @@
 #include "nuXmlParser/conforming/conformingMessages.h"
 #include "nuXmlParser/conforming/quoteWatch.h"
 #include "nuXmlParser/conforming/xmlNames.h"
+#include "nuXmlParser/namespaceNames.h"
 
 namespace nu {
 
@@ -24,10 +25,6 @@ bool haveEqualLocalNames(std::span<markup::TagName* const> names) noexcept {
         }
     }
     return false;
-}
-
-bool isDeclaration(std::string_view name) noexcept {
-    return name.starts_with("xmlns") && (name.size() == 5 || name[5] == ':');
 }
 
 } // namespace
@@ -223,7 +220,7 @@ void TagRules::applyNamespaces() {
     }
     bool hasPrefixes = tag_.known->prefixLength != 0 || !tag_.prefixed.empty();
     for (const AttributeDeclaration* declared : defaults_) {
-        if (isDeclaration(declared->name)) {
+        if (isNamespaceDeclaration(declared->name)) {
             bind(declared->name, declared->value, texts_.place);
         } else {
             hasPrefixes = hasPrefixes || declared->name.find(':') != std::string::npos;
@@ -251,14 +248,13 @@ void TagRules::bind(std::string_view name, std::string_view value, const char* a
     if (!isQualifiedName(name)) {
         texts_.fail(messages::misplacedColon, name, at);
     }
-    if (prefix == "xmlns") {
+    if (prefix == declarationPrefixA) {
         texts_.fail(messages::prefixMustNotBeDeclared, prefix, at);
     }
-    if (prefix == "xml" && value != NamespaceBindings::xmlUri) {
+    if (prefix == "xml" && value != xmlNamespaceA) {
         texts_.fail(messages::prefixBoundElsewhere, prefix, at);
     }
-    if ((prefix != "xml" && value == NamespaceBindings::xmlUri) ||
-        value == NamespaceBindings::xmlnsUri) {
+    if ((prefix != "xml" && value == xmlNamespaceA) || value == declarationNamespaceA) {
         texts_.fail(messages::namespaceBoundElsewhere, value, at);
     }
     if (!prefix.empty() && value.empty()) {
@@ -282,7 +278,7 @@ void TagRules::checkPrefix(std::string_view name, bool isAttribute, const char* 
         texts_.fail(messages::misplacedColon, name, at);
     }
     const std::string_view prefix = prefixOf(name);
-    if (isAttribute && prefix == "xmlns") {
+    if (isAttribute && prefix == declarationPrefixA) {
         return;
     }
     if (bindings_.find(prefix) == nullptr) {
@@ -299,7 +295,7 @@ void TagRules::checkExpandedTwice() {
     // 2. By hash, so that many take no more than their time.
     const auto isInNamespace = [](std::string_view name) {
         const std::string_view prefix = prefixOf(name);
-        return !prefix.empty() && prefix != "xmlns";
+        return !prefix.empty() && prefix != declarationPrefixA;
     };
     seenNames_.clear();
     const auto check = [&](std::string_view name, const char* at) {

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "nuXmlParser/markup/byteName.h"
+#include "nuXmlParser/namespaceNames.h"
 
 /// \file
 /// Names of tags that were looked at once and are known when they come again.
@@ -20,7 +21,7 @@ namespace nu::markup {
 struct TagName : ByteName {
     TagName(std::string_view text, std::uint64_t hash) noexcept
         : ByteName(text, hash), prefixLength(text.find(':') + 1),
-          isDeclaration(text.starts_with("xmlns") && (text.size() == 5 || text[5] == ':')) {}
+          isDeclaration(isNamespaceDeclaration(text)) {}
 
     std::size_t prefixLength; ///< with the colon; 0 without a prefix
     bool isDeclaration;       ///< of a namespace, as an attribute
