@@ -1,7 +1,7 @@
 #include "common/codePage.h"
 
 #include "common/codePageTables.h"
-#include "common/simd.h"
+#include "common/simd/block.h"
 #include "common/utf8.h"
 #include "common/utf8Sequence.h"
 #include "host/runtime/exception.h"

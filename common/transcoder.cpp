@@ -8,7 +8,7 @@
 #include <iconv.h>
 
 #include "common/codePage.h"
-#include "common/simd.h"
+#include "common/simd/block.h"
 #include "common/utf8Sequence.h"
 
 TNuTranscoder::~TNuTranscoder() = default;

@@ -1,7 +1,8 @@
 #include "common/utf8.h"
 
-#include "common/simd.h"
-#include "common/utf8Blocks.h"
+#include "common/simd/block.h"
+#include "common/simd/utf8Blocks.h"
+#include "common/simd/wideBlock.h"
 #include "common/utf8Sequence.h"
 
 #include <algorithm>
@@ -75,7 +76,7 @@ DecodeCursor decodeRuns(DecodeCursor cursor, const unsigned char* end) noexcept 
 }
 
 DecodeCursor decodePrefix(DecodeCursor cursor, const unsigned char* end) noexcept {
-    if (nu::hasUtf8Blocks())
+    if (nu::simd::hasWideBlocks())
         cursor = nu::decodeUtf8Blocks(cursor.next, end, cursor.units);
     return decodeRuns(cursor, end);
 }
@@ -138,25 +139,20 @@ std::size_t NuUtf16Length(std::string_view bytes) noexcept {
             units += ((code & 0xC0) != 0x80 ? 1U : 0U) + (code >= 0xF0 ? 1U : 0U);
         }
     };
-#if defined(__SSE2__)
     while (bytes.size() >= nu::simd::blockSize) {
+        using nu::simd::Block;
         // A byte of the sums counts no further than this.
         constexpr std::size_t mostBlocks = 127;
-        __m128i sums = _mm_setzero_si128();
+        Block sums = Block::all(0);
         for (std::size_t left = mostBlocks; left > 0 && bytes.size() >= nu::simd::blockSize;
              --left) {
-            const __m128i block = nu::simd::loadBlock(bytes.data());
-            const __m128i isFirst = _mm_cmpgt_epi8(block, _mm_set1_epi8(-65));
-            const __m128i isOfFour =
-                _mm_cmpeq_epi8(_mm_max_epu8(block, _mm_set1_epi8(static_cast<char>(0xF0))), block);
-            sums = _mm_sub_epi8(_mm_sub_epi8(sums, isFirst), isOfFour);
+            const Block block = Block::load(bytes.data());
+            sums =
+                sums.less(block.isAtMost(0x7F) | block.isAtLeast(0xC0)).less(block.isAtLeast(0xF0));
             bytes.remove_prefix(nu::simd::blockSize);
         }
-        const __m128i halves = _mm_sad_epu8(sums, _mm_setzero_si128());
-        units += static_cast<std::size_t>(_mm_cvtsi128_si32(halves)) +
-                 static_cast<std::size_t>(_mm_extract_epi16(halves, 4));
+        units += static_cast<std::size_t>(sums.sum());
     }
-#endif
     count(bytes);
     return units;
 }
@@ -195,7 +191,7 @@ std::u16string NuFromUtf8(std::string_view bytes) {
 
 std::size_t NuEncodeUtf8(std::u16string_view units, char* bytes) noexcept {
     const char16_t* const end = units.data() + units.size();
-    const bool byBlocks = nu::hasUtf8Blocks();
+    const bool byBlocks = nu::simd::hasWideBlocks();
     EncodeCursor cursor{units.data(), bytes};
     while (cursor.next != end) {
         if (byBlocks) {

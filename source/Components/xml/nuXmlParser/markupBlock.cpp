@@ -4,11 +4,10 @@
 #include <initializer_list>
 #include <iterator>
 
+#include "common/expects.h"
+#include "common/simd/block.h"
+#include "common/simd/wideBlock.h"
 #include "nuXmlParser/scan.h"
-
-#if defined(__SSE2__)
-#include <immintrin.h>
-#endif
 
 namespace nu {
 
@@ -27,44 +26,29 @@ void addEnds(Masks& masks, std::uint64_t ends) noexcept {
     }
 }
 
-#if defined(__SSE2__)
-
-/// Sixteen units as bytes. Signed saturation keeps everything that is not ASCII apart from markup:
-/// it becomes 0x7F or has the high bit.
-__m128i packUnits(PNuXmlChar units) noexcept {
-    const auto* blocks = reinterpret_cast<const __m128i*>(units);
-    return _mm_packs_epi16(_mm_loadu_si128(blocks), _mm_loadu_si128(blocks + 1));
-}
-
-std::uint64_t maskOf(__m128i matches, unsigned shift) noexcept {
-    return static_cast<std::uint64_t>(static_cast<unsigned>(_mm_movemask_epi8(matches))) << shift;
-}
-
-/// Whether each byte is one of `wanted`.
-template <class... Bytes> __m128i isAnyOf(__m128i bytes, Bytes... wanted) noexcept {
-    __m128i matches = _mm_setzero_si128();
-    ((matches = _mm_or_si128(matches, _mm_cmpeq_epi8(bytes, _mm_set1_epi8(wanted)))), ...);
-    return matches;
+std::uint64_t maskOf(simd::Block matches, unsigned shift) noexcept {
+    return std::uint64_t{matches.mask()} << shift;
 }
 
 void classifyUnits(PNuXmlChar units, std::uint64_t end, Masks& masks) noexcept {
+    using simd::isAnyOf;
     masks = {};
-    for (unsigned shift = 0; shift < MarkupBlock::length; shift += 16) {
-        const __m128i bytes = packUnits(units + shift);
-        // As unsigned bytes: at most U+0020 exactly when the smaller of both is the byte itself.
-        const __m128i blank = _mm_cmpeq_epi8(_mm_min_epu8(bytes, _mm_set1_epi8(cNuSpaceA)), bytes);
-        maskFor(masks, StopSet::Less) |= maskOf(isAnyOf(bytes, cNuLtA), shift);
-        maskFor(masks, StopSet::Quote) |= maskOf(isAnyOf(bytes, cNuQuoteA), shift);
+    for (unsigned shift = 0; shift < MarkupBlock::length; shift += simd::blockSize) {
+        const auto bytes = simd::Block::loadUnits(units + shift);
+        maskFor(masks, StopSet::Less) |= maskOf(isAnyOf<cNuLtA>(bytes), shift);
+        maskFor(masks, StopSet::Quote) |= maskOf(isAnyOf<cNuQuoteA>(bytes), shift);
         maskFor(masks, StopSet::Name) |=
-            maskOf(isAnyOf(bytes, cNuSpaceA, cNuGtA, cNuSlashA, cNuColonA, cNuEqualA), shift);
-        maskFor(masks, StopSet::Solid) |= maskOf(blank, shift);
+            maskOf(isAnyOf<cNuSpaceA, cNuGtA, cNuSlashA, cNuColonA, cNuEqualA>(bytes), shift);
+        maskFor(masks, StopSet::Solid) |= maskOf(bytes.isAtMost(cNuSpaceA), shift);
         maskFor(masks, StopSet::Escaped) |=
-            maskOf(isAnyOf(bytes, cNuAmpA, cNuLtA, cNuGtA, cNuAposA), shift);
-        end |= maskOf(isAnyOf(bytes, '\0'), shift);
+            maskOf(isAnyOf<cNuAmpA, cNuLtA, cNuGtA, cNuAposA>(bytes), shift);
+        end |= maskOf(isAnyOf<'\0'>(bytes), shift);
     }
     maskFor(masks, StopSet::Solid) ^= ~std::uint64_t{0};
     addEnds(masks, end);
 }
+
+#if defined(__x86_64__)
 
 /// For isAnyOfWide: each wanted byte at the place that its lower half names. Any byte that has
 /// another lower half is as good as none.
@@ -83,18 +67,14 @@ constexpr std::array<char, 16> escaped = placeByLowerHalf({cNuAmpA, cNuLtA, cNuG
 /// Whether each byte is one of those that were placed. Those with the high bit find a zero.
 [[gnu::target("avx2")]] inline __m256i isAnyOfWide(__m256i bytes,
                                                    const std::array<char, 16>& places) noexcept {
-    const __m256i table = _mm256_broadcastsi128_si256(
-        _mm_loadu_si128(reinterpret_cast<const __m128i*>(places.data())));
+    const __m256i table = _mm256_broadcastsi128_si256(simd::Block::load(places.data()));
     return _mm256_cmpeq_epi8(_mm256_shuffle_epi8(table, bytes), bytes);
 }
 
 /// Thirty-two units as bytes.
 [[gnu::target("avx2")]] inline __m256i packUnitsWide(PNuXmlChar units) noexcept {
-    const auto* blocks = reinterpret_cast<const __m256i*>(units);
-    const __m256i packed =
-        _mm256_packs_epi16(_mm256_loadu_si256(blocks), _mm256_loadu_si256(blocks + 1));
     // Packing works in halves; this puts the four quarters in the order of the text.
-    return _mm256_permute4x64_epi64(packed, 0b11011000);
+    return _mm256_permute4x64_epi64(simd::loadWideCharacters(units), 0b11011000);
 }
 
 [[gnu::target("avx2")]] inline std::uint64_t maskOfWide(__m256i first, __m256i second) noexcept {
@@ -126,7 +106,15 @@ constexpr std::array<char, 16> escaped = placeByLowerHalf({cNuAmpA, cNuLtA, cNuG
     maskFor(masks, StopSet::Escaped) = isAnyOf(escaped) | end;
 }
 
-const bool hasWideBlocks = __builtin_cpu_supports("avx2") != 0;
+#else
+
+void classifyUnitsWide(PNuXmlChar units, std::uint64_t end, Masks& masks) noexcept {
+    classifyUnits(units, end, masks);
+}
+
+#endif
+
+const bool hasWideBlocks = simd::hasWideBlocks();
 
 void classifyBlock(PNuXmlChar units, std::uint64_t end, Masks& masks) noexcept {
     if (hasWideBlocks) {
@@ -136,41 +124,15 @@ void classifyBlock(PNuXmlChar units, std::uint64_t end, Masks& masks) noexcept {
     }
 }
 
-#else
-
-void classifyBlock(PNuXmlChar units, std::uint64_t end, Masks& masks) noexcept {
-    masks = {};
-    for (unsigned index = 0; index < MarkupBlock::length; ++index) {
-        const NuXmlChar unit = units[index];
-        const auto mark = [&masks, index](StopSet set, bool isStop) {
-            maskFor(masks, set) |= std::uint64_t{isStop} << index;
-        };
-        mark(StopSet::Less, unit == cNuLt);
-        mark(StopSet::Quote, unit == cNuQuote);
-        mark(StopSet::Name, isOneOf<cNuSpaceA, cNuGtA, cNuSlashA, cNuColonA, cNuEqualA>(unit));
-        mark(StopSet::Solid, unit > cNuSpace);
-        mark(StopSet::Escaped, isOneOf<cNuAmpA, cNuLtA, cNuGtA, cNuAposA>(unit));
-        end |= std::uint64_t{unit == 0} << index;
-    }
-    addEnds(masks, end);
-}
-
-#endif
-
 /// The first "<" or NUL at or after `place`, or `last`.
 PNuXmlChar searchLess(PNuXmlChar place, PNuXmlChar last) noexcept {
-#if defined(__SSE2__)
-    constexpr std::ptrdiff_t step = 16;
+    constexpr auto step = static_cast<std::ptrdiff_t>(simd::blockSize);
     for (; last - place >= step; place += step) {
-        const __m128i bytes = packUnits(place);
-        const __m128i stops = _mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(cNuLtA)),
-                                           _mm_cmpeq_epi8(bytes, _mm_setzero_si128()));
-        const auto found = static_cast<unsigned>(_mm_movemask_epi8(stops));
-        if (found != 0) {
+        const auto stops = simd::isAnyOf<cNuLtA, '\0'>(simd::Block::loadUnits(place));
+        if (const unsigned found = stops.mask(); found != 0) {
             return place + std::countr_zero(found);
         }
     }
-#endif
     while (place < last && *place != cNuLt && *place != cNuEOF) {
         ++place;
     }
@@ -206,6 +168,7 @@ PNuXmlChar MarkupBlock::findBeyond(StopSet set, StopSet absent, PNuXmlChar place
 }
 
 void MarkupBlock::classify(PNuXmlChar from, PNuXmlChar last) noexcept {
+    expects(from <= last);
     start_ = from;
     const auto lastIndex = static_cast<std::size_t>(last - from);
     if (lastIndex >= length) [[likely]] {

@@ -5,9 +5,9 @@
 #include <string_view>
 #include <type_traits>
 
+#include "common/simd/tally.h"
 #include "common/utf8.h"
 #include "nuXmlParser/lineFeeds.h"
-#include "nuXmlParser/scan.h"
 
 namespace nu {
 
@@ -15,80 +15,10 @@ namespace {
 
 constexpr NuXmlChar lineFeed = TextCounter::lineFeed;
 
-/// How many units, or bytes, of a text are of a kind.
-struct Tally {
-    std::int64_t controls = 0; ///< below U+0020
-    std::int64_t lineFeeds = 0;
-};
-
-#if defined(__x86_64__)
-
-constexpr std::ptrdiff_t blocksPerSum = 255; // a byte counts no further
-
-std::int64_t sumOfBytes(__m128i bytes) noexcept {
-    const __m128i sums = _mm_sad_epu8(bytes, _mm_setzero_si128());
-    return _mm_cvtsi128_si64(sums) + _mm_cvtsi128_si64(_mm_unpackhi_epi64(sums, sums));
-}
-
-/// Tallies whole blocks of the text and steps over them.
-template <class Unit> Tally tallyBlocks(const Unit*& place, const Unit* end) noexcept {
-    constexpr std::ptrdiff_t blockLength = 16;
-    Tally tally;
-    while (end - place >= blockLength) {
-        __m128i controls = _mm_setzero_si128();
-        __m128i lineFeeds = _mm_setzero_si128();
-        const auto blocks = std::min((end - place) / blockLength, blocksPerSum);
-        for (const Unit* const stop = place + blocks * blockLength; place != stop;
-             place += blockLength) {
-            const __m128i bytes = simd::loadCharacters(place);
-            const __m128i isControl =
-                _mm_cmpeq_epi8(_mm_min_epu8(bytes, _mm_set1_epi8(cNuSpaceA - 1)), bytes);
-            controls = _mm_sub_epi8(controls, isControl);
-            lineFeeds = _mm_sub_epi8(lineFeeds, _mm_cmpeq_epi8(bytes, _mm_set1_epi8(lineFeed)));
-        }
-        tally.controls += sumOfBytes(controls);
-        tally.lineFeeds += sumOfBytes(lineFeeds);
-    }
-    return tally;
-}
-
-[[gnu::target("avx2")]] std::int64_t sumOfBytesWide(__m256i bytes) noexcept {
-    return sumOfBytes(_mm256_castsi256_si128(bytes)) +
-           sumOfBytes(_mm256_extracti128_si256(bytes, 1));
-}
-
-/// The same with blocks of twice the length.
-template <class Unit>
-[[gnu::target("avx2")]] Tally tallyBlocksWide(const Unit*& place, const Unit* end) noexcept {
-    constexpr std::ptrdiff_t blockLength = 32;
-    Tally tally;
-    while (end - place >= blockLength) {
-        __m256i controls = _mm256_setzero_si256();
-        __m256i lineFeeds = _mm256_setzero_si256();
-        const auto blocks = std::min((end - place) / blockLength, blocksPerSum);
-        for (const Unit* const stop = place + blocks * blockLength; place != stop;
-             place += blockLength) {
-            const __m256i bytes = simd::loadManyCharacters(place);
-            const __m256i isControl =
-                _mm256_cmpeq_epi8(_mm256_min_epu8(bytes, _mm256_set1_epi8(cNuSpaceA - 1)), bytes);
-            controls = _mm256_sub_epi8(controls, isControl);
-            lineFeeds =
-                _mm256_sub_epi8(lineFeeds, _mm256_cmpeq_epi8(bytes, _mm256_set1_epi8(lineFeed)));
-        }
-        tally.controls += sumOfBytesWide(controls);
-        tally.lineFeeds += sumOfBytesWide(lineFeeds);
-    }
-    return tally;
-}
-
-#endif
+using simd::Tally;
 
 template <class Unit> Tally tallyUnits(const Unit* place, const Unit* end) noexcept {
-    Tally tally;
-#if defined(__x86_64__)
-    tally =
-        __builtin_cpu_supports("avx2") != 0 ? tallyBlocksWide(place, end) : tallyBlocks(place, end);
-#endif
+    Tally tally = simd::tallyBlocks(place, end);
     for (; place < end; ++place) {
         const auto unit = static_cast<std::make_unsigned_t<Unit>>(*place);
         tally.controls += unit < cNuSpace ? 1 : 0;

@@ -3,7 +3,7 @@
 #include <array>
 #include <bit>
 
-#include "common/simd.h"
+#include "common/simd/block.h"
 
 namespace nu {
 
@@ -20,19 +20,14 @@ constexpr std::array<bool, 256> stops = [] {
 }();
 
 const char* findStop(const char* place, const char* end) noexcept {
-#if defined(__SSE2__)
     constexpr auto blockSize = static_cast<std::ptrdiff_t>(simd::blockSize);
     for (; end - place >= blockSize; place += blockSize) {
-        const __m128i block = simd::loadBlock(place);
-        const auto is = [block](char c) { return _mm_cmpeq_epi8(block, _mm_set1_epi8(c)); };
-        const __m128i isControl = _mm_cmpeq_epi8(_mm_min_epu8(block, _mm_set1_epi8(0x1F)), block);
-        const auto found = static_cast<unsigned>(_mm_movemask_epi8(
-            _mm_or_si128(_mm_or_si128(is('"'), is('\\')), _mm_or_si128(is('&'), isControl))));
+        const auto block = simd::Block::load(place);
+        const unsigned found = (simd::isAnyOf<'"', '\\', '&'>(block) | block.isAtMost(0x1F)).mask();
         if (found != 0) {
             return place + std::countr_zero(found);
         }
     }
-#endif
     while (place != end && !stops[static_cast<unsigned char>(*place)]) {
         ++place;
     }

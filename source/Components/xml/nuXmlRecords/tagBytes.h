@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "common/simd.h"
+#include "common/simd/block.h"
 
 /// \file
 /// Tags in bytes that are looked at for where they end only. Behind `end` a block can be read.
@@ -16,14 +16,11 @@ inline bool isTagSpace(char c) noexcept { return c == ' ' || c == '\n' || c == '
 
 /// The next "<"; `end` where there is none.
 inline const char* findLess(const char* place, const char* end) noexcept {
-#if defined(__SSE2__)
     // Nearly always it is near.
     constexpr int nearBlocks = 4;
-    const __m128i less = _mm_set1_epi8('<');
     for (int count = 0; count < nearBlocks; ++count) {
-        const auto found =
-            static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(simd::loadBlock(place), less)));
-        if (found != 0) {
+        if (const unsigned found = simd::isAnyOf<'<'>(simd::Block::load(place)).mask();
+            found != 0) {
             const char* const at = place + std::countr_zero(found);
             return at < end ? at : end;
         }
@@ -32,7 +29,6 @@ inline const char* findLess(const char* place, const char* end) noexcept {
             return end;
         }
     }
-#endif
     const void* const found = std::memchr(place, '<', static_cast<std::size_t>(end - place));
     return found == nullptr ? end : static_cast<const char*>(found);
 }
@@ -53,13 +49,11 @@ inline const char* findTagEndByByte(const char* place, const char* end) noexcept
 }
 
 inline const char* findTagEnd(const char* place, const char* end) noexcept {
-#if defined(__SSE2__)
     unsigned quoted = 0; // all ones inside of quotes
     for (const char* at = place; at < end; at += simd::blockSize) {
-        const __m128i block = simd::loadBlock(at);
+        const auto block = simd::Block::load(at);
         const auto bits = [block](char c) {
-            return static_cast<unsigned>(
-                _mm_movemask_epi8(_mm_cmpeq_epi8(block, _mm_set1_epi8(c))));
+            return block.equals(simd::Block::all(static_cast<unsigned char>(c))).mask();
         };
         // Each bit becomes the parity of the quotes up to it.
         unsigned inside = bits('"');
@@ -81,9 +75,6 @@ inline const char* findTagEnd(const char* place, const char* end) noexcept {
         quoted = (inside & 0x8000) != 0 ? 0xFFFF : 0;
     }
     return nullptr;
-#else
-    return findTagEndByByte(place, end);
-#endif
 }
 
 /// Behind the name at `place`, in a tag that is all there.

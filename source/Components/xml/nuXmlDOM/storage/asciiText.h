@@ -5,7 +5,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "common/simd.h"
+#include "common/simd/block.h"
 
 /// \file
 /// ASCII text between its two forms: one byte and two bytes a character.

@@ -35,95 +35,40 @@ struct ByteBlock {
 /// Ones below the lowest stop.
 inline unsigned beforeFirst(unsigned stops) noexcept { return ~stops & (stops - 1); }
 
-#if defined(__SSE2__)
-
 /// The same for quoted values, which the double quote ends.
 inline ByteBlock classifyValue(const char* place) noexcept {
-    const __m128i bytes = simd::loadBlock(place);
+    const auto bytes = simd::Block::load(place);
     // Two characters at once: & and ' differ in their lowest bit, < and > in the next one.
-    const __m128i amp = _mm_cmpeq_epi8(_mm_or_si128(bytes, _mm_set1_epi8(1)), _mm_set1_epi8('\''));
-    const __m128i less = _mm_cmpeq_epi8(_mm_or_si128(bytes, _mm_set1_epi8(2)), _mm_set1_epi8('>'));
-    return {simd::findInBytes<cNuQuoteA, '\0'>(bytes),
-            static_cast<unsigned>(_mm_movemask_epi8(bytes)),
-            static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(amp, less)))};
+    const auto amp = (bytes | simd::Block::all(1)).equals(simd::Block::all('\''));
+    const auto less = (bytes | simd::Block::all(2)).equals(simd::Block::all('>'));
+    return {simd::isAnyOf<cNuQuoteA, '\0'>(bytes).mask(), bytes.mask(), (amp | less).mask()};
 }
 
 /// The same for text, which "<" ends; what stands escaped in it is not looked at.
 inline ByteBlock classifyText(const char* place) noexcept {
-    const __m128i bytes = simd::loadBlock(place);
-    return {simd::findInBytes<cNuLtA, '\0'>(bytes), static_cast<unsigned>(_mm_movemask_epi8(bytes)),
-            0};
+    const auto bytes = simd::Block::load(place);
+    return {simd::isAnyOf<cNuLtA, '\0'>(bytes).mask(), bytes.mask(), 0};
 }
 
 /// The same where references in it are told of as escaped.
 inline ByteBlock classifyReferences(const char* place) noexcept {
-    const __m128i bytes = simd::loadBlock(place);
-    return {
-        simd::findInBytes<cNuLtA, '\0'>(bytes), static_cast<unsigned>(_mm_movemask_epi8(bytes)),
-        static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(cNuAmpA))))};
+    const auto bytes = simd::Block::load(place);
+    return {simd::isAnyOf<cNuLtA, '\0'>(bytes).mask(), bytes.mask(),
+            simd::isAnyOf<cNuAmpA>(bytes).mask()};
 }
 
 /// The same for comments, where a dash and control characters are looked at.
 inline ByteBlock classifyComment(const char* place) noexcept {
-    const __m128i bytes = simd::loadBlock(place);
-    const __m128i stops =
-        _mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(cNuLineA)),
-                     _mm_cmpeq_epi8(_mm_min_epu8(bytes, _mm_set1_epi8(cNuSpaceA - 1)), bytes));
-    return {static_cast<unsigned>(_mm_movemask_epi8(stops)),
-            static_cast<unsigned>(_mm_movemask_epi8(bytes)), 0};
+    const auto bytes = simd::Block::load(place);
+    return {(simd::isAnyOf<cNuLineA>(bytes) | bytes.isAtMost(cNuSpaceA - 1)).mask(), bytes.mask(),
+            0};
 }
 
 /// A bit for each byte that is no white space and no control character, or NUL.
 inline unsigned findSolidInBlock(const char* place) noexcept {
-    const __m128i bytes = simd::loadBlock(place);
-    const __m128i blank = _mm_cmpeq_epi8(_mm_min_epu8(bytes, _mm_set1_epi8(cNuSpaceA)), bytes);
-    const __m128i end = _mm_cmpeq_epi8(bytes, _mm_setzero_si128());
-    return (~static_cast<unsigned>(_mm_movemask_epi8(blank)) & 0xFFFF) |
-           static_cast<unsigned>(_mm_movemask_epi8(end));
+    const auto bytes = simd::Block::load(place);
+    return (~bytes.isAtMost(cNuSpaceA).mask() & 0xFFFF) | simd::isAnyOf<'\0'>(bytes).mask();
 }
-
-#else
-
-template <char... sought> ByteBlock classifyBytes(const char* place) noexcept {
-    ByteBlock block{};
-    for (unsigned index = 0; index < scanBlock; ++index) {
-        const auto mark = [index](bool is) { return static_cast<unsigned>(is) << index; };
-        block.stops |= mark(isOneOf<sought..., '\0'>(place[index]));
-        block.beyondAscii |= mark(static_cast<unsigned char>(place[index]) >= 0x80);
-        block.escaped |= mark(isOneOf<cNuAmpA, cNuLtA, cNuGtA, cNuAposA>(place[index]));
-    }
-    return block;
-}
-
-inline ByteBlock classifyValue(const char* place) noexcept {
-    return classifyBytes<cNuQuoteA>(place);
-}
-
-inline ByteBlock classifyText(const char* place) noexcept { return classifyBytes<cNuLtA>(place); }
-
-inline ByteBlock classifyReferences(const char* place) noexcept {
-    return classifyBytes<cNuLtA>(place);
-}
-
-inline ByteBlock classifyComment(const char* place) noexcept {
-    ByteBlock block = classifyBytes<cNuLineA>(place);
-    for (unsigned index = 0; index < scanBlock; ++index) {
-        const bool isControl = static_cast<unsigned char>(place[index]) < cNuSpaceA;
-        block.stops |= static_cast<unsigned>(isControl) << index;
-    }
-    return block;
-}
-
-inline unsigned findSolidInBlock(const char* place) noexcept {
-    unsigned found = 0;
-    for (unsigned index = 0; index < scanBlock; ++index) {
-        const auto byte = static_cast<unsigned char>(place[index]);
-        found |= static_cast<unsigned>(byte > cNuSpaceA || byte == 0) << index;
-    }
-    return found;
-}
-
-#endif
 
 /// The first place at or behind `place` that a block of `classify` marks as a stop.
 template <ByteBlock (*classify)(const char*) noexcept>

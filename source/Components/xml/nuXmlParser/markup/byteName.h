@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-#include "common/simd.h"
+#include "common/simd/block.h"
 #include "common/textHash.h"
 #include "nuXmlParser/scan.h"
 
@@ -36,16 +36,10 @@ struct ByteName {
 
     /// Whether the bytes at `place`, behind which longestGuess can be read, begin with the name.
     [[nodiscard]] bool standsAt(const char* place) const noexcept {
-#if defined(__SSE2__)
-        const __m128i equal = _mm_cmpeq_epi8(simd::loadBlock(place), simd::loadBlock(head.data()));
-        if ((static_cast<unsigned>(_mm_movemask_epi8(equal)) | beyond) != 0xFFFF) {
+        const auto equal = simd::Block::load(place).equals(simd::Block::load(head.data()));
+        if ((equal.mask() | beyond) != 0xFFFF) {
             return false;
         }
-#else
-        if (std::memcmp(place, text.data(), std::min(text.size(), head.size())) != 0) {
-            return false;
-        }
-#endif
         return text.size() <= scanBlock || (text.size() <= longestGuess &&
                                             std::memcmp(place + scanBlock, text.data() + scanBlock,
                                                         text.size() - scanBlock) == 0);

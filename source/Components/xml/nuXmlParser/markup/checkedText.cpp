@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "common/simd.h"
+#include "common/simd/block.h"
 #include "common/utf8.h"
 #include "common/utf8Sequence.h"
 
@@ -18,26 +18,17 @@ constexpr bool isAllowed(char32_t codePoint) noexcept {
                              : codePoint == '\t' || codePoint == '\n' || codePoint == '\r';
 }
 
-#if defined(__SSE2__)
-
 /// Marks the control characters among 16 bytes that are not allowed.
-inline __m128i controls(__m128i block) noexcept {
-    const __m128i isControl = _mm_cmpeq_epi8(_mm_min_epu8(block, _mm_set1_epi8(0x1F)), block);
-    const __m128i isTabOrLf = _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('\t')),
-                                           _mm_cmpeq_epi8(block, _mm_set1_epi8('\n')));
-    const __m128i isCr = _mm_cmpeq_epi8(block, _mm_set1_epi8('\r'));
-    return _mm_andnot_si128(_mm_or_si128(isTabOrLf, isCr), isControl);
+simd::Block controls(simd::Block block) noexcept {
+    return block.isAtMost(0x1F).butNot(simd::isAnyOf<'\t', '\n', '\r'>(block));
 }
 
 /// Marks where U+FFFE and U+FFFF begin among 16 bytes, of which two more are looked at.
-inline __m128i noncharacters(const char* bytes) noexcept {
-    const auto isByte = [](__m128i block, unsigned byte) {
-        return _mm_cmpeq_epi8(block, _mm_set1_epi8(static_cast<char>(byte)));
-    };
-    const __m128i third = _mm_or_si128(simd::loadBlock(bytes + 2), _mm_set1_epi8(1));
-    return _mm_and_si128(_mm_and_si128(isByte(simd::loadBlock(bytes), 0xEF),
-                                       isByte(simd::loadBlock(bytes + 1), 0xBF)),
-                         isByte(third, 0xBF));
+simd::Block noncharacters(const char* bytes) noexcept {
+    using simd::Block;
+    return Block::load(bytes).equals(Block::all(0xEF)) &
+           Block::load(bytes + 1).equals(Block::all(0xBF)) &
+           (Block::load(bytes + 2) | Block::all(1)).equals(Block::all(0xBF));
 }
 
 /// Bytes from the front of well-formed text in which no character begins that is not allowed.
@@ -45,30 +36,24 @@ std::size_t surelyAllowed(std::string_view bytes) noexcept {
     constexpr std::size_t groupSize = 4 * simd::blockSize;
     std::size_t place = 0;
     for (; place + groupSize + 2 <= bytes.size(); place += groupSize) {
-        __m128i found = _mm_setzero_si128();
-        __m128i all = _mm_setzero_si128();
+        auto found = simd::Block::all(0);
+        auto all = simd::Block::all(0);
         for (std::size_t offset = 0; offset < groupSize; offset += simd::blockSize) {
-            const __m128i block = simd::loadBlock(bytes.data() + place + offset);
-            found = _mm_or_si128(found, controls(block));
-            all = _mm_or_si128(all, block);
+            const auto block = simd::Block::load(bytes.data() + place + offset);
+            found = found | controls(block);
+            all = all | block;
         }
-        if (_mm_movemask_epi8(all) != 0) {
+        if (all.mask() != 0) {
             for (std::size_t offset = 0; offset < groupSize; offset += simd::blockSize) {
-                found = _mm_or_si128(found, noncharacters(bytes.data() + place + offset));
+                found = found | noncharacters(bytes.data() + place + offset);
             }
         }
-        if (_mm_movemask_epi8(found) != 0) {
+        if (found.mask() != 0) {
             break;
         }
     }
     return place;
 }
-
-#else
-
-std::size_t surelyAllowed(std::string_view /*bytes*/) noexcept { return 0; }
-
-#endif
 
 /// Character by character, from the one on that `from` is in.
 CheckedText checkEach(std::string_view bytes, std::size_t from) noexcept {

@@ -32,38 +32,15 @@ inline constexpr std::array<bool, 256> endsTagName = [] {
 
 /// A bit for each of 16 bytes that ends a name, as far as plain tags go.
 inline unsigned findNameEnds(const char* place) noexcept {
-#if defined(__SSE2__)
-    const __m128i bytes = simd::loadBlock(place);
-    const __m128i isBlank = _mm_cmpeq_epi8(_mm_min_epu8(bytes, _mm_set1_epi8(' ')), bytes);
-    return static_cast<unsigned>(_mm_movemask_epi8(isBlank)) |
-           simd::findInBytes<cNuEqualA, cNuGtA, cNuSlashA>(bytes);
-#else
-    unsigned ends = 0;
-    for (unsigned index = 0; index < scanBlock; ++index) {
-        const bool isEnd = static_cast<unsigned char>(place[index]) <= ' ' ||
-                           isOneOf<cNuEqualA, cNuGtA, cNuSlashA>(place[index]);
-        ends |= static_cast<unsigned>(isEnd) << index;
-    }
-    return ends;
-#endif
+    const auto bytes = simd::Block::load(place);
+    return (bytes.isAtMost(cNuSpaceA) | simd::isAnyOf<cNuEqualA, cNuGtA, cNuSlashA>(bytes)).mask();
 }
 
 /// A bit for each of 16 bytes that ends a value, or that a plain one does not hold.
 inline unsigned findValueStops(const char* place) noexcept {
-#if defined(__SSE2__)
-    const __m128i bytes = simd::loadBlock(place);
-    const __m128i isControl = _mm_cmpeq_epi8(_mm_min_epu8(bytes, _mm_set1_epi8(0x1F)), bytes);
-    return static_cast<unsigned>(_mm_movemask_epi8(isControl)) |
-           simd::findInBytes<cNuQuoteA, cNuLtA, cNuAmpA>(bytes);
-#else
-    unsigned stops = 0;
-    for (unsigned index = 0; index < scanBlock; ++index) {
-        const bool isStop = static_cast<unsigned char>(place[index]) < ' ' ||
-                            isOneOf<cNuQuoteA, cNuLtA, cNuAmpA>(place[index]);
-        stops |= static_cast<unsigned>(isStop) << index;
-    }
-    return stops;
-#endif
+    const auto bytes = simd::Block::load(place);
+    return (bytes.isAtMost(cNuSpaceA - 1) | simd::isAnyOf<cNuQuoteA, cNuLtA, cNuAmpA>(bytes))
+        .mask();
 }
 
 } // namespace detail

@@ -1,12 +1,12 @@
-#include "common/utf8Blocks.h"
+#include "common/simd/utf8Blocks.h"
 
-#include "common/simd.h"
+#include "common/simd/block.h"
+#include "common/simd/wideBlock.h"
 
 #if defined(__x86_64__)
 
 #include <array>
 #include <cstdint>
-#include <immintrin.h>
 
 namespace nu {
 namespace {
@@ -62,13 +62,9 @@ alignas(64) constexpr std::array<Shuffle, 256> sequenceShuffles = makeSequenceSh
 // Stores the lanes to keep and returns the place behind them.
 [[gnu::target("avx2,popcnt")]] inline char16_t* storeLanes(char16_t* units, __m128i lanes,
                                                            unsigned kept) noexcept {
-    const __m128i shuffle = simd::loadBlock(laneShuffles[kept].data());
-    simd::storeBlock(units, _mm_shuffle_epi8(lanes, shuffle));
+    const __m128i shuffle = simd::Block::load(laneShuffles[kept].data());
+    simd::Block(_mm_shuffle_epi8(lanes, shuffle)).store(units);
     return units + _mm_popcnt_u32(kept);
-}
-
-[[gnu::target("avx2")]] inline __m256i load32(const void* from) noexcept {
-    return _mm256_loadu_si256(static_cast<const __m256i*>(from));
 }
 
 [[gnu::target("avx2")]] inline __m256i all(unsigned value) noexcept {
@@ -172,17 +168,13 @@ storeKept(char16_t* units, const PlacedUnits& placed, unsigned kept) noexcept {
 
 } // namespace
 
-bool hasUtf8Blocks() noexcept {
-    return __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("popcnt") != 0;
-}
-
 [[gnu::target("avx2,popcnt")]] DecodeCursor
 decodeUtf8Blocks(const unsigned char* next, const unsigned char* end, char16_t* units) noexcept {
     const unsigned char* const begin = next;
     // Continuation bytes that the block before left owing, from the lowest bit on.
     unsigned owed = 0;
     while (end - next >= decodeMargin) {
-        const __m256i first = load32(next);
+        const __m256i first = simd::loadWide(next);
         // 1. ASCII alone.
         const unsigned nonAscii = bits(first);
         if ((nonAscii | owed) == 0) {
@@ -192,8 +184,8 @@ decodeUtf8Blocks(const unsigned char* next, const unsigned char* end, char16_t* 
             continue;
         }
         // 2. Continuation bytes must stand exactly where the leads ask for them.
-        const __m256i second = load32(next + 1);
-        const __m256i third = load32(next + 2);
+        const __m256i second = simd::loadWide(next + 1);
+        const __m256i third = simd::loadWide(next + 2);
         const __m256i three = atLeast(first, 0xE0);
         const __m256i four = atLeast(first, 0xF0);
         const unsigned continuations = bits(_mm256_cmpgt_epi8(all(0xC0), first));
@@ -210,7 +202,7 @@ decodeUtf8Blocks(const unsigned char* next, const unsigned char* end, char16_t* 
         if ((leadsOfFour | fourBefore) != 0) {
             const __m256i moved =
                 _mm256_alignr_epi8(first, _mm256_permute2x128_si256(first, first, 0x08), 15);
-            const __m256i previous = next == begin ? moved : load32(next - 1);
+            const __m256i previous = next == begin ? moved : simd::loadWide(next - 1);
             placePairs(placed, previous, first, second, third);
             kept |= leadsOfFour << 1 | fourBefore;
         }
@@ -242,7 +234,7 @@ encodeUtf8Blocks(const char16_t* next, const char16_t* end, char* bytes) noexcep
             continue;
         }
         // 1. Surrogates are not for this loop.
-        const __m128i units = simd::loadBlock(next);
+        const __m128i units = simd::Block::load(next);
         const __m128i surrogates =
             _mm_cmpeq_epi16(_mm_and_si128(units, _mm_set1_epi16(static_cast<short>(0xF800))),
                             _mm_set1_epi16(static_cast<short>(0xD800)));
@@ -268,11 +260,13 @@ encodeUtf8Blocks(const char16_t* next, const char16_t* end, char* bytes) noexcep
         const auto leads = static_cast<unsigned>(_mm256_movemask_ps(_mm256_castsi256_ps(three)));
         const unsigned front = (middles & 0xF) | (leads & 0xF) << 4;
         const unsigned rear = middles >> 4 | (leads & 0xF0);
-        simd::storeBlock(bytes, _mm_shuffle_epi8(_mm256_castsi256_si128(sequences),
-                                                 simd::loadBlock(sequenceShuffles[front].data())));
+        simd::Block(_mm_shuffle_epi8(_mm256_castsi256_si128(sequences),
+                                     simd::Block::load(sequenceShuffles[front].data())))
+            .store(bytes);
         bytes += 4 + _mm_popcnt_u32(front);
-        simd::storeBlock(bytes, _mm_shuffle_epi8(_mm256_extracti128_si256(sequences, 1),
-                                                 simd::loadBlock(sequenceShuffles[rear].data())));
+        simd::Block(_mm_shuffle_epi8(_mm256_extracti128_si256(sequences, 1),
+                                     simd::Block::load(sequenceShuffles[rear].data())))
+            .store(bytes);
         bytes += 4 + _mm_popcnt_u32(rear);
         next += 8;
     }
@@ -284,8 +278,6 @@ encodeUtf8Blocks(const char16_t* next, const char16_t* end, char* bytes) noexcep
 #else
 
 namespace nu {
-
-bool hasUtf8Blocks() noexcept { return false; }
 
 DecodeCursor decodeUtf8Blocks(const unsigned char* next, const unsigned char*,
                               char16_t* units) noexcept {

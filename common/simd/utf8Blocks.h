@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-/// The bulk of UTF-8 conversion in blocks, for processors that have the instructions.
+/// The bulk of UTF-8 conversion in blocks, for processors of which simd::hasWideBlocks says so.
 namespace nu {
 
 struct DecodeCursor {
@@ -14,9 +14,6 @@ struct EncodeCursor {
     const char16_t* next; ///< First unit not encoded, never the second half of a pair.
     char* bytes;          ///< Where its first byte belongs.
 };
-
-/// Tells whether this processor has what the two functions below need (AVX2).
-bool hasUtf8Blocks() noexcept;
 
 /// Decodes well-formed UTF-8 and stops near the end or at the block that holds the first malformed
 /// sequence. Units behind the returned place may be overwritten, but only as many as well-formed

@@ -1,10 +1,11 @@
 #include "common/utf8.h"
 
+#include "common/simd/wideBlock.h"
+
 #if defined(__x86_64__)
 
 #include <array>
 #include <cstdint>
-#include <immintrin.h>
 
 namespace {
 
@@ -133,15 +134,12 @@ constexpr std::size_t groupSize = 128;
     return checkGroup(rest, before);
 }
 
-bool canCheckByGroups() noexcept { return __builtin_cpu_supports("avx2") != 0; }
-
 } // namespace
 
 #else
 
 namespace {
 
-bool canCheckByGroups() noexcept { return false; }
 bool checkByGroups(std::string_view) noexcept { return false; }
 
 } // namespace
@@ -166,5 +164,5 @@ bool checkByDecoding(std::string_view bytes) noexcept {
 } // namespace
 
 bool NuIsUtf8(std::string_view bytes) noexcept {
-    return canCheckByGroups() ? checkByGroups(bytes) : checkByDecoding(bytes);
+    return nu::simd::hasWideBlocks() ? checkByGroups(bytes) : checkByDecoding(bytes);
 }
