@@ -51,8 +51,8 @@ inline char16_t* appendCodePoint(char16_t* units, char32_t codePoint) noexcept {
     return units;
 }
 
-inline bool isSurrogate(char16_t unit) noexcept { return (unit & 0xF800) == 0xD800; }
-inline bool isHighSurrogate(char16_t unit) noexcept { return (unit & 0xFC00) == 0xD800; }
-inline bool isLowSurrogate(char16_t unit) noexcept { return (unit & 0xFC00) == 0xDC00; }
+constexpr bool isSurrogate(char16_t unit) noexcept { return (unit & 0xF800) == 0xD800; }
+constexpr bool isHighSurrogate(char16_t unit) noexcept { return (unit & 0xFC00) == 0xD800; }
+constexpr bool isLowSurrogate(char16_t unit) noexcept { return (unit & 0xFC00) == 0xDC00; }
 
 } // namespace nu

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "common/utf8.h"
+#include "common/utf8Sequence.h"
 #include "host/runtime/numberText.h"
 #include "nuXmlParser/scan.h"
 
@@ -96,7 +97,7 @@ template <class Unit> void TextBuffer<Unit>::appendEncoded(std::u16string_view t
         while (!text.empty()) {
             std::size_t count = std::min(text.size(), longest);
             // The halves of a character stay together.
-            if (count < text.size() && (text[count - 1] & 0xFC00U) == 0xD800) {
+            if (count < text.size() && isHighSurrogate(text[count - 1])) {
                 --count;
             }
             Unit* const place = room(3 * count);
@@ -171,7 +172,7 @@ void TextBuffer<Unit>::appendEscaped(std::basic_string_view<Source> text) {
         } else {
             // The first half of a character waits for the second.
             const bool isHalf =
-                found == partEnd && partEnd != end && length > 1 && (found[-1] & 0xFC00U) == 0xD800;
+                found == partEnd && partEnd != end && length > 1 && isHighSurrogate(found[-1]);
             appendEncoded({place, length - (isHalf ? 1 : 0)});
             if (isHalf) {
                 place = found - 1;

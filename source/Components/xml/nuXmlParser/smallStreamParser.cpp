@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "common/expects.h"
 #include "common/utf8.h"
 #include "common/utf8Sequence.h"
 #include "host/runtime/memoryStream.h"
@@ -23,7 +24,7 @@ std::size_t bytesOf(PNuXmlChar place, PNuXmlChar end) noexcept {
     std::size_t bytes = 0;
     for (; place < end; ++place) {
         // The four bytes of a pair are two for each of its halves.
-        const bool isHalf = (*place & 0xF800) == 0xD800;
+        const bool isHalf = nu::isSurrogate(*place);
         bytes += 1U + (*place >= 0x80 ? 1U : 0U) + (*place >= 0x800 && !isHalf ? 1U : 0U);
     }
     return bytes;
@@ -147,6 +148,8 @@ void TNuXmlSmallStreamParser::continueBehindPassed() {
     if (passing_.end == here) {
         return;
     }
+    nu::expects(here < passing_.end &&
+                passing_.end <= decoder_.rest().data() + decoder_.rest().size());
     hasPassedBytes_ = true;
     knownByte_ = passing_.end;
     // What the counters were asked for last may have been the character that comes now.
@@ -200,6 +203,7 @@ bool TNuXmlSmallStreamParser::decodeMore() {
     // 3. More text.
     auto* units = reinterpret_cast<NuXmlChar*>(memory_.data());
     const std::ptrdiff_t used = lastPtr_ + 1 - units;
+    nu::expects(used > 0 && static_cast<std::size_t>(used) <= windowLength_);
     const std::size_t room = windowLength_ - static_cast<std::size_t>(used);
     lastPtr_ += decoder_.decode(units + used, std::min(room, std::max(kept, stepLength_)));
     return true;
@@ -220,6 +224,7 @@ void TNuXmlSmallStreamParser::stayInPlace() {
 
 /// Moves the text from the kept place on to the start of the window, which gets this length.
 void TNuXmlSmallStreamParser::moveText(std::size_t windowLength) {
+    nu::expects(keep_ <= currPtr_ && currPtr_ <= readPtr_ && readPtr_ <= lastPtr_ + 1);
     const std::size_t size = (static_cast<std::size_t>(lastPtr_ - keep_) + 1) * cNuXmlCharSize;
     nu::TextMemory grown;
     if (windowLength != windowLength_) {
