@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "nuXmlParser/characterSource.h"
 #include "nuXmlParser/markupBlock.h"
 #include "nuXmlParser/textCounter.h"
 #include "nuXmlSax/reader.h"
@@ -18,6 +19,8 @@ namespace nu {
 /// call. Each operation is entered with the current character that its comment names and leaves the
 /// one that the next needs; positions are read from the source whenever somebody can look.
 template <class Source> class SaxScanner {
+    static_assert(CharacterSource<Source>);
+
 public:
     SaxScanner(TNuSAXXMLReader& reader, Source& source) noexcept
         : reader_(reader), source_(source) {}
