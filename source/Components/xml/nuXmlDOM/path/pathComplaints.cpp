@@ -6,23 +6,26 @@
 #include "common/caseFolding.h"
 #include "host/runtime/format.h"
 #include "nuXmlDOM/path/pathMessages.h"
+#include "nuXmlDOM/path/pathProgram.h"
 
 namespace nu {
 
 namespace {
 
 constexpr std::u16string_view operatorUnits = u"<=>";
-constexpr std::array<std::u16string_view, 5> functions{u"node", u"text", u"last", u"first",
-                                                       u"string"};
 constexpr std::array<std::u16string_view, 5> operators{u"=", u">", u">=", u"<", u"<="};
-
-template <class Words> bool isOneOf(const Words& words, std::u16string_view text) {
-    return std::any_of(words.begin(), words.end(),
-                       [text](std::u16string_view word) { return NuEqualFolded(word, text); });
-}
 
 NuXmlString noSuch(std::u16string_view kind, std::u16string_view name) {
     return host::formatMessage(messages::noSuchInPaths, {kind, name});
+}
+
+bool isFunction(std::u16string_view name) {
+    const auto isCalled = [name](const auto& function) {
+        return NuEqualFolded(function.name, name);
+    };
+    return std::any_of(testFunctions.begin(), testFunctions.end(), isCalled) ||
+           std::any_of(filterFunctions.begin(), filterFunctions.end(), isCalled) ||
+           NuEqualFolded(ownValueFunction, name);
 }
 
 /// A function as it is called: its name is what stands before the bracket.
@@ -34,14 +37,14 @@ NuXmlString complaintAboutCall(std::u16string_view text) {
     const std::u16string_view before = text.substr(0, bracket);
     const std::size_t blank = before.find_last_of(u" ,(");
     const std::u16string_view name = before.substr(blank == before.npos ? 0 : blank + 1);
-    return isOneOf(functions, name) ? host::formatMessage(messages::noSuchPlaceInPaths, {text})
-                                    : noSuch(u"function", NuXmlString(name) + u"()");
+    return isFunction(name) ? host::formatMessage(messages::noSuchPlaceInPaths, {text})
+                            : noSuch(u"function", NuXmlString(name) + u"()");
 }
 
 } // namespace
 
 NuXmlString complaintAboutTest(std::u16string_view test) {
-    if (NuEqualFolded(test, u"node()") || NuEqualFolded(test, u"text()")) {
+    if (findCall(testFunctions, test) != nullptr) {
         return {};
     }
     const std::size_t axis = test.find(u"::");
@@ -73,7 +76,7 @@ NuXmlString complaintAboutComparison(std::u16string_view comparison) {
         return noSuch(u"operator", comparison.substr(first - 1, behind - first + 1));
     }
     const std::u16string_view used = comparison.substr(first, behind - first);
-    if (!isOneOf(operators, used)) {
+    if (std::find(operators.begin(), operators.end(), used) == operators.end()) {
         return noSuch(u"operator", used);
     }
     // 2. What it is compared with.

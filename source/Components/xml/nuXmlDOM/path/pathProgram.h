@@ -1,11 +1,14 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <string_view>
 #include <vector>
 
+#include "common/caseFolding.h"
 #include "nuXmlDOM/core/selectOptions.h"
 #include "nuXmlParser/chars.h"
 
@@ -47,6 +50,19 @@ enum class TNuXPathFilter : std::uint8_t {
     ftNodeValue,
 };
 
+/// A function of the path language, which is called with nothing in its brackets, and what it
+/// stands for: its name in lower case.
+template <class Meaning> struct PathFunction {
+    std::u16string_view name;
+    Meaning meaning;
+};
+
+/// The functions that are a filter as a whole.
+inline constexpr std::array<PathFunction<TNuXPathFilter>, 2> filterFunctions{{
+    {u"last", TNuXPathFilter::ftLastChildElement},
+    {u"first", TNuXPathFilter::ftFirstChildElement},
+}};
+
 struct PathFilter {
     TNuXPathFilter kind = TNuXPathFilter::ftChildName;
     /// The attribute's name, or the path of the child.
@@ -70,6 +86,30 @@ enum class PathTest : std::uint8_t {
     elementWithText,
     name,
 };
+
+/// The functions that are the test of a step.
+inline constexpr std::array<PathFunction<PathTest>, 2> testFunctions{{
+    {u"node", PathTest::everyNode},
+    {u"text", PathTest::elementWithText},
+}};
+
+/// What stands before the operator of a filter for the value of the node itself.
+inline constexpr std::u16string_view ownValueFunction = u"string";
+
+/// The function that is called by this text and nothing else; null where none is.
+template <class Functions>
+[[nodiscard]] const typename Functions::value_type* findCall(const Functions& functions,
+                                                             std::u16string_view text) {
+    constexpr std::u16string_view brackets = u"()";
+    if (!text.ends_with(brackets)) {
+        return nullptr;
+    }
+    text.remove_suffix(brackets.size());
+    const auto found =
+        std::find_if(functions.begin(), functions.end(),
+                     [text](const auto& function) { return NuEqualFolded(text, function.name); });
+    return found == functions.end() ? nullptr : &*found;
+}
 
 enum class PathMistake : std::uint8_t { none, invalidPath, openQuote, openBracket };
 

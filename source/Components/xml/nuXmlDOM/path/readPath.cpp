@@ -5,6 +5,7 @@
 #include "common/caseFolding.h"
 #include "nuXmlDOM/path/pathComplaints.h"
 #include "nuXmlDOM/path/pathProgram.h"
+#include "nuXmlParser/whiteSpace.h"
 
 namespace nu {
 
@@ -17,15 +18,6 @@ constexpr std::size_t deepestBrackets = 250;
 constexpr std::u16string_view separator = u" | ";
 constexpr std::u16string_view protectedSlash = u"&slash;";
 constexpr std::u16string_view operatorUnits = u"<=>";
-
-std::u16string_view trimmed(std::u16string_view text) noexcept {
-    constexpr std::u16string_view blanks = u" \t\r\n";
-    const std::size_t first = text.find_first_not_of(blanks);
-    if (first == std::u16string_view::npos) {
-        return {};
-    }
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
 
 /// The slashes of a path that divide its steps: those that do not stand in double quotes.
 ///
@@ -206,10 +198,8 @@ private:
             }
         } else if (test.empty() || test == u"*") {
             result.test = PathTest::everyElement;
-        } else if (NuEqualFolded(test, u"node()")) {
-            result.test = PathTest::everyNode;
-        } else if (NuEqualFolded(test, u"text()")) {
-            result.test = PathTest::elementWithText;
+        } else if (const auto* const called = findCall(testFunctions, test)) {
+            result.test = called->meaning;
         } else {
             result.test = PathTest::name;
             result.name = test;
@@ -229,15 +219,14 @@ private:
                 compares ? TNuXPathFilter::ftAttributeValue : TNuXPathFilter::ftHasAttribute;
             readComparison(inner.substr(1), filter);
         } else if (compares) {
-            constexpr std::u16string_view ownValue = u"string()";
-            filter.kind = NuEqualFolded(inner.substr(0, ownValue.size()), ownValue)
+            const std::u16string_view name = inner.substr(0, inner.find(u'('));
+            const bool isCall = inner.substr(name.size()).starts_with(u"()");
+            filter.kind = isCall && NuEqualFolded(name, ownValueFunction)
                               ? TNuXPathFilter::ftNodeValue
                               : TNuXPathFilter::ftChildValue;
             readComparison(inner, filter);
-        } else if (NuEqualFolded(inner, u"last()")) {
-            filter.kind = TNuXPathFilter::ftLastChildElement;
-        } else if (NuEqualFolded(inner, u"first()")) {
-            filter.kind = TNuXPathFilter::ftFirstChildElement;
+        } else if (const auto* const called = findCall(filterFunctions, inner)) {
+            filter.kind = called->meaning;
         } else {
             const std::int64_t number = readPathInteger(inner).value_or(-1);
             const bool isPosition =
