@@ -7,13 +7,23 @@
 
 namespace {
 
-/// Calls an event and turns whatever it throws into the exception that names it.
-template <class Call> void callEvent(std::u16string_view failure, Call&& call) {
-    try {
-        call();
-    } catch (...) {
-        throw host::ESAXException(host::formatMessage(failure, {host::currentExceptionMessage()}));
+/// Raises an event with texts, if it is assigned: `pass` calls it with the streams that are made of
+/// them. Whatever it throws becomes the exception that names it. Deliberate: three events are named
+/// with their "On", the others without.
+template <class Event, class Pass, class... Texts>
+void raise(const Event& event, std::u16string_view name, Pass&& pass, Texts... texts) {
+    if (!event) {
+        return;
     }
+    const auto call = [&](auto&&... streams) {
+        try {
+            pass(streams...);
+        } catch (...) {
+            throw host::ESAXException(host::formatMessage(nu::messages::eventFailed,
+                                                          {name, host::currentExceptionMessage()}));
+        }
+    };
+    call(TNuStringStream(texts)...);
 }
 
 /// Calls an event without text, if it is assigned.
@@ -44,71 +54,55 @@ void TNuSAXContentHandler::endDocument() { notifySender(*this, events().OnEndDoc
 void TNuSAXContentHandler::EndProlog() { notifySender(*this, events().OnEndProlog); }
 
 void TNuSAXContentHandler::startPrefixMapping(std::u16string_view prefix, std::u16string_view uri) {
-    if (!events().OnStartPrefixMapping) {
-        return;
-    }
-    TNuStringStream prefixText(prefix);
-    TNuStringStream uriText(uri);
-    callEvent(nu::messages::startPrefixMappingFailed,
-              [&] { events().OnStartPrefixMapping(Reader(), prefixText, uriText); });
+    const auto& event = events().OnStartPrefixMapping;
+    raise(
+        event, u"OnStartPrefixMapping", [&](auto&... texts) { event(Reader(), texts...); }, prefix,
+        uri);
 }
 
 void TNuSAXContentHandler::endPrefixMapping(std::u16string_view prefix) {
-    if (!events().OnEndPrefixMapping) {
-        return;
-    }
-    TNuStringStream prefixText(prefix);
-    callEvent(nu::messages::endPrefixMappingFailed,
-              [&] { events().OnEndPrefixMapping(Reader(), prefixText); });
+    const auto& event = events().OnEndPrefixMapping;
+    raise(
+        event, u"OnEndPrefixMapping", [&](auto&... texts) { event(Reader(), texts...); }, prefix);
 }
 
 void TNuSAXContentHandler::startElement(std::u16string_view uri, std::u16string_view localName,
                                         std::u16string_view qName,
                                         host::IBufferedAttributes& attributes) {
-    if (!events().OnStartElement) {
+    const auto& event = events().OnStartElement;
+    if (!event) {
         return;
     }
     const auto stringAttributes = host::queryInterface<host::IAttributes>(&attributes);
     if (!stringAttributes) {
         throw host::ESAXException(nu::messages::attributesNotSupported);
     }
-    TNuStringStream uriText(uri);
-    TNuStringStream localNameText(localName);
-    TNuStringStream qNameText(qName);
-    callEvent(nu::messages::startElementFailed, [&] {
-        events().OnStartElement(Reader(), uriText, localNameText, qNameText, *stringAttributes);
-    });
+    raise(
+        event, u"StartElement",
+        [&](auto&... texts) { event(Reader(), texts..., *stringAttributes); }, uri, localName,
+        qName);
 }
 
 void TNuSAXContentHandler::endElement(std::u16string_view uri, std::u16string_view localName,
                                       std::u16string_view qName) {
-    if (!events().OnEndElement) {
-        return;
-    }
-    TNuStringStream uriText(uri);
-    TNuStringStream localNameText(localName);
-    TNuStringStream qNameText(qName);
-    callEvent(nu::messages::endElementFailed,
-              [&] { events().OnEndElement(Reader(), uriText, localNameText, qNameText); });
+    const auto& event = events().OnEndElement;
+    raise(
+        event, u"EndElement", [&](auto&... texts) { event(Reader(), texts...); }, uri, localName,
+        qName);
 }
 
 void TNuSAXContentHandler::characters(std::u16string_view text) {
-    if (!events().OnCharacters) {
-        return;
-    }
-    TNuStringStream textStream(text);
-    callEvent(nu::messages::charactersFailed, [&] { events().OnCharacters(Reader(), textStream); });
+    const auto& event = events().OnCharacters;
+    raise(
+        event, u"Characters", [&](auto&... texts) { event(Reader(), texts...); }, text);
 }
 
 void TNuSAXContentHandler::processingInstruction(std::u16string_view target,
                                                  std::u16string_view data) {
-    if (!events().OnProcessingInstruction) {
-        return;
-    }
-    TNuStringStream targetText(target);
-    TNuStringStream dataText(data);
-    callEvent(nu::messages::processingInstructionFailed,
-              [&] { events().OnProcessingInstruction(Reader(), targetText, dataText); });
+    const auto& event = events().OnProcessingInstruction;
+    raise(
+        event, u"OnProcessingInstruction", [&](auto&... texts) { event(Reader(), texts...); },
+        target, data);
 }
 
 TNuSAXLexicalHandler::~TNuSAXLexicalHandler() noexcept(false) = default;
@@ -117,23 +111,12 @@ void TNuSAXLexicalHandler::startEntity(std::u16string_view /*name*/) {}
 void TNuSAXLexicalHandler::endEntity(std::u16string_view /*name*/) {}
 
 void TNuSAXLexicalHandler::comment(std::u16string_view text) {
-    if (!events().OnComment) {
-        return;
-    }
-    TNuStringStream textStream(text);
-    callEvent(nu::messages::commentFailed, [&] { events().OnComment(textStream); });
+    raise(events().OnComment, u"Comment", events().OnComment, text);
 }
 
 void TNuSAXLexicalHandler::startDTD(std::u16string_view name, std::u16string_view publicId,
                                     std::u16string_view systemId) {
-    if (!events().OnStartDTD) {
-        return;
-    }
-    TNuStringStream nameText(name);
-    TNuStringStream publicIdText(publicId);
-    TNuStringStream systemIdText(systemId);
-    callEvent(nu::messages::startDTDFailed,
-              [&] { events().OnStartDTD(nameText, publicIdText, systemIdText); });
+    raise(events().OnStartDTD, u"StartDTD", events().OnStartDTD, name, publicId, systemId);
 }
 
 void TNuSAXLexicalHandler::endDTD() { notify(events().OnEndDTD); }

@@ -71,21 +71,7 @@ inline constexpr std::u16string_view danglingReferences = u"Dangling RefCount %d
 inline constexpr std::u16string_view attributesNotSupported =
     u"The Attributes object does not support IAttributes";
 
-// Exceptions of event handlers. Deliberate: the first three name the event with "On", the others
-// without.
-inline constexpr std::u16string_view processingInstructionFailed =
-    u"Error evaluating the OnProcessingInstruction event!\r\n%s";
-inline constexpr std::u16string_view startPrefixMappingFailed =
-    u"Error evaluating the OnStartPrefixMapping event!\r\n%s";
-inline constexpr std::u16string_view endPrefixMappingFailed =
-    u"Error evaluating the OnEndPrefixMapping event!\r\n%s";
-inline constexpr std::u16string_view startElementFailed =
-    u"Error evaluating the StartElement event!\r\n%s";
-inline constexpr std::u16string_view charactersFailed =
-    u"Error evaluating the Characters event!\r\n%s";
-inline constexpr std::u16string_view endElementFailed =
-    u"Error evaluating the EndElement event!\r\n%s";
-inline constexpr std::u16string_view startDTDFailed = u"Error evaluating the StartDTD event!\r\n%s";
-inline constexpr std::u16string_view commentFailed = u"Error evaluating the Comment event!\r\n%s";
+// Exceptions of event handlers.
+inline constexpr std::u16string_view eventFailed = u"Error evaluating the %s event!\r\n%s";
 
 } // namespace nu::messages
