@@ -129,7 +129,7 @@ std::string_view TNuXmlSmallStreamParser::bytesFromHere() noexcept {
     }
     const std::string_view text = decoder_.text();
     const char* const here = currentByte();
-    const std::size_t before = static_cast<std::size_t>(here - text.data());
+    const auto before = static_cast<std::size_t>(here - text.data());
     return {here, text.size() - before + decoder_.padding()};
 }
 
