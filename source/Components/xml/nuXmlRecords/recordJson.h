@@ -28,7 +28,7 @@ private:
         bool hasMembers;
     };
 
-    void open(std::string& target, RecordOutline::Index element);
+    void open(std::string& target, RecordOutline::Index index);
     void continueObject(std::string& target);
 
     const RecordOutline* outline_ = nullptr;

@@ -63,7 +63,7 @@ private:
     static constexpr Index fewNames = 8;
 
     const char* readStartTag(const char* less, const char* end, Index& open);
-    void enter(Index element, Index parent);
+    void enter(Index index, Index parentIndex);
     [[nodiscard]] Index findFirst(Index parent, std::string_view name) const noexcept;
     [[nodiscard]] std::size_t slotOf(Index parent, std::string_view name) const noexcept;
     void remember(Index first);
