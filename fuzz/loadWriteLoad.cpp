@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "common/caseFolding.h"
 #include "common/codePage.h"
 #include "host/runtime/memoryStream.h"
 #include "host/sax/SaxHelpers.h"
@@ -63,9 +64,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     const std::u16string second = document->get_xml();
     // What may stand in a tree but cannot be read: the character that ends a text, and the end of a
-    // CDATA section inside of one.
+    // CDATA section inside of one. Of two instructions "xml" each becomes the first, so they change
+    // places whenever they are read.
     const auto isOdd = [](std::u16string_view xml) {
-        return xml.find(u'\0') != xml.npos || count(xml, u"<![CDATA[") != count(xml, u"]]>");
+        return xml.find(u'\0') != xml.npos || count(xml, u"<![CDATA[") != count(xml, u"]]>") ||
+               count(NuFolded(xml), u"<?xml") > 1;
     };
     if (isOdd(second)) {
         return 0;
