@@ -12,6 +12,8 @@
 #include "common/utf8.h"
 #include "host/com/streamAdapter.h"
 #include "host/runtime/fileStream.h"
+#include "nuXmlDOM/core/nodeKinds.h"
+#include "nuXmlDOM/core/nodeLinks.h"
 #include "nuXmlDOM/load/loading.h"
 #include "nuXmlDOM/write/formatting.h"
 #include "support/oddStream.h"
@@ -103,7 +105,7 @@ TEST(Writer, WritesNodesByThemselves) {
     const auto formattedChild = [&](int index) {
         TNuDOMNode* node = b.get_firstChild();
         for (; index > 0; --index) {
-            node = nu::NodeAccess::next(*node);
+            node = nu::NodeLinks::next(*node);
         }
         return node->get_formattedXml();
     };

@@ -1,7 +1,6 @@
 #include "nuObj2Xml/treeReader.h"
 
 #include "nuObj2Xml/instanceAttributes.h"
-#include "nuXmlDOM/core/nodeAccess.h"
 
 namespace nu {
 
@@ -48,11 +47,11 @@ private:
 
 /// Takes what comes before the next end of an element, and gives the node behind.
 TNuDOMNode* takeLeaf(ObjectBuilder& builder, TNuDOMNode& node) {
-    if (NodeAccess::is<TNuDOMText>(node)) {
+    if (is<TNuDOMText>(node)) {
         // Its value is unescaped already, so that nothing in it is a reference any more.
         builder.characters(node.get_nodeValue(), true);
     }
-    return NodeAccess::next(node);
+    return NodeLinks::next(node);
 }
 
 } // namespace
@@ -63,7 +62,7 @@ void readElement(ObjectBuilder& builder, TNuDOMElement& element, host::Instance 
     TNuDOMElement* open = &element;
     TNuDOMNode* next = element.get_firstChild();
     while (open != nullptr) {
-        if (auto* const child = NodeAccess::as<TNuDOMElement>(next)) {
+        if (auto* const child = as<TNuDOMElement>(next)) {
             builder.startElement(StartOfElement(*child).start());
             open = child;
             next = child->get_firstChild();
@@ -71,8 +70,8 @@ void readElement(ObjectBuilder& builder, TNuDOMElement& element, host::Instance 
             next = takeLeaf(builder, *next);
         } else {
             builder.endElement(builder.wantsTree() ? open : nullptr);
-            next = open != &element ? NodeAccess::next(*open) : nullptr;
-            open = open != &element ? NodeAccess::parentElement(*open) : nullptr;
+            next = open != &element ? NodeLinks::next(*open) : nullptr;
+            open = open != &element ? NodeLinks::parentElement(*open) : nullptr;
         }
     }
 }

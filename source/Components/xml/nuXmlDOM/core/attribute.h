@@ -49,7 +49,7 @@ public:
 private:
     using TNuDOMNode::TNuDOMNode;
     ~TNuDOMAttribute() = default;
-    friend class nu::NodeAccess;
+    friend class nu::NodeText;
 
     nu::StoredText text_;
 };

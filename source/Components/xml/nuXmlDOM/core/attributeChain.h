@@ -1,6 +1,6 @@
 #pragma once
 
-class TNuDOMNode;
+#include "nuXmlDOM/core/nodeLinks.h"
 
 namespace nu {
 
@@ -14,9 +14,18 @@ public:
     [[nodiscard]] TNuDOMNode* first() const noexcept { return first_; }
 
     /// Puts `attribute` behind `before`, which is in the chain; at the beginning when it is null.
-    inline void insertBehind(TNuDOMNode* before, TNuDOMNode& attribute) noexcept;
+    void insertBehind(TNuDOMNode* before, TNuDOMNode& attribute) noexcept {
+        TNuDOMNode*& link = before != nullptr ? NodeLinks::nextOf(*before) : first_;
+        NodeLinks::nextOf(attribute) = link;
+        link = &attribute;
+    }
     /// Takes out what stands behind `before`; the first one when it is null.
-    inline void removeBehind(TNuDOMNode* before) noexcept;
+    void removeBehind(TNuDOMNode* before) noexcept {
+        TNuDOMNode*& link = before != nullptr ? NodeLinks::nextOf(*before) : first_;
+        TNuDOMNode& attribute = *link;
+        link = NodeLinks::next(attribute);
+        NodeLinks::nextOf(attribute) = nullptr;
+    }
     void clear() noexcept { first_ = nullptr; }
 
 private:

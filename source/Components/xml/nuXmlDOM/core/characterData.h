@@ -59,7 +59,7 @@ protected:
     /// \endcond
 
 private:
-    friend class nu::NodeAccess;
+    friend class nu::NodeText;
 
     /// Mutable because being looked at changes its form.
     mutable nu::StoredText text_;
@@ -99,7 +99,6 @@ public:
 protected:
     using TNuDOMCharacterData::TNuDOMCharacterData;
     ~TNuDOMText() = default;
-    friend class nu::NodeAccess;
 
 private:
     [[nodiscard]] bool mayHaveReferences();
@@ -125,7 +124,6 @@ public:
 private:
     using TNuDOMText::TNuDOMText;
     ~TNuDOMCDATA() = default;
-    friend class nu::NodeAccess;
 };
 
 /// A comment.
@@ -167,7 +165,6 @@ public:
 private:
     using TNuDOMCharacterData::TNuDOMCharacterData;
     ~TNuDOMComment() = default;
-    friend class nu::NodeAccess;
 
     void wasExtended() noexcept override { position_ = cEnd; }
     void writeAt(std::size_t position, std::u16string_view text);
@@ -207,7 +204,7 @@ public:
 private:
     using TNuDOMChildNode::TNuDOMChildNode;
     ~TNuDOMProcessingInstruction() = default;
-    friend class nu::NodeAccess;
+    friend class nu::NodeText;
 
     nu::StoredText text_;
 };

@@ -2,10 +2,8 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <set>
+#include <memory>
 #include <string_view>
-#include <utility>
-#include <vector>
 
 #include "host/com/stream.h"
 #include "host/dom/extensions.h"
@@ -14,19 +12,20 @@
 #include "nuXmlDOM/core/element.h"
 #include "nuXmlDOM/core/limits.h"
 #include "nuXmlDOM/core/node.h"
-#include "nuXmlDOM/storage/documentMemory.h"
-#include "nuXmlDOM/storage/nameTable.h"
-#include "nuXmlDOM/upkeep/adoption.h"
-#include "nuXmlDOM/upkeep/lifetime.h"
-#include "nuXmlDOM/upkeep/snapshots.h"
 
 /// \file
 /// The document.
 
 class TNuDOMImplementation;
 class TNuLoadReport;
-class TNuSaxToDomHandler;
 struct TNuConformingOptions;
+
+namespace nu {
+
+class DocumentLifetime;
+class DocumentParts;
+
+} // namespace nu
 
 /// How a document is saved.
 struct TNuSaveOptions {
@@ -305,7 +304,7 @@ public:
     /// Always 0: loading is done when the call is.
     [[nodiscard]] std::int32_t asyncLoadState() const noexcept { return 0; }
     /// Whether the document is being loaded.
-    [[nodiscard]] bool IsLoading() const noexcept { return isLoading_; }
+    [[nodiscard]] bool IsLoading() const noexcept;
     /// @}
 
     /// \name Saving
@@ -350,9 +349,9 @@ public:
     /// @{
 
     /// The limits in force; by default there are none.
-    [[nodiscard]] const TNuDOMLimits& Limits() const noexcept { return limits_; }
+    [[nodiscard]] const TNuDOMLimits& Limits() const noexcept;
     /// Sets all limits at once; what the tree holds already is not looked at.
-    void SetLimits(const TNuDOMLimits& limits) noexcept { limits_ = limits; }
+    void SetLimits(const TNuDOMLimits& limits) noexcept;
     /// @}
 
     /// A new object that tells what the implementation can do.
@@ -387,64 +386,23 @@ public:
     /// @}
 
     /// \cond internal
-    [[nodiscard]] nu::DocumentMemory& memory() noexcept { return memory_; }
-    [[nodiscard]] nu::NameTable& names() noexcept { return names_; }
-    [[nodiscard]] nu::DocumentLifetime& lifetime() noexcept { return lifetime_; }
-    /// An empty vector for the members of a snapshot, with the room of former ones if there is any.
-    [[nodiscard]] std::vector<TNuDOMNode*> takeRoom() noexcept { return std::exchange(room_, {}); }
-    /// Keeps the memory of a snapshot for a later one, unless there is more already, or it is much
-    /// beside what the document itself takes.
-    void keepRoom(std::vector<TNuDOMNode*> nodes) noexcept;
+    [[nodiscard]] nu::DocumentParts& parts() const noexcept { return *parts_; }
     /// \endcond
 
 private:
-    friend class TNuDOMObject;
-    friend class TNuDOMNode;
-    friend class TNuDOMNodeList;
     friend class nu::DocumentLifetime;
-    friend class nu::Snapshots;
-    friend class ::TNuSaxToDomHandler;
-    friend class nu::NodeAccess;
-    friend void nu::adopt(TNuDOMNode& root, TNuDOMDocument& document);
 
     TNuDOMDocument();
     ~TNuDOMDocument();
 
     void _addChild(TNuDOMNode& child, TNuDOMPosition position, TNuDOMNode* reference) override;
     void _removeChild(TNuDOMNode& child) override;
-    [[nodiscard]] nu::NodeLists* makeLists(TNuDOMNode& node);
-    void enterLists(nu::NodeLists& lists) noexcept;
-    void removeLists(nu::NodeLists& lists) noexcept;
-    void noteRefused(TNuDOMNode& node) noexcept;
-    void forgetRefused(TNuDOMNode& node) noexcept;
-    /// Makes a node of another document one of this, under a name of this.
-    void take(TNuDOMNode& node, const nu::NodeName* name) noexcept;
-    /// A node goes: nothing refers to it any more.
-    void forgetNode(TNuDOMNode& node) noexcept;
-    /// A node goes to another document.
-    void leaveNode(TNuDOMNode& node) noexcept;
-    void freeExtras(nu::NodeExtras& extras) noexcept;
     [[nodiscard]] TNuDOMProcessingInstruction* findInstruction(std::u16string_view target) const;
     [[nodiscard]] NuRef<TNuDOMNode> copy(const TNuDOMNode& node);
     template <class Node>
     NuRef<Node> createNamed(std::u16string_view name, std::u16string_view uri);
     template <class Node> NuRef<Node> createText(std::u16string_view data);
 
-    // Everything below is made in and goes back to it, so it comes first.
-    nu::DocumentMemory memory_;
-    nu::NameTable names_;
-    nu::DocumentLifetime lifetime_;
-
-    nu::NodeChain topLevel_;
+    const std::unique_ptr<nu::DocumentParts> parts_;
     TNuDOMElement* documentElement_ = nullptr;
-    bool isLoading_ = false;
-    TNuDOMLimits limits_;
-
-    /// What has to be told when nodes go, or goes with the document.
-    nu::NodeLists* firstLists_ = nullptr;
-    nu::Snapshots snapshots_;
-    /// Memory of a former snapshot: fresh pages cost more than a search fills them with.
-    std::vector<TNuDOMNode*> room_;
-    /// Nodes outside of the tree behind the parent that has refused them.
-    std::set<std::pair<const TNuDOMNode*, TNuDOMNode*>> refused_;
 };

@@ -25,8 +25,7 @@ namespace nu {
 class DocumentLifetime;
 class Face;
 class FaceAccess;
-class NodeAccess;
-class Snapshots;
+class NodeContext;
 
 /// \cond internal
 enum ObjectFlag : std::uint16_t {
@@ -89,7 +88,8 @@ public:
     [[nodiscard]] TNuDOMObject* AsObject() noexcept { return this; }
     /// The number of references that are held.
     [[nodiscard]] std::int32_t RefCount() const noexcept {
-        return count_.load(std::memory_order_relaxed);
+        // What was done before the last reference was dropped is done for whoever sees none.
+        return count_.load(std::memory_order_acquire);
     }
 
     /// Publishes what an exception says as the thread's error information and gives the failure
@@ -129,13 +129,8 @@ private:
     /// that lets the document go.
     bool noteLastRelease(nu::DocumentLifetime& lifetime) noexcept;
 
-    friend class nu::DocumentLifetime;
     friend class nu::FaceAccess;
-    friend class nu::NodeAccess;
-    friend class nu::Snapshots;
-    friend class TNuDOMDocument;
-    friend class TNuDOMNode;
-    friend class TNuDOMNodeList;
+    friend class nu::NodeContext;
 
     const nu::ObjectContext* context_;
     std::atomic<std::int32_t> count_ = 0;

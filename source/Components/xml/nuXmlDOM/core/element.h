@@ -6,8 +6,10 @@
 #include "host/runtime/dateTime.h"
 #include "host/runtime/variant.h"
 #include "nuXmlDOM/core/attribute.h"
+#include "nuXmlDOM/core/attributeChain.h"
 #include "nuXmlDOM/core/characterData.h"
 #include "nuXmlDOM/core/node.h"
+#include "nuXmlDOM/core/nodeChain.h"
 #include "nuXmlDOM/core/nodeList.h"
 #include "nuXmlDOM/core/nodeRange.h"
 
@@ -412,16 +414,12 @@ public:
 private:
     using TNuDOMChildNode::TNuDOMChildNode;
     ~TNuDOMElement() = default;
-    friend class nu::NodeAccess;
+    friend class nu::ElementLinks;
 
     void _addChild(TNuDOMNode& child, TNuDOMPosition position, TNuDOMNode* reference) override;
     void _removeChild(TNuDOMNode& child) override;
     void linkAttribute(TNuDOMNode& attribute, TNuDOMNode* place) noexcept;
     void unlinkAttribute(TNuDOMNode& attribute) noexcept;
-    /// From now on the child elements have an order of their own, whatever moves in the tree.
-    void keepElementOrder();
-    void placeInElementOrder(TNuDOMElement& child, TNuDOMPosition position,
-                             TNuDOMNode* besideElement, bool isReferenceKnown);
 
     /// The name as the document has it; null where no node of it ever had that name.
     [[nodiscard]] const nu::NodeName* knownName(std::u16string_view name) const noexcept;

@@ -12,9 +12,7 @@
 #include "common/textArgument.h"
 #include "host/dom/node.h"
 #include "host/runtime/stream.h"
-#include "nuXmlDOM/core/attributeChain.h"
 #include "nuXmlDOM/core/domObject.h"
-#include "nuXmlDOM/core/nodeChain.h"
 #include "nuXmlDOM/core/nodeClass.h"
 #include "nuXmlDOM/core/selectOptions.h"
 #include "nuXmlParser/chars.h"
@@ -29,18 +27,13 @@ template <class Node> class TNuDOMSelection;
 
 namespace nu {
 
-class NodeLists;
+class ElementLinks;
+class NodeContext;
+class NodeFlags;
+class NodeLinks;
+class NodeMemory;
 class NodeName;
-
-/// \cond internal
-/// What only few nodes have: those that an application has looked at through an interface or a
-/// list.
-struct NodeExtras : ObjectContext {
-    const NodeName* name = nullptr;
-    Face* face = nullptr;
-    NodeLists* lists = nullptr;
-};
-/// \endcond
+class NodeText;
 
 } // namespace nu
 
@@ -383,17 +376,13 @@ protected:
 
     [[noreturn]] static void raiseNotSupported();
     [[noreturn]] void raiseNoParentOf(const TNuDOMNode& child) const;
-    [[nodiscard]] nu::NodeExtras& extras();
-    /// The node's lists, null before the first was asked for.
-    [[nodiscard]] nu::NodeLists* listsIfAny() const noexcept;
-    [[nodiscard]] nu::NodeLists& lists();
     /// \endcond
 
 private:
-    friend class nu::AttributeChain;
-    friend class nu::DocumentLifetime;
-    friend class nu::NodeChain;
-    friend class nu::NodeAccess;
+    friend class nu::NodeContext;
+    friend class nu::NodeFlags;
+    friend class nu::NodeLinks;
+    friend class nu::NodeMemory;
 
     void rename(const nu::NodeName* name) noexcept;
     void unlink();
@@ -413,7 +402,7 @@ protected:
     ~TNuDOMChildNode() = default;
 
 private:
-    friend class nu::NodeChain;
+    friend class nu::NodeLinks;
 
     TNuDOMNode* previous_ = nullptr;
 };

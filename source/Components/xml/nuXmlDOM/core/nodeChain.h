@@ -1,6 +1,6 @@
 #pragma once
 
-class TNuDOMNode;
+#include "nuXmlDOM/core/nodeLinks.h"
 
 namespace nu {
 
@@ -12,19 +12,60 @@ class NodeChain {
 public:
     [[nodiscard]] bool empty() const noexcept { return first_ == nullptr; }
     [[nodiscard]] TNuDOMNode* first() const noexcept { return first_; }
-    [[nodiscard]] inline TNuDOMNode* last() const noexcept;
-    [[nodiscard]] inline TNuDOMNode* previous(const TNuDOMNode& node) const noexcept;
-    [[nodiscard]] static inline TNuDOMNode* next(const TNuDOMNode& node) noexcept;
+    [[nodiscard]] TNuDOMNode* last() const noexcept {
+        return first_ != nullptr ? NodeLinks::previousOf(*first_) : nullptr;
+    }
+    [[nodiscard]] TNuDOMNode* previous(const TNuDOMNode& node) const noexcept {
+        return &node != first_ ? NodeLinks::previousOf(const_cast<TNuDOMNode&>(node)) : nullptr;
+    }
 
-    inline void append(TNuDOMNode& node) noexcept;
+    void append(TNuDOMNode& node) noexcept {
+        NodeLinks::nextOf(node) = nullptr;
+        if (first_ == nullptr) {
+            NodeLinks::previousOf(node) = &node;
+            first_ = &node;
+            return;
+        }
+        TNuDOMNode* const last = NodeLinks::previousOf(*first_);
+        NodeLinks::previousOf(node) = last;
+        NodeLinks::nextOf(*last) = &node;
+        NodeLinks::previousOf(*first_) = &node;
+    }
+
     /// Puts `node` before `place`, which is in the chain; at the end when it is null.
-    inline void insert(TNuDOMNode& node, TNuDOMNode* place) noexcept;
-    inline void remove(TNuDOMNode& node) noexcept;
+    void insert(TNuDOMNode& node, TNuDOMNode* place) noexcept {
+        if (place == nullptr) {
+            append(node);
+            return;
+        }
+        NodeLinks::nextOf(node) = place;
+        NodeLinks::previousOf(node) = NodeLinks::previousOf(*place);
+        if (place == first_) {
+            first_ = &node;
+        } else {
+            NodeLinks::nextOf(*NodeLinks::previousOf(*place)) = &node;
+        }
+        NodeLinks::previousOf(*place) = &node;
+    }
+
+    void remove(TNuDOMNode& node) noexcept {
+        TNuDOMNode* const previous = NodeLinks::previousOf(node);
+        TNuDOMNode* const next = NodeLinks::next(node);
+        if (&node == first_) {
+            first_ = next;
+        } else {
+            NodeLinks::nextOf(*previous) = next;
+        }
+        if (next != nullptr) {
+            NodeLinks::previousOf(*next) = previous;
+        } else if (first_ != nullptr) {
+            NodeLinks::previousOf(*first_) = previous;
+        }
+        NodeLinks::previousOf(node) = nullptr;
+        NodeLinks::nextOf(node) = nullptr;
+    }
 
 private:
-    /// The link backwards of a node of the chain.
-    [[nodiscard]] static inline TNuDOMNode*& previousOf(TNuDOMNode& node) noexcept;
-
     TNuDOMNode* first_ = nullptr;
 };
 

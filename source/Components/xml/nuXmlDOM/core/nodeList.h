@@ -9,7 +9,6 @@
 
 #include "common/textArgument.h"
 #include "nuXmlDOM/core/domObject.h"
-#include "nuXmlDOM/upkeep/snapshots.h"
 #include "nuXmlParser/chars.h"
 
 /// \file
@@ -18,6 +17,13 @@
 class TNuDOMAttribute;
 class TNuDOMElement;
 class TNuDOMNode;
+
+namespace nu {
+
+class Snapshots;
+struct SnapshotVisit;
+
+} // namespace nu
 
 /// For range-based for loops over the members of a list, which are pointers to its kind of node:
 /// `for (TNuDOMElement* book : *books)`. Keep the list in a handle as long as the loop runs.
@@ -114,7 +120,6 @@ protected:
 
 private:
     friend class nu::DocumentLifetime;
-    friend class nu::NodeAccess;
     friend class nu::Snapshots;
 
     /// Appends without looking whether the node is there.
@@ -144,7 +149,7 @@ private:
     TNuDOMNodeList* previous_ = nullptr;
     TNuDOMNodeList* next_ = nullptr;
     /// The other documents that have nodes in it.
-    nu::Snapshots::Visit* visits_ = nullptr;
+    nu::SnapshotVisit* visits_ = nullptr;
     bool ownsItems_;
     bool marksMembers_ = false;
     /// Whether its own document has asked for the marks.

@@ -7,7 +7,9 @@
 
 #include "nuXmlDOM/core/attribute.h"
 #include "nuXmlDOM/core/node.h"
-#include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/core/nodeContext.h"
+#include "nuXmlDOM/core/nodeKinds.h"
+#include "nuXmlDOM/core/nodeLinks.h"
 
 /// \file
 /// Nodes for range-based for loops.
@@ -26,7 +28,7 @@ public:
     SameName() noexcept = default;
     explicit SameName(const NodeName* plain) noexcept : plain_(plain) {}
     [[nodiscard]] bool operator()(const TNuDOMNode& node) const noexcept {
-        return NodeAccess::name(node).plain == plain_;
+        return NodeContext::name(node).plain == plain_;
     }
     friend bool operator==(SameName, SameName) noexcept = default;
 
@@ -57,7 +59,7 @@ public:
         Node& operator*() const noexcept { return static_cast<Node&>(*node_); }
         Node* operator->() const noexcept { return static_cast<Node*>(node_); }
         Iterator& operator++() noexcept {
-            node_ = nu::NodeChain::next(*node_);
+            node_ = nu::NodeLinks::next(*node_);
             skip();
             return *this;
         }
@@ -73,8 +75,8 @@ public:
     private:
         void skip() noexcept {
             while (node_ != nullptr &&
-                   !(nu::NodeAccess::is<std::remove_const_t<Node>>(*node_) && test_(*node_))) {
-                node_ = nu::NodeChain::next(*node_);
+                   !(nu::is<std::remove_const_t<Node>>(*node_) && test_(*node_))) {
+                node_ = nu::NodeLinks::next(*node_);
             }
         }
 
@@ -100,15 +102,6 @@ private:
     TNuDOMNode* first_ = nullptr;
     [[no_unique_address]] Test test_;
 };
-
-namespace nu {
-
-/// The attributes of an element for algorithms that only pass through it.
-[[nodiscard]] inline TNuDOMRange<TNuDOMAttribute> attributesOf(const TNuDOMNode& element) noexcept {
-    return TNuDOMRange<TNuDOMAttribute>(NodeAccess::firstAttribute(element));
-}
-
-} // namespace nu
 
 /// The child elements of one name.
 template <class Node> using TNuDOMNamedRange = TNuDOMRange<Node, nu::SameName>;

@@ -6,7 +6,7 @@
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/face.h"
 #include "nuXmlDOM/core/implementation.h"
-#include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/core/nodeKinds.h"
 #include "nuXmlDOM/core/nodeList.h"
 #include "nuXmlDOM/face/interfaces.h"
 
@@ -116,7 +116,7 @@ template <class Object> Object& toObject(host::IDOMNode* interface) {
     if constexpr (std::is_same_v<Object, TNuDOMNode>) {
         return *node;
     } else {
-        return NodeAccess::cast<Object>(*node);
+        return cast<Object>(*node);
     }
 }
 

@@ -6,9 +6,14 @@
 #include <limits>
 
 #include "common/utf8.h"
-#include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/core/elementLinks.h"
+#include "nuXmlDOM/core/nodeContext.h"
+#include "nuXmlDOM/core/nodeKinds.h"
+#include "nuXmlDOM/core/nodeText.h"
 #include "nuXmlDOM/nodes/makeNode.h"
 #include "nuXmlDOM/storage/escapedText.h"
+#include "nuXmlDOM/upkeep/documentParts.h"
+#include "nuXmlDOM/upkeep/nodeMemory.h"
 #include "nuXmlParser/unescape.h"
 #include "nuXmlSax/reader.h"
 
@@ -49,7 +54,7 @@ DirectLoader::DirectLoader(TNuSaxToDomHandler& handler, TNuDOMDocument& document
 }
 
 void DirectLoader::read(std::string_view bytes, PassedBytes& passed, const ReaderScopes& scopes) {
-    current_ = NodeAccess::as<TNuDOMElement>(handler_.current_);
+    current_ = as<TNuDOMElement>(handler_.current_);
     if (scopes.depth < 1 || current_ == nullptr) {
         return;
     }
@@ -92,7 +97,7 @@ DirectLoader::Name* DirectLoader::find(std::string_view bytes) {
     }
     // 2. Nearly all names are ASCII, each unit a byte.
     const std::size_t length = all < 0x80 ? bytes.size() : NuDecodeUtf8Prefix(bytes, units).Units;
-    return &names_.add(bytes, hash, *document_.names().getRare({units, length}),
+    return &names_.add(bytes, hash, *document_.parts().names.getRare({units, length}),
                        scopes_->namespaces, handler_.Reader().IsBehindStage());
 }
 
@@ -124,9 +129,9 @@ void DirectLoader::resolveAnew(Name& name, const TNuSaxNamespace* scope) {
     }
     const NameURI*& uri = uris_[scope->Number];
     if (uri == nullptr) {
-        uri = &document_.names().getURI(scope->URI);
+        uri = &document_.parts().names.getURI(scope->URI);
     }
-    name.element = document_.names().get(name.attribute->qualified(), *uri);
+    name.element = document_.parts().names.get(name.attribute->qualified(), *uri);
     name.scopeNumber = scope->Number;
 }
 
@@ -137,7 +142,7 @@ void DirectLoader::resolveAnew(Name& name, const TNuSaxNamespace* scope) {
         return false;
     }
     // Under the name that it had last: declarations in the tag count for it, too.
-    element_ = &NodeAccess::make<TNuDOMElement>(document_, name.element);
+    element_ = &NodeMemory::make<TNuDOMElement>(document_, name.element);
     elementName_ = &name;
     lastAttribute_ = nullptr;
     ++elementNumber_;
@@ -157,20 +162,20 @@ void DirectLoader::resolveAnew(Name& name, const TNuSaxNamespace* scope) {
     if (!kinds.isPlain && !isCanonical(value)) [[unlikely]] {
         return addReplaced(name, value);
     }
-    textFor(name).load(document_.memory(), value, kinds.isAscii);
+    textFor(name).load(document_.parts().memory, value, kinds.isAscii);
     return true;
 }
 
 /// The text of an attribute that is new, unless the element already got one of that name.
 [[gnu::always_inline]] inline StoredText& DirectLoader::textFor(Name& name) {
     if (name.loadedElement != elementNumber_) [[likely]] {
-        auto& attribute = NodeAccess::make<TNuDOMAttribute>(document_, name.attribute);
-        NodeAccess::appendLoaded(*element_, lastAttribute_, attribute);
+        auto& attribute = NodeMemory::make<TNuDOMAttribute>(document_, name.attribute);
+        ElementLinks::append(*element_, lastAttribute_, attribute);
         lastAttribute_ = &attribute;
         name.loadedElement = elementNumber_;
         name.loadedAttribute = &attribute;
     }
-    return NodeAccess::stored(*name.loadedAttribute);
+    return NodeText::stored(*name.loadedAttribute);
 }
 
 /// References in the value are replaced, and what is kept is escaped again. False where one of them
@@ -182,7 +187,7 @@ bool DirectLoader::addReplaced(Name& name, std::string_view value) {
     } catch (const host::Exception&) {
         return false;
     }
-    assignEscaped(textFor(name), document_.memory(), replaced);
+    assignEscaped(textFor(name), document_.parts().memory, replaced);
     return true;
 }
 
@@ -220,7 +225,7 @@ void DirectLoader::abandonStartTag() noexcept {
     if (hasMeaning_) {
         forgetMeaning();
     }
-    NodeAccess::destroySubtree(*element_);
+    NodeMemory::destroySubtree(*element_);
 }
 
 [[gnu::always_inline]] inline bool DirectLoader::endStartTag(bool isEmptyElement) {
@@ -231,9 +236,9 @@ void DirectLoader::abandonStartTag() noexcept {
     }
     const NodeName* const former = elementName_->element;
     if (const NodeName* const resolved = resolve(*elementName_); resolved != former) [[unlikely]] {
-        NodeAccess::setName(*element_, resolved);
+        NodeContext::setName(*element_, resolved);
     }
-    NodeAccess::appendLoaded(*current_, *element_);
+    ElementLinks::append(*current_, *element_);
     if (isEmptyElement) {
         if (hasMeaning_) [[unlikely]] {
             forgetMeaning();
@@ -275,9 +280,9 @@ void DirectLoader::abandonStartTag() noexcept {
 
 template <class Node>
 [[gnu::always_inline]] inline void DirectLoader::append(std::string_view text, bool isAscii) {
-    auto& node = NodeAccess::make<Node>(document_, document_.names().nameless());
-    NodeAccess::stored(node).load(document_.memory(), text, isAscii);
-    NodeAccess::appendLoaded(*current_, node);
+    auto& node = NodeMemory::make<Node>(document_, document_.parts().names.nameless());
+    NodeText::stored(node).load(document_.parts().memory, text, isAscii);
+    ElementLinks::append(*current_, node);
 }
 
 [[gnu::always_inline]] inline bool DirectLoader::addText(std::string_view text,

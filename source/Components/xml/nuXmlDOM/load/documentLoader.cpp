@@ -5,7 +5,7 @@
 #include "common/stringStream.h"
 #include "host/com/implements.h"
 #include "host/sax/Sax.h"
-#include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/core/nodeKinds.h"
 #include "nuXmlDOM/load/directLoader.h"
 #include "nuXmlDOM/load/loadReport.h"
 #include "nuXmlDOM/load/saxToDomHandler.h"
@@ -98,7 +98,7 @@ void TNuDOMNode::set_innerxml(std::u16string_view xml) {
         return;
     }
     build(*OwnerDocument(), *this, {}, [&](TNuSAXXMLReader& reader) {
-        if (nu::NodeAccess::is<TNuDOMElement>(*this)) {
+        if (nu::is<TNuDOMElement>(*this)) {
             reader.ParseFragment(xml);
         } else {
             TNuStringStream stream(xml);

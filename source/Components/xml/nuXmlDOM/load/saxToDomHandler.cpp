@@ -5,9 +5,14 @@
 #include "common/caseFolding.h"
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
-#include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/core/elementLinks.h"
+#include "nuXmlDOM/core/nodeContext.h"
+#include "nuXmlDOM/core/nodeKinds.h"
+#include "nuXmlDOM/core/nodeText.h"
 #include "nuXmlDOM/nodes/makeNode.h"
 #include "nuXmlDOM/storage/escapedText.h"
+#include "nuXmlDOM/upkeep/documentParts.h"
+#include "nuXmlDOM/upkeep/nodeMemory.h"
 #include "nuXmlParser/unescape.h"
 #include "nuXmlSax/attributes.h"
 #include "nuXmlSax/reader.h"
@@ -35,15 +40,15 @@ template <class Find>
 class AttributeLoader {
 public:
     AttributeLoader(TNuDOMDocument& document, TNuDOMElement& element) noexcept
-        : document_(document), element_(element), before_(&nu::NodeAccess::name(element)),
-          number_(document.names().nextLoadedElement()) {}
+        : document_(document), element_(element), before_(&nu::NodeContext::name(element)),
+          number_(document.parts().names.nextLoadedElement()) {}
 
     /// \param isKnownPlain whether escaping is known to leave the value as it is
     [[gnu::always_inline]] void add(std::u16string_view qName, std::u16string_view value,
                                     bool isKnownPlain) {
         // Most values are kept as they are written.
         if (isKnownPlain || nu::isPlainText(value)) [[likely]] {
-            textFor(qName).assign(document_.memory(), value);
+            textFor(qName).assign(document_.parts().memory, value);
         } else {
             addReplaced(qName, value);
         }
@@ -54,24 +59,24 @@ private:
     /// after that, because a reference can be wrong.
     [[gnu::noinline]] void addReplaced(std::u16string_view qName, std::u16string_view value) {
         const NuXmlString replaced = NuXMLToStr(value);
-        nu::assignEscaped(textFor(qName), document_.memory(), replaced);
+        nu::assignEscaped(textFor(qName), document_.parts().memory, replaced);
     }
 
     /// The text of an attribute that is new, unless the element already got one of that name.
     [[gnu::always_inline]] nu::StoredText& textFor(std::u16string_view qName) {
         const nu::NodeName* name = checkedName(qName, [&] {
-            nu::NameTable& names = document_.names();
+            nu::NameTable& names = document_.parts().names;
             return names.getFollower(*before_, nu::NameFollower::Attribute, qName, names.noURI());
         });
         before_ = name;
         if (name->loadedElement != number_) [[likely]] {
-            auto& attribute = nu::NodeAccess::make<TNuDOMAttribute>(document_, name);
-            nu::NodeAccess::appendLoaded(element_, last_, attribute);
+            auto& attribute = nu::NodeMemory::make<TNuDOMAttribute>(document_, name);
+            nu::ElementLinks::append(element_, last_, attribute);
             last_ = &attribute;
             name->loadedElement = number_;
             name->loadedAttribute = &attribute;
         }
-        return nu::NodeAccess::stored(*name->loadedAttribute);
+        return nu::NodeText::stored(*name->loadedAttribute);
     }
 
     TNuDOMDocument& document_;
@@ -105,25 +110,27 @@ void addAttributes(AttributeLoader& loader, host::IBufferedAttributes& attribute
 TNuSaxToDomHandler::TNuSaxToDomHandler(TNuSAXXMLReader& reader, TNuDOMDocument& document,
                                        TNuDOMNode* parent)
     : TNuSAXHandlerOf(reader), document_(&document),
-      current_(parent != nullptr ? parent : &document), before_(document.names().nameless()),
-      uri_(&document.names().noURI()) {}
+      current_(parent != nullptr ? parent : &document), before_(document.parts().names.nameless()),
+      uri_(&document.parts().names.noURI()) {}
 
 TNuSaxToDomHandler::~TNuSaxToDomHandler() { setLoading(false); }
 
-void TNuSaxToDomHandler::setLoading(bool isLoading) noexcept { document_->isLoading_ = isLoading; }
+void TNuSaxToDomHandler::setLoading(bool isLoading) noexcept {
+    document_->parts().isLoading = isLoading;
+}
 
 /// Puts a new node behind the children of the current node; frees it when it cannot stand there.
 template <class Node> void TNuSaxToDomHandler::append(Node& node) {
-    auto* element = nu::NodeAccess::as<TNuDOMElement>(current_);
-    if (element != nullptr && nu::NodeAccess::extrasIfAny(*element) == nullptr) {
+    auto* element = nu::as<TNuDOMElement>(current_);
+    if (element != nullptr && nu::NodeContext::extrasIfAny(*element) == nullptr) {
         // No list has to be told: this is how nearly all nodes come.
-        nu::NodeAccess::appendLoaded(*element, node);
+        nu::ElementLinks::append(*element, node);
         return;
     }
     try {
         node._linkToParent(current_, rdpLast, nullptr);
     } catch (...) {
-        nu::NodeAccess::destroy(node);
+        nu::NodeMemory::destroy(node);
         throw;
     }
 }
@@ -133,7 +140,7 @@ const nu::NameURI& TNuSaxToDomHandler::uriOf(std::u16string_view uri, std::u16st
     constexpr std::size_t longLength = 256;
     if (uri.size() <= longLength) [[likely]] {
         if (uri != uri_->view()) {
-            uri_ = &document_->names().getURI(uri);
+            uri_ = &document_->parts().names.getURI(uri);
         }
         return *uri_;
     }
@@ -142,11 +149,11 @@ const nu::NameURI& TNuSaxToDomHandler::uriOf(std::u16string_view uri, std::u16st
     const TNuSaxNamespace* scope =
         Reader().Namespaces().GetNamespace(qName.substr(0, colon == qName.npos ? 0 : colon));
     if (scope == nullptr || scope->URI.data() != uri.data()) {
-        return document_->names().getURI(uri); // it does not come from the reader
+        return document_->parts().names.getURI(uri); // it does not come from the reader
     }
     const nu::NameURI*& known = longURIs_[scope->Number];
     if (known == nullptr) {
-        known = &document_->names().getURI(uri);
+        known = &document_->parts().names.getURI(uri);
     }
     return *known;
 }
@@ -166,9 +173,10 @@ void TNuSaxToDomHandler::startElement(std::u16string_view uri, std::u16string_vi
     remember([&] {
         // 1. The element, behind the children of the current one.
         const nu::NodeName* name = checkedName(qName, [&] {
-            return document_->names().getFollower(*before_, follower_, qName, uriOf(uri, qName));
+            return document_->parts().names.getFollower(*before_, follower_, qName,
+                                                        uriOf(uri, qName));
         });
-        auto& element = nu::NodeAccess::make<TNuDOMElement>(*document_, name);
+        auto& element = nu::NodeMemory::make<TNuDOMElement>(*document_, name);
         append(element);
         // 2. Its attributes, namespace declarations among them.
         AttributeLoader loader(*document_, element);
@@ -187,7 +195,7 @@ void TNuSaxToDomHandler::endElement(std::u16string_view /*uri*/, std::u16string_
         current_ = document_.get();
         return;
     }
-    before_ = &nu::NodeAccess::name(*current_);
+    before_ = &nu::NodeContext::name(*current_);
     follower_ = nu::NameFollower::Sibling;
     current_ = parent;
 }
@@ -198,11 +206,12 @@ void TNuSaxToDomHandler::characters(std::u16string_view text) {
     }
     remember([&] {
         if (isInCData_) {
-            nu::NodeAccess::cast<TNuDOMElement>(*current_).AddCDATA(text);
+            nu::cast<TNuDOMElement>(*current_).AddCDATA(text);
             return;
         }
-        auto& node = nu::NodeAccess::make<TNuDOMText>(*document_, document_->names().nameless());
-        nu::NodeAccess::stored(node).assign(document_->memory(), text);
+        auto& node =
+            nu::NodeMemory::make<TNuDOMText>(*document_, document_->parts().names.nameless());
+        nu::NodeText::stored(node).assign(document_->parts().memory, text);
         append(node);
     });
 }
@@ -217,9 +226,9 @@ void TNuSaxToDomHandler::processingInstruction(std::u16string_view target,
                                                std::u16string_view data) {
     remember([&] {
         const nu::NodeName* name =
-            checkedName(target, [&] { return document_->names().get(target); });
-        auto& instruction = nu::NodeAccess::make<TNuDOMProcessingInstruction>(*document_, name);
-        nu::NodeAccess::text(instruction)->assign(document_->memory(), data);
+            checkedName(target, [&] { return document_->parts().names.get(target); });
+        auto& instruction = nu::NodeMemory::make<TNuDOMProcessingInstruction>(*document_, name);
+        nu::NodeText::storedIfAny(instruction)->assign(document_->parts().memory, data);
         // The XML declaration always comes first in the document.
         if (current_ == document_.get() && NuEqualFolded(target, u"xml")) {
             instruction._linkToParent(current_, rdpFirst, nullptr);

@@ -5,18 +5,19 @@
 #include "host/runtime/stream.h"
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/domString.h"
-#include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/core/nodeText.h"
+#include "nuXmlDOM/upkeep/documentParts.h"
 
 NuXmlString TNuDOMCharacterData::get_nodeName() const { return u"#text"; }
 
 NuXmlString TNuDOMCharacterData::get_nodeValue() const {
     NuXmlString value;
-    nu::NodeAccess::appendValue(*this, value);
+    nu::NodeText::appendValue(*this, value);
     return value;
 }
 
 void TNuDOMCharacterData::_LoadFromBuffer(const NuXmlChar* characters, std::size_t count) {
-    text_.append(OwnerDocument()->memory(), {characters, count});
+    text_.append(OwnerDocument()->parts().memory, {characters, count});
     clearFlag(nu::isCanonicalText);
     clearFlag(nu::isFreeOfReferences);
     wasExtended();
@@ -34,10 +35,10 @@ void TNuDOMCharacterData::_LoadFromStream(host::TStream& stream) {
 }
 
 void TNuDOMCharacterData::store(std::u16string_view text) {
-    text_.assign(OwnerDocument()->memory(), text);
+    text_.assign(OwnerDocument()->parts().memory, text);
 }
 
 const nu::StoredText& TNuDOMCharacterData::indexed() const {
-    text_.widen(OwnerDocument()->memory());
+    text_.widen(OwnerDocument()->parts().memory);
     return text_;
 }

@@ -6,6 +6,7 @@
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
 #include "nuXmlDOM/nodes/makeNode.h"
+#include "nuXmlDOM/upkeep/documentParts.h"
 
 const TNuDOMNodeClass TNuDOMComment::Class{u"TNuDOMComment", host::COMMENT_NODE,
                                            nu::createNode<TNuDOMComment>};
@@ -71,7 +72,7 @@ NuXmlString TNuDOMComment::get_nodeName() const { return u"#comment"; }
 
 void TNuDOMComment::set_nodeValue(std::u16string_view value) {
     if (hasRefusedGroup(value)) {
-        stored().clear(OwnerDocument()->memory());
+        stored().clear(OwnerDocument()->parts().memory);
         position_ = cEnd;
         throw ENuDomInvalidCharacter(nu::cInvalidComment);
     }
@@ -94,7 +95,7 @@ void TNuDOMComment::appendData(std::u16string_view text) {
         writeAt(position_, text);
         return;
     }
-    stored().append(OwnerDocument()->memory(), text);
+    stored().append(OwnerDocument()->parts().memory, text);
 }
 
 void TNuDOMComment::insertData(std::ptrdiff_t offset, std::u16string_view text) {
@@ -136,7 +137,7 @@ void TNuDOMComment::replaceData(std::ptrdiff_t offset, std::ptrdiff_t /*count*/,
 void TNuDOMComment::writeAt(std::size_t position, std::u16string_view text) {
     const std::size_t end = position + text.size();
     if (position == stored().length()) {
-        stored().append(OwnerDocument()->memory(), text);
+        stored().append(OwnerDocument()->parts().memory, text);
     } else {
         // What lies between the old end and the place becomes NUL.
         NuXmlString data = get_data();

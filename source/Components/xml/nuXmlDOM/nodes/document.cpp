@@ -7,7 +7,11 @@
 #include "nuXmlDOM/core/domMessages.h"
 #include "nuXmlDOM/core/face.h"
 #include "nuXmlDOM/core/implementation.h"
-#include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/core/nodeContext.h"
+#include "nuXmlDOM/core/nodeKinds.h"
+#include "nuXmlDOM/core/nodeLinks.h"
+#include "nuXmlDOM/upkeep/documentParts.h"
+#include "nuXmlDOM/upkeep/heldNodes.h"
 #include "nuXmlDOM/upkeep/liveLists.h"
 
 namespace {
@@ -23,25 +27,18 @@ const TNuDOMNodeClass TNuDOMDocument::Class{u"TNuDOMDocument", host::DOCUMENT_NO
 // Coming and going
 
 TNuDOMDocument::TNuDOMDocument()
-    : TNuDOMNode(nullptr, host::DOCUMENT_NODE), names_(memory_, *this), lifetime_(*this),
-      snapshots_(*this) {
-    nu::NodeAccess::setName(*this, names_.nameless());
+    : TNuDOMNode(nullptr, host::DOCUMENT_NODE), parts_(new nu::DocumentParts(*this)) {
+    nu::NodeContext::setName(*this, parts_->names.nameless());
 }
 
 TNuDOMDocument::~TNuDOMDocument() {
-    // Nodes, names and texts are in the memory of the document and go with it.
-    snapshots_.end();
-    while (firstLists_ != nullptr) {
-        nu::NodeLists* lists = firstLists_;
-        firstLists_ = lists->next;
-        delete lists;
-    }
+    parts_->snapshots.end(); // they ask for the parts while they go
 }
 
 NuRef<TNuDOMDocument> TNuDOMDocument::Create() { return {new TNuDOMDocument}; }
 
 void TNuDOMDocument::Destroy() {
-    if (lifetime_.held() != 0) {
+    if (parts_->lifetime.held() != 0) {
         throw host::EInvalidPointer(nu::cStillHeld);
     }
     delete this;
@@ -50,145 +47,59 @@ void TNuDOMDocument::Destroy() {
 void TNuDOMDocument::Clear() {
     // Without this the document could go with the last held node that is taken out.
     const NuRef<TNuDOMDocument> self(this);
-    const nu::DocumentLifetime::Work work(lifetime_);
+    const nu::DocumentLifetime::Work work(parts_->lifetime);
     if (documentElement_ != nullptr) {
         documentElement_->_delete();
     }
     if (documentElement_ != nullptr) {
         host::failAssertion(nu::cAssertionFailure, nu::cDomLocation, __LINE__);
     }
-    while (TNuDOMNode* node = topLevel_.last()) {
-        if (nu::NodeAccess::heldCount(*node) != 0) {
+    while (TNuDOMNode* node = parts_->topLevel.last()) {
+        if (nu::heldCount(*node) != 0) {
             throw host::EInvalidPointer(nu::cStillHeld);
         }
         node->_delete();
     }
 }
 
-nu::NodeLists* TNuDOMDocument::makeLists(TNuDOMNode& node) {
-    auto* lists = new nu::NodeLists(node);
-    enterLists(*lists);
-    return lists;
-}
+bool TNuDOMDocument::IsLoading() const noexcept { return parts_->isLoading; }
 
-void TNuDOMDocument::enterLists(nu::NodeLists& lists) noexcept {
-    lists.previous = nullptr;
-    lists.next = firstLists_;
-    if (firstLists_ != nullptr) {
-        firstLists_->previous = &lists;
-    }
-    firstLists_ = &lists;
-}
+const TNuDOMLimits& TNuDOMDocument::Limits() const noexcept { return parts_->limits; }
 
-void TNuDOMDocument::removeLists(nu::NodeLists& lists) noexcept {
-    (lists.previous != nullptr ? lists.previous->next : firstLists_) = lists.next;
-    if (lists.next != nullptr) {
-        lists.next->previous = lists.previous;
-    }
-}
-
-void TNuDOMDocument::keepRoom(std::vector<TNuDOMNode*> nodes) noexcept {
-    const std::size_t size = nodes.capacity() * sizeof(void*);
-    if (nodes.capacity() > room_.capacity() && size <= memory_.size() / 8) {
-        nodes.clear();
-        room_.swap(nodes);
-    }
-}
-
-void TNuDOMDocument::freeExtras(nu::NodeExtras& extras) noexcept {
-    if (extras.lists != nullptr) {
-        removeLists(*extras.lists);
-        delete extras.lists;
-    }
-    if (extras.face != nullptr) {
-        memory_.release(extras.face, extras.face->size());
-    }
-    memory_.release(&extras, sizeof(nu::NodeExtras));
-}
-
-void TNuDOMDocument::take(TNuDOMNode& node, const nu::NodeName* name) noexcept {
-    nu::NodeAccess::setName(node, name);
-    nu::NodeExtras* extras = nu::NodeAccess::extrasIfAny(node);
-    if (extras == nullptr) {
-        return;
-    }
-    if (extras->lists != nullptr) {
-        extras->lists->attributeIndex.drop();
-        extras->document->removeLists(*extras->lists);
-        enterLists(*extras->lists);
-    }
-    extras->document = this;
-}
-
-void TNuDOMDocument::noteRefused(TNuDOMNode& node) noexcept {
-    try {
-        refused_.emplace(node.get_parentNode(), &node);
-        node.get_parentNode()->setFlag(nu::hasRefused);
-    } catch (...) {
-        nu::NodeAccess::setParent(node, nullptr); // what is not noted must not point anywhere
-        node.clearFlag(nu::isRefused);
-    }
-}
-
-void TNuDOMDocument::forgetRefused(TNuDOMNode& node) noexcept {
-    refused_.erase({node.get_parentNode(), &node});
-    node.clearFlag(nu::isRefused);
-}
-
-void TNuDOMDocument::forgetNode(TNuDOMNode& node) noexcept {
-    snapshots_.forgetNode(node);
-    leaveNode(node);
-}
-
-void TNuDOMDocument::leaveNode(TNuDOMNode& node) noexcept {
-    lifetime_.withdraw(node);
-    if (node.hasFlag(nu::isRefused)) {
-        forgetRefused(node);
-    }
-    if (node.hasFlag(nu::hasRefused)) {
-        auto place = refused_.lower_bound({&node, nullptr});
-        while (place != refused_.end() && place->first == &node) {
-            nu::NodeAccess::setParent(*place->second, nullptr);
-            place->second->clearFlag(nu::isRefused);
-            place = refused_.erase(place);
-        }
-        node.clearFlag(nu::hasRefused);
-    }
-}
+void TNuDOMDocument::SetLimits(const TNuDOMLimits& limits) noexcept { parts_->limits = limits; }
 
 // Children
 
 void TNuDOMDocument::_addChild(TNuDOMNode& child, TNuDOMPosition position, TNuDOMNode* reference) {
     // 1. The document element; its position is its own.
-    if (auto* element = nu::NodeAccess::as<TNuDOMElement>(&child)) {
+    if (auto* element = nu::as<TNuDOMElement>(&child)) {
         if (documentElement_ != nullptr) {
             throw ENuDomHierarchyRequest(nu::cOneRootNode);
         }
         documentElement_ = element;
-    } else if (nu::NodeAccess::is<TNuDOMComment>(child) ||
-               nu::NodeAccess::is<TNuDOMProcessingInstruction>(child)) {
+    } else if (nu::is<TNuDOMComment>(child) || nu::is<TNuDOMProcessingInstruction>(child)) {
         // 2. Instructions and comments; those at the document element go to the end.
         TNuDOMNode* place = nullptr;
         if (position == rdpFirst) {
-            place = topLevel_.first();
+            place = parts_->topLevel.first();
         } else if (position != rdpLast && reference == nullptr) {
             throw ENuDomException(nu::cReferenceRequired);
         } else if (position != rdpLast && reference != documentElement_) {
             const bool isKnown = reference != &child && reference->get_parentNode() == this &&
-                                 nu::NodeAccess::isLinked(*reference);
+                                 nu::NodeLinks::isLinked(*reference);
             if (!isKnown && position == rdpBefore) {
                 host::raiseListIndex(-1);
             }
             // Deliberate: behind a reference that is not there, a node becomes the first.
-            place = !isKnown                ? topLevel_.first()
+            place = !isKnown                ? parts_->topLevel.first()
                     : position == rdpBefore ? reference
-                                            : nu::NodeChain::next(*reference);
+                                            : nu::NodeLinks::next(*reference);
         }
-        topLevel_.insert(child, place);
+        parts_->topLevel.insert(child, place);
     } else {
         raiseNoParentOf(child);
     }
-    if (nu::NodeLists* lists = listsIfAny()) {
+    if (nu::NodeLists* lists = nu::NodeContext::listsIfAny(*this)) {
         lists->childChanged(child, true, false);
     }
 }
@@ -197,9 +108,9 @@ void TNuDOMDocument::_removeChild(TNuDOMNode& child) {
     if (&child == documentElement_) {
         documentElement_ = nullptr;
     } else {
-        topLevel_.remove(child);
+        parts_->topLevel.remove(child);
     }
-    if (nu::NodeLists* lists = listsIfAny()) {
+    if (nu::NodeLists* lists = nu::NodeContext::listsIfAny(*this)) {
         lists->childChanged(child, false, false);
     }
 }
@@ -225,14 +136,16 @@ void TNuDOMDocument::set_documentElement(TNuDOMElement& element) {
 
 NuXmlString TNuDOMDocument::get_nodeName() const { return u"#document"; }
 
-TNuDOMNodeList& TNuDOMDocument::get_childNodes() { return lists().childNodes(); }
+TNuDOMNodeList& TNuDOMDocument::get_childNodes() {
+    return nu::NodeContext::lists(*this).childNodes();
+}
 
 TNuDOMNode* TNuDOMDocument::get_firstChild() {
-    return !topLevel_.empty() ? topLevel_.first() : documentElement_;
+    return !parts_->topLevel.empty() ? parts_->topLevel.first() : documentElement_;
 }
 
 TNuDOMNode* TNuDOMDocument::get_lastChild() {
-    return documentElement_ != nullptr ? documentElement_ : topLevel_.last();
+    return documentElement_ != nullptr ? documentElement_ : parts_->topLevel.last();
 }
 
 NuRef<TNuDOMImplementation> TNuDOMDocument::get_domImplementation() const {

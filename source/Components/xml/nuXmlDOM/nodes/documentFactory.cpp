@@ -2,8 +2,11 @@
 #include "host/runtime/exception.h"
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/domMessages.h"
-#include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/core/nodeContext.h"
+#include "nuXmlDOM/core/nodeKinds.h"
 #include "nuXmlDOM/nodes/makeNode.h"
+#include "nuXmlDOM/upkeep/documentParts.h"
+#include "nuXmlDOM/upkeep/nodeMemory.h"
 
 namespace {
 
@@ -15,7 +18,7 @@ public:
     Unfinished& operator=(const Unfinished&) = delete;
     ~Unfinished() {
         if (node_ != nullptr) {
-            nu::NodeAccess::destroy(*node_);
+            nu::NodeMemory::destroy(*node_);
         }
     }
     void finish() noexcept { node_ = nullptr; }
@@ -29,12 +32,12 @@ private:
 TNuDOMNode& TNuDOMDocument::_CreateNode(const TNuDOMNodeClass& nodeClass, std::u16string_view name,
                                         std::u16string_view namespaceURI, TNuDOMNode* parent,
                                         TNuDOMPosition position, TNuDOMNode* reference) {
-    lifetime_.reclaim();
+    parts_->lifetime.reclaim();
     TNuDOMNode& node = *nodeClass.create(this);
     Unfinished guard(node);
     if (!namespaceURI.empty()) {
-        nu::NodeAccess::setName(node,
-                                names_.get(false, {}, false, {}, names_.getURI(namespaceURI)));
+        nu::NodeContext::setName(
+            node, parts_->names.get(false, {}, false, {}, parts_->names.getURI(namespaceURI)));
     }
     node.set_nodeName(name);
     if (parent != nullptr) {
@@ -49,10 +52,10 @@ TNuDOMCharacterData& TNuDOMDocument::_CreateCharacterData(const TNuDOMNodeClass&
                                                           TNuDOMNode* parent,
                                                           TNuDOMPosition position,
                                                           TNuDOMNode* reference) {
-    lifetime_.reclaim();
+    parts_->lifetime.reclaim();
     TNuDOMNode& made = *nodeClass.create(this);
     Unfinished guard(made);
-    auto& node = nu::NodeAccess::cast<TNuDOMCharacterData>(made);
+    auto& node = nu::cast<TNuDOMCharacterData>(made);
     node.set_data(value);
     if (parent != nullptr) {
         node._linkToParent(parent, position, reference);
@@ -141,8 +144,8 @@ NuRef<TNuDOMNode> TNuDOMDocument::importNode(TNuDOMNode& /*node*/, bool /*deep*/
 // Processing instructions right below the document
 
 TNuDOMProcessingInstruction* TNuDOMDocument::findInstruction(std::u16string_view target) const {
-    for (auto& instruction : TNuDOMRange<TNuDOMProcessingInstruction>(topLevel_.first())) {
-        if (nu::NodeAccess::name(instruction).qualified() == target) {
+    for (auto& instruction : TNuDOMRange<TNuDOMProcessingInstruction>(parts().topLevel.first())) {
+        if (nu::NodeContext::name(instruction).qualified() == target) {
             return &instruction;
         }
     }

@@ -5,9 +5,11 @@
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/domMessages.h"
 #include "nuXmlDOM/core/face.h"
+#include "nuXmlDOM/core/nodeLinks.h"
+#include "nuXmlDOM/upkeep/documentParts.h"
 
 TNuDOMObject::TNuDOMObject(TNuDOMDocument* document)
-    : context_(document != nullptr ? document->names_.nameless() : nullptr) {
+    : context_(document != nullptr ? document->parts().names.nameless() : nullptr) {
     if (document == nullptr) {
         host::failAssertion(nu::cOwnerRequired, nu::cDomLocation, __LINE__);
     }
@@ -30,7 +32,7 @@ host::ResultCode TNuDOMObject::QueryInterface(const host::InterfaceId& id, void*
 std::int32_t TNuDOMObject::_AddRef() noexcept {
     const std::int32_t count = count_.fetch_add(1, std::memory_order_relaxed) + 1;
     if (count == 1 && context_ != nullptr) {
-        context_->document->lifetime_.hold();
+        context_->document->parts().lifetime.hold();
     }
     return count;
 }
@@ -43,7 +45,7 @@ std::int32_t TNuDOMObject::_Release() noexcept {
     std::int32_t count = count_.load(std::memory_order_relaxed);
     do {
         if (count == 1 && !isSelfOwned) {
-            asksDocument = noteLastRelease(document->lifetime_);
+            asksDocument = noteLastRelease(document->parts().lifetime);
         }
     } while (!count_.compare_exchange_weak(count, count - 1, std::memory_order_acq_rel,
                                            std::memory_order_relaxed));
@@ -52,7 +54,7 @@ std::int32_t TNuDOMObject::_Release() noexcept {
             _GC();
         }
         if (document != nullptr) {
-            document->lifetime_.forget(asksDocument);
+            document->parts().lifetime.forget(asksDocument);
         }
     }
     return count - 1;
@@ -65,7 +67,7 @@ bool TNuDOMObject::noteLastRelease(nu::DocumentLifetime& lifetime) noexcept {
     if (node.nodeType_ == host::DOCUMENT_NODE) {
         return true;
     }
-    const bool isOutside = !nu::NodeAccess::isLinked(node);
+    const bool isOutside = !nu::NodeLinks::isLinked(node);
     if (isOutside || node.hasFlag(nu::isWitness)) {
         lifetime.note(node);
     }

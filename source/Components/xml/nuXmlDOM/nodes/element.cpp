@@ -6,10 +6,16 @@
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
-#include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/core/nodeContext.h"
+#include "nuXmlDOM/core/nodeKinds.h"
+#include "nuXmlDOM/core/nodeLinks.h"
+#include "nuXmlDOM/core/nodeText.h"
 #include "nuXmlDOM/nodes/makeNode.h"
 #include "nuXmlDOM/nodes/nameTest.h"
+#include "nuXmlDOM/upkeep/documentParts.h"
+#include "nuXmlDOM/upkeep/elementOrder.h"
 #include "nuXmlDOM/upkeep/liveLists.h"
+#include "nuXmlDOM/upkeep/treeWalk.h"
 
 const TNuDOMNodeClass TNuDOMElement::Class{u"TNuDOMElement", host::ELEMENT_NODE,
                                            nu::createNode<TNuDOMElement>};
@@ -25,10 +31,10 @@ void TNuDOMElement::_addChild(TNuDOMNode& child, TNuDOMPosition position, TNuDOM
     const bool isAttribute = child.get_nodeType() == host::ATTRIBUTE_NODE;
     const bool isKnown = reference != nullptr && reference != &child &&
                          reference->get_parentNode() == this &&
-                         nu::NodeAccess::isLinked(*reference) &&
+                         nu::NodeLinks::isLinked(*reference) &&
                          (reference->get_nodeType() == host::ATTRIBUTE_NODE) == isAttribute;
-    auto* childElement = nu::NodeAccess::as<TNuDOMElement>(&child);
-    const bool isBesideElement = isKnown && nu::NodeAccess::is<TNuDOMElement>(*reference);
+    auto* childElement = nu::as<TNuDOMElement>(&child);
+    const bool isBesideElement = isKnown && nu::is<TNuDOMElement>(*reference);
     if (position == rdpBefore && (!isKnown || (childElement != nullptr && !isBesideElement))) {
         host::raiseListIndex(-1);
     }
@@ -36,8 +42,8 @@ void TNuDOMElement::_addChild(TNuDOMNode& child, TNuDOMPosition position, TNuDOM
     // Deliberate: an element behind a node that is no element becomes the first in that list.
     // Behind a reference that is not there, a child becomes the first in both.
     if (childElement != nullptr) {
-        placeInElementOrder(*childElement, position, isBesideElement ? reference : nullptr,
-                            isKnown);
+        nu::placeInElementOrder(*this, *childElement, position,
+                                isBesideElement ? reference : nullptr, isKnown);
     }
     // 3. The place among the children, or among the attributes.
     TNuDOMNode* const first = isAttribute ? attributes_.first() : children_.first();
@@ -52,19 +58,18 @@ void TNuDOMElement::_addChild(TNuDOMNode& child, TNuDOMPosition position, TNuDOM
         place = reference;
         break;
     case rdpAfter:
-        place = isKnown ? nu::NodeChain::next(*reference) : first;
+        place = isKnown ? nu::NodeLinks::next(*reference) : first;
         break;
     }
     if (isAttribute) {
         linkAttribute(child, place);
     } else {
         children_.insert(child, place);
-        if (!nu::NodeAccess::is<TNuDOMCharacterData>(child) ||
-            nu::NodeAccess::name(child).isNamed()) {
+        if (!nu::is<TNuDOMCharacterData>(child) || nu::NodeContext::name(child).isNamed()) {
             setFlag(nu::hadNamedChild);
         }
     }
-    if (nu::NodeLists* lists = listsIfAny()) {
+    if (nu::NodeLists* lists = nu::NodeContext::listsIfAny(*this)) {
         lists->childChanged(child, true, place == nullptr);
     }
 }
@@ -73,51 +78,18 @@ void TNuDOMElement::_addChild(TNuDOMNode& child, TNuDOMPosition position, TNuDOM
 void TNuDOMElement::linkAttribute(TNuDOMNode& attribute, TNuDOMNode* place) noexcept {
     TNuDOMNode* const before = nu::attributeBefore(*this, place);
     attributes_.insertBehind(before, attribute);
-    if (nu::NodeLists* lists = listsIfAny()) {
+    if (nu::NodeLists* lists = nu::NodeContext::listsIfAny(*this)) {
         lists->attributeIndex.linked(before, attribute);
     }
 }
 
 void TNuDOMElement::unlinkAttribute(TNuDOMNode& attribute) noexcept {
     TNuDOMNode* const before = nu::attributeBefore(*this, &attribute);
-    TNuDOMNode* const next = nu::NodeChain::next(attribute);
+    TNuDOMNode* const next = nu::NodeLinks::next(attribute);
     attributes_.removeBehind(before);
-    if (nu::NodeLists* lists = listsIfAny()) {
+    if (nu::NodeLists* lists = nu::NodeContext::listsIfAny(*this)) {
         lists->attributeIndex.unlinked(before, attribute, next);
     }
-}
-
-void TNuDOMElement::keepElementOrder() {
-    if (hasFlag(nu::hasElementOrder)) {
-        return;
-    }
-    std::vector<TNuDOMElement*> order;
-    for (TNuDOMElement& element : ChildElements()) {
-        order.push_back(&element);
-    }
-    lists().elementOrder.swap(order);
-    setFlag(nu::hasElementOrder);
-}
-
-void TNuDOMElement::placeInElementOrder(TNuDOMElement& child, TNuDOMPosition position,
-                                        TNuDOMNode* besideElement, bool isReferenceKnown) {
-    const bool becomesFirst = position == rdpAfter && besideElement == nullptr;
-    if (!hasFlag(nu::hasElementOrder)) {
-        // The order of the tree gives the same unless an element stands before the reference.
-        if (!becomesFirst || !isReferenceKnown || FirstChildElement() == nullptr) {
-            return;
-        }
-        keepElementOrder();
-    }
-    std::vector<TNuDOMElement*>& order = lists().elementOrder;
-    auto place = order.end();
-    if (becomesFirst || position == rdpFirst) {
-        place = order.begin();
-    } else if (besideElement != nullptr && position != rdpLast) {
-        place =
-            std::find(order.begin(), order.end(), besideElement) + (position == rdpAfter ? 1 : 0);
-    }
-    order.insert(place, &child);
 }
 
 void TNuDOMElement::_removeChild(TNuDOMNode& child) {
@@ -126,18 +98,12 @@ void TNuDOMElement::_removeChild(TNuDOMNode& child) {
     } else {
         children_.remove(child);
     }
-    nu::NodeLists* lists = listsIfAny();
+    nu::NodeLists* lists = nu::NodeContext::listsIfAny(*this);
     if (lists == nullptr) {
         return;
     }
-    if (hasFlag(nu::hasElementOrder) && nu::NodeAccess::is<TNuDOMElement>(child)) {
-        std::vector<TNuDOMElement*>& order = lists->elementOrder;
-        // Children go from the end more often than from elsewhere.
-        order.erase(order.back() == &child ? order.end() - 1
-                                           : std::find(order.begin(), order.end(), &child));
-        if (order.empty()) {
-            clearFlag(nu::hasElementOrder);
-        }
+    if (nu::is<TNuDOMElement>(child)) {
+        nu::removeFromElementOrder(*this, static_cast<TNuDOMElement&>(child));
     }
     lists->childChanged(child, false, false);
 }
@@ -158,22 +124,22 @@ NuRef<TNuDOMNode> TNuDOMElement::removeChild(TNuDOMNode& child) {
 
 TNuDOMNode* TNuDOMElement::get_previousSibling() {
     TNuDOMNode* parent = get_parentNode();
-    if (parent == nullptr || !nu::NodeAccess::isLinked(*this)) {
+    if (parent == nullptr || !nu::NodeLinks::isLinked(*this)) {
         return nullptr;
     }
-    const nu::NodeChain& chain = *nu::NodeAccess::children(*parent);
+    const nu::NodeChain& chain = *nu::childrenOf(*parent);
     // The document element stands behind everything else in the document.
     return parent->get_nodeType() == host::DOCUMENT_NODE ? chain.last() : chain.previous(*this);
 }
 
-TNuDOMNode* TNuDOMElement::get_nextSibling() { return nu::NodeChain::next(*this); }
+TNuDOMNode* TNuDOMElement::get_nextSibling() { return nu::NodeLinks::next(*this); }
 
 const TNuDOMElement* TNuDOMElement::FirstChildElement() const {
     return const_cast<TNuDOMElement&>(*this).FirstChildElement();
 }
 
 const nu::NodeName* TNuDOMElement::knownName(std::u16string_view name) const noexcept {
-    return OwnerDocument()->names().find(name);
+    return OwnerDocument()->parts().names.find(name);
 }
 
 TNuDOMElement* TNuDOMElement::FirstChildElement() {
@@ -186,11 +152,11 @@ const TNuDOMElement* TNuDOMElement::GetParentElement() const {
 
 TNuDOMElement* TNuDOMElement::GetParentElement() {
     TNuDOMNode* parent = get_parentNode();
-    return parent != nullptr ? &nu::NodeAccess::cast<TNuDOMElement>(*parent) : nullptr;
+    return parent != nullptr ? &nu::cast<TNuDOMElement>(*parent) : nullptr;
 }
 
 std::ptrdiff_t TNuDOMElement::get_index() const {
-    TNuDOMElement* parent = nu::NodeAccess::parentElement(*this);
+    TNuDOMElement* parent = nu::NodeLinks::parentElement(*this);
     if (parent == nullptr) {
         return 0;
     }
@@ -206,24 +172,30 @@ std::ptrdiff_t TNuDOMElement::get_index() const {
 
 // Lists
 
-TNuDOMNodeList& TNuDOMElement::get_childNodes() { return lists().childNodes(); }
+TNuDOMNodeList& TNuDOMElement::get_childNodes() {
+    return nu::NodeContext::lists(*this).childNodes();
+}
 
-TNuDOMElementList& TNuDOMElement::get_childElements() { return lists().childElements(); }
+TNuDOMElementList& TNuDOMElement::get_childElements() {
+    return nu::NodeContext::lists(*this).childElements();
+}
 
-TNuDOMAttrList& TNuDOMElement::get_attributes() { return lists().attributes(); }
+TNuDOMAttrList& TNuDOMElement::get_attributes() {
+    return nu::NodeContext::lists(*this).attributes();
+}
 
 // Text
 
 NuXmlString TNuDOMElement::get_nodeValue() const {
     NuXmlString value;
     for (const TNuDOMText& text : TNuDOMRange<TNuDOMText>(children_.first())) {
-        nu::NodeAccess::appendValue(text, value);
+        nu::NodeText::appendValue(text, value);
     }
     return value;
 }
 
 void TNuDOMElement::set_nodeValue(std::u16string_view value) {
-    const nu::DocumentLifetime::Work work(OwnerDocument()->lifetime());
+    const nu::DocumentLifetime::Work work(OwnerDocument()->parts().lifetime);
     // 1. The first plain text keeps its place, if a text is wanted at all.
     TNuDOMText* kept = nullptr;
     if (!value.empty()) {
@@ -242,8 +214,8 @@ void TNuDOMElement::set_nodeValue(std::u16string_view value) {
     }
     // 2. All other text goes.
     for (TNuDOMNode* child = children_.first(); child != nullptr;) {
-        TNuDOMNode* next = nu::NodeChain::next(*child);
-        if (child != kept && nu::NodeAccess::is<TNuDOMText>(*child)) {
+        TNuDOMNode* next = nu::NodeLinks::next(*child);
+        if (child != kept && nu::is<TNuDOMText>(*child)) {
             child->_delete();
         }
         child = next;
@@ -253,13 +225,13 @@ void TNuDOMElement::set_nodeValue(std::u16string_view value) {
 NuXmlString TNuDOMElement::GetCDATA() const {
     NuXmlString value;
     for (const TNuDOMCDATA& section : TNuDOMRange<TNuDOMCDATA>(children_.first())) {
-        nu::NodeAccess::appendValue(section, value);
+        nu::NodeText::appendValue(section, value);
     }
     return value;
 }
 
 void TNuDOMElement::set_innerxml(std::u16string_view xml) {
-    const nu::DocumentLifetime::Work work(OwnerDocument()->lifetime());
+    const nu::DocumentLifetime::Work work(OwnerDocument()->parts().lifetime);
     while (TNuDOMNode* child = children_.last()) {
         child->_delete();
     }

@@ -3,8 +3,10 @@
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
 #include "nuXmlDOM/core/element.h"
+#include "nuXmlDOM/core/nodeContext.h"
 #include "nuXmlDOM/nodes/nameTest.h"
 #include "nuXmlDOM/upkeep/attributeIndex.h"
+#include "nuXmlDOM/upkeep/treeWalk.h"
 
 namespace {
 
@@ -153,5 +155,5 @@ void TNuDOMElement::removeAttributeNS(std::u16string_view namespaceURI,
 }
 
 void TNuDOMElement::removeAttributeNode(const TNuDOMAttribute& attribute) {
-    removeAttribute(nu::NodeAccess::name(attribute).qualified());
+    removeAttribute(nu::NodeContext::name(attribute).qualified());
 }

@@ -3,6 +3,7 @@
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
 #include "nuXmlDOM/core/element.h"
+#include "nuXmlDOM/core/nodeContext.h"
 #include "nuXmlDOM/nodes/nameTest.h"
 
 // Making children
@@ -68,7 +69,7 @@ TNuDOMElement* TNuDOMElement::GetChildElement(std::u16string_view name,
                                               TNuDOMSelectOptions options) {
     nu::checkOptions(options);
     TNuDOMElement* found = nu::findChildElement(*this, [&](const TNuDOMElement& child) {
-        return nu::areEqual(nu::NodeAccess::name(child).local(), name, options) &&
+        return nu::areEqual(nu::NodeContext::name(child).local(), name, options) &&
                nu::areEqual(child.get_namespaceURI(), namespaceURI, options);
     });
     if (found == nullptr && options.has(soRaise)) {

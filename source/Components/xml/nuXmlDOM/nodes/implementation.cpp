@@ -3,7 +3,7 @@
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
 #include "nuXmlDOM/core/face.h"
-#include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/core/nodeContext.h"
 #include "nuXmlDOM/nodes/features.h"
 
 TNuDOMImplementation::TNuDOMImplementation()
@@ -40,7 +40,7 @@ TNuDOMImplementation::createDocument(std::u16string_view namespaceURI,
     if (!qualifiedName.empty()) {
         TNuDOMElement& root = document->CreateRootNode(qualifiedName, namespaceURI);
         NuXmlString declaration = u"xmlns";
-        if (nu::NodeAccess::name(root).hasPrefix()) {
+        if (nu::NodeContext::name(root).hasPrefix()) {
             declaration += u":" + root.get_prefix();
         }
         root.setAttribute(declaration, namespaceURI);

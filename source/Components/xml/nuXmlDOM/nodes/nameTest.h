@@ -6,8 +6,11 @@
 #include "host/runtime/exception.h"
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/domMessages.h"
-#include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/core/nodeContext.h"
 #include "nuXmlDOM/core/selectOptions.h"
+#include "nuXmlDOM/upkeep/documentParts.h"
+#include "nuXmlDOM/upkeep/elementOrder.h"
+#include "nuXmlDOM/upkeep/treeWalk.h"
 
 namespace nu {
 
@@ -28,7 +31,7 @@ public:
             key_.remove_prefix(key_.find(cNuColon) + 1); // none found is -1: nothing is cut
         }
         if (isExact()) {
-            plain_ = const_cast<TNuDOMDocument&>(document).names().find(key_);
+            plain_ = const_cast<TNuDOMDocument&>(document).parts().names.find(key_);
         }
     }
 
@@ -38,7 +41,7 @@ public:
     [[nodiscard]] const NodeName* plain() const noexcept { return plain_; }
 
     [[nodiscard]] bool operator()(const TNuDOMNode& node) const noexcept {
-        const NodeName& name = NodeAccess::name(node);
+        const NodeName& name = NodeContext::name(node);
         if (isExact()) {
             return plain_ != nullptr && name.plain == plain_;
         }
@@ -70,7 +73,7 @@ inline bool areEqual(std::u16string_view left, std::u16string_view right,
 /// without one.
 template <class Test>
 [[nodiscard]] TNuDOMElement* findChildElement(const TNuDOMElement& element, Test&& test) {
-    if (const std::vector<TNuDOMElement*>* order = NodeAccess::elementOrder(element)) {
+    if (const std::vector<TNuDOMElement*>* order = elementOrder(element)) {
         for (TNuDOMElement* child : *order) {
             if (test(*child)) {
                 return child;
@@ -78,8 +81,7 @@ template <class Test>
         }
         return nullptr;
     }
-    for (TNuDOMElement& child :
-         TNuDOMRange<TNuDOMElement>(NodeAccess::children(element)->first())) {
+    for (TNuDOMElement& child : TNuDOMRange<TNuDOMElement>(childrenOf(element)->first())) {
         if (test(child)) {
             return &child;
         }

@@ -2,8 +2,11 @@
 
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/element.h"
-#include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/core/nodeContext.h"
+#include "nuXmlDOM/core/nodeLinks.h"
 #include "nuXmlDOM/upkeep/attributeIndex.h"
+#include "nuXmlDOM/upkeep/documentParts.h"
+#include "nuXmlDOM/upkeep/treeWalk.h"
 
 namespace nu {
 
@@ -14,7 +17,7 @@ constexpr std::u16string_view declaration = u"xmlns";
 /// The name of the attribute that declares the prefix of `name`; null when no node of the document
 /// ever had it.
 const NodeName* declarationOf(const NodeName& name, const TNuDOMElement& element) {
-    const NameTable& names = element.OwnerDocument()->names();
+    const NameTable& names = element.OwnerDocument()->parts().names;
     if (!names.hasDeclarations()) {
         return nullptr;
     }
@@ -27,7 +30,7 @@ const TNuDOMAttribute* findDeclaration(const NodeName& name, const TNuDOMElement
     const NodeName* plain = declarationOf(name, element);
     const TNuDOMElement* scope = plain != nullptr ? &element : nullptr;
     // The nearest element with an attribute of that name decides.
-    for (; scope != nullptr; scope = NodeAccess::parentElement(*scope)) {
+    for (; scope != nullptr; scope = NodeLinks::parentElement(*scope)) {
         if (const TNuDOMAttribute* found = findAttribute(*scope, plain)) {
             return found;
         }
@@ -44,7 +47,7 @@ const TNuDOMAttribute* DeclarationSearch::find(const NodeName& name, const TNuDO
     const TNuDOMAttribute* found = nullptr;
     std::size_t levels = 0;
     for (const TNuDOMElement* scope = &element; scope != nullptr && found == nullptr;
-         scope = NodeAccess::parentElement(*scope)) {
+         scope = NodeLinks::parentElement(*scope)) {
         if (!known_.empty()) {
             const auto known = known_.find({plain, scope});
             if (known != known_.end()) {
@@ -58,7 +61,7 @@ const TNuDOMAttribute* DeclarationSearch::find(const NodeName& name, const TNuDO
     // 2. After a long way it is kept where the neighbours and everything below will come by.
     constexpr std::size_t longWay = 16;
     if (levels > longWay) {
-        known_.emplace(Place(plain, NodeAccess::parentElement(element)), found);
+        known_.emplace(Place(plain, NodeLinks::parentElement(element)), found);
     }
     return found;
 }
@@ -71,7 +74,7 @@ NuXmlString resolveNamespace(const NodeName& name, const TNuDOMElement& element)
 } // namespace nu
 
 NuXmlString TNuDOMElement::get_namespaceURI() const {
-    return nu::resolveNamespace(nu::NodeAccess::name(*this), *this);
+    return nu::resolveNamespace(nu::NodeContext::name(*this), *this);
 }
 
 namespace {
@@ -81,7 +84,7 @@ namespace {
 template <class Test>
 TNuDOMAttribute* findDeclarationIf(const TNuDOMElement& element, bool recursive, Test&& test) {
     for (const TNuDOMElement* scope = &element; scope != nullptr;
-         scope = recursive ? nu::NodeAccess::parentElement(*scope) : nullptr) {
+         scope = recursive ? nu::NodeLinks::parentElement(*scope) : nullptr) {
         for (TNuDOMAttribute& attribute : nu::attributesOf(*scope)) {
             if (attribute.get_IsNamespace() && test(attribute)) {
                 return &attribute;

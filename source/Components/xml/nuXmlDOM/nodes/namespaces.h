@@ -3,7 +3,7 @@
 #include <map>
 #include <utility>
 
-#include "nuXmlDOM/storage/nameTable.h"
+#include "nuXmlDOM/storage/nodeName.h"
 #include "nuXmlParser/chars.h"
 
 class TNuDOMAttribute;

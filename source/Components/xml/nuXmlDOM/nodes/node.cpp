@@ -3,16 +3,21 @@
 #include <algorithm>
 #include <vector>
 
+#include "host/runtime/exception.h"
 #include "host/runtime/format.h"
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
 #include "nuXmlDOM/core/face.h"
-#include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/core/nodeContext.h"
+#include "nuXmlDOM/core/nodeKinds.h"
+#include "nuXmlDOM/core/nodeLinks.h"
 #include "nuXmlDOM/nodes/features.h"
 #include "nuXmlDOM/storage/nameTable.h"
 #include "nuXmlDOM/upkeep/adoption.h"
+#include "nuXmlDOM/upkeep/documentParts.h"
 #include "nuXmlDOM/upkeep/liveLists.h"
+#include "nuXmlDOM/upkeep/treeWalk.h"
 
 const TNuDOMNodeClass& TNuDOMNode::NodeClass() const noexcept {
     switch (get_nodeType()) {
@@ -40,26 +45,26 @@ bool TNuDOMNode::supports(std::u16string_view feature, std::u16string_view versi
 // Names
 
 NuXmlString TNuDOMNode::get_nodeName() const {
-    return NuXmlString(nu::NodeAccess::name(*this).qualified());
+    return NuXmlString(nu::NodeContext::name(*this).qualified());
 }
 
 NuXmlString TNuDOMNode::get_prefix() const {
-    return NuXmlString(nu::NodeAccess::name(*this).prefix());
+    return NuXmlString(nu::NodeContext::name(*this).prefix());
 }
 
 NuXmlString TNuDOMNode::get_localName() const {
-    return NuXmlString(nu::NodeAccess::name(*this).local());
+    return NuXmlString(nu::NodeContext::name(*this).local());
 }
 
 NuXmlString TNuDOMNode::get_namespaceURI() const { return {}; }
 
 NuXmlString TNuDOMNode::GetCreationNamespaceURI() const {
-    return NuXmlString(nu::NodeAccess::name(*this).creationURI());
+    return NuXmlString(nu::NodeContext::name(*this).creationURI());
 }
 
 void TNuDOMNode::set_nodeName(std::u16string_view name) {
     // 1. A node is named once, and not by nothing.
-    const nu::NodeName& named = nu::NodeAccess::name(*this);
+    const nu::NodeName& named = nu::NodeContext::name(*this);
     if (named.isNamed()) {
         throw ENuDomNoModificationAllowed(nu::cNameIsFixed);
     }
@@ -69,7 +74,7 @@ void TNuDOMNode::set_nodeName(std::u16string_view name) {
     // 2. Deliberate: the name is taken up to a character that is refused, and the node is named
     // then; a name is built character by character.
     const std::size_t refused = name.find(cNuSpace);
-    rename(OwnerDocument()->names().get(name.substr(0, refused), *named.uri));
+    rename(OwnerDocument()->parts().names.get(name.substr(0, refused), *named.uri));
     if (refused != std::u16string_view::npos) {
         throw ENuDomInvalidCharacter(nu::cInvalidName);
     }
@@ -78,9 +83,9 @@ void TNuDOMNode::set_nodeName(std::u16string_view name) {
 void TNuDOMNode::set_prefix(std::u16string_view prefix) {
     const bool isRefused = prefix.find_first_of(u" :") != std::u16string_view::npos;
     const std::u16string_view taken = isRefused ? std::u16string_view() : prefix;
-    const nu::NodeName& name = nu::NodeAccess::name(*this);
-    rename(OwnerDocument()->names().get(!prefix.empty(), taken, name.hasLocal, name.local(),
-                                        *name.uri));
+    const nu::NodeName& name = nu::NodeContext::name(*this);
+    rename(OwnerDocument()->parts().names.get(!prefix.empty(), taken, name.hasLocal, name.local(),
+                                              *name.uri));
     if (isRefused) {
         throw ENuDomInvalidCharacter(nu::cInvalidName);
     }
@@ -97,17 +102,17 @@ void TNuDOMNode::Rename(const TNuText& name) {
     if (name.view().find(cNuSpace) != std::u16string_view::npos) {
         throw ENuDomInvalidCharacter(nu::cInvalidName);
     }
-    rename(OwnerDocument()->names().get(name.view()));
+    rename(OwnerDocument()->parts().names.get(name.view()));
 }
 
 void TNuDOMNode::rename(const nu::NodeName* name) noexcept {
-    nu::NodeAccess::setName(*this, name);
-    TNuDOMNode* parent = nu::NodeAccess::parent(*this);
+    nu::NodeContext::setName(*this, name);
+    TNuDOMNode* parent = nu::NodeLinks::parent(*this);
     if (parent == nullptr) {
         return;
     }
     parent->setFlag(nu::hadNamedChild);
-    if (nu::NodeLists* lists = parent->listsIfAny()) {
+    if (nu::NodeLists* lists = nu::NodeContext::listsIfAny(*parent)) {
         lists->attributeIndex.drop();
     }
 }
@@ -116,7 +121,7 @@ NuXmlString TNuDOMNode::NodePath(bool localNamesOnly) const {
     std::vector<const TNuDOMNode*> nodes;
     const TNuDOMNode* node = this;
     for (; node != nullptr && node->nodeType_ != host::DOCUMENT_NODE;
-         node = nu::NodeAccess::parent(*node)) {
+         node = nu::NodeLinks::parent(*node)) {
         nodes.push_back(node);
     }
     const bool isInDocument = node != nullptr;
@@ -190,9 +195,9 @@ void TNuDOMNode::_linkToParent(TNuDOMNode* parent, TNuDOMPosition position, TNuD
     if (parent != nullptr) {
         checkCanStandBelow(*parent, position, reference);
     }
-    const bool wasWaiting = OwnerDocument()->lifetime().reclaimBut(*this);
+    const bool wasWaiting = OwnerDocument()->parts().lifetime.reclaimBut(*this);
     // 2. It leaves its old place.
-    TNuDOMNode* const former = nu::NodeAccess::parent(*this);
+    TNuDOMNode* const former = nu::NodeLinks::parent(*this);
     TNuDOMNode* const formerNext = former != nullptr ? next_ : nullptr;
     unlink();
     // 3. The new parent may refuse it.
@@ -204,7 +209,7 @@ void TNuDOMNode::_linkToParent(TNuDOMNode* parent, TNuDOMPosition position, TNuD
                     reference = this;
                 }
                 if (former != nullptr && hasFlag(nu::leadsToWitness)) {
-                    OwnerDocument()->lifetime().departed(*this, *former, formerNext);
+                    OwnerDocument()->parts().lifetime.departed(*this, *former, formerNext);
                 }
                 nu::adopt(*this, *parent->OwnerDocument());
             }
@@ -224,17 +229,17 @@ void TNuDOMNode::linkBelow(TNuDOMNode& parent, TNuDOMPosition position, TNuDOMNo
     try {
         parent._addChild(*this, position, reference);
     } catch (...) {
-        OwnerDocument()->noteRefused(*this);
+        OwnerDocument()->parts().refused.note(*this);
         throw;
     }
     clearFlag(nu::isRefused);
 }
 
 void TNuDOMNode::settle(TNuDOMNode* former, TNuDOMNode* formerNext, bool wasWaiting) noexcept {
-    nu::DocumentLifetime& lifetime = OwnerDocument()->lifetime();
-    const bool isLinked = nu::NodeAccess::isLinked(*this);
+    nu::DocumentLifetime& lifetime = OwnerDocument()->parts().lifetime;
+    const bool isLinked = nu::NodeLinks::isLinked(*this);
     if (former != nullptr && hasFlag(nu::leadsToWitness) &&
-        nu::NodeAccess::parent(*this) != former) {
+        nu::NodeLinks::parent(*this) != former) {
         lifetime.departed(*this, *former, formerNext);
     }
     if (isLinked && hasFlag(nu::isCandidate)) {
@@ -250,7 +255,7 @@ void TNuDOMNode::unlink() {
         return;
     }
     if (hasFlag(nu::isRefused)) {
-        OwnerDocument()->forgetRefused(*this);
+        OwnerDocument()->parts().refused.forget(*this);
     } else {
         parent_->_removeChild(*this);
     }
@@ -260,11 +265,11 @@ void TNuDOMNode::unlink() {
 void TNuDOMNode::checkCanStandBelow(const TNuDOMNode& parent, TNuDOMPosition position,
                                     const TNuDOMNode* reference) const {
     const bool isDocument = nodeType_ == host::DOCUMENT_NODE;
-    const nu::NodeChain* below = isDocument ? nullptr : nu::NodeAccess::children(*this);
+    const nu::NodeChain* below = isDocument ? nullptr : nu::childrenOf(*this);
     const bool mayHoldParent = below != nullptr && (!below->empty() || parent.parent_ == this);
     bool isInside = isDocument || &parent == this;
     for (const TNuDOMNode* node = mayHoldParent ? &parent : nullptr; node != nullptr && !isInside;
-         node = nu::NodeAccess::parent(*node)) {
+         node = nu::NodeLinks::parent(*node)) {
         isInside = node == this;
     }
     if (!isInside) {
@@ -279,7 +284,7 @@ void TNuDOMNode::checkCanStandBelow(const TNuDOMNode& parent, TNuDOMPosition pos
 }
 
 void TNuDOMNode::_delete() {
-    nu::DocumentLifetime& lifetime = OwnerDocument()->lifetime();
+    nu::DocumentLifetime& lifetime = OwnerDocument()->parts().lifetime;
     if (nodeType_ == host::DOCUMENT_NODE) {
         lifetime.ask();
         return;
@@ -291,36 +296,39 @@ void TNuDOMNode::_delete() {
 
 // What only few nodes have
 
-nu::NodeExtras& TNuDOMNode::extras() {
-    if (!hasFlag(nu::hasExtras)) {
-        TNuDOMDocument* document = OwnerDocument();
-        void* memory = document->memory().allocate(sizeof(nu::NodeExtras));
-        auto* own = new (memory) nu::NodeExtras;
+nu::NodeExtras& nu::NodeContext::extras(TNuDOMNode& node) {
+    if (!node.hasFlag(hasExtras)) {
+        TNuDOMDocument* document = node.OwnerDocument();
+        void* memory = document->parts().memory.allocate(sizeof(NodeExtras));
+        auto* own = new (memory) NodeExtras;
         own->document = document;
-        own->name = &nu::NodeAccess::name(*this);
-        context_ = own;
-        setFlag(nu::hasExtras);
+        own->name = &name(node);
+        node.context_ = own;
+        node.setFlag(hasExtras);
     }
-    return *nu::NodeAccess::extrasIfAny(*this);
+    return *extrasIfAny(node);
+}
+
+nu::NodeLists& nu::NodeContext::lists(TNuDOMNode& node) {
+    NodeExtras& own = extras(node);
+    if (own.lists == nullptr) {
+        own.lists = own.document->parts().makeLists(node);
+    }
+    return *own.lists;
+}
+
+TNuDOMElement* nu::NodeLinks::parentElement(const TNuDOMNode& node) noexcept {
+    return as<TNuDOMElement>(parent(node));
+}
+
+void nu::raiseInvalidCast(std::u16string_view className) {
+    throw host::EInvalidCast(host::formatMessage(cInvalidCast, {className}));
 }
 
 nu::Face& TNuDOMNode::face() {
-    nu::NodeExtras& own = extras();
+    nu::NodeExtras& own = nu::NodeContext::extras(*this);
     if (own.face == nullptr) {
-        own.face = nu::makeFace(*this, own.document->memory());
+        own.face = nu::makeFace(*this, own.document->parts().memory);
     }
     return *own.face;
-}
-
-nu::NodeLists* TNuDOMNode::listsIfAny() const noexcept {
-    const nu::NodeExtras* own = nu::NodeAccess::extrasIfAny(*this);
-    return own != nullptr ? own->lists : nullptr;
-}
-
-nu::NodeLists& TNuDOMNode::lists() {
-    nu::NodeExtras& own = extras();
-    if (own.lists == nullptr) {
-        own.lists = own.document->makeLists(*this);
-    }
-    return *own.lists;
 }

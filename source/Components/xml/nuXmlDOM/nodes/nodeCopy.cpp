@@ -5,8 +5,15 @@
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
-#include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/core/elementLinks.h"
+#include "nuXmlDOM/core/nodeContext.h"
+#include "nuXmlDOM/core/nodeKinds.h"
+#include "nuXmlDOM/core/nodeLinks.h"
+#include "nuXmlDOM/core/nodeText.h"
 #include "nuXmlDOM/nodes/makeNode.h"
+#include "nuXmlDOM/upkeep/documentParts.h"
+#include "nuXmlDOM/upkeep/nodeMemory.h"
+#include "nuXmlDOM/upkeep/treeWalk.h"
 
 // Copies of nodes, with everything below them.
 
@@ -22,33 +29,33 @@ public:
     NodeCopier& operator=(const NodeCopier&) = delete;
     ~NodeCopier() {
         if (root_ != nullptr) {
-            NodeAccess::destroySubtree(*root_);
+            NodeMemory::destroySubtree(*root_);
         }
     }
 
     /// The whole of a node, outside of the tree.
     TNuDOMNode& copy(const TNuDOMNode& source) {
         copyOne(source, nullptr);
-        auto* place = NodeAccess::as<TNuDOMElement>(root_);
-        const TNuDOMNode* from = place != nullptr ? NodeAccess::children(source)->first() : nullptr;
+        auto* place = as<TNuDOMElement>(root_);
+        const TNuDOMNode* from = place != nullptr ? childrenOf(source)->first() : nullptr;
         while (from != nullptr) {
             // 1. One node, below the copy of its parent.
             TNuDOMNode& made = copyOne(*from, place);
             // 2. Down, else on, else up until it goes on.
-            const NodeChain* below = NodeAccess::children(*from);
+            const NodeChain* below = childrenOf(*from);
             if (below != nullptr && !below->empty()) {
                 place = static_cast<TNuDOMElement*>(&made);
                 from = below->first();
                 continue;
             }
-            while (NodeAccess::next(*from) == nullptr) {
-                from = NodeAccess::parent(*from);
+            while (NodeLinks::next(*from) == nullptr) {
+                from = NodeLinks::parent(*from);
                 if (from == &source) {
                     return *root_;
                 }
-                place = NodeAccess::parentElement(*place);
+                place = NodeLinks::parentElement(*place);
             }
-            from = NodeAccess::next(*from);
+            from = NodeLinks::next(*from);
         }
         return *root_;
     }
@@ -81,35 +88,36 @@ private:
     }
     template <class Node> Node& copyLeaf(const TNuDOMNode& source, TNuDOMElement* place) {
         Node& made = attach<Node>(source, place);
-        NodeAccess::copyText(source, made);
+        NodeText::copy(source, made, document_.parts().memory);
         return made;
     }
     void copyAttributes(const TNuDOMNode& source, TNuDOMElement& target) {
         TNuDOMAttribute* last = nullptr;
-        for (const TNuDOMNode* attribute = NodeAccess::firstAttribute(source); attribute != nullptr;
-             attribute = NodeAccess::next(*attribute)) {
-            auto& made = NodeAccess::make<TNuDOMAttribute>(document_, nameOf(*attribute));
-            NodeAccess::appendLoaded(target, last, made);
-            NodeAccess::copyText(*attribute, made);
+        for (const TNuDOMNode* attribute = firstAttributeOf(source); attribute != nullptr;
+             attribute = NodeLinks::next(*attribute)) {
+            auto& made = NodeMemory::make<TNuDOMAttribute>(document_, nameOf(*attribute));
+            ElementLinks::append(target, last, made);
+            NodeText::copy(*attribute, made, document_.parts().memory);
             last = &made;
         }
     }
     /// Makes a node and gives it its place, so that it goes with the others if anything fails.
     template <class Node> Node& attach(const TNuDOMNode& source, TNuDOMElement* place) {
-        Node& made = NodeAccess::make<Node>(document_, nameOf(source));
+        Node& made = NodeMemory::make<Node>(document_, nameOf(source));
         if (place == nullptr) {
             root_ = &made;
         } else if constexpr (!std::is_same_v<Node, TNuDOMAttribute>) {
-            NodeAccess::appendLoaded(*place, made);
+            ElementLinks::append(*place, made);
         }
         return made;
     }
     const NodeName* nameOf(const TNuDOMNode& source) {
-        const NodeName& name = NodeAccess::name(source);
+        const NodeName& name = NodeContext::name(source);
         if (source.OwnerDocument() == &document_) {
             return &name;
         }
-        return name.isNamed() ? document_.names().get(name) : document_.names().nameless();
+        return name.isNamed() ? document_.parts().names.get(name)
+                              : document_.parts().names.nameless();
     }
 
     TNuDOMDocument& document_;
@@ -120,16 +128,16 @@ private:
 /// prefixes tell.
 bool isUsed(const TNuDOMNode& root, const NodeName& declaration) {
     const bool isDefault = !declaration.hasPrefix();
-    return NodeAccess::firstInSubtree(root, [&](const TNuDOMNode& node) {
-               const NodeName& name = NodeAccess::name(node);
-               return isDefault ? NodeAccess::is<TNuDOMElement>(node) && !name.hasPrefix()
+    return firstInSubtree(root, [&](const TNuDOMNode& node) {
+               const NodeName& name = NodeContext::name(node);
+               return isDefault ? is<TNuDOMElement>(node) && !name.hasPrefix()
                                 : name.hasPrefix() && name.prefix() == declaration.local();
            }) != nullptr;
 }
 
 /// The namespace that the nearest declaration of that name gives, from `element` up.
 NuXmlString declaredAt(const TNuDOMElement* element, std::u16string_view declaration) {
-    for (; element != nullptr; element = NodeAccess::parentElement(*element)) {
+    for (; element != nullptr; element = NodeLinks::parentElement(*element)) {
         if (const TNuDOMAttribute* found = element->getAttributeNode(declaration)) {
             return found->get_nodeValue();
         }
@@ -153,17 +161,17 @@ void declareUsed(const TNuDOMNode& source, TNuDOMElement& copy, const TNuDOMElem
         }
     };
     // 1. What is declared around the original, the nearest first.
-    for (const TNuDOMElement* scope = NodeAccess::parentElement(source); scope != nullptr;
-         scope = NodeAccess::parentElement(*scope)) {
+    for (const TNuDOMElement* scope = NodeLinks::parentElement(source); scope != nullptr;
+         scope = NodeLinks::parentElement(*scope)) {
         for (const TNuDOMAttribute& attribute : scope->Attributes()) {
             if (attribute.get_IsNamespace()) {
-                declare(NodeAccess::name(attribute), attribute.get_nodeValue());
+                declare(NodeContext::name(attribute), attribute.get_nodeValue());
             }
         }
     }
     // 2. No default namespace, where the new place has one.
     if (place != nullptr) {
-        declare(*place->OwnerDocument()->names().get(u"xmlns"), {});
+        declare(*place->OwnerDocument()->parts().names.get(u"xmlns"), {});
     }
 }
 
@@ -173,14 +181,13 @@ void declareUsed(const TNuDOMNode& source, TNuDOMElement& copy, const TNuDOMElem
 
 TNuDOMNode& TNuDOMNode::insertCopy(const TNuDOMNode& node, TNuDOMPosition position,
                                    TNuDOMNode* reference) {
-    const nu::DocumentLifetime::Work work(OwnerDocument()->lifetime());
+    const nu::DocumentLifetime::Work work(OwnerDocument()->parts().lifetime);
     nu::NodeCopier copier(*OwnerDocument());
     TNuDOMNode& made = copier.copy(node);
-    const bool mayDeclare = OwnerDocument()->names().hasDeclarations() ||
-                            node.OwnerDocument()->names().hasDeclarations();
+    const bool mayDeclare = OwnerDocument()->parts().names.hasDeclarations() ||
+                            node.OwnerDocument()->parts().names.hasDeclarations();
     if (made.get_nodeType() == host::ELEMENT_NODE && mayDeclare) {
-        nu::declareUsed(node, static_cast<TNuDOMElement&>(made),
-                        nu::NodeAccess::as<TNuDOMElement>(this));
+        nu::declareUsed(node, static_cast<TNuDOMElement&>(made), nu::as<TNuDOMElement>(this));
     }
     made._linkToParent(this, position, reference);
     copier.finish();
@@ -196,8 +203,8 @@ NuRef<TNuDOMNode> TNuDOMDocument::copy(const TNuDOMNode& node) {
 
 NuRef<TNuDOMDocument> TNuDOMDocument::CreateCopy() const {
     NuRef<TNuDOMDocument> made = Create();
-    made->SetLimits(limits_);
-    for (const TNuDOMNode& node : TNuDOMRange<const TNuDOMNode>(topLevel_.first())) {
+    made->SetLimits(Limits());
+    for (const TNuDOMNode& node : TNuDOMRange<const TNuDOMNode>(parts().topLevel.first())) {
         made->AddCopy(node);
     }
     if (documentElement_ != nullptr) {

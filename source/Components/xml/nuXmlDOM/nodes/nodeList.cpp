@@ -7,27 +7,31 @@
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
 #include "nuXmlDOM/core/face.h"
-#include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/core/nodeContext.h"
+#include "nuXmlDOM/core/nodeKinds.h"
+#include "nuXmlDOM/core/nodeLinks.h"
 #include "nuXmlDOM/nodes/nameTest.h"
+#include "nuXmlDOM/upkeep/documentParts.h"
+#include "nuXmlDOM/upkeep/heldNodes.h"
 
 TNuDOMNodeList::TNuDOMNodeList(TNuDOMNode* node, TNuDOMDocument* document, bool ownsItems)
     : TNuDOMObject(document), node_(node), ownsItems_(ownsItems) {
     // Who selects again and again, and looks at no member, would otherwise fill the memory.
-    document->lifetime().reclaimLists();
+    document->parts().lifetime.reclaimLists();
     if (node != nullptr) {
         receive(*node);
     }
-    document->snapshots_.enter(*this);
+    document->parts().snapshots.enter(*this);
     setFlag(nu::selfOwned);
 }
 
 TNuDOMNodeList::TNuDOMNodeList(TNuDOMNode& node)
-    : TNuDOMObject(nu::NodeAccess::context(node)), node_(&node), ownsItems_(true) {}
+    : TNuDOMObject(&nu::NodeContext::extras(node)), node_(&node), ownsItems_(true) {}
 
 TNuDOMNodeList::~TNuDOMNodeList() {
     if (hasFlag(nu::selfOwned)) {
-        OwnerDocument()->snapshots_.leave(*this);
-        OwnerDocument()->keepRoom(std::move(items_));
+        OwnerDocument()->parts().snapshots.leave(*this);
+        OwnerDocument()->parts().keepRoom(std::move(items_));
     }
 }
 
@@ -37,7 +41,7 @@ NuRef<TNuDOMNodeList> TNuDOMNodeList::Create(TNuDOMNode* node, TNuDOMDocument* d
 }
 
 void TNuDOMNodeList::_GC() noexcept {
-    nu::DocumentLifetime& lifetime = OwnerDocument()->lifetime();
+    nu::DocumentLifetime& lifetime = OwnerDocument()->parts().lifetime;
     if (ownsItems_) {
         lifetime.ask(); // stays, with its items, until the document goes
     } else {
@@ -83,17 +87,17 @@ std::ptrdiff_t TNuDOMNodeList::Remove(TNuDOMNode& node) {
 }
 
 std::ptrdiff_t TNuDOMNodeList::IndexOf(const TNuDOMNode& node) const {
-    OwnerDocument()->lifetime().reclaim();
+    OwnerDocument()->parts().lifetime.reclaim();
     const auto found = std::find(items_.begin(), items_.end(), &node);
     return found != items_.end() ? found - items_.begin() : -1;
 }
 
 void TNuDOMNodeList::Clear() {
-    OwnerDocument()->lifetime().reclaim();
+    OwnerDocument()->parts().lifetime.reclaim();
     while (ownsItems_ && !items_.empty()) {
         TNuDOMNode* node = items_.back();
         if (node != nullptr) {
-            if (nu::NodeAccess::isSubtreeHeld(*node)) {
+            if (nu::isSubtreeHeld(*node)) {
                 throw host::EInvalidPointer(nu::cStillHeld);
             }
             node->_delete(); // empties every entry that it has
@@ -116,9 +120,9 @@ TNuDOMNode* TNuDOMNodeList::Node() const noexcept {
 }
 
 TNuDOMNode* TNuDOMNodeList::read(TNuDOMNode* const& entry) const noexcept {
-    OwnerDocument()->lifetime().reclaim();
+    OwnerDocument()->parts().lifetime.reclaim();
     if (entry != nullptr && entry->OwnerDocument() != OwnerDocument()) {
-        entry->OwnerDocument()->lifetime().reclaim();
+        entry->OwnerDocument()->parts().lifetime.reclaim();
     }
     return entry;
 }
@@ -141,21 +145,21 @@ void TNuDOMNodeList::append(TNuDOMNode& node) {
 void TNuDOMNodeList::receive(TNuDOMNode& node) {
     TNuDOMDocument& document = *node.OwnerDocument();
     if (&document != OwnerDocument()) {
-        document.snapshots_.invite(*this);
+        document.parts().snapshots.invite(*this);
     }
     if (marksMembers_) {
-        node.setFlag(nu::isInResultList);
+        nu::NodeFlags::set(node, nu::isInResultList);
     }
 }
 
 void TNuDOMNodeList::markMembers() noexcept {
     marksMembers_ = true;
     if (node_ != nullptr) {
-        node_->setFlag(nu::isInResultList);
+        nu::NodeFlags::set(*node_, nu::isInResultList);
     }
     for (TNuDOMNode* node : items_) {
         if (node != nullptr) {
-            node->setFlag(nu::isInResultList);
+            nu::NodeFlags::set(*node, nu::isInResultList);
         }
     }
 }
@@ -229,7 +233,7 @@ NuRef<TNuDOMElementList> TNuDOMElementList::Create(TNuDOMNode* node, TNuDOMDocum
 
 TNuDOMElement* TNuDOMElementList::GetItem(std::ptrdiff_t index) const {
     TNuDOMNode* node = item(index);
-    return node != nullptr ? &nu::NodeAccess::cast<TNuDOMElement>(*node) : nullptr;
+    return node != nullptr ? &nu::cast<TNuDOMElement>(*node) : nullptr;
 }
 
 NuRef<TNuDOMAttrList> TNuDOMAttrList::Create(TNuDOMNode* node, TNuDOMDocument* document,
@@ -239,7 +243,7 @@ NuRef<TNuDOMAttrList> TNuDOMAttrList::Create(TNuDOMNode* node, TNuDOMDocument* d
 
 TNuDOMAttribute* TNuDOMAttrList::GetItem(std::ptrdiff_t index) const {
     TNuDOMNode* node = item(index);
-    return node != nullptr ? &nu::NodeAccess::cast<TNuDOMAttribute>(*node) : nullptr;
+    return node != nullptr ? &nu::cast<TNuDOMAttribute>(*node) : nullptr;
 }
 
 template <class Test> TNuDOMAttribute* TNuDOMAttrList::findIf(Test&& test) const {

@@ -5,6 +5,7 @@
 #include "nuXmlDOM/core/characterData.h"
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/nodes/makeNode.h"
+#include "nuXmlDOM/upkeep/documentParts.h"
 #include "nuXmlParser/whiteSpace.h"
 
 const TNuDOMNodeClass TNuDOMProcessingInstruction::Class{
@@ -50,7 +51,7 @@ void appendPair(NuXmlString& data, std::u16string_view pair) {
 NuXmlString TNuDOMProcessingInstruction::get_nodeValue() const { return text_.toString(); }
 
 void TNuDOMProcessingInstruction::set_nodeValue(std::u16string_view value) {
-    text_.assign(OwnerDocument()->memory(), value);
+    text_.assign(OwnerDocument()->parts().memory, value);
 }
 
 NuXmlString TNuDOMProcessingInstruction::getAttribute(std::u16string_view /*name*/) const {

@@ -5,8 +5,10 @@
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
+#include "nuXmlDOM/core/nodeLinks.h"
 #include "nuXmlDOM/nodes/makeNode.h"
 #include "nuXmlDOM/storage/escapedText.h"
+#include "nuXmlDOM/upkeep/documentParts.h"
 
 const TNuDOMNodeClass TNuDOMText::Class{u"TNuDOMText", host::TEXT_NODE, nu::createNode<TNuDOMText>};
 const TNuDOMNodeClass TNuDOMCDATA::Class{u"TNuDOMCDATA", host::CDATA_SECTION_NODE,
@@ -57,7 +59,7 @@ bool hasRefusedGroup(std::u16string_view text) {
 
 void TNuDOMText::set_nodeValue(std::u16string_view value) {
     clearFlag(nu::isFreeOfReferences);
-    nu::assignEscaped(stored(), OwnerDocument()->memory(), value);
+    nu::assignEscaped(stored(), OwnerDocument()->parts().memory, value);
     setFlag(nu::isCanonicalText);
 }
 
@@ -95,7 +97,7 @@ void TNuDOMText::appendData(std::u16string_view text) {
     }
     // Escaping the whole anew would give what is stored, followed by this.
     clearFlag(nu::isFreeOfReferences);
-    nu::appendEscaped(stored(), OwnerDocument()->memory(), text);
+    nu::appendEscaped(stored(), OwnerDocument()->parts().memory, text);
 }
 
 void TNuDOMText::insertData(std::ptrdiff_t offset, std::u16string_view text) {
@@ -115,7 +117,7 @@ void TNuDOMText::replaceData(std::ptrdiff_t offset, std::ptrdiff_t count,
 NuRef<TNuDOMText> TNuDOMText::splitText(std::ptrdiff_t offset) {
     const NuXmlString data = get_data();
     // Deliberate: what follows in a CDATA section becomes a plain text.
-    TNuDOMNode* parent = nu::NodeAccess::isLinked(*this) ? get_parentNode() : nullptr;
+    TNuDOMNode* parent = nu::NodeLinks::isLinked(*this) ? get_parentNode() : nullptr;
     const NuRef<TNuDOMCharacterData> rest = &OwnerDocument()->_CreateCharacterData(
         TNuDOMText::Class, tailOf(data, offset), parent, rdpAfter, this);
     set_data(headOf(data, offset));
@@ -129,7 +131,7 @@ NuXmlString TNuDOMCDATA::get_nodeName() const { return u"#cdata-section"; }
 void TNuDOMCDATA::set_nodeValue(std::u16string_view value) {
     clearFlag(nu::isFreeOfReferences);
     if (hasRefusedGroup(value)) {
-        stored().clear(OwnerDocument()->memory());
+        stored().clear(OwnerDocument()->parts().memory);
         throw ENuDomInvalidCharacter(nu::cInvalidCData);
     }
     store(value);
@@ -145,5 +147,5 @@ void TNuDOMCDATA::appendData(std::u16string_view text) {
     }
     // The groups before are known to be sound.
     clearFlag(nu::isFreeOfReferences);
-    stored().append(OwnerDocument()->memory(), text);
+    stored().append(OwnerDocument()->parts().memory, text);
 }

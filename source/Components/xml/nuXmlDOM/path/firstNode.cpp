@@ -7,15 +7,18 @@
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
+#include "nuXmlDOM/core/nodeContext.h"
+#include "nuXmlDOM/core/nodeKinds.h"
+#include "nuXmlDOM/core/nodeLinks.h"
 #include "nuXmlDOM/path/path.h"
 #include "nuXmlDOM/path/pathTree.h"
+#include "nuXmlDOM/upkeep/documentParts.h"
+#include "nuXmlDOM/upkeep/treeWalk.h"
 
 // The first node at a path. The paths that values are asked for by are short and plain, "title" or
 // "book/@year", and asked often: these are followed as they stand.
 
 namespace {
-
-using nu::NodeAccess;
 
 bool isNameUnit(NuXmlChar unit) noexcept {
     return (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z') || unit == u'_' ||
@@ -50,7 +53,7 @@ public:
         const std::size_t childSteps = hasAttribute_ ? count_ - 1 : count_;
         std::array<const nu::NodeName*, limit> names{};
         for (std::size_t step = 0; step < childSteps; ++step) {
-            names[step] = context.OwnerDocument()->names().find(names_[step]);
+            names[step] = context.OwnerDocument()->parts().names.find(names_[step]);
             if (names[step] == nullptr) {
                 return nullptr;
             }
@@ -78,7 +81,7 @@ public:
                     return found;
                 }
             }
-            places[step] = match(nu::NodeChain::next(*places[step]), names[step]);
+            places[step] = match(nu::NodeLinks::next(*places[step]), names[step]);
         }
     }
 
@@ -86,8 +89,8 @@ private:
     static constexpr std::size_t limit = 8;
 
     [[nodiscard]] static TNuDOMNode* match(TNuDOMNode* child, const nu::NodeName* name) noexcept {
-        while (child != nullptr && NodeAccess::name(*child).plain != name) {
-            child = nu::NodeChain::next(*child);
+        while (child != nullptr && nu::NodeContext::name(*child).plain != name) {
+            child = nu::NodeLinks::next(*child);
         }
         return child;
     }
@@ -95,14 +98,14 @@ private:
         if (hasAttribute_) {
             return attributeOf(place, elementsOnly);
         }
-        return elementsOnly && !NodeAccess::is<TNuDOMElement>(place) ? nullptr : &place;
+        return elementsOnly && !nu::is<TNuDOMElement>(place) ? nullptr : &place;
     }
     [[nodiscard]] TNuDOMNode* attributeOf(const TNuDOMNode& node,
                                           bool elementsOnly) const noexcept {
         const std::u16string_view wanted = names_[count_ - 1];
-        TNuDOMNode* attribute = elementsOnly ? nullptr : NodeAccess::firstAttribute(node);
-        for (; attribute != nullptr; attribute = NodeAccess::next(*attribute)) {
-            const nu::NodeName& name = NodeAccess::name(*attribute);
+        TNuDOMNode* attribute = elementsOnly ? nullptr : nu::firstAttributeOf(node);
+        for (; attribute != nullptr; attribute = nu::NodeLinks::next(*attribute)) {
+            const nu::NodeName& name = nu::NodeContext::name(*attribute);
             const bool isDefault = name.declaresNamespace() && !name.hasPrefix();
             if (!isDefault && (name.local() == wanted || NuEqualFolded(name.local(), wanted))) {
                 break;

@@ -5,6 +5,7 @@
 #include "nuXmlDOM/core/domMessages.h"
 #include "nuXmlDOM/path/pathSelection.h"
 #include "nuXmlDOM/path/pathTree.h"
+#include "nuXmlDOM/upkeep/documentParts.h"
 
 namespace {
 
@@ -45,16 +46,16 @@ NuXmlString TNuDOMPath::Complaint() const { return program_->complaint; }
 
 NuRef<TNuDOMNodeList> TNuDOMPath::CreateNodeList(TNuDOMNode& context) const {
     NuRef<TNuDOMNodeList> list = TNuDOMNodeList::Create(&context, context.OwnerDocument(), false);
-    nu::NodeAccess::fill(*list,
-                         select(*program_, context, false, list->OwnerDocument()->takeRoom()));
+    nu::Snapshots::fill(
+        *list, select(*program_, context, false, list->OwnerDocument()->parts().takeRoom()));
     return list;
 }
 
 NuRef<TNuDOMElementList> TNuDOMPath::CreateElementList(TNuDOMNode& context) const {
     NuRef<TNuDOMElementList> list =
         TNuDOMElementList::Create(&context, context.OwnerDocument(), false);
-    nu::NodeAccess::fill(*list,
-                         select(*program_, context, true, list->OwnerDocument()->takeRoom()));
+    nu::Snapshots::fill(
+        *list, select(*program_, context, true, list->OwnerDocument()->parts().takeRoom()));
     return list;
 }
 

@@ -6,6 +6,9 @@
 #include "host/runtime/format.h"
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/domErrors.h"
+#include "nuXmlDOM/core/nodeKinds.h"
+#include "nuXmlDOM/core/nodeLinks.h"
+#include "nuXmlDOM/core/nodeText.h"
 #include "nuXmlDOM/path/pathMessages.h"
 #include "nuXmlDOM/path/pathSelection.h"
 #include "nuXmlDOM/path/pathTree.h"
@@ -113,8 +116,8 @@ bool FilterTest::isPure(const PathProgram& program, const PathFilter& filter) no
 }
 
 bool FilterTest::operator()(TNuDOMNode& candidate) const {
-    const bool isElement = NodeAccess::is<TNuDOMElement>(candidate);
-    if (!isElement && !NodeAccess::is<TNuDOMDocument>(candidate)) {
+    const bool isElement = is<TNuDOMElement>(candidate);
+    if (!isElement && !is<TNuDOMDocument>(candidate)) {
         throw ENuDomTypeMismatch(mismatchOf(filter_.kind));
     }
     switch (filter_.kind) {
@@ -175,7 +178,7 @@ bool FilterTest::findChild(TNuDOMNode& candidate) const {
 
 template <class Test> bool FilterTest::anyChild(TNuDOMNode& candidate, Test&& test) const {
     for (TNuDOMNode* child = elementFrom(firstOfNamed(candidate)); child != nullptr;
-         child = elementFrom(NodeChain::next(*child))) {
+         child = elementFrom(NodeLinks::next(*child))) {
         if (name_(*child) && test(*child)) {
             return true;
         }
@@ -202,9 +205,9 @@ bool FilterTest::compareContent(TNuDOMNode& node) const {
     // Nearly always there is one text, which can be compared where it stands.
     const TNuDOMNode* only = nullptr;
     int count = 0;
-    if (const auto* element = NodeAccess::as<TNuDOMElement>(&node)) {
+    if (const auto* element = as<TNuDOMElement>(&node)) {
         for (const TNuDOMNode& child : element->ChildNodes()) {
-            if (NodeAccess::is<TNuDOMText>(child)) {
+            if (is<TNuDOMText>(child)) {
                 only = &child;
                 ++count;
             }
@@ -258,7 +261,7 @@ bool comparePathValue(const PathFilter& filter, std::u16string_view value) {
 }
 
 bool comparePathValue(const PathFilter& filter, const TNuDOMNode& leaf) {
-    const StoredText& stored = *NodeAccess::text(leaf);
+    const StoredText& stored = *NodeText::storedIfAny(leaf);
     const bool isEqualTest = filter.literal.isText && filter.comparison == PathOperator::equal;
     // Without a reference what is stored is the value. Whether one is wrong must not depend on what
     // the value is compared with.
@@ -271,7 +274,7 @@ bool comparePathValue(const PathFilter& filter, const TNuDOMNode& leaf) {
                           });
     }
     NuXmlString value;
-    NodeAccess::appendValue(leaf, value);
+    NodeText::appendValue(leaf, value);
     return comparePathValue(filter, value);
 }
 

@@ -5,6 +5,8 @@
 #include "host/runtime/exception.h"
 #include "host/runtime/format.h"
 #include "nuXmlDOM/core/domErrors.h"
+#include "nuXmlDOM/core/nodeKinds.h"
+#include "nuXmlDOM/core/nodeLinks.h"
 #include "nuXmlDOM/path/pathMessages.h"
 #include "nuXmlDOM/path/pathTree.h"
 #include "nuXmlDOM/path/stepSearch.h"
@@ -16,7 +18,7 @@ namespace {
 /// What of the nodes at a path somebody wants.
 enum class Wanted : std::uint8_t { all, firstNode, firstElement };
 
-bool isOther(const TNuDOMNode* node) { return !NodeAccess::is<TNuDOMElement>(*node); }
+bool isOther(const TNuDOMNode* node) { return !is<TNuDOMElement>(*node); }
 
 /// One alternative of a path, run from its start node.
 class AlternativeSelection {
@@ -131,7 +133,7 @@ TNuDOMNode& startOf(const PathAlternative& alternative, TNuDOMNode& context,
     }
     TNuDOMNode* start = &context;
     for (int level = 0; level < levels; ++level) {
-        start = NodeAccess::parent(*start);
+        start = NodeLinks::parent(*start);
         if (start == nullptr) {
             throw host::Exception(messages::noParentNode);
         }

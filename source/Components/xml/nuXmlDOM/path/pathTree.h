@@ -3,7 +3,9 @@
 #include <cstdint>
 
 #include "nuXmlDOM/core/document.h"
-#include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/core/elementLinks.h"
+#include "nuXmlDOM/core/nodeKinds.h"
+#include "nuXmlDOM/core/nodeLinks.h"
 
 /// \file
 /// The tree as paths see it. The document stands for the element that holds the document element:
@@ -14,29 +16,29 @@ namespace nu {
 
 /// Whether something can stand below the node.
 [[nodiscard]] inline bool isPathContext(const TNuDOMNode& node) noexcept {
-    return NodeAccess::is<TNuDOMElement>(node) || NodeAccess::is<TNuDOMDocument>(node);
+    return is<TNuDOMElement>(node) || is<TNuDOMDocument>(node);
 }
 
 /// The first child of an element or a document, which may be any node; of the document the document
 /// element.
 [[nodiscard]] inline TNuDOMNode* firstPathChild(TNuDOMNode& context) noexcept {
     // Named in full: the class is known, so nothing needs to be looked up.
-    return NodeAccess::is<TNuDOMElement>(context)
+    return is<TNuDOMElement>(context)
                ? static_cast<TNuDOMElement&>(context).TNuDOMElement::get_firstChild()
                : static_cast<TNuDOMDocument&>(context).GetRootNode();
 }
 
 /// The same for who looks for names: null also where all children are known to have none.
 [[nodiscard]] inline TNuDOMNode* firstOfNamed(TNuDOMNode& context) noexcept {
-    const bool isLeaf =
-        NodeAccess::is<TNuDOMElement>(context) && !NodeAccess::mayHaveNamedChildren(context);
+    const bool isLeaf = is<TNuDOMElement>(context) &&
+                        !ElementLinks::mayHaveNamedChildren(static_cast<TNuDOMElement&>(context));
     return isLeaf ? nullptr : firstPathChild(context);
 }
 
 /// The first element among a node and those behind it; null without one.
 [[nodiscard]] inline TNuDOMNode* elementFrom(TNuDOMNode* node) noexcept {
-    while (node != nullptr && !NodeAccess::is<TNuDOMElement>(*node)) {
-        node = NodeChain::next(*node);
+    while (node != nullptr && !is<TNuDOMElement>(*node)) {
+        node = NodeLinks::next(*node);
     }
     return node;
 }
@@ -57,8 +59,8 @@ inline void fetchAhead(const TNuDOMNode& node) noexcept {
     TNuDOMNode* next = elementFrom(firstOfNamed(node));
     // 2. On, else up until it goes on.
     for (TNuDOMNode* from = &node; next == nullptr && from != &root;
-         from = NodeAccess::parent(*from)) {
-        next = elementFrom(NodeChain::next(*from));
+         from = NodeLinks::parent(*from)) {
+        next = elementFrom(NodeLinks::next(*from));
     }
     return next;
 }

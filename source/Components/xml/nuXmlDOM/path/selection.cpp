@@ -4,6 +4,8 @@
 #include "common/caseFolding.h"
 #include "host/runtime/exception.h"
 #include "nuXmlDOM/core/document.h"
+#include "nuXmlDOM/core/nodeContext.h"
+#include "nuXmlDOM/core/nodeLinks.h"
 #include "nuXmlDOM/nodes/nameTest.h"
 #include "nuXmlDOM/nodes/namespaces.h"
 #include "nuXmlDOM/path/path.h"
@@ -11,6 +13,7 @@
 #include "nuXmlDOM/path/pathMessages.h"
 #include "nuXmlDOM/path/pathSelection.h"
 #include "nuXmlDOM/path/pathTree.h"
+#include "nuXmlDOM/upkeep/documentParts.h"
 
 // Selection from elements
 
@@ -70,18 +73,18 @@ NuRef<TNuDOMElementList> elementsByName(TNuDOMNode& context, std::u16string_view
     nu::selectNodes(*nu::readPath(u"//*", {}), context, true, found);
     nu::DeclarationSearch declarations;
     const auto hasNamespace = [&](const TNuDOMElement& element) {
-        const TNuDOMAttribute* found = declarations.find(nu::NodeAccess::name(element), element);
+        const TNuDOMAttribute* found = declarations.find(nu::NodeContext::name(element), element);
         return found != nullptr ? found->get_nodeValue() == namespaceURI : namespaceURI.empty();
     };
     const auto isOther = [&](TNuDOMNode* node) {
-        const bool hasName = localName == u"*" || nu::NodeAccess::name(*node).local() == localName;
+        const bool hasName = localName == u"*" || nu::NodeContext::name(*node).local() == localName;
         return !hasName ||
                (namespaceURI != u"*" && !hasNamespace(static_cast<const TNuDOMElement&>(*node)));
     };
     found.erase(std::remove_if(found.begin(), found.end(), isOther), found.end());
     NuRef<TNuDOMElementList> list =
         TNuDOMElementList::Create(&context, context.OwnerDocument(), false);
-    nu::NodeAccess::fill(*list, std::move(found));
+    nu::Snapshots::fill(*list, std::move(found));
     return list;
 }
 
@@ -116,10 +119,10 @@ TNuDOMElement* TNuDOMDocument::getElementById(std::u16string_view id) {
     filter.literal.dropQuotes();
 
     // 1. The few names that make an attribute an id.
-    const std::vector<const nu::NodeName*> names =
-        names_.select([](const nu::NodeName& name) { return NuEqualFolded(name.local(), u"id"); });
+    const std::vector<const nu::NodeName*> names = parts_->names.select(
+        [](const nu::NodeName& name) { return NuEqualFolded(name.local(), u"id"); });
     const auto isId = [&names](const TNuDOMAttribute& attribute) {
-        return std::binary_search(names.begin(), names.end(), &nu::NodeAccess::name(attribute),
+        return std::binary_search(names.begin(), names.end(), &nu::NodeContext::name(attribute),
                                   std::less<>());
     };
     if (names.empty()) {
@@ -129,7 +132,7 @@ TNuDOMElement* TNuDOMDocument::getElementById(std::u16string_view id) {
     //    counts.
     for (TNuDOMNode* parent = this; parent != nullptr; parent = nu::nextElement(*parent, *this)) {
         for (TNuDOMNode* child = nu::elementFrom(nu::firstOfNamed(*parent)); child != nullptr;
-             child = nu::elementFrom(nu::NodeChain::next(*child))) {
+             child = nu::elementFrom(nu::NodeLinks::next(*child))) {
             const auto attributes = static_cast<TNuDOMElement*>(child)->Attributes();
             const auto found = std::find_if(attributes.begin(), attributes.end(), isId);
             if (found != attributes.end() && nu::comparePathValue(filter, *found)) {

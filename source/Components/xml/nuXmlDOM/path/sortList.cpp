@@ -6,6 +6,7 @@
 #include "host/runtime/exception.h"
 #include "host/runtime/variant.h"
 #include "nuXmlDOM/core/document.h"
+#include "nuXmlDOM/core/nodeKinds.h"
 #include "nuXmlDOM/core/nodeList.h"
 #include "nuXmlDOM/path/path.h"
 
@@ -24,7 +25,7 @@ Key keyOf(TNuDOMNode* member, const TNuDOMPath& path) {
         return key;
     }
     TNuDOMNode& node = *path.SelectSingleNode(*member);
-    if (auto* element = nu::NodeAccess::as<TNuDOMElement>(&node)) {
+    if (auto* element = nu::as<TNuDOMElement>(&node)) {
         key.isElement = true;
         key.value = element->GetVarValue();
     }

@@ -3,7 +3,11 @@
 #include <algorithm>
 
 #include "host/runtime/exception.h"
+#include "nuXmlDOM/core/nodeContext.h"
+#include "nuXmlDOM/core/nodeKinds.h"
+#include "nuXmlDOM/core/nodeLinks.h"
 #include "nuXmlDOM/path/pathMessages.h"
+#include "nuXmlDOM/upkeep/documentParts.h"
 
 namespace nu {
 
@@ -23,13 +27,13 @@ void failMistake(PathMistake mistake) {
 }
 
 bool hasText(TNuDOMNode& child) {
-    auto* element = NodeAccess::as<TNuDOMElement>(&child);
+    auto* element = as<TNuDOMElement>(&child);
     if (element == nullptr) {
         return false;
     }
     const auto children = element->ChildNodes();
     return std::any_of(children.begin(), children.end(), [](const TNuDOMNode& node) {
-        return NodeAccess::is<TNuDOMText>(node) && !node.get_nodeValue().empty();
+        return is<TNuDOMText>(node) && !node.get_nodeValue().empty();
     });
 }
 
@@ -45,7 +49,7 @@ StepSearch::StepSearch(const PathProgram& program, const PathStep& step, TNuDOMD
       isPlain_((isNameExact_ || step.test == PathTest::everyElement) && !step.isDeep &&
                step.filters.empty() && step.mistake == PathMistake::none && !isCreating_) {
     if (isNameExact_) {
-        name_ = document.names().find(step.name);
+        name_ = document.parts().names.find(step.name);
     }
     if (step.filters.empty()) {
         return;
@@ -95,7 +99,7 @@ inline void StepSearch::add(TNuDOMNode& node, PathNodes& found) const {
 void StepSearch::match(TNuDOMNode& context, PathNodes& found) {
     if (isNameExact_ && name_ == nullptr) {
         // A name that soCreate makes becomes known only then.
-        name_ = isCreating_ ? document_.names().find(step_.name) : nullptr;
+        name_ = isCreating_ ? document_.parts().names.find(step_.name) : nullptr;
         if (name_ == nullptr) {
             return;
         }
@@ -133,13 +137,13 @@ bool StepSearch::matchInTreeOrder(TNuDOMNode& context, PathNodes& found) {
             closed = level - 1;
         }
         // 2. Down, else on, else up until it goes on.
-        TNuDOMNode* next = NodeAccess::is<TNuDOMElement>(*node) ? firstOfNamed(*node) : nullptr;
+        TNuDOMNode* next = is<TNuDOMElement>(*node) ? firstOfNamed(*node) : nullptr;
         if (next != nullptr) {
             closed = std::min(closed, level);
             ++level;
         } else {
-            while ((next = NodeChain::next(*node)) == nullptr) {
-                node = NodeAccess::parent(*node);
+            while ((next = NodeLinks::next(*node)) == nullptr) {
+                node = NodeLinks::parent(*node);
                 if (node == &context) {
                     return true;
                 }
@@ -153,7 +157,7 @@ bool StepSearch::matchInTreeOrder(TNuDOMNode& context, PathNodes& found) {
 
 void StepSearch::matchHere(TNuDOMNode& context, PathNodes& found) {
     const auto addIf = [&](TNuDOMNode* child, auto&& test) {
-        for (; child != nullptr; child = NodeChain::next(*child)) {
+        for (; child != nullptr; child = NodeLinks::next(*child)) {
             fetchAhead(*child);
             if (test(*child) && isKept(*child)) {
                 add(*child, found);
@@ -166,7 +170,7 @@ void StepSearch::matchHere(TNuDOMNode& context, PathNodes& found) {
         addAttributes(context, found);
         return;
     case PathTest::parent:
-        if (TNuDOMNode* parent = NodeAccess::parent(context)) {
+        if (TNuDOMNode* parent = NodeLinks::parent(context)) {
             if (isKept(*parent)) {
                 add(*parent, found);
             }
@@ -200,7 +204,7 @@ void StepSearch::matchHere(TNuDOMNode& context, PathNodes& found) {
 }
 
 void StepSearch::addAttributes(TNuDOMNode& context, PathNodes& found) {
-    auto* element = NodeAccess::as<TNuDOMElement>(&context);
+    auto* element = as<TNuDOMElement>(&context);
     if (element == nullptr) {
         return;
     }
@@ -215,7 +219,7 @@ void StepSearch::addAttributes(TNuDOMNode& context, PathNodes& found) {
 
 /// The same by the options of the path.
 bool StepSearch::hasName(const TNuDOMNode& node) const {
-    const NodeName& own = NodeAccess::name(node);
+    const NodeName& own = NodeContext::name(node);
     const bool isLocal = program_.options.has(soIgnoreNamespace);
     if (own.isNamed()) {
         return areEqual(isLocal ? own.local() : own.qualified(), step_.name, program_.options);
@@ -235,7 +239,7 @@ TNuDOMNode& StepSearch::create(TNuDOMNode& context) {
     if (name.front() == u'*' || name.front() == u'@') {
         throw host::Exception(messages::noCreateForPath);
     }
-    auto* element = NodeAccess::as<TNuDOMElement>(&context);
+    auto* element = as<TNuDOMElement>(&context);
     return element != nullptr ? element->AddElement(name) : document_.CreateRootNode(name);
 }
 

@@ -2,6 +2,9 @@
 
 #include <optional>
 
+#include "nuXmlDOM/core/nodeContext.h"
+#include "nuXmlDOM/core/nodeKinds.h"
+#include "nuXmlDOM/core/nodeLinks.h"
 #include "nuXmlDOM/path/pathFilter.h"
 #include "nuXmlDOM/path/pathTree.h"
 
@@ -27,7 +30,7 @@ public:
     }
     /// The one after `node`.
     [[nodiscard]] TNuDOMNode* nextMatch(const TNuDOMNode& node) const noexcept {
-        return matchFrom(NodeChain::next(node));
+        return matchFrom(NodeLinks::next(node));
     }
 
 private:
@@ -65,13 +68,13 @@ private:
 
 /// Whether a node has exactly the name that is looked for.
 inline bool StepSearch::isNamed(const TNuDOMNode& node) const noexcept {
-    return NodeAccess::name(node).plain == name_;
+    return NodeContext::name(node).plain == name_;
 }
 
 inline TNuDOMNode* StepSearch::matchFrom(TNuDOMNode* child) const noexcept {
-    for (; child != nullptr; child = NodeChain::next(*child)) {
+    for (; child != nullptr; child = NodeLinks::next(*child)) {
         fetchAhead(*child);
-        if (isNameExact_ ? isNamed(*child) : NodeAccess::is<TNuDOMElement>(*child)) {
+        if (isNameExact_ ? isNamed(*child) : is<TNuDOMElement>(*child)) {
             break;
         }
     }

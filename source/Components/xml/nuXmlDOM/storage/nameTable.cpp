@@ -140,7 +140,7 @@ NodeName* NameTable::make(const Key& key, std::uint32_t hash) {
     name->utf8Text = bytes;
     name->utf8Length = static_cast<std::uint32_t>(utf8Length);
     name->hash = hash;
-    name->ends = key.text.empty() ? TextEnds() : TextEnds::of(key.text);
+    name->ends = key.text.empty() ? TextEnds() : endsOf(key.text);
     name->hasLocal = key.hasLocal;
     name->isSplitAtColon = key.isSplitAtColon;
     name->hasSpace = known.hasSpace;

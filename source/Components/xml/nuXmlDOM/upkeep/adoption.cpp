@@ -3,8 +3,11 @@
 #include <cstdint>
 
 #include "nuXmlDOM/core/document.h"
-#include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/core/nodeContext.h"
+#include "nuXmlDOM/upkeep/documentParts.h"
+#include "nuXmlDOM/upkeep/heldNodes.h"
 #include "nuXmlDOM/upkeep/liveLists.h"
+#include "nuXmlDOM/upkeep/treeWalk.h"
 
 namespace nu {
 
@@ -12,28 +15,28 @@ void adopt(TNuDOMNode& root, TNuDOMDocument& document) {
     TNuDOMDocument& former = *root.OwnerDocument();
     // 1. Everything that may fail: the names of the new document, its hold on the memory, and the
     //    snapshots that refer to the nodes.
-    document.memory().retain(former.memory());
+    document.parts().memory.retain(former.parts().memory);
     const auto visit = [&root](auto&& action) {
-        static_cast<void>(NodeAccess::firstInSubtree(root, [&action](const TNuDOMNode& node) {
+        static_cast<void>(firstInSubtree(root, [&action](const TNuDOMNode& node) {
             action(const_cast<TNuDOMNode&>(node));
             return false;
         }));
     };
     visit([&](TNuDOMNode& node) {
-        static_cast<void>(document.names().get(NodeAccess::name(node)));
-        former.snapshots_.follow(node, document);
+        static_cast<void>(document.parts().names.get(NodeContext::name(node)));
+        former.parts().snapshots.follow(node, document);
     });
     // 2. The nodes change their names and their document.
     std::int64_t held = 0;
     visit([&](TNuDOMNode& node) {
-        held += NodeAccess::heldCount(node);
-        former.leaveNode(node);
-        document.take(node, document.names().get(NodeAccess::name(node)));
+        held += heldCount(node);
+        former.parts().leaveNode(node);
+        document.parts().take(node, document.parts().names.get(NodeContext::name(node)));
     });
     // 3. What is held is counted there from now on.
-    document.lifetime().takeHeld(held);
-    former.lifetime().reclaim(); // afterwards it may be gone
-    former.lifetime().giveHeld(held);
+    document.parts().lifetime.takeHeld(held);
+    former.parts().lifetime.reclaim(); // afterwards it may be gone
+    former.parts().lifetime.giveHeld(held);
 }
 
 } // namespace nu

@@ -5,20 +5,23 @@
 
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/element.h"
+#include "nuXmlDOM/core/nodeContext.h"
+#include "nuXmlDOM/core/nodeLinks.h"
 #include "nuXmlDOM/upkeep/liveLists.h"
+#include "nuXmlDOM/upkeep/treeWalk.h"
 
 namespace nu {
 
 namespace {
 
 std::u16string_view localNameOf(const TNuDOMAttribute& attribute) noexcept {
-    const NodeName& name = NodeAccess::name(attribute);
+    const NodeName& name = NodeContext::name(attribute);
     return name.declaresNamespace() && !name.hasPrefix() ? std::u16string_view() : name.local();
 }
 
 template <class Key> Key keyOf(const TNuDOMAttribute& attribute) noexcept {
     if constexpr (std::is_pointer_v<Key>) {
-        return NodeAccess::name(attribute).plain;
+        return NodeContext::name(attribute).plain;
     } else {
         return localNameOf(attribute);
     }
@@ -135,7 +138,7 @@ void AttributeIndex::linked(TNuDOMNode* before, const TNuDOMNode& attribute) noe
     }
     try {
         before_[&attribute] = before;
-        before_[NodeAccess::next(attribute)] = const_cast<TNuDOMNode*>(&attribute);
+        before_[NodeLinks::next(attribute)] = const_cast<TNuDOMNode*>(&attribute);
     } catch (...) {
         before_.clear(); // is made again when there is memory
     }
@@ -154,20 +157,20 @@ TNuDOMNode* attributeBefore(TNuDOMElement& element, const TNuDOMNode* attribute)
     constexpr int nearby = 64;
     int left = nearby;
     TNuDOMNode* before = nullptr;
-    TNuDOMNode* node = NodeAccess::firstAttribute(element);
+    TNuDOMNode* node = firstAttributeOf(element);
     for (; node != attribute && left > 0; --left) {
         before = node;
-        node = NodeAccess::next(*node);
+        node = NodeLinks::next(*node);
     }
     if (node == attribute) {
         return before;
     }
     // 2. The others of many are looked up, so that many changes stay linear.
     try {
-        return NodeAccess::lists(element).attributeIndex.before(element, attribute);
+        return NodeContext::lists(element).attributeIndex.before(element, attribute);
     } catch (const std::bad_alloc&) {
         // 3. Or searched for all the same, where there is no memory for that.
-        for (; node != attribute; node = NodeAccess::next(*node)) {
+        for (; node != attribute; node = NodeLinks::next(*node)) {
             before = node;
         }
         return before;
@@ -202,14 +205,14 @@ TNuDOMAttribute* findAttribute(const TNuDOMElement& element, const NodeName* pla
     TNuDOMAttribute* found = nullptr;
     if (!isAll) {
         found = findAmongFew(element, isAll, [plain](const TNuDOMAttribute& attribute) {
-            return NodeAccess::name(attribute).plain == plain;
+            return NodeContext::name(attribute).plain == plain;
         });
     }
     if (found != nullptr || isAll) {
         return found;
     }
     auto& searched = const_cast<TNuDOMElement&>(element);
-    return NodeAccess::lists(searched).attributeIndex.find(searched, plain);
+    return NodeContext::lists(searched).attributeIndex.find(searched, plain);
 }
 
 TNuDOMAttribute* findAttribute(const TNuDOMElement& element, std::u16string_view localName,
@@ -225,9 +228,9 @@ TNuDOMAttribute* findAttribute(const TNuDOMElement& element, std::u16string_view
     // From the first one of that local name on.
     auto& searched = const_cast<TNuDOMElement&>(element);
     bool isOnly = false;
-    found = NodeAccess::lists(searched).attributeIndex.find(searched, localName, isOnly);
+    found = NodeContext::lists(searched).attributeIndex.find(searched, localName, isOnly);
     while (found != nullptr && !isWanted(*found)) {
-        found = isOnly ? nullptr : static_cast<TNuDOMAttribute*>(NodeAccess::next(*found));
+        found = isOnly ? nullptr : static_cast<TNuDOMAttribute*>(NodeLinks::next(*found));
     }
     return found;
 }

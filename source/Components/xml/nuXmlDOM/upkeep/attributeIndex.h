@@ -5,7 +5,8 @@
 #include <unordered_map>
 
 #include "common/textHash.h"
-#include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/core/element.h"
+#include "nuXmlDOM/storage/nodeName.h"
 
 namespace nu {
 

@@ -4,7 +4,9 @@
 #include <thread>
 
 #include "nuXmlDOM/core/document.h"
-#include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/core/nodeLinks.h"
+#include "nuXmlDOM/upkeep/heldNodes.h"
+#include "nuXmlDOM/upkeep/nodeMemory.h"
 
 namespace nu {
 
@@ -97,11 +99,11 @@ void DocumentLifetime::followNotes() noexcept {
 }
 
 void DocumentLifetime::follow(TNuDOMNode& node) noexcept {
-    if (NodeAccess::isLinked(node)) {
-        if (node.hasFlag(isWitness) && !NodeAccess::isHeld(node)) {
+    if (NodeLinks::isLinked(node)) {
+        if (NodeFlags::has(node, isWitness) && !isHeld(node)) {
             lookFurther(node, node, node);
         }
-    } else if (!node.hasFlag(isCandidate)) {
+    } else if (!NodeFlags::has(node, isCandidate)) {
         look(node);
     }
 }
@@ -131,7 +133,7 @@ namespace {
 
 /// Changes the nodes from one up to what stands below another.
 template <class Change> void changePath(TNuDOMNode* from, const TNuDOMNode* to, Change&& change) {
-    for (; from != to; from = NodeAccess::parent(*from)) {
+    for (; from != to; from = NodeLinks::parent(*from)) {
         change(*from);
     }
 }
@@ -145,7 +147,7 @@ bool isSoonFound(const TNuDOMNode& root, const TNuDOMNode& node) noexcept {
         if (place == &root) {
             return true;
         }
-        place = NodeAccess::parent(*place);
+        place = NodeLinks::parent(*place);
     }
     return false;
 }
@@ -159,15 +161,15 @@ void DocumentLifetime::collect(TNuDOMNode& detached) noexcept {
 
 bool DocumentLifetime::reclaimBut(TNuDOMNode& node) noexcept {
     const bool isWaiting =
-        node.hasFlag(isCandidate) || (!NodeAccess::isLinked(node) && eraseNote(node));
+        NodeFlags::has(node, isCandidate) || (!NodeLinks::isLinked(node) && eraseNote(node));
     reclaim();
     return isWaiting;
 }
 
 void DocumentLifetime::look(TNuDOMNode& root) noexcept {
-    const TNuDOMNode* held = NodeAccess::firstHeld(root);
+    const TNuDOMNode* held = firstHeld(root);
     if (held == nullptr) {
-        NodeAccess::destroySubtree(root);
+        NodeMemory::destroySubtree(root);
     } else if (held != &root) {
         addCandidate(root, const_cast<TNuDOMNode&>(*held));
     }
@@ -178,7 +180,7 @@ void DocumentLifetime::look(TNuDOMNode& root) noexcept {
 void DocumentLifetime::lookFurther(TNuDOMNode& witness, TNuDOMNode& place,
                                    const TNuDOMNode& start) noexcept {
     TNuDOMNode& root = *candidates_.find(&witness)->second;
-    const TNuDOMNode* held = NodeAccess::firstHeld(root, start);
+    const TNuDOMNode* held = firstHeld(root, start);
     if (held != nullptr && held != &root) {
         replaceWitness(witness, place, const_cast<TNuDOMNode&>(*held));
         return;
@@ -191,15 +193,15 @@ void DocumentLifetime::lookFurther(TNuDOMNode& witness, TNuDOMNode& place,
 
 void DocumentLifetime::departed(TNuDOMNode& node, TNuDOMNode& place, TNuDOMNode* next) noexcept {
     // 1. Whose witness it is, or leads to.
-    TNuDOMNode* root = node.hasFlag(isWitness) ? candidates_.find(&node)->second : &place;
-    while (TNuDOMNode* parent = NodeAccess::parent(*root)) {
+    TNuDOMNode* root = NodeFlags::has(node, isWitness) ? candidates_.find(&node)->second : &place;
+    while (TNuDOMNode* parent = NodeLinks::parent(*root)) {
         root = parent;
     }
     TNuDOMNode& witness = *witnesses_.find(root)->second;
-    changePath(&witness, NodeAccess::parent(node),
-               [](TNuDOMNode& other) { other.clearFlag(leadsToWitness); });
+    changePath(&witness, NodeLinks::parent(node),
+               [](TNuDOMNode& other) { NodeFlags::clear(other, leadsToWitness); });
     // 2. It may only have moved about.
-    if (NodeAccess::isHeld(witness) && isSoonFound(*root, witness)) {
+    if (isHeld(witness) && isSoonFound(*root, witness)) {
         replaceWitness(witness, place, witness);
     } else {
         lookFurther(witness, place, next != nullptr ? *next : place);
@@ -219,40 +221,40 @@ void DocumentLifetime::addCandidate(TNuDOMNode& root, TNuDOMNode& witness) noexc
     } catch (...) {
         return;
     }
-    root.setFlag(isCandidate);
-    witness.setFlag(isWitness);
-    changePath(&witness, nullptr, [](TNuDOMNode& node) { node.setFlag(leadsToWitness); });
+    NodeFlags::set(root, isCandidate);
+    NodeFlags::set(witness, isWitness);
+    changePath(&witness, nullptr, [](TNuDOMNode& node) { NodeFlags::set(node, leadsToWitness); });
 }
 
 void DocumentLifetime::replaceWitness(TNuDOMNode& former, TNuDOMNode& place,
                                       TNuDOMNode& witness) noexcept {
     // 1. The entries, which are used again.
     auto entry = candidates_.extract(&former);
-    former.clearFlag(isWitness);
-    witness.setFlag(isWitness);
+    NodeFlags::clear(former, isWitness);
+    NodeFlags::set(witness, isWitness);
     witnesses_.find(entry.mapped())->second = &witness;
     entry.key() = &witness;
     candidates_.insert(std::move(entry));
     // 2. The paths have their upper end in common.
     TNuDOMNode* node = &witness;
-    for (; !node->hasFlag(leadsToWitness); node = NodeAccess::parent(*node)) {
-        node->setFlag(leadsToWitness);
+    for (; !NodeFlags::has(*node, leadsToWitness); node = NodeLinks::parent(*node)) {
+        NodeFlags::set(*node, leadsToWitness);
     }
-    changePath(&place, node, [](TNuDOMNode& other) { other.clearFlag(leadsToWitness); });
+    changePath(&place, node, [](TNuDOMNode& other) { NodeFlags::clear(other, leadsToWitness); });
 }
 
 void DocumentLifetime::removeCandidate(TNuDOMNode& root, TNuDOMNode& witness,
                                        TNuDOMNode& place) noexcept {
-    changePath(&place, NodeAccess::parent(root),
-               [](TNuDOMNode& node) { node.clearFlag(leadsToWitness); });
-    witness.clearFlag(isWitness);
-    root.clearFlag(isCandidate);
+    changePath(&place, NodeLinks::parent(root),
+               [](TNuDOMNode& node) { NodeFlags::clear(node, leadsToWitness); });
+    NodeFlags::clear(witness, isWitness);
+    NodeFlags::clear(root, isCandidate);
     candidates_.erase(&witness);
     witnesses_.erase(&root);
 }
 
 void DocumentLifetime::withdraw(TNuDOMNode& node) noexcept {
-    if (node.hasFlag(isCandidate)) {
+    if (NodeFlags::has(node, isCandidate)) {
         TNuDOMNode& witness = *witnesses_.find(&node)->second;
         removeCandidate(node, witness, witness);
     }

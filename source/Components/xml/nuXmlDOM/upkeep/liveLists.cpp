@@ -6,6 +6,14 @@
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/domMessages.h"
 #include "nuXmlDOM/core/element.h"
+#include "nuXmlDOM/core/elementLinks.h"
+#include "nuXmlDOM/core/nodeContext.h"
+#include "nuXmlDOM/core/nodeKinds.h"
+#include "nuXmlDOM/core/nodeLinks.h"
+#include "nuXmlDOM/upkeep/documentParts.h"
+#include "nuXmlDOM/upkeep/elementOrder.h"
+#include "nuXmlDOM/upkeep/heldNodes.h"
+#include "nuXmlDOM/upkeep/treeWalk.h"
 
 namespace nu {
 
@@ -144,7 +152,7 @@ bool LiveList<Base, shown>::isMember(const TNuDOMNode& node) const noexcept {
     const bool isShown = shown == LiveMembers::childElements ? type == host::ELEMENT_NODE
                          : shown == LiveMembers::attributes  ? type == host::ATTRIBUTE_NODE
                                                              : type != host::ATTRIBUTE_NODE;
-    return isShown && NodeAccess::parent(node) == this->Node() && NodeAccess::isLinked(node);
+    return isShown && NodeLinks::parent(node) == this->Node() && NodeLinks::isLinked(node);
 }
 
 template <class Base, LiveMembers shown> MemberIndex& LiveList<Base, shown>::gathered() const {
@@ -153,21 +161,20 @@ template <class Base, LiveMembers shown> MemberIndex& LiveList<Base, shown>::gat
     }
     std::vector<TNuDOMNode*> members;
     TNuDOMNode& owner = *this->Node();
-    const auto* order = shown == LiveMembers::childElements && NodeAccess::is<TNuDOMElement>(owner)
-                            ? NodeAccess::elementOrder(static_cast<TNuDOMElement&>(owner))
+    const auto* order = shown == LiveMembers::childElements && is<TNuDOMElement>(owner)
+                            ? elementOrder(static_cast<TNuDOMElement&>(owner))
                             : nullptr;
     if (order != nullptr) {
         members.assign(order->begin(), order->end());
     } else {
-        TNuDOMNode* const first = shown == LiveMembers::attributes
-                                      ? NodeAccess::firstAttribute(owner)
-                                      : NodeAccess::children(owner)->first();
-        for (TNuDOMNode* node = first; node != nullptr; node = NodeChain::next(*node)) {
+        TNuDOMNode* const first =
+            shown == LiveMembers::attributes ? firstAttributeOf(owner) : childrenOf(owner)->first();
+        for (TNuDOMNode* node = first; node != nullptr; node = NodeLinks::next(*node)) {
             if (isMember(*node)) {
                 members.push_back(node);
             }
         }
-        if (auto* document = NodeAccess::as<TNuDOMDocument>(&owner)) {
+        if (auto* document = as<TNuDOMDocument>(&owner)) {
             if (TNuDOMElement* element = document->GetRootNode()) {
                 members.push_back(element);
             }
@@ -218,19 +225,55 @@ std::ptrdiff_t LiveList<Base, shown>::Remove(TNuDOMNode& node) {
 }
 
 template <class Base, LiveMembers shown> void LiveList<Base, shown>::Clear() {
-    const DocumentLifetime::Work work(this->OwnerDocument()->lifetime());
+    const DocumentLifetime::Work work(this->OwnerDocument()->parts().lifetime);
     while (const std::size_t count = gathered().size()) {
         TNuDOMNode* node = gathered().at(count - 1);
-        if (NodeAccess::isSubtreeHeld(*node)) {
+        if (isSubtreeHeld(*node)) {
             throw host::EInvalidPointer(cStillHeld);
         }
         node->_delete();
     }
 }
 
+namespace {
+
+void reorderMembers(TNuDOMNode& owner, LiveMembers shown, const std::vector<TNuDOMNode*>& order) {
+    auto* element = as<TNuDOMElement>(&owner);
+    // 1. The child elements alone leave the tree as it is.
+    std::vector<TNuDOMElement*>* const kept = shown != LiveMembers::attributes && element != nullptr
+                                                  ? &keepElementOrder(*element)
+                                                  : nullptr;
+    if (shown == LiveMembers::childElements && kept != nullptr) {
+        std::transform(order.begin(), order.end(), kept->begin(),
+                       [](TNuDOMNode* node) { return static_cast<TNuDOMElement*>(node); });
+        return;
+    }
+    // 2. The chain is taken apart and put together again; the document element stands in none.
+    if (shown == LiveMembers::attributes) {
+        NodeContext::lists(owner).attributeIndex.drop();
+        AttributeChain& attributes = ElementLinks::attributes(*element);
+        attributes.clear();
+        TNuDOMNode* last = nullptr;
+        for (TNuDOMNode* attribute : order) {
+            attributes.insertBehind(last, *attribute);
+            last = attribute;
+        }
+        return;
+    }
+    NodeChain& chain = *childrenOf(owner);
+    for (TNuDOMNode* node : order) {
+        if (element != nullptr || !is<TNuDOMElement>(*node)) {
+            chain.remove(*node);
+            chain.append(*node);
+        }
+    }
+}
+
+} // namespace
+
 template <class Base, LiveMembers shown>
 void LiveList<Base, shown>::reorder(std::vector<TNuDOMNode*> order) {
-    NodeAccess::reorder(*this->Node(), shown, order);
+    reorderMembers(*this->Node(), shown, order);
     index_.drop();
 }
 
@@ -269,7 +312,7 @@ void NodeLists::childChanged(TNuDOMNode& child, bool isAdded, bool isAtEnd) noex
     if (type == host::ATTRIBUTE_NODE) {
         attributeIndex.changed(static_cast<TNuDOMAttribute&>(child), isAdded, isAtEnd);
         if (attributes_ && isAdded) {
-            attributes_->added(child, NodeChain::next(child));
+            attributes_->added(child, NodeLinks::next(child));
         } else if (attributes_) {
             attributes_->removed(child);
         }
@@ -290,10 +333,10 @@ void NodeLists::childChanged(TNuDOMNode& child, bool isAdded, bool isAtEnd) noex
 void NodeLists::childAdded(TNuDOMNode& child) noexcept {
     // The document element stands behind everything else in the document, whatever the order there
     // was.
-    auto* document = NodeAccess::as<TNuDOMDocument>(&node_);
+    auto* document = as<TNuDOMDocument>(&node_);
     TNuDOMNode* const documentElement = document != nullptr ? document->GetRootNode() : nullptr;
-    const bool isElement = NodeAccess::is<TNuDOMElement>(child);
-    TNuDOMNode* next = &child != documentElement ? NodeChain::next(child) : nullptr;
+    const bool isElement = is<TNuDOMElement>(child);
+    TNuDOMNode* next = &child != documentElement ? NodeLinks::next(child) : nullptr;
     if (childNodes_) {
         const bool isBeforeElement = next == nullptr && &child != documentElement;
         childNodes_->added(child, isBeforeElement ? documentElement : next);
@@ -305,8 +348,8 @@ void NodeLists::childAdded(TNuDOMNode& child) noexcept {
         childElements_->drop();
         return;
     }
-    while (elementOrder.empty() && next != nullptr && !NodeAccess::is<TNuDOMElement>(*next)) {
-        next = NodeChain::next(*next);
+    while (elementOrder.empty() && next != nullptr && !is<TNuDOMElement>(*next)) {
+        next = NodeLinks::next(*next);
     }
     childElements_->added(child, elementOrder.empty() ? next : nullptr);
 }

@@ -1,13 +1,14 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <unordered_map>
 #include <vector>
 
-#include "nuXmlDOM/core/nodeAccess.h"
 #include "nuXmlDOM/core/nodeList.h"
 #include "nuXmlDOM/upkeep/attributeIndex.h"
+#include "nuXmlDOM/upkeep/heldNodes.h"
 
 class TNuDOMDocument;
 class TNuDOMElement;
@@ -17,6 +18,9 @@ class TNuDOMElement;
 /// are made when somebody asks for them, and from then on they are told of every change.
 
 namespace nu {
+
+/// Which nodes of a node's a list shows that follows the changes of the tree.
+enum class LiveMembers : std::uint8_t { childNodes, childElements, attributes };
 
 /// The nodes of a live list by index, gathered when somebody asks by index.
 ///

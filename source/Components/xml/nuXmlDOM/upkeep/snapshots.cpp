@@ -3,7 +3,9 @@
 #include <mutex>
 
 #include "nuXmlDOM/core/document.h"
+#include "nuXmlDOM/core/nodeLinks.h"
 #include "nuXmlDOM/core/nodeList.h"
+#include "nuXmlDOM/upkeep/documentParts.h"
 
 namespace nu {
 
@@ -16,14 +18,14 @@ std::mutex guestMutex;
 
 } // namespace
 
-struct Snapshots::Visit {
+struct SnapshotVisit {
     TNuDOMNodeList& list;
     Snapshots& host;
     /// The other guests of the host.
-    Visit* previous;
-    Visit* next;
+    SnapshotVisit* previous;
+    SnapshotVisit* next;
     /// The next visit of the list.
-    Visit* nextOfList;
+    SnapshotVisit* nextOfList;
 };
 
 /// Held by a document that has guests, or whose snapshots are guests.
@@ -50,7 +52,7 @@ void Snapshots::enter(TNuDOMNodeList& list) noexcept {
 void Snapshots::leave(TNuDOMNodeList& list) noexcept {
     {
         const Lock lock(*this);
-        while (Visit* visit = list.visits_) {
+        while (SnapshotVisit* visit = list.visits_) {
             list.visits_ = visit->nextOfList;
             visit->host.dismiss(*visit);
         }
@@ -73,12 +75,12 @@ void Snapshots::welcome(TNuDOMNodeList& list) {
     if (list.OwnerDocument() == &document_) {
         return;
     }
-    for (const Visit* visit = list.visits_; visit != nullptr; visit = visit->nextOfList) {
+    for (const SnapshotVisit* visit = list.visits_; visit != nullptr; visit = visit->nextOfList) {
         if (&visit->host == this) {
             return;
         }
     }
-    auto* visit = new Visit{list, *this, nullptr, firstGuest_, list.visits_};
+    auto* visit = new SnapshotVisit{list, *this, nullptr, firstGuest_, list.visits_};
     if (firstGuest_ != nullptr) {
         firstGuest_->previous = visit;
     }
@@ -87,7 +89,7 @@ void Snapshots::welcome(TNuDOMNodeList& list) {
     changeCount(*visit, 1);
 }
 
-void Snapshots::dismiss(Visit& visit) noexcept {
+void Snapshots::dismiss(SnapshotVisit& visit) noexcept {
     (visit.previous != nullptr ? visit.previous->next : firstGuest_) = visit.next;
     if (visit.next != nullptr) {
         visit.next->previous = visit.previous;
@@ -96,25 +98,25 @@ void Snapshots::dismiss(Visit& visit) noexcept {
     delete &visit;
 }
 
-void Snapshots::changeCount(const Visit& visit, int change) noexcept {
+void Snapshots::changeCount(const SnapshotVisit& visit, int change) noexcept {
     visit.host.visitCount_ += change;
-    visit.list.OwnerDocument()->snapshots_.visitCount_ += change;
+    visit.list.OwnerDocument()->parts().snapshots.visitCount_ += change;
 }
 
 void Snapshots::follow(const TNuDOMNode& node, TNuDOMDocument& target) {
     markMembers();
-    if (!node.hasFlag(isInResultList)) {
+    if (!NodeFlags::has(node, isInResultList)) {
         return;
     }
     const std::lock_guard lock(guestMutex);
     for (TNuDOMNodeList* list = first_; list != nullptr; list = list->next_) {
         if (list->refersTo(node)) {
-            target.snapshots_.welcome(*list);
+            target.parts().snapshots.welcome(*list);
         }
     }
-    for (Visit* visit = firstGuest_; visit != nullptr; visit = visit->next) {
+    for (SnapshotVisit* visit = firstGuest_; visit != nullptr; visit = visit->next) {
         if (visit->list.refersTo(node)) {
-            target.snapshots_.welcome(visit->list);
+            target.parts().snapshots.welcome(visit->list);
         }
     }
 }
@@ -132,15 +134,28 @@ void Snapshots::markMembers() noexcept {
 
 void Snapshots::forgetNode(TNuDOMNode& node) noexcept {
     markMembers();
-    if (!node.hasFlag(isInResultList)) {
+    if (!NodeFlags::has(node, isInResultList)) {
         return;
     }
     const Lock lock(*this);
     for (TNuDOMNodeList* list = first_; list != nullptr; list = list->next_) {
         list->forgetNode(node);
     }
-    for (Visit* visit = firstGuest_; visit != nullptr; visit = visit->next) {
+    for (SnapshotVisit* visit = firstGuest_; visit != nullptr; visit = visit->next) {
         visit->list.forgetNode(node);
+    }
+}
+
+void Snapshots::fill(TNuDOMNodeList& list, std::vector<TNuDOMNode*> nodes) {
+    if (nodes.size() < nodes.capacity() / 2) {
+        // Much room for few nodes is better kept for a list that needs it.
+        list.items_.assign(nodes.begin(), nodes.end());
+        list.OwnerDocument()->parts().keepRoom(std::move(nodes));
+    } else {
+        list.items_ = std::move(nodes);
+    }
+    if (list.marksMembers_) {
+        list.markMembers();
     }
 }
 
@@ -149,10 +164,10 @@ void Snapshots::end() noexcept {
         delete first_;
     }
     const Lock lock(*this);
-    while (Visit* visit = firstGuest_) {
+    while (SnapshotVisit* visit = firstGuest_) {
         TNuDOMNodeList& list = visit->list;
         list.forgetNodesOf(document_);
-        Visit** place = &list.visits_;
+        SnapshotVisit** place = &list.visits_;
         while (*place != visit) {
             place = &(*place)->nextOfList;
         }

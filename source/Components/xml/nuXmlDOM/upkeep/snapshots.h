@@ -2,12 +2,16 @@
 
 #include <atomic>
 #include <cstdint>
+#include <vector>
 
 class TNuDOMDocument;
 class TNuDOMNode;
 class TNuDOMNodeList;
 
 namespace nu {
+
+/// That a snapshot is a guest of a document.
+struct SnapshotVisit;
 
 /// The snapshots that have to be told when nodes of a document go: its own, and those of other
 /// documents that refer to nodes of this one, its guests.
@@ -18,9 +22,6 @@ namespace nu {
 /// by a snapshot that is held, which makes both documents work of one thread.
 class Snapshots {
 public:
-    /// That a snapshot is a guest of a document.
-    struct Visit;
-
     explicit Snapshots(TNuDOMDocument& document) noexcept : document_(document) {}
     Snapshots(const Snapshots&) = delete;
     Snapshots& operator=(const Snapshots&) = delete;
@@ -37,6 +38,8 @@ public:
     void follow(const TNuDOMNode& node, TNuDOMDocument& target);
     /// A node goes: nothing refers to it any more.
     void forgetNode(TNuDOMNode& node) noexcept;
+    /// Puts nodes into an empty list without looking whether one is there twice.
+    static void fill(TNuDOMNodeList& list, std::vector<TNuDOMNode*> nodes);
     /// The document goes, with its snapshots; guests lose its nodes.
     void end() noexcept;
 
@@ -44,13 +47,13 @@ private:
     class Lock;
 
     void welcome(TNuDOMNodeList& list);
-    void dismiss(Visit& visit) noexcept;
-    static void changeCount(const Visit& visit, int change) noexcept;
+    void dismiss(SnapshotVisit& visit) noexcept;
+    static void changeCount(const SnapshotVisit& visit, int change) noexcept;
     void markMembers() noexcept;
 
     TNuDOMDocument& document_;
     TNuDOMNodeList* first_ = nullptr;
-    Visit* firstGuest_ = nullptr;
+    SnapshotVisit* firstGuest_ = nullptr;
     /// Visits to this document and of its snapshots elsewhere.
     std::atomic<std::int64_t> visitCount_ = 0;
 };

@@ -5,7 +5,8 @@
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
-#include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/core/nodeKinds.h"
+#include "nuXmlDOM/core/nodeText.h"
 #include "nuXmlParser.h"
 #include "nuXmlParser/conversionErrors.h"
 #include "nuXmlParser/whiteSpace.h"
@@ -14,14 +15,14 @@
 
 namespace {
 
-using nu::NodeAccess;
+using nu::NodeText;
 
 /// The text of a leaf, as it is meant. Most need not be decoded or unescaped.
 void appendUtf8(const TNuDOMNode& leaf, std::string& target) {
-    const nu::StoredText& stored = *NodeAccess::text(leaf);
+    const nu::StoredText& stored = *NodeText::storedIfAny(leaf);
     if (stored.isWide() || stored.contains(cNuAmp)) {
         NuXmlString text;
-        NodeAccess::appendValue(leaf, text);
+        NodeText::appendValue(leaf, text);
         target += NuToUtf8(text);
     } else {
         target += stored.bytes();
@@ -71,7 +72,7 @@ std::string TNuDOMNode::Name() const { return NuToUtf8(get_nodeName()); }
 
 std::string TNuDOMNode::Text() const {
     std::string text;
-    if (NodeAccess::text(*this) != nullptr) {
+    if (NodeText::storedIfAny(*this) != nullptr) {
         appendUtf8(*this, text);
     } else if (nodeType_ == host::ELEMENT_NODE) {
         const auto& element = static_cast<const TNuDOMElement&>(*this);
@@ -125,7 +126,7 @@ void TNuDOMNode::Set(const TNuText& path, const TNuValue& value) {
         owner.remove_suffix(1);
     }
     TNuDOMNode& element = owner.empty() ? *this : Make(owner);
-    NodeAccess::cast<TNuDOMElement>(element).setAttribute(step.substr(1), value.view());
+    nu::cast<TNuDOMElement>(element).setAttribute(step.substr(1), value.view());
 }
 
 std::string TNuDOMElement::AttributeByName(const TNuUtf8Text& name, TNuDOMSelectOptions options) {

@@ -3,7 +3,9 @@
 #include "common/caseFolding.h"
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/element.h"
-#include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/core/nodeContext.h"
+#include "nuXmlDOM/core/nodeLinks.h"
+#include "nuXmlDOM/upkeep/documentParts.h"
 
 namespace nu {
 
@@ -16,13 +18,13 @@ constexpr std::u16string_view defaultValue = u"default";
 } // namespace
 
 const NodeName* findSpaceName(TNuDOMDocument& document) noexcept {
-    return document.names().find(spaceName);
+    return document.parts().names.find(spaceName);
 }
 
 const TNuDOMAttribute* findSpaceAttribute(const TNuDOMElement& element,
                                           const NodeName& name) noexcept {
     for (const TNuDOMAttribute& attribute : element.Attributes()) {
-        if (NodeAccess::name(attribute).plain == &name) {
+        if (NodeContext::name(attribute).plain == &name) {
             return &attribute;
         }
     }
@@ -42,7 +44,7 @@ bool TNuDOMElement::GetPreserveSpace() const {
     }
     // Here, else at the nearest element around this one that says something.
     for (const TNuDOMElement* element = this; element != nullptr;
-         element = nu::NodeAccess::parentElement(*element)) {
+         element = nu::NodeLinks::parentElement(*element)) {
         if (const TNuDOMAttribute* attribute = nu::findSpaceAttribute(*element, *name)) {
             return nu::saysPreserve(*attribute);
         }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "nuXmlDOM/storage/nameTable.h"
+#include "nuXmlDOM/storage/nodeName.h"
 
 class TNuDOMAttribute;
 class TNuDOMDocument;

@@ -4,7 +4,7 @@
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
 #include "nuXmlDOM/core/element.h"
-#include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/upkeep/documentParts.h"
 #include "nuXmlDOM/values/schemaPrefix.h"
 #include "nuXmlParser.h"
 
@@ -68,7 +68,7 @@ host::Variant TNuDOMElement::GetVarValue() const {
 }
 
 void TNuDOMElement::SetVarValue(const host::Variant& value) {
-    const nu::DocumentLifetime::Work work(OwnerDocument()->lifetime());
+    const nu::DocumentLifetime::Work work(OwnerDocument()->parts().lifetime);
     const SchemaPrefix instance = findSchemaPrefix(*this, nu::cInstanceURI);
     const NuXmlString nil = instance.name(u"nil");
     // 1. No value. Deliberate: a type that is there already stays.

@@ -2,6 +2,8 @@
 
 #include "host/runtime/fileStream.h"
 #include "nuXmlDOM/core/document.h"
+#include "nuXmlDOM/core/nodeKinds.h"
+#include "nuXmlDOM/core/nodeLinks.h"
 #include "nuXmlDOM/write/nodeWriter.h"
 #include "nuXmlDOM/write/targets.h"
 
@@ -14,7 +16,7 @@ constexpr std::size_t stringCapacity = 4096;
 
 /// The depth that is not indented when a node is written by itself.
 std::int64_t ownLevel(const TNuDOMNode& node) noexcept {
-    return NodeAccess::is<TNuDOMElement>(node) ? depthOf(node) : 0;
+    return is<TNuDOMElement>(node) ? depthOf(node) : 0;
 }
 
 std::uint64_t outputLimit(const TNuDOMNode& node) noexcept {
@@ -22,7 +24,7 @@ std::uint64_t outputLimit(const TNuDOMNode& node) noexcept {
 }
 
 bool isInPreservedSpace(const TNuDOMNode& node) {
-    const TNuDOMElement* parent = NodeAccess::parentElement(node);
+    const TNuDOMElement* parent = NodeLinks::parentElement(node);
     return parent != nullptr && parent->GetPreserveSpace();
 }
 
@@ -30,14 +32,14 @@ template <class Characters, class Unit>
 void putNode(const TNuDOMNode& node, Output<Unit>& output, const WriteOptions& options) {
     NodeWriter<Unit, Characters> writer(output, *node.OwnerDocument(), options.formatted,
                                         options.baseLevel, options.indentation);
-    if (NodeAccess::is<TNuDOMDocument>(node)) {
+    if (is<TNuDOMDocument>(node)) {
         writer.writeDocument(static_cast<const TNuDOMDocument&>(node));
         return;
     }
     // Where it stands shows only in the line breaks.
     const std::int64_t depth = options.formatted ? depthOf(node) : 0;
     const bool preserves = options.formatted && isInPreservedSpace(node);
-    if (NodeAccess::is<TNuDOMElement>(node)) {
+    if (is<TNuDOMElement>(node)) {
         writer.writeElement(static_cast<const TNuDOMElement&>(node), depth, preserves);
     } else {
         writer.writeSingle(node, depth, preserves);
@@ -56,7 +58,7 @@ template <class Unit> std::basic_string<Unit> textOf(const TNuDOMNode& node, boo
 
 /// Deliberate: only the child elements. One that is formatted and not the first begins a line.
 NuXmlString innerTextOf(const TNuDOMNode& node, bool formatted) {
-    if (!NodeAccess::is<TNuDOMElement>(node)) {
+    if (!is<TNuDOMElement>(node)) {
         return textOf<char16_t>(node, formatted);
     }
     const auto& element = static_cast<const TNuDOMElement&>(node);
@@ -78,16 +80,15 @@ NuXmlString innerTextOf(const TNuDOMNode& node, bool formatted) {
 
 std::int64_t depthOf(const TNuDOMNode& node) noexcept {
     std::int64_t depth = 0;
-    for (const TNuDOMElement* element = NodeAccess::parentElement(node); element != nullptr;
-         element = NodeAccess::parentElement(*element)) {
+    for (const TNuDOMElement* element = NodeLinks::parentElement(node); element != nullptr;
+         element = NodeLinks::parentElement(*element)) {
         ++depth;
     }
     return depth;
 }
 
 void checkWritable(const TNuDOMNode& node, bool formatted) {
-    if (formatted && NodeAccess::is<TNuDOMCDATA>(node) &&
-        NodeAccess::parentElement(node) == nullptr) {
+    if (formatted && is<TNuDOMCDATA>(node) && NodeLinks::parentElement(node) == nullptr) {
         raiseInvalidCast(TNuDOMElement::Class.name);
     }
 }
@@ -95,7 +96,7 @@ void checkWritable(const TNuDOMNode& node, bool formatted) {
 void saveWide(const TNuDOMNode& node, host::TStream& stream, WriteOptions options) {
     checkWritable(node, options.formatted);
     // Deliberate: a document puts a mark at the start of a file by itself, in memory it does not.
-    options.marked = options.marked || (NodeAccess::is<TNuDOMDocument>(node) &&
+    options.marked = options.marked || (is<TNuDOMDocument>(node) &&
                                         dynamic_cast<host::TFileStream*>(&stream) != nullptr &&
                                         stream.GetPosition() == 0);
     WideStreamTarget target(stream);

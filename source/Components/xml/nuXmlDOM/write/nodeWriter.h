@@ -6,7 +6,10 @@
 
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/element.h"
-#include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/core/nodeContext.h"
+#include "nuXmlDOM/core/nodeLinks.h"
+#include "nuXmlDOM/core/nodeText.h"
+#include "nuXmlDOM/upkeep/treeWalk.h"
 #include "nuXmlDOM/values/preserveSpace.h"
 #include "nuXmlDOM/write/output.h"
 #include "nuXmlDOM/write/pageCharacters.h"
@@ -33,8 +36,8 @@ public:
 
     /// The prolog, then the document element.
     void writeDocument(const TNuDOMDocument& document) {
-        for (const TNuDOMNode* node = NodeAccess::children(document)->first(); node != nullptr;
-             node = NodeAccess::next(*node)) {
+        for (const TNuDOMNode* node = childrenOf(document)->first(); node != nullptr;
+             node = NodeLinks::next(*node)) {
             writeLeaf(*node);
         }
         if (const TNuDOMElement* root = document.GetRootNode()) {
@@ -61,14 +64,14 @@ public:
                 }
             }
             // 2. On, after the end of each element that has no more children.
-            while (node != &root && NodeAccess::next(*node) == nullptr) {
-                node = NodeAccess::parent(*node);
+            while (node != &root && NodeLinks::next(*node) == nullptr) {
+                node = NodeLinks::parent(*node);
                 closeElement(static_cast<const TNuDOMElement&>(*node));
             }
             if (node == &root) {
                 return;
             }
-            node = NodeAccess::next(*node);
+            node = NodeLinks::next(*node);
         }
     }
 
@@ -88,7 +91,7 @@ private:
         if (spaceName_ != nullptr) {
             enterSpace(element);
         }
-        const auto& name = characters_.name(NodeAccess::name(element));
+        const auto& name = characters_.name(NodeContext::name(element));
         if (isBroken()) {
             if (out_.breaksBeforeElement()) {
                 out_.put("\r\n", indentation(level_), "<", name);
@@ -119,7 +122,7 @@ private:
 
     void closeElement(const TNuDOMElement& element) {
         --level_;
-        const auto& name = characters_.name(NodeAccess::name(element));
+        const auto& name = characters_.name(NodeContext::name(element));
         if (hasElements_ && isBroken()) {
             out_.put("\r\n", indentation(level_), "</", name, ">");
         } else {
@@ -129,8 +132,8 @@ private:
     }
 
     void writeAttribute(const TNuDOMAttribute& attribute) {
-        const auto& name = characters_.name(NodeAccess::name(attribute));
-        const StoredText& value = NodeAccess::stored(attribute);
+        const auto& name = characters_.name(NodeContext::name(attribute));
+        const StoredText& value = NodeText::stored(attribute);
         if (value.isNarrow()) [[likely]] {
             out_.put(" ", name, "=\"", characters_.value(value.bytes()), "\"");
         } else {
@@ -144,7 +147,7 @@ private:
             return writeAttribute(static_cast<const TNuDOMAttribute&>(node));
         case host::TEXT_NODE:
             return out_.putText(
-                characters_.text(NodeAccess::stored(static_cast<const TNuDOMText&>(node))));
+                characters_.text(NodeText::stored(static_cast<const TNuDOMText&>(node))));
         case host::CDATA_SECTION_NODE:
             return writeCData(static_cast<const TNuDOMCDATA&>(node));
         case host::COMMENT_NODE:
@@ -155,7 +158,7 @@ private:
     }
 
     void writeCData(const TNuDOMCDATA& section) {
-        const auto& text = characters_.section(NodeAccess::stored(section));
+        const auto& text = characters_.section(NodeText::stored(section));
         if (isBroken()) {
             out_.put("\r\n", indentation(level_), "<![CDATA[", text, "]]>\r\n",
                      indentation(level_ - 1));
@@ -170,7 +173,7 @@ private:
         if (breaksLeaves()) {
             out_.put("\r\n", indentation(preserves_ ? 0 : level_));
         }
-        out_.put("<!--", characters_.comment(NodeAccess::stored(comment)), "-->");
+        out_.put("<!--", characters_.comment(NodeText::stored(comment)), "-->");
     }
 
     void writeInstruction(const TNuDOMProcessingInstruction& instruction) {
@@ -178,8 +181,8 @@ private:
         if (breaksLeaves() && out_.breaksBeforeInstruction()) {
             out_.put("\r\n", indentation(preserves_ ? 0 : level_));
         }
-        out_.put("<?", characters_.name(NodeAccess::name(instruction)), " ",
-                 characters_.instruction(NodeAccess::stored(instruction)), "?>");
+        out_.put("<?", characters_.name(NodeContext::name(instruction)), " ",
+                 characters_.instruction(NodeText::stored(instruction)), "?>");
     }
 
     [[nodiscard]] Indentation indentation(std::int64_t level) const noexcept {
@@ -198,7 +201,7 @@ private:
     /// among them and no text.
     static bool holdsElementsOnly(const TNuDOMNode& first) noexcept {
         bool holdsElement = false;
-        for (const TNuDOMNode* node = &first; node != nullptr; node = NodeAccess::next(*node)) {
+        for (const TNuDOMNode* node = &first; node != nullptr; node = NodeLinks::next(*node)) {
             const auto type = node->get_nodeType();
             if (type == host::TEXT_NODE || type == host::CDATA_SECTION_NODE) {
                 return false;

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "nuXmlDOM/storage/nameTable.h"
+#include "nuXmlDOM/storage/nodeName.h"
 #include "nuXmlDOM/storage/storedText.h"
 
 /// \file

@@ -8,7 +8,7 @@
 
 #include "common/utf8.h"
 #include "nuXmlDOM/storage/asciiText.h"
-#include "nuXmlDOM/storage/nameTable.h"
+#include "nuXmlDOM/storage/nodeName.h"
 #include "nuXmlDOM/storage/storedText.h"
 
 /// \file

@@ -4,7 +4,11 @@
 #include "common/codePage.h"
 #include "common/utf8.h"
 #include "nuXmlDOM/core/document.h"
-#include "nuXmlDOM/core/nodeAccess.h"
+#include "nuXmlDOM/core/nodeContext.h"
+#include "nuXmlDOM/core/nodeKinds.h"
+#include "nuXmlDOM/core/nodeLinks.h"
+#include "nuXmlDOM/core/nodeText.h"
+#include "nuXmlDOM/upkeep/treeWalk.h"
 
 namespace nu {
 
@@ -20,10 +24,10 @@ constexpr std::uint32_t codePageAscii = 20127;
 
 /// The first instruction right below a document that is a declaration by its target.
 const TNuDOMProcessingInstruction* findDeclaration(const TNuDOMDocument& document) {
-    const TNuDOMNode* node = NodeAccess::children(document)->first();
-    for (; node != nullptr; node = NodeAccess::next(*node)) {
-        if (NodeAccess::is<TNuDOMProcessingInstruction>(*node) &&
-            NuEqualFolded(NodeAccess::name(*node).qualified(), declarationTarget)) {
+    const TNuDOMNode* node = childrenOf(document)->first();
+    for (; node != nullptr; node = NodeLinks::next(*node)) {
+        if (is<TNuDOMProcessingInstruction>(*node) &&
+            NuEqualFolded(NodeContext::name(*node).qualified(), declarationTarget)) {
             break;
         }
     }
@@ -31,7 +35,7 @@ const TNuDOMProcessingInstruction* findDeclaration(const TNuDOMDocument& documen
 }
 
 NuXmlString dataOf(const TNuDOMProcessingInstruction* declaration) {
-    return declaration != nullptr ? NodeAccess::stored(*declaration).toString() : NuXmlString();
+    return declaration != nullptr ? NodeText::stored(*declaration).toString() : NuXmlString();
 }
 
 /// The page whose bytes are what a declaration promises, on a system that writes UTF-8.
