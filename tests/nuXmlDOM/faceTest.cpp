@@ -116,6 +116,79 @@ TEST(Face, TakesTextInEitherEncoding) {
     EXPECT_EQ(stream.str(), "<b>" + longText + "ä</b>");
 }
 
+// What is done in UTF-8 leaves the same document, and gives the same, as what is done in UTF-16.
+TEST(Face, TakesUtf8WhereverItTakesUtf16) {
+    constexpr auto xml = u"<r xmlns='u:木' xmlns:ä='u:ä' ä:k='木'><a>1</a><ä:b/></r>";
+    using Root = TNuDOMElement;
+    const auto had = [](const auto* node) {
+        return std::string(node != nullptr ? "there" : "none");
+    };
+    const auto wide = [](const NuXmlString& text) { return NuToUtf8(text); };
+    const struct {
+        std::function<std::string(Root&)> narrow, wide;
+    } rows[] = {
+        {[&](Root& r) { return r.getAttributeNS("u:ä", "k"); },
+         [&](Root& r) { return wide(r.getAttributeNS(u"u:ä", u"k")); }},
+        {[&](Root& r) { return r.AttributeByName("k", "u:ä", {}); },
+         [&](Root& r) { return wide(r.AttributeByName(u"k", u"u:ä", {})); }},
+        {[&](Root& r) { return had(r.getAttributeNodeNS("u:ä", "k")); },
+         [&](Root& r) { return had(r.getAttributeNodeNS(u"u:ä", u"k")); }},
+        {[&](Root& r) { return had(std::as_const(r).getAttributeNodeNS("u:ä", "none")); },
+         [&](Root& r) { return had(std::as_const(r).getAttributeNodeNS(u"u:ä", u"none")); }},
+        {[&](Root& r) { return had(r.getAttributeNodeObj("ü", soCreate)); },
+         [&](Root& r) { return had(r.getAttributeNodeObj(u"ü", soCreate)); }},
+        {[&](Root& r) { return had(r.getAttributeNodeObj("n", "u:ä", soCreate)); },
+         [&](Root& r) { return had(r.getAttributeNodeObj(u"n", u"u:ä", soCreate)); }},
+        {[&](Root& r) { return had(r.AttribNodeByName("Ä:K", soCaseInsensitive)); },
+         [&](Root& r) { return had(r.AttribNodeByName(u"Ä:K", soCaseInsensitive)); }},
+        {[&](Root& r) { return had(r.FindNamespace("u:ä", "ä", true)); },
+         [&](Root& r) { return had(r.FindNamespace(u"u:ä", u"ä", true)); }},
+        {[&](Root& r) { return std::to_string(r.HasAttributeNS("u:ä", "k")); },
+         [&](Root& r) { return std::to_string(r.HasAttributeNS(u"u:ä", u"k")); }},
+        {[&](Root& r) { return r.removeAttributeNS("u:ä", "k"), ""; },
+         [&](Root& r) { return r.removeAttributeNS(u"u:ä", u"k"), ""; }},
+        {[&](Root& r) { return r.InsertElement("ö", "u:ö", rdpFirst, nullptr).Name(); },
+         [&](Root& r) { return r.InsertElement(u"ö", u"u:ö", rdpFirst, nullptr).Name(); }},
+        {[&](Root& r) { return r.InsertComment("木", rdpFirst, nullptr).Text(); },
+         [&](Root& r) { return r.InsertComment(u"木", rdpFirst, nullptr).Text(); }},
+        {[&](Root& r) { return r.InsertCDATA("<木>", rdpLast, nullptr).Text(); },
+         [&](Root& r) { return r.InsertCDATA(u"<木>", rdpLast, nullptr).Text(); }},
+        {[&](Root& r) { return had(r.GetChildElement("b", "u:ä", {})); },
+         [&](Root& r) { return had(r.GetChildElement(u"b", u"u:ä", {})); }},
+        {[&](Root& r) { return wide(r.GetValueEx("a").AsString()); },
+         [&](Root& r) { return wide(r.GetValueEx(u"a").AsString()); }},
+        {[&](Root& r) { return had(r.RemoveElement("b", "u:ä").get()); },
+         [&](Root& r) { return had(r.RemoveElement(u"b", u"u:ä").get()); }},
+        {[&](Root& r) { return std::to_string(r.getElementsByTagNameNS("u:木", "a")->Count()); },
+         [&](Root& r) { return std::to_string(r.getElementsByTagNameNS(u"u:木", u"a")->Count()); }},
+        {[&](Root& r) { return r.set_prefix("ä"), ""; },
+         [&](Root& r) { return r.set_prefix(u"ä"), ""; }},
+        {[&](Root& r) { return had(r.get_attributes().getNamedItemNS("u:ä", "k")); },
+         [&](Root& r) { return had(r.get_attributes().getNamedItemNS(u"u:ä", u"k")); }},
+        {[&](Root& r) { return had(r.get_attributes().removeNamedItem("ä:k").get()); },
+         [&](Root& r) { return had(r.get_attributes().removeNamedItem(u"ä:k").get()); }},
+        {[&](Root& r) { return had(r.get_attributes().removeNamedItemNS("u:ä", "k").get()); },
+         [&](Root& r) { return had(r.get_attributes().removeNamedItemNS(u"u:ä", u"k").get()); }},
+        {[&](Root& r) { return r.get_ownerDocument()->createElementNS("u:ä", "ä:x")->Name(); },
+         [&](Root& r) { return r.get_ownerDocument()->createElementNS(u"u:ä", u"ä:x")->Name(); }},
+        {[&](Root& r) { return r.get_ownerDocument()->createAttributeNS("u:ä", "ä:x")->Name(); },
+         [&](Root& r) { return r.get_ownerDocument()->createAttributeNS(u"u:ä", u"ä:x")->Name(); }},
+    };
+    for (std::size_t row = 0; row < std::size(rows); ++row) {
+        SCOPED_TRACE(row);
+        const auto narrow = NuParseDocument(xml);
+        const auto other = NuParseDocument(xml);
+        EXPECT_EQ(rows[row].narrow(*narrow->GetRootNode()), rows[row].wide(*other->GetRootNode()));
+        EXPECT_EQ(narrow->Xml(), other->Xml());
+    }
+    EXPECT_TRUE(NuGetDOMDocument("<ä/>"));
+    const auto document = TNuDOMDocument::Create();
+    EXPECT_TRUE(document->load("<ä/>"));
+    EXPECT_EQ(document->Xml(), "<ä/>");
+    static_assert(std::is_same_v<decltype(std::as_const(*document).get_ownerDocument()),
+                                 const TNuDOMDocument*>);
+}
+
 TEST(Face, RefusesMalformedUtf8AndChangesNothing) {
     const std::string cutShort = std::string(70, 'x') + "\xE6\x9C";
     const auto document = NuParseDocument("<a>old</a>");

@@ -22,5 +22,5 @@ NUXML_API void NuStrToXML(const char16_t* text, std::size_t length, TNuStringStr
 /// streams keeps them.
 [[nodiscard]] NUXML_API std::u16string NuStrToXML(std::u16string_view text);
 
-/// The escaped form of 8-bit text. NUL characters stay.
+/// The escaped form of 8-bit text, UTF-8 included. NUL characters stay.
 [[nodiscard]] NUXML_API std::string NuStrToXML(std::string_view text);

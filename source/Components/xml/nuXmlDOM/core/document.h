@@ -114,6 +114,11 @@ public:
     /// declarations in scope decide where it stands.
     [[nodiscard]] NuRef<TNuDOMElement> createElementNS(std::u16string_view namespaceURI,
                                                        std::u16string_view qualifiedName);
+    /// The same in UTF-8.
+    [[nodiscard]] NuRef<TNuDOMElement> createElementNS(const TNuUtf8Text& namespaceURI,
+                                                       const TNuUtf8Text& qualifiedName) {
+        return createElementNS(namespaceURI.view(), qualifiedName.view());
+    }
     /// An attribute with an empty value; TNuDOMElement::setAttributeNode puts it on an element.
     [[nodiscard]] NuRef<TNuDOMAttribute> createAttribute(std::u16string_view name);
     /// The same in UTF-8.
@@ -123,6 +128,11 @@ public:
     /// The same by its qualified name; the URI is only noted, as for createElementNS.
     [[nodiscard]] NuRef<TNuDOMAttribute> createAttributeNS(std::u16string_view namespaceURI,
                                                            std::u16string_view qualifiedName);
+    /// The same in UTF-8.
+    [[nodiscard]] NuRef<TNuDOMAttribute> createAttributeNS(const TNuUtf8Text& namespaceURI,
+                                                           const TNuUtf8Text& qualifiedName) {
+        return createAttributeNS(namespaceURI.view(), qualifiedName.view());
+    }
     /// A text; `data` is what is meant, and escaped where it is written.
     [[nodiscard]] NuRef<TNuDOMText> createTextNode(std::u16string_view data);
     /// The same in UTF-8.
@@ -227,6 +237,11 @@ public:
     /// The same by local name and resolved namespace.
     [[nodiscard]] NuRef<TNuDOMElementList> getElementsByTagNameNS(std::u16string_view namespaceURI,
                                                                   std::u16string_view localName);
+    /// The same in UTF-8.
+    [[nodiscard]] NuRef<TNuDOMElementList> getElementsByTagNameNS(const TNuUtf8Text& namespaceURI,
+                                                                  const TNuUtf8Text& localName) {
+        return getElementsByTagNameNS(namespaceURI.view(), localName.view());
+    }
     /// A new list of the elements at `path`, in the order of selection.
     [[nodiscard]] NuRef<TNuDOMElementList> CreateElementList(std::u16string_view path,
                                                              TNuDOMSelectOptions options = {});
@@ -270,6 +285,8 @@ public:
     bool loadxml(const TNuUtf8Text& xml) { return loadxml(xml.view()); }
     /// XML text (it begins with "<"), the name of a file, or a stream.
     bool load(const host::DOMSource& source);
+    /// XML text or the name of a file, in UTF-8.
+    bool load(const TNuUtf8Text& source) { return load(source.view()); }
     /// The same, read as the XML standard means it: what is not well-formed throws ENuXmlFault.
     /// `report`, if there is one, receives what was wrong, the fatal fault included.
     bool LoadFromFile(const std::filesystem::path& fileName, const TNuConformingOptions& options,
@@ -289,6 +306,11 @@ public:
     /// See LoadFromFile with options and load.
     bool load(const host::DOMSource& source, const TNuConformingOptions& options,
               TNuLoadReport* report = nullptr);
+    /// The same in UTF-8.
+    bool load(const TNuUtf8Text& source, const TNuConformingOptions& options,
+              TNuLoadReport* report = nullptr) {
+        return load(source.view(), options, report);
+    }
     /// Read by the rules of the reader alone, which forgives much and tells the report.
     bool LoadFromFile(const std::filesystem::path& fileName, TNuLoadReport& report);
     /// See LoadFromFile with a report. The stream is read from its position on.
@@ -301,6 +323,10 @@ public:
     }
     /// See LoadFromFile with a report and load.
     bool load(const host::DOMSource& source, TNuLoadReport& report);
+    /// The same in UTF-8.
+    bool load(const TNuUtf8Text& source, TNuLoadReport& report) {
+        return load(source.view(), report);
+    }
     /// Always 0: loading is done when the call is.
     [[nodiscard]] std::int32_t asyncLoadState() const noexcept { return 0; }
     /// Whether the document is being loaded.
@@ -340,8 +366,10 @@ public:
     /// Replaces the file when everything is written; after a failure the old file is there as it
     /// was. Begins with a byte-order mark.
     void SaveToFile(const std::filesystem::path& fileName, bool formatted = false);
-    /// The same, not formatted; `fileName` is in UTF-16, for callers that have it so.
+    /// The same, not formatted, for callers that have the name of the file as UTF-16.
     void save(std::u16string_view fileName);
+    /// The same in UTF-8.
+    void save(const TNuUtf8Text& fileName) { save(fileName.view()); }
     /// @}
 
     /// \name Limits

@@ -54,6 +54,11 @@ public:
     FindNamespace(std::u16string_view uri, std::u16string_view prefix, bool recursive) const {
         return const_cast<TNuDOMElement&>(*this).FindNamespace(uri, prefix, recursive);
     }
+    /// The same in UTF-8.
+    [[nodiscard]] TNuDOMAttribute* FindNamespace(const TNuUtf8Text& uri, const TNuUtf8Text& prefix,
+                                                 bool recursive) {
+        return FindNamespace(uri.view(), prefix.view(), recursive);
+    }
     /// @}
 
     /// \name Attributes
@@ -63,12 +68,27 @@ public:
     /// The attribute of that qualified name; with soIgnoreNamespace prefixes are not compared.
     TNuDOMAttribute* getAttributeNodeObj(std::u16string_view name,
                                          TNuDOMSelectOptions options = {});
+    /// The same in UTF-8.
+    TNuDOMAttribute* getAttributeNodeObj(const TNuUtf8Text& name,
+                                         TNuDOMSelectOptions options = {}) {
+        return getAttributeNodeObj(name.view(), options);
+    }
     /// By local name and resolved namespace. soIgnoreNamespace changes nothing.
     TNuDOMAttribute* getAttributeNodeObj(std::u16string_view localName,
                                          std::u16string_view namespaceURI,
                                          TNuDOMSelectOptions options);
+    /// The same in UTF-8.
+    TNuDOMAttribute* getAttributeNodeObj(const TNuUtf8Text& localName,
+                                         const TNuUtf8Text& namespaceURI,
+                                         TNuDOMSelectOptions options) {
+        return getAttributeNodeObj(localName.view(), namespaceURI.view(), options);
+    }
     /// As getAttributeNodeObj.
     TNuDOMAttribute* AttribNodeByName(std::u16string_view name, TNuDOMSelectOptions options = {});
+    /// The same in UTF-8.
+    TNuDOMAttribute* AttribNodeByName(const TNuUtf8Text& name, TNuDOMSelectOptions options = {}) {
+        return AttribNodeByName(name.view(), options);
+    }
     /// The value, "" without the attribute.
     NuXmlString AttributeByName(std::u16string_view name, TNuDOMSelectOptions options = {});
     /// The same in UTF-8.
@@ -76,6 +96,11 @@ public:
     /// The value of the attribute of that local name and resolved namespace, "" without it.
     NuXmlString AttributeByName(std::u16string_view localName, std::u16string_view namespaceURI,
                                 TNuDOMSelectOptions options);
+    /// The same in UTF-8.
+    std::string AttributeByName(const TNuUtf8Text& localName, const TNuUtf8Text& namespaceURI,
+                                TNuDOMSelectOptions options) {
+        return textOf(getAttributeNodeObj(localName, namespaceURI, options));
+    }
 
     /// The value, references resolved; "" without the attribute, see HasAttribute.
     [[nodiscard]] NuXmlString getAttribute(std::u16string_view name) const;
@@ -97,6 +122,11 @@ public:
     /// get_namespaceURI, "" stands for no namespace.
     [[nodiscard]] NuXmlString getAttributeNS(std::u16string_view namespaceURI,
                                              std::u16string_view localName) const;
+    /// The same in UTF-8.
+    [[nodiscard]] std::string getAttributeNS(const TNuUtf8Text& namespaceURI,
+                                             const TNuUtf8Text& localName) const {
+        return textOf(getAttributeNodeNS(namespaceURI, localName));
+    }
     /// The attribute of that local name and namespace; null without it. Which namespace an
     /// attribute is in the declarations in scope decide, see TNuDOMAttribute::get_namespaceURI.
     [[nodiscard]] TNuDOMAttribute* getAttributeNodeNS(std::u16string_view namespaceURI,
@@ -104,6 +134,16 @@ public:
     /// The same for a constant one; what comes out is constant, too.
     [[nodiscard]] const TNuDOMAttribute* getAttributeNodeNS(std::u16string_view namespaceURI,
                                                             std::u16string_view localName) const;
+    /// The same in UTF-8.
+    [[nodiscard]] TNuDOMAttribute* getAttributeNodeNS(const TNuUtf8Text& namespaceURI,
+                                                      const TNuUtf8Text& localName) {
+        return getAttributeNodeNS(namespaceURI.view(), localName.view());
+    }
+    /// The same in UTF-8.
+    [[nodiscard]] const TNuDOMAttribute* getAttributeNodeNS(const TNuUtf8Text& namespaceURI,
+                                                            const TNuUtf8Text& localName) const {
+        return getAttributeNodeNS(namespaceURI.view(), localName.view());
+    }
     /// Whether there is an attribute of exactly that qualified name.
     [[nodiscard]] bool HasAttribute(std::u16string_view name) const;
     /// The same in UTF-8.
@@ -113,6 +153,11 @@ public:
     /// Whether there is an attribute of that local name and namespace.
     [[nodiscard]] bool HasAttributeNS(std::u16string_view namespaceURI,
                                       std::u16string_view localName) const;
+    /// The same in UTF-8.
+    [[nodiscard]] bool HasAttributeNS(const TNuUtf8Text& namespaceURI,
+                                      const TNuUtf8Text& localName) const {
+        return HasAttributeNS(namespaceURI.view(), localName.view());
+    }
     /// Sets the value of the attribute of exactly that qualified name, which is made behind the
     /// others where it is missing. Throws for a name as set_nodeName does.
     void setAttribute(std::u16string_view name, std::u16string_view value);
@@ -146,6 +191,10 @@ public:
     void removeAttribute(const TNuUtf8Text& name) { removeAttribute(name.view()); }
     /// Takes out the attribute of that local name and namespace; nothing happens without it.
     void removeAttributeNS(std::u16string_view namespaceURI, std::u16string_view localName);
+    /// The same in UTF-8.
+    void removeAttributeNS(const TNuUtf8Text& namespaceURI, const TNuUtf8Text& localName) {
+        removeAttributeNS(namespaceURI.view(), localName.view());
+    }
     /// Deliberate: takes away the first attribute of this one's name, even if that is another.
     void removeAttributeNode(const TNuDOMAttribute& attribute);
 
@@ -190,6 +239,11 @@ public:
     /// The same; `namespaceURI` is noted as AddElement does.
     TNuDOMElement& InsertElement(std::u16string_view name, std::u16string_view namespaceURI,
                                  TNuDOMPosition position, TNuDOMNode* reference);
+    /// The same in UTF-8.
+    TNuDOMElement& InsertElement(const TNuUtf8Text& name, const TNuUtf8Text& namespaceURI,
+                                 TNuDOMPosition position, TNuDOMNode* reference) {
+        return InsertElement(name.view(), namespaceURI.view(), position, reference);
+    }
     /// A comment behind the other children. Throws for its text as TNuDOMComment::set_nodeValue
     /// does.
     TNuDOMComment& AddComment(std::u16string_view text);
@@ -199,6 +253,11 @@ public:
     /// TNuDOMComment::set_nodeValue does.
     TNuDOMComment& InsertComment(std::u16string_view text, TNuDOMPosition position,
                                  TNuDOMNode* reference);
+    /// The same in UTF-8.
+    TNuDOMComment& InsertComment(const TNuUtf8Text& text, TNuDOMPosition position,
+                                 TNuDOMNode* reference) {
+        return InsertComment(text.view(), position, reference);
+    }
     /// A CDATA section behind the other children. Throws for its text as TNuDOMCDATA::set_nodeValue
     /// does.
     TNuDOMCDATA& AddCDATA(std::u16string_view text);
@@ -208,6 +267,11 @@ public:
     /// TNuDOMCDATA::set_nodeValue does.
     TNuDOMCDATA& InsertCDATA(std::u16string_view text, TNuDOMPosition position,
                              TNuDOMNode* reference);
+    /// The same in UTF-8.
+    TNuDOMCDATA& InsertCDATA(const TNuUtf8Text& text, TNuDOMPosition position,
+                             TNuDOMNode* reference) {
+        return InsertCDATA(text.view(), position, reference);
+    }
     /// A text behind the children that are there: for elements that hold texts and elements.
     TNuDOMText& AddText(const TNuText& text);
     /// @}
@@ -228,6 +292,11 @@ public:
     /// name, the new element is in another namespace and is not found again.
     TNuDOMElement* GetChildElement(std::u16string_view name, std::u16string_view namespaceURI,
                                    TNuDOMSelectOptions options);
+    /// The same in UTF-8.
+    TNuDOMElement* GetChildElement(const TNuUtf8Text& name, const TNuUtf8Text& namespaceURI,
+                                   TNuDOMSelectOptions options) {
+        return GetChildElement(name.view(), namespaceURI.view(), options);
+    }
     /// The only element at `path`, without regard to letter case and namespace. Throws when there
     /// is none, or more than one.
     TNuDOMElement& GetChildElementEx(std::u16string_view path);
@@ -237,6 +306,8 @@ public:
     }
     /// The typed value of that element, see GetVarValue.
     host::Variant GetValueEx(std::u16string_view path);
+    /// The same in UTF-8.
+    host::Variant GetValueEx(const TNuUtf8Text& path) { return GetValueEx(path.view()); }
     /// Takes the first child element of that name out of the tree; an empty handle without one.
     NuRef<TNuDOMElement> RemoveElement(std::u16string_view name);
     /// The same in UTF-8.
@@ -245,6 +316,10 @@ public:
     }
     /// The same by local name and resolved namespace.
     NuRef<TNuDOMElement> RemoveElement(std::u16string_view name, std::u16string_view namespaceURI);
+    /// The same in UTF-8.
+    NuRef<TNuDOMElement> RemoveElement(const TNuUtf8Text& name, const TNuUtf8Text& namespaceURI) {
+        return RemoveElement(name.view(), namespaceURI.view());
+    }
     /// Takes the element out of the tree, whatever its parent is.
     NuRef<TNuDOMElement> RemoveElement(TNuDOMElement& element);
 
@@ -293,6 +368,11 @@ public:
     /// The elements below this one of that local name and resolved namespace.
     [[nodiscard]] NuRef<TNuDOMElementList> getElementsByTagNameNS(std::u16string_view namespaceURI,
                                                                   std::u16string_view localName);
+    /// The same in UTF-8.
+    [[nodiscard]] NuRef<TNuDOMElementList> getElementsByTagNameNS(const TNuUtf8Text& namespaceURI,
+                                                                  const TNuUtf8Text& localName) {
+        return getElementsByTagNameNS(namespaceURI.view(), localName.view());
+    }
     /// @}
 
     /// \name Text
@@ -416,6 +496,10 @@ private:
     ~TNuDOMElement() = default;
     friend class nu::ElementLinks;
 
+    /// The value in UTF-8, "" without an attribute.
+    [[nodiscard]] static std::string textOf(const TNuDOMAttribute* attribute) {
+        return attribute != nullptr ? attribute->Text() : std::string();
+    }
     void _addChild(TNuDOMNode& child, TNuDOMPosition position, TNuDOMNode* reference) override;
     void _removeChild(TNuDOMNode& child) override;
     void linkAttribute(TNuDOMNode& attribute, TNuDOMNode* place) noexcept;

@@ -73,7 +73,11 @@ public:
     /// The class of the node; its name is what messages call the node.
     [[nodiscard]] const TNuDOMNodeClass& NodeClass() const noexcept;
     /// The document of the node; the document is its own.
-    [[nodiscard]] TNuDOMDocument* get_ownerDocument() const noexcept { return OwnerDocument(); }
+    [[nodiscard]] TNuDOMDocument* get_ownerDocument() noexcept { return OwnerDocument(); }
+    /// The same of a constant node.
+    [[nodiscard]] const TNuDOMDocument* get_ownerDocument() const noexcept {
+        return OwnerDocument();
+    }
     /// Whether the feature is "xml" and the version "1.0" or "2.0", in any letter case.
     /// Deliberate: an empty version is no version, although W3C takes it for any.
     [[nodiscard]] bool supports(std::u16string_view feature, std::u16string_view version) const;
@@ -110,6 +114,8 @@ public:
     /// Changes the prefix; an empty one takes it away. Throws ENuDomInvalidCharacter when it holds
     /// a colon or a space; the node is then left with a prefix that is empty but there (":name").
     void set_prefix(std::u16string_view prefix);
+    /// The same in UTF-8.
+    void set_prefix(const TNuUtf8Text& prefix) { set_prefix(prefix.view()); }
     /// The names from the document element down to the node, each behind a "/": "/library/book". A
     /// node outside of the tree starts with the bare name of the outermost node.
     [[nodiscard]] NuXmlString NodePath(bool localNamesOnly) const;

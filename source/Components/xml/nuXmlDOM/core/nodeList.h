@@ -198,12 +198,26 @@ public:
     /// The first attribute of that namespace and local name, or null.
     [[nodiscard]] TNuDOMAttribute* getNamedItemNS(std::u16string_view namespaceURI,
                                                   std::u16string_view localName) const;
+    /// The same in UTF-8.
+    [[nodiscard]] TNuDOMAttribute* getNamedItemNS(const TNuUtf8Text& namespaceURI,
+                                                  const TNuUtf8Text& localName) const {
+        return getNamedItemNS(namespaceURI.view(), localName.view());
+    }
     /// Takes the attribute from its element; it goes when the handle is dropped and nobody else
     /// holds it. An empty handle when there is none.
     NuRef<TNuDOMAttribute> removeNamedItem(std::u16string_view name);
+    /// The same in UTF-8.
+    NuRef<TNuDOMAttribute> removeNamedItem(const TNuUtf8Text& name) {
+        return removeNamedItem(name.view());
+    }
     /// The same by namespace and local name.
     NuRef<TNuDOMAttribute> removeNamedItemNS(std::u16string_view namespaceURI,
                                              std::u16string_view localName);
+    /// The same in UTF-8.
+    NuRef<TNuDOMAttribute> removeNamedItemNS(const TNuUtf8Text& namespaceURI,
+                                             const TNuUtf8Text& localName) {
+        return removeNamedItemNS(namespaceURI.view(), localName.view());
+    }
     /// Always throws ENuDomNotSupported ("Not implemented"); see TNuDOMElement::setAttributeNode.
     void setNamedItem(TNuDOMNode& node);
     /// Always throws ENuDomNotSupported; see TNuDOMElement::setAttributeNodeNS.

@@ -29,6 +29,10 @@
 
 /// The same as an interface.
 [[nodiscard]] NUXML_API host::Ref<host::IDOMDocument> NuGetDOMDocument(std::u16string_view xml);
+/// The same in UTF-8.
+[[nodiscard]] inline host::Ref<host::IDOMDocument> NuGetDOMDocument(const TNuUtf8Text& xml) {
+    return NuGetDOMDocument(xml.view());
+}
 
 /// A document of what a stream holds from its position on. With `freeStream` the stream is
 /// destroyed, also when loading fails.
@@ -60,6 +64,12 @@ NuCreateDOMDocument(std::u16string_view xml, const TNuConformingOptions& options
 /// The same as an interface.
 NuGetDOMDocument(std::u16string_view xml, const TNuConformingOptions& options,
                  TNuLoadReport* report = nullptr, const TNuDOMLimits& limits = {});
+/// The same in UTF-8.
+[[nodiscard]] inline host::Ref<host::IDOMDocument>
+NuGetDOMDocument(const TNuUtf8Text& xml, const TNuConformingOptions& options,
+                 TNuLoadReport* report = nullptr, const TNuDOMLimits& limits = {}) {
+    return NuGetDOMDocument(xml.view(), options, report, limits);
+}
 [[nodiscard]] NUXML_API host::Ref<host::IDOMDocument>
 /// A document of what a stream holds from its position on, as an interface. With `freeStream` the
 /// stream is destroyed, also when loading fails.
@@ -81,6 +91,11 @@ NuGetDOMDocument(const std::filesystem::path& fileName, std::uint16_t mode,
 /// The same as an interface.
 [[nodiscard]] NUXML_API host::Ref<host::IDOMDocument> NuGetDOMDocument(std::u16string_view xml,
                                                                        TNuLoadReport& report);
+/// The same in UTF-8.
+[[nodiscard]] inline host::Ref<host::IDOMDocument> NuGetDOMDocument(const TNuUtf8Text& xml,
+                                                                    TNuLoadReport& report) {
+    return NuGetDOMDocument(xml.view(), report);
+}
 [[nodiscard]] NUXML_API host::Ref<host::IDOMDocument>
 /// The same for a stream, which is destroyed with `freeStream`, also when loading fails.
 NuGetDOMDocument(host::TStream* stream, bool freeStream, TNuLoadReport& report);
