@@ -39,6 +39,9 @@ TEST(Limits, StopWhatGrowsBeyondThem) {
     const auto nodes = [](TNuDOMLimits& limits, int amount) {
         limits.SelectedNodes = static_cast<std::size_t>(amount);
     };
+    const auto visits = [](TNuDOMLimits& limits, int amount) {
+        limits.VisitedNodes = static_cast<std::uint64_t>(amount);
+    };
     const auto bytes = [](TNuDOMLimits& limits, int amount) {
         limits.OutputBytes = static_cast<std::uint64_t>(amount);
     };
@@ -88,6 +91,12 @@ TEST(Limits, StopWhatGrowsBeyondThem) {
         {nodes, 3, select(u"r[&slash;&slash;a]"), "more than ",
          "More than one instance of \"//a\" was found."},
         {nodes, 3, [](auto& document) { document.SelectSingleNode(u"//a"); }, "more than "},
+        {visits, 3, select(u"r/a/a"), "looks at more than "},
+        {visits, 4, select(u"//a"), "looks at more than "},
+        {visits, 13, select(u"//*"), "looks at more than "}, // 5 contexts, 4 elements twice
+        {visits, 3, [](auto& document) { (void)document.Find(u"*[b]"); }, "looks at more than "},
+        {visits, 6, [](auto& document) { (void)document.Select(u"r/a/a/a/@n"); },
+         "looks at more than "},
         {bytes, 2 * static_cast<int>(chain.size()),
          [](auto& document) { static_cast<void>(document.get_xml()); }, "longer than "},
         {bytes, static_cast<int>(chain.size()), save, "longer than "},

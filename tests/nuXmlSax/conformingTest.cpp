@@ -370,4 +370,42 @@ TEST(Conforming, tellsWhatExpatTells) {
 
 #endif
 
+TEST(Conforming, keepsToItsLimits) {
+    struct Case {
+        std::u16string_view document;
+        std::string_view refusal; ///< with its place; empty where the limits allow it
+    };
+    // Each once in the form in which tags are passed at one go, and once in another.
+    for (const Case& item : {
+             Case{u"<abcd><b><c/></b><b><c/></b><c b=\"123456789\" c=\"\" d=\"\"/></abcd>", ""},
+             Case{u"<a><b><b><c/></b></b></a>",
+                  "1:10 the elements are nested deeper than 3 levels"},
+             Case{u"<a><a><a><a/></a></a></a>",
+                  "1:10 the elements are nested deeper than 3 levels"},
+             Case{u"<a b='' c='' d='' e=''/>", "1:19 an element has more than 3 attributes"},
+             Case{u"<r><a b=\"\" c=\"\" d=\"\"/><a b=\"\" c=\"\"/><a e=\"\"/>"
+                  u"<a b=\"\" c=\"\" d=\"\"/><a b=\"\" c=\"\" d=\"\" e=\"\"/></r>",
+                  "1:83 an element has more than 3 attributes"},
+             Case{u"<!DOCTYPE a [<!ATTLIST a b CDATA ''>]><a c='' d='' e=''/>",
+                  "1:39 an element has more than 3 attributes"},
+             Case{u"<abcde/>", "1:2 a name is longer than 4 characters"},
+             Case{u"<a\u20AC\u20AC\u20AC/>", ""},
+             Case{u"<a b=\"\" abcde=\"\"/>", "1:9 a name is longer than 4 characters"},
+             Case{u"<a><?abcde?></a>", "1:6 a name is longer than 4 characters"},
+             Case{u"<!DOCTYPE abcde><a/>", "1:11 a name is longer than 4 characters"},
+         }) {
+        TNuConformingOptions options;
+        options.limits = {3, 3, 4};
+        TNuStringStream stream(std::u16string(item.document) + std::u16string(200, u'\n'));
+        std::string refusal;
+        try {
+            NuCheckXML(stream, options);
+        } catch (const ENuXmlFault& fault) {
+            refusal = std::to_string(fault.Line()) + ':' + std::to_string(fault.Column()) + ' ' +
+                      support::readable(fault.Message());
+        }
+        EXPECT_EQ(refusal, item.refusal) << support::readable(item.document);
+    }
+}
+
 } // namespace

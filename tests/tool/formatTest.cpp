@@ -67,6 +67,8 @@ const Case cases[] = {
      "standard input:1000001:3: error: The elements are nested deeper than 1000000 levels!\n"},
     {"{ printf '<a'; seq -f ' a%g=\"\"' 100001; printf '/>'; } | nuxml format --raw", 3, "",
      ": error: The element has more than 100000 attributes!\n"},
+    {"yes '<a>' | head -n 1000001 >deep; nuxml tame deep | tail -n 1; nuxml check deep", 3, "<a>\n",
+     "deep:1000001:1: error: the elements are nested deeper than 1000000 levels\n"},
     {"printf '<a%0100000d/>' 0 | nuxml events | tail -n 1", 0,
      "exception              ENuSaxFatalError: The name is longer than 100000 characters!\n",
      ": error: The name is longer than 100000 characters!\n"},

@@ -16,7 +16,9 @@ ExitCode checkInput(Console& console, std::string_view name, bool isQuiet) {
     const std::string_view shown = displayName(name);
     try {
         const Input input = openInput(name, InputReading::BySize, console.progress());
-        NuCheckXML(*input.stream);
+        TNuConformingOptions options;
+        options.limits = inputLimits;
+        NuCheckXML(*input.stream, options);
     } catch (const ENuXmlFault& fault) {
         if (!isQuiet) {
             complainAt(console, shown, {fault.Line(), fault.Column()}, Severity::Error,

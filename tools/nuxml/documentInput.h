@@ -14,7 +14,8 @@
 namespace tool {
 
 /// What a document and the paths in it may grow to before the tool gives up.
-inline constexpr TNuDOMLimits documentLimits{inputLimits, 100'000'000, 32'000'000'000};
+inline constexpr TNuDOMLimits documentLimits{inputLimits, 100'000'000, 32'000'000'000,
+                                             10'000'000'000};
 
 /// An input as a tree, and what a tree does not keep of it.
 struct LoadedDocument {

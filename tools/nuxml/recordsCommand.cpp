@@ -322,6 +322,7 @@ ExitCode runRecords(Console& console, Arguments arguments) {
             takeArgument([&] { return nu::RecordColumns(pathFromArgument(*columns)); });
     }
     // 3. What is read, and by whom.
+    options.reading.reading.limits = inputLimits;
     if (limit) {
         options.reading.sizeLimit = sizeOf(*limit);
     }

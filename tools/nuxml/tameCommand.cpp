@@ -67,6 +67,7 @@ ExitCode runTame(Console& console, Arguments arguments) {
     TNuConformingOptions options = *reading.conforming();
     options.keepLines = false;
     options.keepEncodingName = false;
+    options.limits = inputLimits;
 
     const std::string_view shown = displayName(source);
     const Input input = openInput(source, InputReading::BySize, console.progress());

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "nuObj2Xml/optionSet.h"
-#include "nuXmlSax/limits.h"
+#include "nuXmlParser/limits.h"
 
 /// How objects are read back.
 enum TNuDeserializeOption : std::uint8_t {

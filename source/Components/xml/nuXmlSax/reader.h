@@ -15,10 +15,10 @@
 #include "nuXmlParser/baseParser.h"
 #include "nuXmlParser/conforming/conformingOptions.h"
 #include "nuXmlParser/conforming/sourceForm.h"
+#include "nuXmlParser/limits.h"
 #include "nuXmlSax/attributes.h"
 #include "nuXmlSax/events.h"
 #include "nuXmlSax/features.h"
-#include "nuXmlSax/limits.h"
 #include "nuXmlSax/namespaceList.h"
 #include "nuXmlSax/spaceStack.h"
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <limits>
 
-#include "nuXmlSax/limits.h"
+#include "nuXmlParser/limits.h"
 
 /// \file
 /// What work with a document may grow to.
@@ -21,4 +21,9 @@ struct TNuDOMLimits {
     /// texts such as get_xml count two for a character. More throws ENuDomException; a stream may
     /// have got what comes before.
     std::uint64_t OutputBytes = std::numeric_limits<std::uint64_t>::max();
+    /// Nodes that one selection looks at, each as often as it does, whatever it gives; those that
+    /// the paths in its filters look at among them. This bounds its time. It is looked up behind
+    /// every step from a node, so as many nodes as there are below that may come on top. More
+    /// throws ENuDomException.
+    std::uint64_t VisitedNodes = std::numeric_limits<std::uint64_t>::max();
 };

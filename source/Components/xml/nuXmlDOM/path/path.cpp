@@ -26,8 +26,8 @@ TNuDOMNode& unchanged(const TNuDOMNode& context, TNuDOMSelectOptions options) {
 nu::PathNodes select(const nu::PathProgram& program, TNuDOMNode& context, bool elementsOnly,
                      nu::PathNodes found = {}) {
     checkContext(context);
-    nu::selectNodes(program, context, elementsOnly, found,
-                    context.OwnerDocument()->Limits().SelectedNodes);
+    nu::PathWork work(context.OwnerDocument()->Limits());
+    nu::selectNodes(program, context, elementsOnly, found, work);
     return found;
 }
 

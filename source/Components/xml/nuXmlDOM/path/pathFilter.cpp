@@ -139,12 +139,15 @@ bool FilterTest::operator()(TNuDOMNode& candidate) const {
 
 bool FilterTest::testAttribute(TNuDOMElement& element) const {
     TNuDOMAttribute* found = nullptr;
+    std::uint64_t visits = 0;
     for (TNuDOMAttribute& attribute : element.Attributes()) {
+        ++visits;
         if (name_(attribute)) {
             found = &attribute;
             break;
         }
     }
+    work_.visit(visits);
     if (found == nullptr && (program_.options.has(soCreate) || program_.options.has(soRaise))) {
         // Deliberate: the options go for the lookup too: soCreate makes the attribute on every
         // candidate, and soRaise throws for the first one without it.
@@ -177,13 +180,13 @@ bool FilterTest::findChild(TNuDOMNode& candidate) const {
 }
 
 template <class Test> bool FilterTest::anyChild(TNuDOMNode& candidate, Test&& test) const {
-    for (TNuDOMNode* child = elementFrom(firstOfNamed(candidate)); child != nullptr;
-         child = elementFrom(NodeLinks::next(*child))) {
-        if (name_(*child) && test(*child)) {
-            return true;
-        }
+    std::uint64_t visits = 0;
+    TNuDOMNode* child = elementFrom(firstOfNamed(candidate), visits);
+    while (child != nullptr && !(name_(*child) && test(*child))) {
+        child = elementFrom(NodeLinks::next(*child), visits);
     }
-    return false;
+    work_.visit(visits);
+    return child != nullptr;
 }
 
 PathNodes FilterTest::selectChildren(TNuDOMNode& candidate) const {
@@ -195,8 +198,7 @@ PathNodes FilterTest::selectChildren(TNuDOMNode& candidate) const {
         program = readPath(filter_.name, program_.options);
     }
     PathNodes found;
-    selectNodes(*program, candidate, true, found,
-                candidate.OwnerDocument()->Limits().SelectedNodes);
+    selectNodes(*program, candidate, true, found, work_);
     return found;
 }
 
@@ -206,12 +208,15 @@ bool FilterTest::compareContent(TNuDOMNode& node) const {
     const TNuDOMNode* only = nullptr;
     int count = 0;
     if (const auto* element = as<TNuDOMElement>(&node)) {
+        std::uint64_t visits = 0;
         for (const TNuDOMNode& child : element->ChildNodes()) {
+            ++visits;
             if (is<TNuDOMText>(child)) {
                 only = &child;
                 ++count;
             }
         }
+        work_.visit(visits);
     }
     return count == 1
                ? comparePathValue(filter_, *only)
@@ -219,7 +224,7 @@ bool FilterTest::compareContent(TNuDOMNode& node) const {
 }
 
 void applyFilter(const PathProgram& program, const PathFilter& filter, bool mayRepeat,
-                 PathNodes& nodes, std::size_t first) {
+                 PathNodes& nodes, std::size_t first, PathWork& work) {
     if (nodes.size() == first) {
         return;
     }
@@ -240,7 +245,7 @@ void applyFilter(const PathProgram& program, const PathFilter& filter, bool mayR
     case TNuXPathFilter::ftNodeValue:
         break;
     }
-    const FilterTest test(program, filter, *nodes[first]->OwnerDocument());
+    const FilterTest test(program, filter, *nodes[first]->OwnerDocument(), work);
     const auto isDropped = [&test](TNuDOMNode* node) { return !test(*node); };
     nodes.erase(
         std::remove_if(nodes.begin() + static_cast<std::ptrdiff_t>(first), nodes.end(), isDropped),

@@ -20,6 +20,7 @@ inline constexpr std::u16string_view noCreateForPath =
 
 // ENuDomException
 inline constexpr std::u16string_view tooManyNodes = u"The path selects more than %d nodes!";
+inline constexpr std::u16string_view tooManyVisits = u"The path looks at more than %d nodes!";
 
 // What TNuDOMPath::Complaint tells
 inline constexpr std::u16string_view noSuchInPaths = u"the path language has no %s %s";

@@ -24,11 +24,11 @@ bool isOther(const TNuDOMNode* node) { return !is<TNuDOMElement>(*node); }
 class AlternativeSelection {
 public:
     AlternativeSelection(const PathProgram& program, const PathAlternative& alternative,
-                         TNuDOMDocument& document, std::size_t limit, Wanted wanted)
-        : candidates_(alternative.steps.size()), limit_(limit), wanted_(wanted) {
+                         TNuDOMDocument& document, PathWork& work, Wanted wanted)
+        : candidates_(alternative.steps.size()), work_(work), wanted_(wanted) {
         searches_.reserve(alternative.steps.size());
         for (const PathStep& step : alternative.steps) {
-            searches_.emplace_back(program, step, document);
+            searches_.emplace_back(program, step, document, work);
         }
     }
 
@@ -86,7 +86,7 @@ private:
             search.find(context, nodes);
         }
         /// The next of them; null at the end.
-        TNuDOMNode* take(const StepSearch& search) noexcept {
+        TNuDOMNode* take(StepSearch& search) {
             if (!search.isPlain()) {
                 return next < nodes.size() ? nodes[next++] : nullptr;
             }
@@ -102,9 +102,7 @@ private:
     /// enough to look at the limit.
     void findResults(TNuDOMNode& context, PathNodes& result) {
         searches_.back().find(context, result);
-        if (result.size() > limit_) {
-            throw ENuDomException(host::formatMessage(messages::tooManyNodes, {limit_}));
-        }
+        work_.checkResult(result.size());
     }
 
     [[nodiscard]] bool isEnough(const PathNodes& result) const noexcept {
@@ -115,7 +113,7 @@ private:
 
     std::vector<StepSearch> searches_;
     std::vector<Candidates> candidates_;
-    std::size_t limit_;
+    PathWork& work_;
     Wanted wanted_;
 };
 
@@ -143,13 +141,21 @@ TNuDOMNode& startOf(const PathAlternative& alternative, TNuDOMNode& context,
 
 } // namespace
 
+void PathWork::failVisits() const {
+    throw ENuDomException(host::formatMessage(messages::tooManyVisits, {mostVisits_}));
+}
+
+void PathWork::failResult() const {
+    throw ENuDomException(host::formatMessage(messages::tooManyNodes, {mostNodes_}));
+}
+
 void selectNodes(const PathProgram& program, TNuDOMNode& context, bool elementsOnly,
-                 PathNodes& result, std::size_t limit) {
+                 PathNodes& result, PathWork& work) {
     TNuDOMDocument& document = *context.OwnerDocument();
     for (const PathAlternative& alternative : program.alternatives) {
         TNuDOMNode& start = startOf(alternative, context, document);
         checkOptions(program.options);
-        AlternativeSelection(program, alternative, document, limit, Wanted::all).run(start, result);
+        AlternativeSelection(program, alternative, document, work, Wanted::all).run(start, result);
     }
     if (elementsOnly) {
         result.erase(std::remove_if(result.begin(), result.end(), isOther), result.end());
@@ -159,13 +165,12 @@ void selectNodes(const PathProgram& program, TNuDOMNode& context, bool elementsO
 TNuDOMNode* firstSelected(const PathProgram& program, TNuDOMNode& context, bool elementsOnly) {
     TNuDOMDocument& document = *context.OwnerDocument();
     const Wanted wanted = elementsOnly ? Wanted::firstElement : Wanted::firstNode;
+    PathWork work(document.Limits());
     for (const PathAlternative& alternative : program.alternatives) {
         TNuDOMNode& start = startOf(alternative, context, document);
         checkOptions(program.options);
         PathNodes found;
-        AlternativeSelection(program, alternative, document, document.Limits().SelectedNodes,
-                             wanted)
-            .run(start, found);
+        AlternativeSelection(program, alternative, document, work, wanted).run(start, found);
         const auto first =
             elementsOnly ? std::find_if_not(found.begin(), found.end(), isOther) : found.begin();
         if (first != found.end()) {

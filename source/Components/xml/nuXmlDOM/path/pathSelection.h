@@ -1,21 +1,20 @@
 #pragma once
 
-#include <cstddef>
-#include <limits>
 #include <string_view>
 
 #include "nuXmlDOM/path/pathNodes.h"
 #include "nuXmlDOM/path/pathProgram.h"
+#include "nuXmlDOM/path/pathWork.h"
 
 class TNuDOMElement;
 
 namespace nu {
 
 /// Selects the nodes at `program` from `context`, an element or a document, behind what is in
-/// `result` already. With `elementsOnly` nodes that are no elements are left out at the end. More
-/// than `limit` nodes in the result before that throw ENuDomException.
+/// `result` already. With `elementsOnly` nodes that are no elements are left out at the end. Throws
+/// ENuDomException where `work` says that it is too much.
 void selectNodes(const PathProgram& program, TNuDOMNode& context, bool elementsOnly,
-                 PathNodes& result, std::size_t limit = std::numeric_limits<std::size_t>::max());
+                 PathNodes& result, PathWork& work);
 
 /// The first of the nodes, or of the elements, at `program`; null without one. Looks no further.
 [[nodiscard]] TNuDOMNode* firstSelected(const PathProgram& program, TNuDOMNode& context,

@@ -35,10 +35,13 @@ namespace nu {
     return isLeaf ? nullptr : firstPathChild(context);
 }
 
-/// The first element among a node and those behind it; null without one.
-[[nodiscard]] inline TNuDOMNode* elementFrom(TNuDOMNode* node) noexcept {
-    while (node != nullptr && !is<TNuDOMElement>(*node)) {
-        node = NodeLinks::next(*node);
+/// The first element among a node and those behind it; null without one. Counts what it looks at.
+[[nodiscard]] inline TNuDOMNode* elementFrom(TNuDOMNode* node, std::uint64_t& visits) noexcept {
+    for (; node != nullptr; node = NodeLinks::next(*node)) {
+        ++visits;
+        if (is<TNuDOMElement>(*node)) {
+            break;
+        }
     }
     return node;
 }
@@ -53,14 +56,16 @@ inline void fetchAhead(const TNuDOMNode& node) noexcept {
     __builtin_prefetch(reinterpret_cast<const void*>(ahead + line));
 }
 
-/// The next element below `root` in the order of the document; null at the end.
-[[nodiscard]] inline TNuDOMNode* nextElement(TNuDOMNode& node, const TNuDOMNode& root) noexcept {
+/// The next element below `root` in the order of the document; null at the end. Counts what it
+/// looks at.
+[[nodiscard]] inline TNuDOMNode* nextElement(TNuDOMNode& node, const TNuDOMNode& root,
+                                             std::uint64_t& visits) noexcept {
     // 1. Down.
-    TNuDOMNode* next = elementFrom(firstOfNamed(node));
+    TNuDOMNode* next = elementFrom(firstOfNamed(node), visits);
     // 2. On, else up until it goes on.
     for (TNuDOMNode* from = &node; next == nullptr && from != &root;
          from = NodeLinks::parent(*from)) {
-        next = elementFrom(NodeLinks::next(*from));
+        next = elementFrom(NodeLinks::next(*from), visits);
     }
     return next;
 }

@@ -70,7 +70,8 @@ NuRef<TNuDOMElementList> elementsByName(TNuDOMNode& context, std::u16string_view
 NuRef<TNuDOMElementList> elementsByName(TNuDOMNode& context, std::u16string_view namespaceURI,
                                         std::u16string_view localName) {
     nu::PathNodes found;
-    nu::selectNodes(*nu::readPath(u"//*", {}), context, true, found);
+    nu::PathWork work;
+    nu::selectNodes(*nu::readPath(u"//*", {}), context, true, found, work);
     nu::DeclarationSearch declarations;
     const auto hasNamespace = [&](const TNuDOMElement& element) {
         const TNuDOMAttribute* found = declarations.find(nu::NodeContext::name(element), element);
@@ -130,9 +131,11 @@ TNuDOMElement* TNuDOMDocument::getElementById(std::u16string_view id) {
     }
     // 2. The children of each element, before anything below them. Of an element the first id
     //    counts.
-    for (TNuDOMNode* parent = this; parent != nullptr; parent = nu::nextElement(*parent, *this)) {
-        for (TNuDOMNode* child = nu::elementFrom(nu::firstOfNamed(*parent)); child != nullptr;
-             child = nu::elementFrom(nu::NodeLinks::next(*child))) {
+    std::uint64_t visits = 0; // which nothing bounds
+    for (TNuDOMNode* parent = this; parent != nullptr;
+         parent = nu::nextElement(*parent, *this, visits)) {
+        for (TNuDOMNode* child = nu::elementFrom(nu::firstOfNamed(*parent), visits);
+             child != nullptr; child = nu::elementFrom(nu::NodeLinks::next(*child), visits)) {
             const auto attributes = static_cast<TNuDOMElement*>(child)->Attributes();
             const auto found = std::find_if(attributes.begin(), attributes.end(), isId);
             if (found != attributes.end() && nu::comparePathValue(filter, *found)) {

@@ -26,21 +26,23 @@ void failMistake(PathMistake mistake) {
     }
 }
 
-bool hasText(TNuDOMNode& child) {
+bool hasText(TNuDOMNode& child, std::uint64_t& visits) {
     auto* element = as<TNuDOMElement>(&child);
     if (element == nullptr) {
         return false;
     }
     const auto children = element->ChildNodes();
-    return std::any_of(children.begin(), children.end(), [](const TNuDOMNode& node) {
+    return std::any_of(children.begin(), children.end(), [&visits](const TNuDOMNode& node) {
+        ++visits;
         return is<TNuDOMText>(node) && !node.get_nodeValue().empty();
     });
 }
 
 } // namespace
 
-StepSearch::StepSearch(const PathProgram& program, const PathStep& step, TNuDOMDocument& document)
-    : program_(program), step_(step), document_(document),
+StepSearch::StepSearch(const PathProgram& program, const PathStep& step, TNuDOMDocument& document,
+                       PathWork& work)
+    : program_(program), step_(step), document_(document), work_(work),
       isCreating_(program.options.has(soCreate)),
       mayRepeat_(step.isDeep && (step.test == PathTest::parent || step.test == PathTest::self)),
       isNameExact_(step.test == PathTest::name && !step.name.starts_with(u'#') &&
@@ -56,7 +58,7 @@ StepSearch::StepSearch(const PathProgram& program, const PathStep& step, TNuDOMD
     }
     const PathFilter& filter = step.filters.front();
     if (FilterTest::isPure(program, filter)) {
-        test_.emplace(program, filter, document);
+        test_.emplace(program, filter, document, work);
         keep_ = Keep::tested;
     } else if (filter.kind == TNuXPathFilter::ftLastChildElement && !mayRepeat_) {
         keep_ = Keep::last;
@@ -65,18 +67,21 @@ StepSearch::StepSearch(const PathProgram& program, const PathStep& step, TNuDOMD
 
 void StepSearch::find(TNuDOMNode& context, PathNodes& found) {
     if (isPlain_) {
-        for (TNuDOMNode* node = firstMatch(context); node != nullptr; node = nextMatch(*node)) {
+        for (TNuDOMNode* node = matchBelow(context); node != nullptr;
+             node = matchFrom(NodeLinks::next(*node))) {
             found.push_back(node);
         }
+        settleVisits();
         return;
     }
     failMistake(step_.mistake);
     first_ = found.size();
     // 1. What the step matches, by its first filter if possible.
     match(context, found);
+    settleVisits();
     // 2. The filters that look at all candidates together.
     for (std::size_t index = keep_ == Keep::all ? 0 : 1; index < step_.filters.size(); ++index) {
-        applyFilter(program_, step_.filters[index], mayRepeat_, found, first_);
+        applyFilter(program_, step_.filters[index], mayRepeat_, found, first_, work_);
     }
     // 3. What is missing.
     if (isCreating_ && found.size() == first_) {
@@ -109,8 +114,8 @@ void StepSearch::match(TNuDOMNode& context, PathNodes& found) {
     }
     matchHere(context, found);
     if (step_.isDeep) {
-        for (TNuDOMNode* node = nextElement(context, context); node != nullptr;
-             node = nextElement(*node, context)) {
+        for (TNuDOMNode* node = nextElement(context, context, visits_); node != nullptr;
+             node = nextElement(*node, context, visits_)) {
             matchHere(*node, found);
         }
     }
@@ -125,12 +130,15 @@ bool StepSearch::matchInTreeOrder(TNuDOMNode& context, PathNodes& found) {
     std::size_t closed = 0;
     std::size_t level = 1;
     TNuDOMNode* node = firstOfNamed(context);
+    std::uint64_t visits = 0;
     while (node != nullptr) {
         fetchAhead(*node);
+        ++visits;
         // 1. The node.
         if (isNamed(*node) && isKept(*node)) {
             if (level <= closed) {
                 found.resize(first_);
+                visits_ += visits;
                 return false;
             }
             add(*node, found);
@@ -145,6 +153,7 @@ bool StepSearch::matchInTreeOrder(TNuDOMNode& context, PathNodes& found) {
             while ((next = NodeLinks::next(*node)) == nullptr) {
                 node = NodeLinks::parent(*node);
                 if (node == &context) {
+                    visits_ += visits;
                     return true;
                 }
                 --level;
@@ -159,11 +168,13 @@ void StepSearch::matchHere(TNuDOMNode& context, PathNodes& found) {
     const auto addIf = [&](TNuDOMNode* child, auto&& test) {
         for (; child != nullptr; child = NodeLinks::next(*child)) {
             fetchAhead(*child);
+            ++visits_;
             if (test(*child) && isKept(*child)) {
                 add(*child, found);
             }
         }
     };
+    ++visits_;
     switch (step_.test) {
     case PathTest::everyAttribute:
     case PathTest::attribute:
@@ -185,7 +196,7 @@ void StepSearch::matchHere(TNuDOMNode& context, PathNodes& found) {
         addIf(firstPathChild(context), [](TNuDOMNode&) { return true; });
         return;
     case PathTest::elementWithText:
-        addIf(firstOfNamed(context), hasText);
+        addIf(firstOfNamed(context), [&](TNuDOMNode& child) { return hasText(child, visits_); });
         return;
     case PathTest::name:
         if (!isNameExact_) {
@@ -194,7 +205,8 @@ void StepSearch::matchHere(TNuDOMNode& context, PathNodes& found) {
         }
         [[fallthrough]];
     case PathTest::everyElement:
-        for (TNuDOMNode* child = firstMatch(context); child != nullptr; child = nextMatch(*child)) {
+        for (TNuDOMNode* child = matchBelow(context); child != nullptr;
+             child = matchFrom(NodeLinks::next(*child))) {
             if (isKept(*child)) {
                 add(*child, found);
             }
@@ -209,6 +221,7 @@ void StepSearch::addAttributes(TNuDOMNode& context, PathNodes& found) {
         return;
     }
     for (TNuDOMAttribute& attribute : element->Attributes()) {
+        ++visits_;
         const bool isMatch = step_.test == PathTest::everyAttribute ||
                              NuEqualFolded(attribute.get_localName(), step_.name);
         if (isMatch && isKept(attribute)) {

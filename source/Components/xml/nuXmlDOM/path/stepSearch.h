@@ -14,7 +14,8 @@ namespace nu {
 /// that the step before gives.
 class StepSearch {
 public:
-    StepSearch(const PathProgram& program, const PathStep& step, TNuDOMDocument& document);
+    StepSearch(const PathProgram& program, const PathStep& step, TNuDOMDocument& document,
+               PathWork& work);
 
     /// Appends the nodes that the step gives from `context`; with soCreate the one that it makes
     /// when there is none. Throws host::Exception for the mistake of the step.
@@ -24,13 +25,16 @@ public:
     /// taken one by one, because nothing fails or changes on the way.
     [[nodiscard]] bool isPlain() const noexcept { return isPlain_; }
     /// The first of them; null for none.
-    [[nodiscard]] TNuDOMNode* firstMatch(TNuDOMNode& context) const noexcept {
-        const bool isUnknown = isNameExact_ && name_ == nullptr;
-        return isUnknown ? nullptr : matchFrom(firstOfNamed(context));
+    [[nodiscard]] TNuDOMNode* firstMatch(TNuDOMNode& context) {
+        TNuDOMNode* const node = matchBelow(context);
+        settleVisits();
+        return node;
     }
     /// The one after `node`.
-    [[nodiscard]] TNuDOMNode* nextMatch(const TNuDOMNode& node) const noexcept {
-        return matchFrom(NodeLinks::next(node));
+    [[nodiscard]] TNuDOMNode* nextMatch(const TNuDOMNode& node) {
+        TNuDOMNode* const next = matchFrom(NodeLinks::next(node));
+        settleVisits();
+        return next;
     }
 
 private:
@@ -38,7 +42,16 @@ private:
     /// be followed while they are found.
     enum class Keep : std::uint8_t { all, tested, last };
 
-    [[nodiscard]] TNuDOMNode* matchFrom(TNuDOMNode* child) const noexcept;
+    [[nodiscard]] TNuDOMNode* matchBelow(TNuDOMNode& context) noexcept {
+        const bool isUnknown = isNameExact_ && name_ == nullptr;
+        return isUnknown ? nullptr : matchFrom(firstOfNamed(context));
+    }
+    [[nodiscard]] TNuDOMNode* matchFrom(TNuDOMNode* child) noexcept;
+    /// Tells of the nodes that were looked at since the last time.
+    void settleVisits() {
+        work_.visit(visits_);
+        visits_ = 0;
+    }
     void match(TNuDOMNode& context, PathNodes& found);
     bool matchInTreeOrder(TNuDOMNode& context, PathNodes& found);
     void matchHere(TNuDOMNode& context, PathNodes& found);
@@ -52,6 +65,8 @@ private:
     const PathProgram& program_;
     const PathStep& step_;
     TNuDOMDocument& document_;
+    PathWork& work_;
+    std::uint64_t visits_ = 0;
     bool isCreating_;
     /// A candidate may be found more than once.
     bool mayRepeat_;
@@ -71,13 +86,16 @@ inline bool StepSearch::isNamed(const TNuDOMNode& node) const noexcept {
     return NodeContext::name(node).plain == name_;
 }
 
-inline TNuDOMNode* StepSearch::matchFrom(TNuDOMNode* child) const noexcept {
+inline TNuDOMNode* StepSearch::matchFrom(TNuDOMNode* child) noexcept {
+    std::uint64_t visits = 0;
     for (; child != nullptr; child = NodeLinks::next(*child)) {
         fetchAhead(*child);
+        ++visits;
         if (isNameExact_ ? isNamed(*child) : is<TNuDOMElement>(*child)) {
             break;
         }
     }
+    visits_ += visits;
     return child;
 }
 

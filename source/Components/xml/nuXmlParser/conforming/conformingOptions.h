@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string>
 
+#include "nuXmlParser/limits.h"
+
 /// \file
 /// How a document is read as the XML standard means it.
 
@@ -54,4 +56,7 @@ struct TNuConformingOptions {
     std::uint32_t amplification = 100;
     /// ... which is looked at from so many bytes of document and expanded text together on.
     std::int64_t amplificationFrom = 8 * 1024 * 1024;
+    /// What the document may ask for; more is a fault. This is for who has the stage alone: a
+    /// reader behind it looks at limits of its own.
+    TNuSaxLimits limits = {};
 };

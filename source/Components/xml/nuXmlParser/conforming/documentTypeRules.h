@@ -17,9 +17,10 @@ namespace nu {
 class DocumentTypeRules {
 public:
     DocumentTypeRules(TextStack& texts, EntityRules& entities, ElementDeclarations& declarations,
-                      MarkupRules& markup, TNuSourceForm& form, bool hasNamespaces)
+                      MarkupRules& markup, const LimitRules& limits, TNuSourceForm& form,
+                      bool hasNamespaces)
         : texts_(texts), entities_(entities), declarations_(declarations), markup_(markup),
-          form_(form), hasNamespaces_(hasNamespaces) {}
+          limits_(limits), form_(form), hasNamespaces_(hasNamespaces) {}
 
     /// The document type whose "<!DOCTYPE" is at the place of the text.
     void pass();
@@ -50,6 +51,7 @@ private:
     EntityRules& entities_;
     ElementDeclarations& declarations_;
     MarkupRules& markup_;
+    const LimitRules& limits_;
     TNuSourceForm& form_;
     bool hasNamespaces_;
     DroppedText dropped_; ///< outlives a fault, behind which what was read is still written

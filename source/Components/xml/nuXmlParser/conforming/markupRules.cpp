@@ -123,6 +123,9 @@ void MarkupRules::beginInstruction() {
     if (target.empty()) {
         texts_.fail(messages::notAName, "an instruction", start);
     }
+    if (!limits_.allowsName(target)) {
+        texts_.fail(messages::nameTooLong, std::to_string(limits_.nameLength()), start);
+    }
     if (isReservedTarget(target)) {
         texts_.fail(messages::reservedTarget, texts_.place);
     }

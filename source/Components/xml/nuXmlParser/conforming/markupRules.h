@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "nuXmlParser/conforming/limitRules.h"
 #include "nuXmlParser/conforming/textStack.h"
 
 namespace nu {
@@ -19,8 +20,8 @@ enum class ReaderForm : std::uint8_t {
 /// Comments, processing instructions and CDATA sections: long ones a piece at a time.
 class MarkupRules {
 public:
-    MarkupRules(TextStack& texts, ReaderForm reader, bool hasNamespaces)
-        : texts_(texts), reader_(reader), hasNamespaces_(hasNamespaces) {}
+    MarkupRules(TextStack& texts, const LimitRules& limits, ReaderForm reader, bool hasNamespaces)
+        : texts_(texts), limits_(limits), reader_(reader), hasNamespaces_(hasNamespaces) {}
 
     /// What the text goes on with.
     enum class Inside : std::uint8_t { Nothing, Comment, Instruction, CData };
@@ -44,6 +45,7 @@ private:
     void showMoreOrFail(std::u16string_view message);
 
     TextStack& texts_;
+    const LimitRules& limits_;
     ReaderForm reader_;
     bool hasNamespaces_;
     Inside inside_ = Inside::Nothing;

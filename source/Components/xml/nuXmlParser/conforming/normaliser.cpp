@@ -16,12 +16,13 @@ namespace nu {
 Normaliser::Normaliser(SourceText& source, OutputText& output, const TNuConformingOptions& options,
                        ReaderForm reader, TNuSourceForm& form)
     : source_(source), output_(output), options_(options), reader_(reader), form_(form),
-      texts_(source, output, elements_, options.keepLines),
+      limits_(options.limits), texts_(source, output, elements_, options.keepLines),
       entities_(texts_, {options.amplification, options.amplificationFrom}, !options.keepLines,
                 options.namespaces),
-      tags_(texts_, elements_, entities_, options.namespaces),
-      markup_(texts_, reader, options.namespaces),
-      documentType_(texts_, entities_, tags_.declarations, markup_, form, options.namespaces) {}
+      tags_(texts_, elements_, entities_, limits_, options.namespaces),
+      markup_(texts_, limits_, reader, options.namespaces),
+      documentType_(texts_, entities_, tags_.declarations, markup_, limits_, form,
+                    options.namespaces) {}
 
 bool Normaliser::run(std::size_t enough) {
     if (!hasBegun_) {

@@ -7,6 +7,7 @@
 #include "nuXmlParser/conforming/documentTypeRules.h"
 #include "nuXmlParser/conforming/elementWatch.h"
 #include "nuXmlParser/conforming/entityRules.h"
+#include "nuXmlParser/conforming/limitRules.h"
 #include "nuXmlParser/conforming/markupRules.h"
 #include "nuXmlParser/conforming/openElements.h"
 #include "nuXmlParser/conforming/sourceForm.h"
@@ -81,6 +82,7 @@ private:
     ReaderForm reader_;
     TNuSourceForm& form_;
 
+    LimitRules limits_;
     OpenElements elements_;
     TextStack texts_;
     EntityRules entities_;

@@ -95,6 +95,7 @@ void TagRules::readStartTag() {
 
     // 2. The values of its attributes, with what is declared for them.
     applyDeclarations();
+    checkLimits();
     checkTwice();
     if (hasNamespaces_) {
         applyNamespaces();
@@ -142,6 +143,16 @@ void TagRules::passEndTag() {
         texts_.putBreaks(texts_.place + 1);
     }
     texts_.place = tag_.end;
+}
+
+void TagRules::checkLimits() {
+    if (elements_.depth() >= limits_.depth()) {
+        texts_.fail(messages::tooDeep, std::to_string(limits_.depth()), texts_.place);
+    }
+    if (tag_.attributes.size() + defaults_.size() > limits_.attributes()) {
+        texts_.fail(messages::tooManyAttributes, std::to_string(limits_.attributes()),
+                    texts_.place);
+    }
 }
 
 /// What is declared for the element, or null. Tags of one name often come in a row.

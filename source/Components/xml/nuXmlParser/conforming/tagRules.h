@@ -10,6 +10,7 @@
 #include "common/textHash.h"
 #include "nuXmlParser/conforming/attributeDeclarations.h"
 #include "nuXmlParser/conforming/entityRules.h"
+#include "nuXmlParser/conforming/limitRules.h"
 #include "nuXmlParser/conforming/namespaceBindings.h"
 #include "nuXmlParser/conforming/openElements.h"
 #include "nuXmlParser/conforming/tagText.h"
@@ -21,9 +22,11 @@ namespace nu {
 /// Start tags and end tags: checks them and writes them as the reader wants them.
 class TagRules {
 public:
-    TagRules(TextStack& texts, OpenElements& elements, EntityRules& entities, bool hasNamespaces)
-        : texts_(texts), elements_(elements), entities_(entities), hasNamespaces_(hasNamespaces),
-          plain_(names_), tag_(names_, plain_, declarations) {}
+    TagRules(TextStack& texts, OpenElements& elements, EntityRules& entities,
+             const LimitRules& limits, bool hasNamespaces)
+        : texts_(texts), elements_(elements), entities_(entities), limits_(limits),
+          hasNamespaces_(hasNamespaces), plain_(names_),
+          tag_(names_, plain_, declarations, limits) {}
 
     /// What attribute lists declare.
     ElementDeclarations declarations;
@@ -40,7 +43,10 @@ public:
     /// behind it; else null. See markup::PlainTags for `limit`.
     [[gnu::always_inline]] const char* readPlainStartTag(const char* less, const char* limit) {
         const char* const end = plain_.passStartTag(less, limit);
-        return end == nullptr || (hasNamespaces_ && !arePlainPrefixes()) ? nullptr : end;
+        return end == nullptr || !limits_.allowsKnownTag(elements_.depth(), end - less) ||
+                       (hasNamespaces_ && !arePlainPrefixes())
+                   ? nullptr
+                   : end;
     }
     /// The name in the tag that was read like that.
     [[nodiscard]] std::string_view plainName() const noexcept { return plain_.element().text; }
@@ -96,6 +102,7 @@ private:
         elements_.close();
     }
     void forgetNames() noexcept;
+    void checkLimits();
     void applyDeclarations();
     void writeValues();
     [[nodiscard]] ElementDeclaration* findDeclaration();
@@ -117,6 +124,7 @@ private:
     TextStack& texts_;
     OpenElements& elements_;
     EntityRules& entities_;
+    const LimitRules& limits_;
     bool hasNamespaces_;
     NamespaceBindings bindings_;
     markup::TagNames names_;

@@ -46,6 +46,12 @@ TagText::Result TagText::fail(std::u16string_view message, const char* place,
     return Result::Faulty;
 }
 
+TagText::Result TagText::failLimit(std::u16string_view message, const char* place,
+                                   std::size_t limit) {
+    limit_ = std::to_string(limit);
+    return fail(message, place, limit_);
+}
+
 TagText::Result TagText::readName(const char* start, const char* textEnd) {
     if (start == textEnd) {
         return Result::CutShort;
@@ -58,16 +64,21 @@ TagText::Result TagText::readName(const char* start, const char* textEnd) {
     return nameEnd == start ? fail(messages::notAName, start, "an element") : Result::Complete;
 }
 
-markup::TagName& TagText::meet(std::string_view text) {
-    if (markup::TagName* const met = names_.find(text)) {
-        return *met;
+/// Gives what is known of a name, from now on if not before.
+TagText::Result TagText::meet(markup::TagName*& met, std::string_view text) {
+    met = names_.find(text);
+    if (met != nullptr) {
+        return Result::Complete;
     }
-    markup::TagName& added = names_.add(text);
+    if (!limits_.allowsName(text)) {
+        return failLimit(messages::nameTooLong, text.data(), limits_.nameLength());
+    }
+    met = &names_.add(text);
     if (!declarations_.empty()) {
         const auto found = declarations_.find(text);
-        added.isPlain = found == declarations_.end() || found->second.changesNothing();
+        met->isPlain = found == declarations_.end() || found->second.changesNothing();
     }
-    return added;
+    return Result::Complete;
 }
 
 TagText::Result TagText::readElementName(const char* start, const char* textEnd) {
@@ -78,9 +89,11 @@ TagText::Result TagText::readElementName(const char* start, const char* textEnd)
         nameEnd = start + known->text.size();
         return Result::Complete;
     }
-    const Result result = readName(start, textEnd);
+    Result result = readName(start, textEnd);
     if (result == Result::Complete) {
-        known = &meet(nameText());
+        result = meet(known, nameText());
+    }
+    if (result == Result::Complete) {
         tags_.follow(*known);
     }
     return result;
@@ -150,12 +163,17 @@ TagText::Result TagText::readAttributeName(TagAttribute& attribute, const char* 
         return *start == '<' ? fail(messages::tagNotClosed, start)
                              : fail(messages::characterInTag, start, characterAt(start, textEnd));
     }
-    attribute.known = &meet(attribute.nameText());
-    before.followers[markup::ByteName::Attribute] = attribute.known;
-    return Result::Complete;
+    const Result result = meet(attribute.known, attribute.nameText());
+    if (result == Result::Complete) {
+        before.followers[markup::ByteName::Attribute] = attribute.known;
+    }
+    return result;
 }
 
 TagText::Result TagText::readAttribute(const char* space, const char* start, const char* textEnd) {
+    if (attributes.size() == limits_.attributes()) {
+        return failLimit(messages::tooManyAttributes, start, limits_.attributes());
+    }
     TagAttribute attribute{space, start, nullptr, nullptr, nullptr, nullptr, true, true, false};
     if (const Result result = readAttributeName(attribute, textEnd); result != Result::Complete) {
         return result;

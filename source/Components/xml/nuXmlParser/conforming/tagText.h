@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include "nuXmlParser/conforming/attributeDeclarations.h"
+#include "nuXmlParser/conforming/limitRules.h"
 #include "nuXmlParser/markup/plainTag.h"
 
 namespace nu {
@@ -48,8 +50,8 @@ public:
 
     /// \param declarations names of elements that they change are not plain
     TagText(markup::TagNames& names, markup::PlainTags& tags,
-            const ElementDeclarations& declarations) noexcept
-        : names_(names), tags_(tags), declarations_(declarations) {}
+            const ElementDeclarations& declarations, const LimitRules& limits) noexcept
+        : names_(names), tags_(tags), declarations_(declarations), limits_(limits) {}
 
     /// Takes the start tag at `less` apart. Its names are known from then on.
     Result readStartTag(const char* less, const char* textEnd);
@@ -77,7 +79,7 @@ public:
 private:
     static constexpr std::size_t noAttribute = ~std::size_t{0};
 
-    markup::TagName& meet(std::string_view text);
+    Result meet(markup::TagName*& met, std::string_view text);
     Result readElementName(const char* start, const char* textEnd);
     Result readName(const char* start, const char* textEnd);
     Result readAttribute(const char* space, const char* start, const char* textEnd);
@@ -85,10 +87,13 @@ private:
     Result readValue(TagAttribute& attribute, const char* quote, const char* textEnd);
     void add(const TagAttribute& attribute);
     Result fail(std::u16string_view message, const char* place, std::string_view text = {});
+    Result failLimit(std::u16string_view message, const char* place, std::size_t limit);
 
     markup::TagNames& names_;
     markup::PlainTags& tags_;
     const ElementDeclarations& declarations_;
+    const LimitRules& limits_;
+    std::string limit_; ///< that of the fault
     std::uint64_t number_ = 0;
     std::size_t again_ = noAttribute;
 };
