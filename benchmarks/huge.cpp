@@ -1,6 +1,7 @@
 // A document that is larger than memory: made while it is read, so that it costs neither disk nor
 // memory of its own. Prints how fast it is read and how much the process grows meanwhile, and then
-// the speed on shorter streams beside that of expat fed in pieces of 64 KiB.
+// the speed on shorter streams beside that of expat fed in pieces of 64 KiB. With "depth" instead:
+// what ends a document of more open elements, or more surplus end tags, than the reader can count.
 
 #include <sys/resource.h>
 #include <unistd.h>
@@ -260,12 +261,69 @@ void readHuge(std::int64_t mebibytes) {
                 static_cast<double>(peakResident() - before) / static_cast<double>(mebibyte));
 }
 
+/// One tag again and again, more often than a reader can count.
+class RepeatedTag final : public host::TStream {
+public:
+    explicit RepeatedTag(std::string_view tag) {
+        while (static_cast<std::int64_t>(block_.size()) < mebibyte) {
+            block_ += tag;
+        }
+        left_ = (std::int64_t{1} << 32) / static_cast<std::int64_t>(block_.size() / tag.size());
+    }
+
+    std::size_t Read(void* buffer, std::size_t count) override {
+        if (place_ == block_.size()) {
+            place_ = 0;
+            --left_;
+        }
+        const std::size_t got =
+            left_ > 0 ? block_.copy(static_cast<char*>(buffer), count, place_) : 0;
+        place_ += got;
+        return got;
+    }
+    std::size_t Write(const void*, std::size_t) override { return 0; }
+    std::int64_t Seek(std::int64_t, host::SeekOrigin) override {
+        place_ = 0; // as who looks for a mark does
+        return 0;
+    }
+
+private:
+    std::string block_;
+    std::size_t place_ = 0;
+    std::int64_t left_;
+};
+
+/// Whether too many of them end the parse with an error.
+bool endsTooMany(std::string_view tag) {
+    RepeatedTag stream(tag);
+    TNuSAXXMLReader reader;
+    reader.SetParserChoice(TNuSaxParserChoice::LargeStream);
+    const std::int64_t before = resident();
+    const auto start = std::chrono::steady_clock::now();
+    std::string end = "nothing";
+    try {
+        reader.Parse(stream);
+    } catch (const ENuSaxFatalError& failure) {
+        end = failure.what();
+    }
+    const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
+    std::printf("%s again and again: %.1f s, resident growth %.1f MiB, ended by: %s\n",
+                std::string(tag).c_str(), seconds.count(),
+                static_cast<double>(peakResident() - before) / static_cast<double>(mebibyte),
+                end.c_str());
+    return end.find("deeper than 2147483647") != end.npos ||
+           end.find("too many end tags") != end.npos;
+}
+
 } // namespace
 
 int main(int argumentCount, char** arguments) {
+    if (argumentCount == 2 && arguments[1] == std::string_view("depth")) {
+        return endsTooMany("<a>") && endsTooMany("</a>") ? 0 : 1;
+    }
     const std::int64_t mebibytes = argumentCount == 2 ? std::atoll(arguments[1]) : 8 * 1024;
     if (argumentCount > 2 || mebibytes <= 0) {
-        std::fputs("usage: bench-huge [MEBIBYTES]\n", stderr);
+        std::fputs("usage: bench-huge [MEBIBYTES | depth]\n", stderr);
         return 2;
     }
     try {
