@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "common/textHash.h"
-#include "nuXmlDOM/storage/asciiText.h"
+#include "nuXmlDOM/storage/asciiWord.h"
 #include "nuXmlDOM/storage/documentMemory.h"
 #include "nuXmlDOM/storage/nodeName.h"
 #include "nuXmlParser/chars.h"

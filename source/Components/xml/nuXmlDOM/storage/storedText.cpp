@@ -5,6 +5,9 @@
 #include <limits>
 #include <new>
 
+#include "nuXmlDOM/storage/asciiText.h"
+#include "nuXmlDOM/storage/documentMemory.h"
+
 namespace nu {
 
 namespace {

@@ -6,11 +6,12 @@
 #include <string_view>
 
 #include "common/utf8.h"
-#include "nuXmlDOM/storage/asciiText.h"
-#include "nuXmlDOM/storage/documentMemory.h"
+#include "nuXmlDOM/storage/asciiWord.h"
 #include "nuXmlParser/chars.h"
 
 namespace nu {
+
+class DocumentMemory;
 
 /// The text of a node, 8 bytes beside what text does not fit into them, which is memory of the
 /// document.
