@@ -44,7 +44,7 @@ constexpr Command commands[] = {
 std::span<const Command> allCommands() noexcept { return commands; }
 
 const Command* findCommand(std::string_view name) noexcept {
-    const auto found = std::ranges::find(commands, name, &Command::name);
+    const auto* const found = std::ranges::find(commands, name, &Command::name);
     return found == std::end(commands) ? nullptr : found;
 }
 

@@ -94,8 +94,13 @@ void writeBash(Output& output) {
                 values += choicesLine(name.name, name.value);
             }
         }
-        output.write("    " + std::string(command.name) + ")\n        options='" + options + "'\n" +
-                     values + "        ;;\n");
+        output.write("    ");
+        output.write(command.name);
+        output.write(")\n        options='");
+        output.write(options);
+        output.write("'\n");
+        output.write(values);
+        output.write("        ;;\n");
     }
     output.write("    esac\n"
                  "    if [ -n \"$choices\" ]; then\n"

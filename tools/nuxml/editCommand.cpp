@@ -77,6 +77,7 @@ ExitCode runEdit(Console& console, Arguments arguments) {
                                           {moveOption, given},
                                           {deleteOption, given}});
     std::vector<Change> changes;
+    changes.reserve(given.size());
     for (const GivenOption& option : given) {
         changes.push_back(changeOf(option));
     }

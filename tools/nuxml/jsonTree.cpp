@@ -154,7 +154,7 @@ private:
 
     void addComment(TNuDOMElement& element, std::u16string_view text) {
         if (text.find(u"--") != text.npos || text.ends_with(u'-')) {
-            reader_.fail("a comment cannot hold \"--\" or end with \"-\"");
+            reader_.fail(R"(a comment cannot hold "--" or end with "-")");
         }
         element.AddComment(text);
     }

@@ -53,7 +53,7 @@ void checkPath(std::u16string_view path) {
 
 std::size_t findOutside(std::u16string_view path, char16_t character) {
     PathWalk walk;
-    const auto found = std::find_if(path.begin(), path.end(), [&](char16_t unit) {
+    const auto* const found = std::find_if(path.begin(), path.end(), [&](char16_t unit) {
         return walk.isOutside(unit) && unit == character;
     });
     return found == path.end() ? path.npos : static_cast<std::size_t>(found - path.begin());

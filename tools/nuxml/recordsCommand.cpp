@@ -102,7 +102,7 @@ Options readOptions(std::vector<Operand> operands, const Options& given) {
     options.path = pathFromArgument(operands.front().text);
     takeArgument([&] {
         host::TMemoryStream nothing;
-        nu::RecordReader(nothing, options.path);
+        const nu::RecordReader readsPath(nothing, options.path);
         return true;
     });
     operands.erase(operands.begin());

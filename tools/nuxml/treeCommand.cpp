@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 #include <optional>
 #include <queue>
 #include <tuple>
@@ -58,11 +59,8 @@ public:
             const OutlineNode& node = nodes_[waiting.back()];
             waiting.pop_back();
             writeNode(node);
-            for (auto child = node.children.rbegin(); child != node.children.rend(); ++child) {
-                if (isShown_[*child]) {
-                    waiting.push_back(*child);
-                }
-            }
+            std::copy_if(node.children.rbegin(), node.children.rend(), std::back_inserter(waiting),
+                         [this](std::size_t child) { return isShown_[child]; });
         }
     }
 
