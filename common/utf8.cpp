@@ -147,8 +147,7 @@ std::size_t NuUtf16Length(std::string_view bytes) noexcept {
         for (std::size_t left = mostBlocks; left > 0 && bytes.size() >= nu::simd::blockSize;
              --left) {
             const Block block = Block::load(bytes.data());
-            sums =
-                sums.less(block.isAtMost(0x7F) | block.isAtLeast(0xC0)).less(block.isAtLeast(0xF0));
+            sums = sums.less(block.beginsSequence()).less(block.isAtLeast(0xF0));
             bytes.remove_prefix(nu::simd::blockSize);
         }
         units += static_cast<std::size_t>(sums.sum());

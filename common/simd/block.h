@@ -56,6 +56,10 @@ public:
     [[nodiscard]] PortableBlock isAtMost(unsigned most) const noexcept {
         return make([&](std::size_t index) { return ones(bytes_[index] <= most); });
     }
+    /// Which bytes begin a sequence of UTF-8, or are one.
+    [[nodiscard]] PortableBlock beginsSequence() const noexcept {
+        return make([&](std::size_t index) { return ones((bytes_[index] & 0xC0) != 0x80); });
+    }
     [[nodiscard]] PortableBlock isAtLeast(unsigned least) const noexcept {
         return make([&](std::size_t index) { return ones(bytes_[index] >= least); });
     }
@@ -164,6 +168,10 @@ public:
     }
     [[nodiscard]] Sse2Block isAtMost(unsigned most) const noexcept {
         return _mm_cmpeq_epi8(_mm_min_epu8(lanes_, all(most)), lanes_);
+    }
+    [[nodiscard]] Sse2Block beginsSequence() const noexcept {
+        // With a sign, the others are the lowest numbers.
+        return _mm_cmpgt_epi8(lanes_, all(0xBF));
     }
     [[nodiscard]] Sse2Block isAtLeast(unsigned least) const noexcept {
         return _mm_cmpeq_epi8(_mm_max_epu8(lanes_, all(least)), lanes_);

@@ -13,7 +13,7 @@ namespace {
 
 /// What the operations make of some characters, for either form of a block.
 template <class Any, class Unit>
-std::array<unsigned, 8> outcomes(const Unit* text, unsigned char c) {
+std::array<unsigned, 9> outcomes(const Unit* text, unsigned char c) {
     const auto load = [](const auto* from) {
         if constexpr (sizeof *from == 1) {
             return Any::load(from);
@@ -31,7 +31,8 @@ std::array<unsigned, 8> outcomes(const Unit* text, unsigned char c) {
             static_cast<unsigned>(Any::all(1).less(controls).sum()),
             nu::simd::isAnyOf<'<', '='>(Any::template loadPieces<8>(text, text + 3)).mask(),
             nu::simd::isAnyOf<'<', '='>(Any::template loadPieces<4>(text, text + 3)).mask(),
-            sizeof(Unit) == 1 ? first.isAtLeast(c).mask() : 0};
+            sizeof(Unit) == 1 ? first.isAtLeast(c).mask() : 0,
+            sizeof(Unit) == 1 ? first.beginsSequence().mask() : 0};
 }
 
 template <class Any> std::array<char16_t, 16> widened(const char* bytes) {
