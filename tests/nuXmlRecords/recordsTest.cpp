@@ -265,6 +265,44 @@ TEST(RecordParts, OnAPromiseAreOnePassOrOneOfThemFails) {
     EXPECT_GT(failures, 50);
 }
 
+TEST(RecordParts, OnGuessesAreOnePassAsFarAsTheyFit) {
+    int misfits = 0;
+    for (unsigned seed = 0; seed < 150; ++seed) {
+        SCOPED_TRACE(seed);
+        const bool isPlain = seed % 2 == 0;
+        const std::string document = DocumentMaker(seed).make(isPlain);
+        for (const char16_t* path : {u"a/r", u"//r", u"a/s/r"}) {
+            for (const int spacing : {1, 60, 900}) {
+                host::TMemoryViewStream file(document);
+                nu::RecordGuess guess(file, path);
+                std::string joined;
+                bool fits = true;
+                nu::RecordBorder stop;
+                std::optional<nu::RecordStart> next(std::in_place);
+                do {
+                    const nu::RecordStart start = *next;
+                    next = guess.From(start.position + spacing, file.GetSize());
+                    RecordReader part(file, path, start,
+                                      {start.position, next ? next->position : file.GetSize()});
+                    try {
+                        const std::string text = readAll(part);
+                        fits = !stop.isThere() || part.First() == stop;
+                        joined += fits ? text : "";
+                    } catch (const ENuXmlFault&) {
+                        fits = false;
+                    }
+                    stop = part.Stop();
+                } while (fits && stop.isThere());
+                const std::string expected = onePass(document, path);
+                ASSERT_TRUE(fits ? joined == expected : !isPlain && expected.starts_with(joined))
+                    << document;
+                misfits += fits ? 0 : 1;
+            }
+        }
+    }
+    EXPECT_GT(misfits, 50);
+}
+
 TEST(RecordParts, MayBeLongerThanWhatIsInMemory) {
     std::string document = "<!DOCTYPE a [\n\n]><a>";
     for (int number = 0; number < 12; ++number) {

@@ -44,6 +44,14 @@ const ShellCase parts[] = {
     {"sed 's/<!--<r>-->//' l.xml >p.xml; for i in 1 2 3 4; do nuxml records --plain --part $i/4 r "
      "p.xml; done | cmp - one; nuxml records --plain --jobs 2 r p.xml | cmp - one",
      0, "", ""},
+    {"sed 's/150000<.*/&<!--<r>-->/' p.xml >q.xml; for f in p q; do nuxml records --jobs 3 r "
+     "$f.xml "
+     "| cmp - one; nuxml records --jobs 3 --unordered r $f.xml | sort | cmp - sorted; done",
+     0, "", ""},
+    {"sed 's/150000/&<x>/' p.xml >g.xml; nuxml records r g.xml >two 2>why; nuxml records --jobs 2 "
+     "r "
+     "g.xml 2>whyJobs | cmp - two; cmp why whyJobs",
+     0, "", ""},
     // A fault ends the output where one pass would end.
     {"sed 's/150000/&<x>/' l.xml >f.xml; nuxml records r f.xml >one 2>why; nuxml records --jobs 2 "
      "r "

@@ -22,6 +22,8 @@ struct Result {
     std::string text;
     std::int64_t count = 0;
     std::int64_t behind = 0; ///< where its share ends
+    nu::RecordBorder first{};
+    nu::RecordBorder stop{};
     std::exception_ptr failure;
 };
 
@@ -59,7 +61,7 @@ private:
             Result result;
             while (const std::optional<RecordTask> task = takeTask(result)) {
                 read(*file, *task, result);
-                deliver(task->number, std::move(result));
+                deliver(*task, std::move(result));
             }
         } catch (...) {
             const std::scoped_lock lock(mutex_);
@@ -80,6 +82,8 @@ private:
                 form_.append(result.text, *records);
                 ++result.count;
             }
+            result.first = records->First();
+            result.stop = records->Stop();
         } catch (...) {
             result.failure = std::current_exception();
         }
@@ -101,20 +105,44 @@ private:
         return task;
     }
 
-    void deliver(std::size_t number, Result result) {
+    void deliver(const RecordTask& task, Result result) {
         const std::scoped_lock lock(mutex_);
-        if (!jobs_.isOrdered) {
+        if (task.isGuessing && !tasks_.isGuessing()) {
+            return; // it was begun behind a wrong guess
+        }
+        if (!jobs_.isOrdered && !task.isGuessing) {
             ++next_;
             write(result);
         } else {
-            ready_.emplace(number, std::move(result));
-            while (!ready_.empty() && ready_.begin()->first == next_) {
-                ++next_;
-                write(ready_.begin()->second);
-                ready_.erase(ready_.begin());
-            }
+            ready_.emplace(task.number, std::move(result));
+            writeReady(task.isGuessing);
         }
         hasWritten_.notify_all();
+    }
+
+    void writeReady(bool isGuessing) {
+        while (!hasEnded_ && !ready_.empty() && ready_.begin()->first == next_) {
+            Result& result = ready_.begin()->second;
+            if (isGuessing && !isRight(result)) {
+                // A fault is told with its line only by who knows where the task begins.
+                tasks_.beginAnew(next_, stop_.position);
+                taken_ = next_;
+                ready_.clear();
+                return;
+            }
+            ++next_;
+            stop_ = std::move(result.stop);
+            write(result);
+            // Whoever stops nowhere has come to the end of the document.
+            hasEnded_ = hasEnded_ || (isGuessing && !stop_.isThere());
+            ready_.erase(ready_.begin());
+        }
+    }
+
+    /// Whether a task whose beginning was guessed began where the one before stopped. That of the
+    /// first one is known.
+    [[nodiscard]] bool isRight(const Result& result) const {
+        return next_ == 0 || (!result.failure && result.first == stop_);
     }
 
     void write(Result& result) {
@@ -152,6 +180,7 @@ private:
     std::size_t taken_ = 0;
     std::size_t next_ = 0; ///< of the tasks whose results are to be written
     std::map<std::size_t, Result> ready_;
+    nu::RecordBorder stop_;          ///< where the last one of them stopped
     std::vector<std::string> spare_; ///< memory of texts that were written
     bool hasEnded_ = false;
     std::exception_ptr failure_;

@@ -38,10 +38,10 @@ RecordTasks::RecordTasks(const RecordRequest& request)
     : request_(request), file_(openShared(request.file)), size_(file_->GetSize()) {
     if (request.sharing == Sharing::Exact) {
         start_.emplace();
-        if (request.index == nullptr) {
-            indexer_.emplace(*file_, taskSize);
-        } else {
+        if (request.index != nullptr) {
             request.index->Check(*file_);
+        } else if (!guess_.emplace(*file_, request.path).IsPossible()) {
+            beginAnew(0, 0);
         }
     }
 }
@@ -55,11 +55,28 @@ std::optional<nu::RecordStart> RecordTasks::nextStart(std::int64_t behind) {
         return rest.first >= size_ ? std::nullopt
                                    : std::optional(request_.index->StartFor(rest.first));
     }
+    return guess_ ? guess_->From(behind, size_) : startFrom(behind);
+}
+
+/// The first place at or behind a position that the pass ahead comes to.
+std::optional<nu::RecordStart> RecordTasks::startFrom(std::int64_t position) {
     try {
-        return indexer_->Next() ? std::optional(indexer_->Start()) : std::nullopt;
+        return indexer_->NextFrom(position) ? std::optional(indexer_->Start()) : std::nullopt;
     } catch (const ENuXmlFault&) {
         // Whoever reads from the last place on meets what is wrong, and tells more about it.
         return std::nullopt;
+    }
+}
+
+void RecordTasks::beginAnew(std::size_t number, std::int64_t position) {
+    guess_.reset();
+    indexer_.emplace(*file_, taskSize);
+    count_ = number;
+    border_ = position;
+    // Where the pass comes to nothing, reading from the beginning does.
+    start_ = position > 0 ? startFrom(position) : std::nullopt;
+    if (!start_) {
+        start_.emplace();
     }
 }
 
@@ -67,7 +84,7 @@ std::optional<RecordTask> RecordTasks::next() {
     if (border_ >= size_) {
         return std::nullopt;
     }
-    RecordTask task{count_++, {border_, size_}, std::move(start_)};
+    RecordTask task{count_++, {border_, size_}, std::move(start_), guess_.has_value()};
     if (request_.sharing == Sharing::Plain) {
         task.share.behind = std::min(border_ + plainTaskSize, size_);
     } else {

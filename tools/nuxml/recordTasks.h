@@ -32,9 +32,12 @@ struct RecordTask {
     std::size_t number = 0;
     nu::RecordShare share{};
     std::optional<nu::RecordStart> start{}; ///< nothing on a promise
+    bool isGuessing = false; ///< what comes of it has to fit what came of the task before
 };
 
-/// Cuts a file into tasks, as they are asked for.
+/// Cuts a file into tasks, as they are asked for: on a promise anywhere, at the places of an index,
+/// or, without one, first where records seem to begin and, once that was wrong, where a pass ahead
+/// finds that it can be begun.
 class RecordTasks {
 public:
     explicit RecordTasks(const RecordRequest& request);
@@ -44,13 +47,18 @@ public:
 
     /// The next task; nothing when all were given.
     std::optional<RecordTask> next();
+    [[nodiscard]] bool isGuessing() const noexcept { return guess_.has_value(); }
+    /// Guesses no more: the next task gets that number and begins at that position, at a start tag.
+    void beginAnew(std::size_t number, std::int64_t position);
 
 private:
     std::optional<nu::RecordStart> nextStart(std::int64_t behind);
+    std::optional<nu::RecordStart> startFrom(std::int64_t position);
 
     const RecordRequest& request_;
     std::unique_ptr<host::TStream> file_;
-    std::optional<nu::RecordIndexer> indexer_; ///< goes ahead where there is no index
+    std::optional<nu::RecordGuess> guess_;
+    std::optional<nu::RecordIndexer> indexer_; ///< goes ahead where nothing is guessed
     std::int64_t size_;
     std::size_t count_ = 0;
     std::optional<nu::RecordStart> start_; ///< of the next task

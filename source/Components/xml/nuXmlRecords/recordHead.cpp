@@ -15,10 +15,31 @@ namespace {
 /// The first record has to begin before.
 constexpr std::int64_t longestHead = 16 * 1024 * 1024;
 
-/// The position of the first thing in a share that reads as a start tag of that name.
-std::optional<std::int64_t> findFirst(host::TStream& file, const std::string& name,
-                                      const RecordShare& share) {
-    constexpr std::int64_t blockSize = 64 * 1024;
+} // namespace
+
+std::string headAt(MarkupWalk& walk) {
+    std::string head = walk.prolog();
+    for (const std::string& tag : walk.openTags()) {
+        head += tag;
+    }
+    return head += '\n';
+}
+
+std::optional<FirstRecord> findFirstRecord(MarkupWalk& walk, RecordPath path) {
+    for (std::int64_t position = 0; position < longestHead; position = walk.position() + 1) {
+        if (!walk.walkTo(position)) {
+            return std::nullopt;
+        }
+        if (path.matches(walk.name(), walk.depth() + 1)) {
+            return FirstRecord{walk.position(), headAt(walk)};
+        }
+    }
+    throw host::Exception(host::formatMessage(messages::headTooLong, {longestHead}));
+}
+
+std::optional<std::int64_t> findRecordTag(host::TStream& file, const std::string& name,
+                                          const RecordShare& share) {
+    constexpr std::int64_t blockSize = 16 * 1024;
     // A tag that begins in the share may end behind it.
     constexpr std::int64_t longestName = 4096;
     std::vector<char> block(blockSize);
@@ -40,16 +61,6 @@ std::optional<std::int64_t> findFirst(host::TStream& file, const std::string& na
     return std::nullopt;
 }
 
-} // namespace
-
-std::string headAt(MarkupWalk& walk) {
-    std::string head = walk.prolog();
-    for (const std::string& tag : walk.openTags()) {
-        head += tag;
-    }
-    return head += '\n';
-}
-
 std::optional<RecordPart> plainPart(host::TStream& file, RecordPath path,
                                     const RecordShare& share) {
     if (path.recordName().empty()) {
@@ -57,23 +68,15 @@ std::optional<RecordPart> plainPart(host::TStream& file, RecordPath path,
     }
     // 1. Up to the first record the document is read as it is.
     MarkupWalk walk(file);
-    std::int64_t position = 0;
-    bool isFound = false;
-    while (!isFound && position < longestHead && walk.walkTo(position)) {
-        isFound = path.matches(walk.name(), walk.depth() + 1);
-        position = walk.position() + 1;
-    }
-    if (!isFound && position >= longestHead) {
-        throw host::Exception(host::formatMessage(messages::headTooLong, {longestHead}));
-    }
-    if (!isFound || share.first <= walk.position()) {
+    std::optional<FirstRecord> record = findFirstRecord(walk, path);
+    if (!record || share.first <= record->position) {
         file.SetPosition(0);
         return RecordPart{{}, share, true};
     }
 
     // 2. Behind it everything is taken to be as it is there.
-    RecordPart part{{0, 0, 0, headAt(walk)}, share, true};
-    const std::optional<std::int64_t> first = findFirst(file, path.recordName(), share);
+    RecordPart part{{0, 0, 0, std::move(record->head)}, share, true};
+    const std::optional<std::int64_t> first = findRecordTag(file, path.recordName(), share);
     if (!first) {
         return std::nullopt;
     }

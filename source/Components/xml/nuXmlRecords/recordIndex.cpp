@@ -59,8 +59,10 @@ RecordIndexer::RecordIndexer(host::TStream& file, std::int64_t spacing)
 
 RecordIndexer::~RecordIndexer() = default;
 
-bool RecordIndexer::Next() {
-    if (!walk_->walkTo(next_)) {
+bool RecordIndexer::Next() { return NextFrom(next_); }
+
+bool RecordIndexer::NextFrom(std::int64_t position) {
+    if (!walk_->walkTo(position)) {
         return false;
     }
     next_ = walk_->position() + spacing_;

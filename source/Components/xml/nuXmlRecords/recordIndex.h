@@ -42,6 +42,8 @@ public:
     /// Goes to the next place; false behind the last one. Throws ENuXmlFault where the markup
     /// cannot be followed.
     bool Next();
+    /// The same to the first place at or behind a position that is ahead.
+    bool NextFrom(std::int64_t position);
     /// What has to be known to begin there.
     [[nodiscard]] RecordStart Start();
 

@@ -66,6 +66,7 @@ public:
 
     RecordJson json;
     const TNuSourceForm noForm{};
+    const RecordBorder noBorder{};
 
 private:
     TNuConformingOptions options_;
@@ -119,6 +120,14 @@ std::int64_t RecordReader::Line() const noexcept {
 
 std::string_view RecordReader::AddedDeclarations() const noexcept {
     return body_->source() == nullptr ? std::string_view() : body_->source()->addedDeclarations();
+}
+
+const RecordBorder& RecordReader::First() const noexcept {
+    return body_->source() == nullptr ? body_->noBorder : body_->source()->first();
+}
+
+const RecordBorder& RecordReader::Stop() const noexcept {
+    return body_->source() == nullptr ? body_->noBorder : body_->source()->stop();
 }
 
 const TNuSourceForm& RecordReader::Form() const noexcept {

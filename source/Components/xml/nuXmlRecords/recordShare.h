@@ -19,6 +19,17 @@ struct RecordShare {
 [[nodiscard]] NUXML_API RecordShare shareOf(std::int64_t size, std::int64_t number,
                                             std::int64_t count) noexcept;
 
+/// A start tag in a document, with everything around it that counts from there on: for readers that
+/// see the same one the same follows.
+struct RecordBorder {
+    std::int64_t position = -1; ///< of its "<"; -1 where there is none
+    std::string around{};       ///< the names of the open elements and what they declare
+
+    /// False until there is one.
+    [[nodiscard]] bool isThere() const noexcept { return position >= 0; }
+    friend bool operator==(const RecordBorder&, const RecordBorder&) = default;
+};
+
 /// A place to begin reading at in the middle of a document, and what has to be known there.
 struct RecordStart {
     std::int64_t position = 0; ///< in bytes

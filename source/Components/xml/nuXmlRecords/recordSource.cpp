@@ -20,24 +20,32 @@ TNuConformingOptions optionsFor(TNuConformingOptions options) {
     return options;
 }
 
-/// The declarations in scope around the element of a start tag, as they would stand in one.
-/// \param isMasked left out are those which the tag replaces
-std::string declarationsAround(const ElementStart& start, bool isMasked) {
+/// The declarations in scope around the element of a start tag, as they would stand in one, but for
+/// those which the tag replaces.
+std::string declarationsAround(const ElementStart& start) {
     std::string text;
     const auto& all = start.bindings.all();
     for (auto binding = all.begin(); binding != all.end() && binding->depth < start.depth;
          ++binding) {
-        const std::string* const inForce = start.bindings.find(binding->prefix);
-        if (isMasked && inForce != &binding->uri) {
-            continue;
-        }
         // An empty one only takes another one back.
-        if (!binding->uri.empty() || !isMasked) {
+        if (start.bindings.find(binding->prefix) == &binding->uri && !binding->uri.empty()) {
             text.append(binding->prefix.empty() ? " xmlns" : " xmlns:").append(binding->prefix);
             text.append("=\"").append(binding->uri).append("\"");
         }
     }
     return text;
+}
+
+/// What the stage knows around a start tag: elements, and which of them declares what.
+RecordBorder borderAt(const ElementStart& start, std::int64_t position) {
+    RecordBorder border{position, start.around.path()};
+    for (const NamespaceBindings::Binding& binding : start.bindings.all()) {
+        if (binding.depth < start.depth) {
+            border.around.append(" ").append(std::to_string(binding.depth)).append(" ");
+            border.around.append(binding.prefix).append("=").append(binding.uri);
+        }
+    }
+    return border;
 }
 
 } // namespace
@@ -121,11 +129,10 @@ bool RecordSource::seeks(std::string_view name, std::size_t depth, std::int64_t 
 ElementUse RecordSource::use(const ElementStart& start) {
     // 1. Whether it belongs to what is read.
     const std::int64_t position = positionOf(start.offset, start.source.hasMark());
-    if (isPart() && part_->isPlain && position >= part_->start.position) {
-        keepPromise(start, position);
+    if (isPart() && position >= part_->start.position) {
+        noteBorder(start, position);
     }
-    if (isPart() && position >= part_->share.behind) {
-        hasStopped_ = true;
+    if (stop_.isThere()) {
         return ElementUse::Stop;
     }
     if (isPart() && (position < part_->share.first || position < part_->start.position)) {
@@ -137,6 +144,21 @@ ElementUse RecordSource::use(const ElementStart& start) {
     countLine(start);
     declare(start);
     return ElementUse::Take;
+}
+
+/// Keeps what shows whether parts fit together.
+void RecordSource::noteBorder(const ElementStart& start, std::int64_t position) {
+    const bool isBehind = position >= part_->share.behind;
+    if (isBehind) {
+        stop_ = borderAt(start, position);
+    }
+    // Behind the share it may be no record, unless nothing else is sought.
+    if (!first_.isThere() && (!isBehind || part_->isPlain)) {
+        first_ = borderAt(start, position);
+    }
+    if (part_->isPlain) {
+        keepPromise(position);
+    }
 }
 
 std::int64_t RecordSource::positionOf(std::int64_t offset, bool hasMark) const noexcept {
@@ -175,7 +197,7 @@ void RecordSource::declare(const ElementStart& start) {
     const bool hasOwn = !all.empty() && all.back().depth == start.depth;
     // Nothing changes from record to record where they declare nothing themselves.
     if (hasOwn || hasOwnDeclarations_ || declarationsVersion_ != start.bindings.version()) {
-        declarations_ = declarationsAround(start, true);
+        declarations_ = declarationsAround(start);
         declarationsVersion_ = start.bindings.version();
         hasOwnDeclarations_ = hasOwn;
     }
@@ -185,24 +207,19 @@ void RecordSource::declare(const ElementStart& start) {
 /// of the first record of the document. The part before stops there: so if that is a record, in
 /// the same surroundings, and each part finds nothing else that reads like one, then all of them
 /// together read what one pass would.
-void RecordSource::keepPromise(const ElementStart& start, std::int64_t position) {
+void RecordSource::keepPromise(std::int64_t position) {
     if (finder_->found().empty() || finder_->found().front() != position) {
         failAt(finder_->found().empty() ? position : finder_->found().front(),
                host::formatMessage(messages::notPlain, {NuFromUtf8(finder_->name())}));
     }
     finder_->found().pop_front();
-    const auto surroundings = [&start] {
-        return Surroundings{start.depth, declarationsAround(start, false)};
-    };
-    if (!surroundings_) {
-        surroundings_ = surroundings();
-    } else if (position >= part_->share.behind && surroundings() != *surroundings_) {
+    if (stop_.isThere() && stop_.around != first_.around) {
         failAt(position, messages::contextDiffers);
     }
 }
 
 void RecordSource::keepPromiseAtEnd() {
-    if (finder_ && !hasStopped_ && !finder_->found().empty()) {
+    if (finder_ && !stop_.isThere() && !finder_->found().empty()) {
         failAt(finder_->found().front(),
                host::formatMessage(messages::notPlain, {NuFromUtf8(finder_->name())}));
     }

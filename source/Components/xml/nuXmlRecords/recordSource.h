@@ -51,16 +51,12 @@ public:
     /// The declarations that were added to it, as they stand in its start tag.
     [[nodiscard]] std::string_view addedDeclarations() const noexcept { return declarations_; }
     [[nodiscard]] const RecordPlace& place() const noexcept { return place_; }
+    /// Of a part, the first record that came, and the start tag that it stopped at.
+    [[nodiscard]] const RecordBorder& first() const noexcept { return first_; }
+    [[nodiscard]] const RecordBorder& stop() const noexcept { return stop_; }
     [[nodiscard]] const TNuSourceForm& form() const noexcept { return pass_->form(); }
 
 private:
-    /// What surrounds a record.
-    struct Surroundings {
-        std::size_t depth;
-        std::string declarations;
-        friend bool operator==(const Surroundings&, const Surroundings&) = default;
-    };
-
     bool seeks(std::string_view name, std::size_t depth, std::int64_t offset) override;
     ElementUse use(const ElementStart& start) override;
     [[nodiscard]] std::string_view insertion() const noexcept override { return declarations_; }
@@ -70,7 +66,8 @@ private:
     [[nodiscard]] std::int64_t positionOf(std::int64_t offset, bool hasMark) const noexcept;
     void countLine(const ElementStart& start);
     void declare(const ElementStart& start);
-    void keepPromise(const ElementStart& start, std::int64_t position);
+    void noteBorder(const ElementStart& start, std::int64_t position);
+    void keepPromise(std::int64_t position);
     void keepPromiseAtEnd();
     [[noreturn]] void failAt(std::int64_t position, std::u16string_view message);
     [[noreturn]] void rethrowPlaced(const ENuXmlFault& fault) const;
@@ -87,11 +84,11 @@ private:
     std::string declarations_;
     std::uint64_t declarationsVersion_ = 0;
     bool hasOwnDeclarations_ = true;
-    std::optional<Surroundings> surroundings_; ///< of the first record
     PlaceCounter lines_;
     std::int64_t countedTo_ = 0; ///< the offset to which they are counted
+    RecordBorder first_;
+    RecordBorder stop_;
     bool hasEnded_ = false;
-    bool hasStopped_ = false;    ///< at the end of the share
     bool isFaultPlaced_ = false; ///< a fault already tells its place in the whole document
     std::exception_ptr failure_;
 };

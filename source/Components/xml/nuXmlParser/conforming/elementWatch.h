@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "nuXmlParser/conforming/namespaceBindings.h"
+#include "nuXmlParser/conforming/openElements.h"
 #include "nuXmlParser/conforming/sourceText.h"
 
 namespace nu {
@@ -17,6 +18,7 @@ struct ElementStart {
     std::int64_t offset;
     const SourceText& source;
     const NamespaceBindings& bindings; ///< those of this tag have its depth
+    const OpenElements& around;        ///< the elements in which it stands
 };
 
 /// What is to be done with an element.

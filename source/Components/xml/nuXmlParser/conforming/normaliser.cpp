@@ -256,7 +256,7 @@ void Normaliser::passStartTag() {
 void Normaliser::useElement() {
     const std::size_t depth = elements_.depth() + 1;
     const ElementUse use =
-        watch_->use({depth, texts_.offsetOf(texts_.place), source_, tags_.bindings()});
+        watch_->use({depth, texts_.offsetOf(texts_.place), source_, tags_.bindings(), elements_});
     if (use == ElementUse::Stop) {
         hasEnded_ = true;
         return;

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -46,6 +47,8 @@ public:
         return element.line != inWindow ? element.line
                                         : source.placeOf(source.placeAt(element.offset)).line;
     }
+    /// The names of all of them, from the root down, with "/" between them.
+    [[nodiscard]] std::string path() const;
     void close() noexcept {
         used_ = elements_.back().nameStart;
         elements_.pop_back();
