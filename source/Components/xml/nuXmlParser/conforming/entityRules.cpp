@@ -1,13 +1,25 @@
 #include "nuXmlParser/conforming/entityRules.h"
 
+#include <algorithm>
 #include <array>
 
 #include "host/runtime/format.h"
 #include "nuXmlParser/conforming/conformingMessages.h"
+#include "nuXmlParser/htmlEntities.h"
 
 namespace nu {
 
 namespace {
+
+char16_t findHtmlEntity(std::string_view name) {
+    char16_t units[longestEntityName];
+    if (name.size() > longestEntityName) {
+        return 0;
+    }
+    std::transform(name.begin(), name.end(), units,
+                   [](char c) { return static_cast<unsigned char>(c); });
+    return findEntity({units, name.size()});
+}
 
 /// What a value does not take over as it is.
 constexpr std::array<bool, 256> changedInValues = [] {
@@ -60,7 +72,13 @@ Entity* EntityRules::resolve(std::string_view name, const char* at) {
 }
 
 void EntityRules::writeLeft(std::string_view name, std::string& text) const {
-    text.append(writesLeftAsText_ ? "&amp;" : "&").append(name).append(";");
+    // The reader knows the names of HTML, nobody else does.
+    const char16_t character = writesLeftAsText_ ? findHtmlEntity(name) : u'\0';
+    if (character != 0) {
+        appendUtf8(text, character);
+    } else {
+        text.append(writesLeftAsText_ ? "&amp;" : "&").append(name).append(";");
+    }
 }
 
 void EntityRules::spend(std::size_t bytes, const char* at) {
