@@ -21,6 +21,10 @@ const ShellCase forms[] = {
      "standard input:2:13: error: the end tag does not match the start tag \"r\" (line 2)\n"},
     {"nuxml records --limit 10 r a.xml", 3, "",
      "a.xml:1:14: error: the record is longer than 10 bytes\n"},
+    {"{ printf '<a>\n<r '; head -c 300000 /dev/zero | tr '\\0' x; } | nuxml records --limit 99k r",
+     3, "", "standard input:2:1: error: what begins here is longer than 101376 bytes\n"},
+    {"printf '<!DOCTYPE a SYSTEM \"x\"><a><r>&eacute;&none;</r></a>' | nuxml records --json r", 0,
+     "\"\xC3\xA9&none;\"\n", ""},
 };
 TEST(RecordsCommand, ShowsRecordsInEveryForm) { expectShell(forms); }
 

@@ -21,6 +21,8 @@ inline constexpr std::u16string_view endTagWithoutStart = u"an end tag without a
 inline constexpr std::u16string_view endTagMismatch =
     u"the end tag does not match the start tag \"%s\" (line %d)";
 
+inline constexpr std::u16string_view markupTooLong = u"what begins here is longer than %d bytes";
+
 // Constructs that the document ends in
 inline constexpr std::u16string_view tagNotClosed = u"the tag is not closed";
 inline constexpr std::u16string_view endTagNotClosed = u"the end tag is not closed";

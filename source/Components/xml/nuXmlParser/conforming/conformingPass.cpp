@@ -89,6 +89,7 @@ std::optional<std::string_view> ConformingPass::readElement(ElementWatch& watch,
     if (!normaliser_) {
         open();
         output_.setLimit(limit);
+        source_.limitWindow(limit);
         normaliser_->setWatch(watch);
     }
     output_.take(output_.text().size());

@@ -8,6 +8,7 @@
 #include "common/codePage.h"
 #include "common/utf8.h"
 #include "common/utf8Sequence.h"
+#include "host/runtime/format.h"
 #include "nuXmlParser/conforming/conformingFaults.h"
 #include "nuXmlParser/conforming/conformingMessages.h"
 #include "nuXmlParser/conforming/xmlDeclaration.h"
@@ -298,6 +299,11 @@ void SourceText::makeRoom(const char*& keep) {
     dropped_ += keep - begin_;
     const auto kept = static_cast<std::size_t>(end_ - keep);
     if (kept + windowRoom / 2 > window_.size()) {
+        if (kept > longest_) {
+            const SourcePlace place = beginPlace_.place();
+            throw ENuXmlFault(host::formatMessage(messages::markupTooLong, {longest_}), place.line,
+                              place.column);
+        }
         std::vector<char> grown(std::max(2 * window_.size(), windowRoom));
         if (kept > 0) {
             std::memcpy(grown.data(), keep, kept);

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -36,6 +37,9 @@ public:
     /// Settles the encoding: `knownEncoding` if it is not empty, else what mark and declaration
     /// say. To be called first, once.
     void open(const std::string& knownEncoding);
+    /// What has to be seen as a whole and has more bytes is a fault, unless the source lies in
+    /// memory.
+    void limitWindow(std::size_t longest) noexcept { longest_ = longest; }
     /// The first line counts as the one of that number.
     void countLinesFrom(std::int64_t line) noexcept { beginPlace_ = PlaceCounter({line, 1}); }
 
@@ -103,6 +107,7 @@ private:
     std::unique_ptr<TNuTranscoder> transcoder_;
 
     std::vector<char> window_;
+    std::size_t longest_ = std::numeric_limits<std::size_t>::max();
     const char* begin_ = nullptr;
     const char* end_ = nullptr;
     std::size_t unshown_ = 0; ///< bytes behind the end, from the first that is not allowed on
