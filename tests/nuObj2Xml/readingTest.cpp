@@ -128,6 +128,8 @@ struct Row {
 };
 
 TEST(Reading, takesWhatTextsSay) {
+    const std::u16string longText = std::u16string(5000, u'x') + u"&amp;\u20AC";
+    const std::u16string longTitle = u"<Title>" + longText + u"</Title>";
     const Row rows[] = {
         {u"", drawing(u"")},
         {u"<Title>a&amp;b<!-- -->c<![CDATA[&lt;]]></Title>",
@@ -155,6 +157,13 @@ TEST(Reading, takesWhatTextsSay) {
          u"i:type=\"q:tcircle\">"
          u"<Radius>.5</Radius></Main>",
          drawing(u"<Main type=\"TCircle\"><Radius type=\"double\">0.5</Radius></Main>")},
+        // A declaration only for the reader by itself.
+        {u"<Main XMLNS:i=\"http://www.w3.org/2001/XMLSchema-instance\" i:type=\"TCircle\"/>"
+         u"<Nobody>enough behind it to be read from bytes: "
+         u".............................................."
+         u"......................................................</Nobody>",
+         drawing(u"<Main type=\"TShape\"></Main>")},
+        {longTitle, drawing(u"<Title type=\"string\">" + longText + u"</Title>")},
         {u"<Main type=\"TCircle\"/><Main type=\"TShape\"/><Main><Size>4</Size></Main>",
          drawing(u"<Main type=\"TShape\"><Size type=\"int\">4</Size></Main>")},
         {u"<Shapes><item type=\"TCircle\"/><other/><item nil=\"true\"/></Shapes>",

@@ -49,24 +49,13 @@ template <class Operation> bool isDone(Operation operation) {
 
 } // namespace
 
-DirectObjects::Name::Name(std::string_view bytes, std::uint64_t hash, std::u16string_view name,
-                          TNuSaxNamespaceList& namespaces)
-    : ByteName(bytes, hash), local(name.substr(name.rfind(cNuColon) + 1)) {
-    // 1. The reader divides names at their last colon.
-    prefix = name.substr(0, local.size() == name.size() ? 0 : name.size() - local.size() - 1);
-
-    // 2. Declarations are known by their first letters, in either case.
-    const std::u16string_view start = name.substr(0, declarationPrefix.size());
-    const bool isLike = NuEqualAsciiWord(start, declarationPrefix);
-    if (isLike && (name.size() == start.size() || name[start.size()] == cNuColon)) {
-        meaning = Meaning::Namespace;
-        declared =
-            &namespaces.prefixScope(name.size() == start.size() ? std::u16string_view() : local);
-    } else if (name == u"xml:space") {
-        meaning = Meaning::Space;
+DirectObjects::Name::Name(std::string_view bytes, std::uint64_t hash, std::u16string_view units,
+                          TNuSaxNamespaceList& namespaces, bool isExact)
+    : ScopedName(bytes, hash, units, namespaces, isExact), local(units.substr(localStart)) {
+    if (meaning != Meaning::None) {
+        word = meaning == Meaning::Namespace ? Word::Namespace : Word::Space;
     } else if (local == u"type" || local == u"nil") {
-        meaning = local == u"type" ? Meaning::Type : Meaning::Nil;
-        scope = prefix.empty() ? nullptr : &namespaces.prefixScope(prefix);
+        word = local == u"type" ? Word::Type : Word::Nil;
     }
 }
 
@@ -98,7 +87,8 @@ DirectObjects::Name* DirectObjects::find(std::string_view bytes) {
         return nullptr;
     }
     assignUtf8(nameTexts_.emplace_back(), bytes);
-    return &names_.add(bytes, hash, nameTexts_.back(), scopes_->namespaces);
+    return &names_.add(bytes, hash, nameTexts_.back(), scopes_->namespaces,
+                       events_.reader_->IsBehindStage());
 }
 
 DirectObjects::Name* DirectObjects::element(std::string_view bytes) {
@@ -122,22 +112,22 @@ DirectObjects::Name* DirectObjects::attribute(Name& before, std::string_view byt
 
 [[gnu::always_inline]] inline bool DirectObjects::addAttribute(Name& name, std::string_view value,
                                                                const markup::PassedKinds& kinds) {
-    switch (name.meaning) {
-    case Meaning::None:
+    switch (name.word) {
+    case Word::None:
         return true;
-    case Meaning::Space:
+    case Word::Space:
         return false;
-    case Meaning::Namespace:
+    case Word::Namespace:
         return kinds.isPlain && declare(name, value);
-    case Meaning::Type:
-    case Meaning::Nil:
+    case Word::Type:
+    case Word::Nil:
         break;
     }
     hasMeaning_ = true;
-    const TNuSaxNamespace* const scope = name.scope != nullptr ? name.scope->newest() : nullptr;
+    const TNuSaxNamespace* const scope = name.scope->newest();
     const int certainty =
-        certaintyOf(name.prefix, scope != nullptr ? scope->URI : std::u16string_view());
-    Found& found = name.meaning == Meaning::Type ? type_ : nil_;
+        certaintyOf(name.prefix(), scope != nullptr ? scope->URI : std::u16string_view());
+    Found& found = name.word == Word::Type ? type_ : nil_;
     if (certainty > found.certainty) {
         found = {value, certainty};
     }
@@ -151,9 +141,8 @@ bool DirectObjects::declare(Name& name, std::string_view value) {
     }
     hasDeclarations_ = true;
     assignUtf8(text_, value);
-    const bool hasPrefix = name.text.size() > declarationPrefix.size();
-    scopes_->namespaces.AddNamespace(scopes_->depth + 1, *name.declared,
-                                     hasPrefix ? name.local : std::u16string_view(), text_);
+    scopes_->namespaces.AddNamespace(scopes_->depth + 1, *name.declared, name.declaredPrefix,
+                                     text_);
     return true;
 }
 

@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "nuObj2Xml/objectBuilder.h"
-#include "nuXmlParser/markup/byteName.h"
 #include "nuXmlParser/markup/plainContent.h"
 #include "nuXmlSax/directContent.h"
+#include "nuXmlSax/scopedName.h"
 
 namespace nu {
 
@@ -28,19 +28,18 @@ private:
     friend class markup::PlainContent<DirectObjects>;
 
     /// What an attribute of a name says.
-    enum class Meaning : std::uint8_t { None, Type, Nil, Namespace, Space };
+    enum class Word : std::uint8_t { None, Type, Nil, Namespace, Space };
 
-    struct Name : markup::ByteName {
-        Name(std::string_view bytes, std::uint64_t hash, std::u16string_view name,
-             TNuSaxNamespaceList& namespaces);
+    struct Name : ScopedName {
+        Name(std::string_view bytes, std::uint64_t hash, std::u16string_view units,
+             TNuSaxNamespaceList& namespaces, bool isExact);
+
+        [[nodiscard]] std::u16string_view prefix() const noexcept {
+            return units.substr(0, hasColon() ? localStart - 1 : 0);
+        }
 
         std::u16string_view local; ///< behind the last colon
-        Meaning meaning = Meaning::None;
-        // Of an attribute with a prefix.
-        std::u16string_view prefix;
-        PrefixScope* scope = nullptr;
-        // Of a declaration.
-        PrefixScope* declared = nullptr;
+        Word word = Word::None;
         // Of an element: the property that it is in objects of a class, where that is a leaf.
         const host::TClassInfo* owner = nullptr;
         const host::TPropInfo* leaf = nullptr;
