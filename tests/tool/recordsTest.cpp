@@ -63,6 +63,13 @@ const ShellCase parts[] = {
      0, "", ""},
     {"touch -d '2 days ago' l.xml; nuxml records --part 2/3 r l.xml 2>&1 | cut -c 1-33", 0,
      "nuxml: l.xml was changed behind i\n", ""},
+    {"nuxml records --jobs 2 r none.xml", 4, "",
+     "nuxml: cannot open none.xml: No such file or directory\n"},
+    {"nuxml records --jobs 2 r .", 4, "", "nuxml: .: only a regular file can be read in parts\n"},
+    {": >none.xml; nuxml records --jobs 2 r none.xml", 3, "",
+     "none.xml:1:1: error: the document has no root element\n"},
+    {"nuxml records --index --index-file=/nowhere/i a.xml 2>&1 | cut -c 1-30", 0,
+     "nuxml: cannot write /nowhere/i\n", ""},
     {"nuxml records --jobs 2 r - <l.xml", 2, "",
      "nuxml: --part and --jobs are for one file; see \"nuxml help records\"\n"},
 };

@@ -22,9 +22,9 @@ constexpr std::int64_t plainTaskSize = 4 * 1024 * 1024;
 std::unique_ptr<host::TStream> openShared(std::string_view name) {
     std::error_code error;
     if (!std::filesystem::is_regular_file(name, error)) {
-        throw InputError(
-            std::string(displayName(name)) +
-            (error ? ": " + error.message() : ": only a file can be read in parts, no stream"));
+        throw InputError(error ? "cannot open " + std::string(name) + ": " + error.message()
+                               : std::string(displayName(name)) +
+                                     ": only a regular file can be read in parts");
     }
     try {
         return std::make_unique<host::TFileStream>(std::filesystem::path(name),
@@ -81,7 +81,8 @@ void RecordTasks::beginAnew(std::size_t number, std::int64_t position) {
 }
 
 std::optional<RecordTask> RecordTasks::next() {
-    if (border_ >= size_) {
+    // A file that is empty has a task as well: somebody has to say that it is no document.
+    if (count_ > 0 && border_ >= size_) {
         return std::nullopt;
     }
     RecordTask task{count_++, {border_, size_}, std::move(start_), guess_.has_value()};

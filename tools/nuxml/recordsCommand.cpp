@@ -127,18 +127,24 @@ std::string indexNameOf(std::string_view file) { return std::string(file) + ".nu
 ExitCode writeIndex(Console& console, std::string_view name,
                     std::optional<std::string_view> target) {
     const std::unique_ptr<host::TStream> file = openShared(name);
+    std::optional<nu::RecordIndex> index;
     try {
-        const nu::RecordIndex index =
-            nu::RecordIndex::Build(*file, modificationOf(name), 0, [&](std::int64_t position) {
-                showReading(console.progress(), name, position);
-            });
-        console.progress().clear();
-        host::FileReplacement replacement(target ? std::string(*target) : indexNameOf(name));
-        index.Save(replacement.stream());
-        replacement.commit();
+        index = nu::RecordIndex::Build(*file, modificationOf(name), 0, [&](std::int64_t position) {
+            showReading(console.progress(), name, position);
+        });
     } catch (const host::Exception&) {
         console.progress().clear();
         return explainRecordFault(console, name);
+    }
+    console.progress().clear();
+    const std::string place = target ? std::string(*target) : indexNameOf(name);
+    try {
+        host::FileReplacement replacement(place);
+        index->Save(replacement.stream());
+        replacement.commit();
+    } catch (const host::Exception& error) {
+        console.complain("cannot write " + place, error.Message());
+        return exitInputOutput;
     }
     return exitDone;
 }
