@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/runtime/dataSet.h"
+#include "host/runtime/exception.h"
 #include "host/runtime/propertyValue.h"
 
 namespace host {
