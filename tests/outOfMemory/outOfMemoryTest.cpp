@@ -1,11 +1,9 @@
 // Every allocation fails once, one run after the other: what was asked for happens wholly or says
 // why not, nothing is lost or leaked, and what it was asked of can be used again.
 
-#include <cstdlib>
 #include <exception>
 #include <filesystem>
-#include <functional>
-#include <new>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -25,91 +23,15 @@
 #include "nuObj2Xml.h"
 #include "nuXmlDOM.h"
 #include "nuXmlParser.h"
+#include "nuXmlRecords.h"
 #include "nuXmlSax.h"
+#include "outOfMemory/failingMemory.h"
+
+using failing::failEverywhere;
+using failing::onCall;
+using failing::wasReached;
 
 namespace {
-
-/// Allocations until one fails; negative while all succeed.
-thread_local long allocationsLeft = -1;
-/// Blocks that this thread has allocated and not freed.
-thread_local long liveBlocks = 0;
-
-bool fails() noexcept { return allocationsLeft >= 0 && allocationsLeft-- == 0; }
-
-} // namespace
-
-// Sanitizers have their own allocator, and look for leaks themselves.
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-extern "C" {
-void* __libc_malloc(std::size_t size);
-void* __libc_calloc(std::size_t count, std::size_t size);
-void* __libc_realloc(void* block, std::size_t size);
-void __libc_free(void* block);
-
-static void* counted(void* block) {
-    liveBlocks += block != nullptr ? 1 : 0;
-    return block;
-}
-void* malloc(std::size_t size) { return fails() ? nullptr : counted(__libc_malloc(size)); }
-void* calloc(std::size_t count, std::size_t size) {
-    return fails() ? nullptr : counted(__libc_calloc(count, size));
-}
-void* realloc(void* block, std::size_t size) {
-    if (block == nullptr) {
-        return malloc(size);
-    }
-    return fails() ? nullptr : __libc_realloc(block, size);
-}
-void free(void* block) {
-    liveBlocks -= block != nullptr ? 1 : 0;
-    __libc_free(block);
-}
-}
-#endif
-
-void* operator new(std::size_t size) {
-    void* block = fails() ? nullptr : std::malloc(size);
-    if (block == nullptr) {
-        throw std::bad_alloc();
-    }
-    return block;
-}
-[[gnu::noinline]] void operator delete(void* block) noexcept { std::free(block); }
-[[gnu::noinline]] void operator delete(void* block, std::size_t /*size*/) noexcept {
-    std::free(block);
-}
-
-namespace {
-
-/// Allocations of the operation that is to be looked at. The first run fails in none of them, so
-/// that what is made once and for all is there.
-long failingCount = -1;
-bool wasReached = false;
-
-void onCall(bool begins) {
-    if (begins) {
-        allocationsLeft = failingCount;
-    } else {
-        wasReached = wasReached || (failingCount >= 0 && allocationsLeft < 0);
-        allocationsLeft = -1;
-    }
-}
-
-/// Does `work`, which calls onCall around what is to fail, until no allocation of it is left that
-/// could. Gives the number of runs that failed.
-template <class Work> long failEverywhere(Work&& work) {
-    for (failingCount = -1;; ++failingCount) {
-        SCOPED_TRACE(failingCount);
-        wasReached = false;
-        const long before = liveBlocks;
-        work();
-        host::SetErrorInfo(nullptr);
-        EXPECT_TRUE(failingCount < 0 || liveBlocks == before) << liveBlocks - before << " leaked";
-        if (::testing::Test::HasFailure() || (failingCount >= 0 && !wasReached)) {
-            return failingCount;
-        }
-    }
-}
 
 constexpr std::u16string_view text =
     u"<?xml version=\"1.0\"?><!--c--><r xmlns:p=\"u\" n=\"5\"><p:a k=\"a value of some length\" "
@@ -376,7 +298,59 @@ constexpr Work works[] = {
                                 [&](auto thing) { read.push_back(std::move(thing)); });
          EXPECT_EQ(read.size(), 2U);
      }},
-    {"records",
+    {"the face of C++",
+     [](State& s) {
+         TNuDOMElement& root = s.root();
+         root.Set("b", "a text that does not fit into its node");
+         root.Set(u"new/deep/@k", 5);
+         use(root.Get<int>("new/deep/@k"), root.Get("b", std::string("none")), root.Find("nobody"),
+             root.At("b").Get<NuXmlString>(), root.Make("made/here"));
+         for (TNuDOMElement& element : root.Select("//b")) {
+             element.Set("@k", "a value of some length");
+         }
+         for (const TNuDOMNode& node : root.SelectNodes(u"//@*")) {
+             use(node.Text());
+         }
+         for (TNuDOMElement& element : root.ChildElements("b")) {
+             use(element.Attributes().begin());
+         }
+         const auto copy = s.document->CreateCopy();
+         root.AddCopy(*s.other->GetRootNode());
+         root.InsertCopy(*copy->GetRootNode(), rdpFirst, nullptr);
+         use(s.other->CreateCopy(root));
+         std::ostringstream stream;
+         stream << *s.document;
+         stream.exceptions(std::ios::badbit); // which is all that a stream says of it
+     },
+     true},
+    {"records of a document",
+     [](State& s) {
+         constexpr std::string_view document =
+             "<?xml version='1.0' encoding='UTF-8'?><all xmlns:p='u'><p:r k='1'><t>one</t></p:r>"
+             "<r k='2'><t>a text of more than a few letters</t></r><r><r/></r></all>";
+         host::TMemoryViewStream file(document);
+         const nu::RecordIndex index = nu::RecordIndex::Build(file, 0, 20);
+         index.Save(s.out);
+         s.out.SetPosition(0);
+         const nu::RecordIndex loaded = nu::RecordIndex::Load(s.out);
+         const nu::RecordColumns columns(u"t,@k");
+         int count = 0;
+         std::string told;
+         for (int number = 0; number < 2; ++number) {
+             nu::RecordReader records(file, u"all/*", loaded,
+                                      nu::shareOf(file.GetSize(), number, 2));
+             for (; records.Next(); ++count) {
+                 told += records.Xml();
+                 records.AppendJson(told);
+                 records.AppendRow(told, columns, nu::RowForm::Csv);
+                 use(records.Document().get_xml());
+                 Thing read;
+                 records.ReadObject(read);
+             }
+         }
+         EXPECT_EQ(count, 3);
+     }},
+    {"data sets and lists",
      [](State& s) {
          host::CsvDataSet data;
          data.LoadText("a,b\n1,\"a text that does not fit\"\n2,y\n");
