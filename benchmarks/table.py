@@ -17,7 +17,7 @@ OURS = "nuxml"
 # Other forms of ours stand after ours, a copy is the limit and stands last.
 LAST = "copy"
 WORKS = ["read", "conform", "check", "rewrite", "escape", "unescape", "load", "loadFirst", "destroy",
-         "write", "format", "select", "save", "restore"]
+         "write", "format", "select", "edit", "save", "restore"]
 
 
 def read_results(paths):
