@@ -202,7 +202,7 @@ void FileReplacement::makeNew() {
 }
 
 /// A file without a name that can be given one later, or -1.
-int FileReplacement::makeUnnamed() const noexcept {
+int FileReplacement::makeUnnamed() const {
     Descriptor made(::openat(folder_.number(), ".", O_RDWR | O_TMPFILE | O_CLOEXEC,
                              former_.isOpen() ? 0600 : 0666));
     return made.isOpen() && ::access(descriptorName(made.number()).c_str(), F_OK) == 0

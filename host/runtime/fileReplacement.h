@@ -48,7 +48,7 @@ private:
     bool takeOpenOutput(const std::filesystem::path& link);
     void openFormer(const std::filesystem::path& place);
     void makeNew();
-    int makeUnnamed() const noexcept;
+    int makeUnnamed() const;
     void giveName();
     void takePlace();
     [[noreturn]] void raiseNotCreated(std::u16string_view reason) const;
