@@ -109,6 +109,16 @@ TEST(OutOfMemory, isSaidByTheTool) {
         {"tree", name},
         {"edit", "-i", "--set", "r/b=new", "--delete", "r/p:c", "--create", "r/d/@e=1", name},
         {"format", "-i", "--indent=4", name},
+        {"format", "--compact", name},
+        {"convert", name},
+        {"records", "--json", "b", name},
+        {"records", "--columns", "@k,.", "--header", "b", name},
+        {"check", name},
+        {"events", "--json", "--positions", name},
+        {"tame", "-i", name},
+        {"escape", "<a & b>"},
+        {"unescape", "&lt;&auml;&#65;"},
+        {"completion", "bash"},
     };
     for (const auto& line : lines) {
         SCOPED_TRACE(std::string(line.front()) + ' ' + std::string(line[1]));
