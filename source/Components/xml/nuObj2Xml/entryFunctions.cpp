@@ -220,7 +220,12 @@ void NuDeSerializeObject(TNuObjectRef object, TNuDOMElement& element,
 void NuLoadObject(const std::filesystem::path& path, TNuObjectRef object,
                   TNuDeserializeOptions options) {
     host::TFileStream stream(path, host::fmOpenRead);
-    NuDeSerializeObject(object, stream, options);
+    try {
+        NuDeSerializeObject(object, stream, options);
+    } catch (ENuSaxFatalError& fault) {
+        fault.SetFile(NuFromUtf8(path.string()));
+        throw;
+    }
 }
 
 host::TComponent* NuDeSerializeComponent(host::TComponent* owner, std::u16string_view xml,
