@@ -62,6 +62,7 @@ private:
 int main() {
     const auto handler = host::makeRef<TitlePrinter>();
     TNuSAXXMLReader reader;
+    reader.SetConforming({}); // documents as XML means them
     reader.setContentHandler(handler);
     reader.setErrorHandler(handler);
     reader.ParseFile("library.xml");

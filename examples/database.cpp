@@ -81,7 +81,7 @@ int main() {
                  nullptr, nullptr, nullptr);
 
     QueryResult books(opened, "SELECT id, title, price FROM book ORDER BY id");
-    const NuRef<TNuDOMDocument> document = NuCreateDOMDocument(u"<books/>");
+    const NuRef<TNuDOMDocument> document = NuParseDocument("<books/>");
     NuSerialize(books, *document->get_documentElement());
     std::cout << NuToUtf8(document->get_documentElement()->get_formattedXml()) << '\n';
 }

@@ -12,7 +12,7 @@ void print(const TNuDOMNode& node) { std::cout << NuToUtf8(node.get_xml()) << '\
 } // namespace
 
 int main() {
-    NuRef<TNuDOMDocument> document = NuCreateDOMDocument(u"<shelf><a/><b/><c/></shelf>");
+    NuRef<TNuDOMDocument> document = NuParseDocument("<shelf><a/><b/><c/></shelf>");
 
     // A handle on any node keeps all of its document.
     NuRef<TNuDOMElement> shelf = document->get_documentElement();
@@ -23,7 +23,7 @@ int main() {
     NuRef<TNuDOMElement> taken = shelf->RemoveElement(u"b");
     print(*taken);
     // ... and can be put back, or into another document, which adopts it.
-    const NuRef<TNuDOMDocument> other = NuCreateDOMDocument(u"<box/>");
+    const NuRef<TNuDOMDocument> other = NuParseDocument("<box/>");
     other->get_documentElement()->appendChild(*taken);
     taken.reset();
     print(*other);

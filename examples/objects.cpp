@@ -110,7 +110,7 @@ void showOptions(const TPerson& person) {
 }
 
 void showElements(TPerson& person) {
-    const NuRef<TNuDOMDocument> document = NuCreateDOMDocument(u"<all><rows/><person/></all>");
+    const NuRef<TNuDOMDocument> document = NuParseDocument("<all><rows/><person/></all>");
     TNuDOMElement& rows = *document->get_documentElement()->GetChildElement(u"rows");
     TNuDOMElement& element = *document->get_documentElement()->GetChildElement(u"person");
     host::TRowSet data;

@@ -23,8 +23,8 @@ void show(TNuDOMElement& context, std::u16string_view path, TNuDOMSelectOptions 
 } // namespace
 
 int main() {
-    const auto document = NuCreateDOMDocument(
-        u"<root><a id=\"1\"><b>x</b></a><a id=\"02\"/><c><a id=\"3\"/></c></root>");
+    const auto document =
+        NuParseDocument("<root><a id=\"1\"><b>x</b></a><a id=\"02\"/><c><a id=\"3\"/></c></root>");
     TNuDOMElement& root = *document->get_documentElement();
 
     show(root, u"a");              // children of the context
