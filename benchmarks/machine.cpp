@@ -103,11 +103,20 @@ void compare(const fs::path& path, Counts& counts) {
     }
     // 3. Lines.
     counts.startTags += static_cast<long long>(ours.startTagLines.size());
+    long elsewhere = 0;
     for (std::size_t index = 0;
          index < std::min(ours.startTagLines.size(), expat->startTagLines.size()); ++index) {
-        counts.startTagsElsewhere +=
-            ours.startTagLines[index] != expat->startTagLines[index] ? 1 : 0;
+        const std::int64_t line = ours.startTagLines[index];
+        if (line == expat->startTagLines[index]) {
+            continue;
+        }
+        if (++elsewhere == 1) {
+            tell(path, "a start tag on another line: ",
+                 std::to_string(line) + ", to expat " +
+                     std::to_string(expat->startTagLines[index]));
+        }
     }
+    counts.startTagsElsewhere += elsewhere;
 }
 
 void compareBelow(const fs::path& folder, Counts& counts) {

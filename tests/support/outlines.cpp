@@ -168,6 +168,20 @@ struct ExpatRun {
 
     static ExpatRun& of(void* user) { return *static_cast<ExpatRun*>(user); }
 
+    /// A tag in UTF-16 with a byte for each unit, so that no half of one is taken for a line break.
+    static std::string narrowed(std::string_view tag) {
+        const bool isBigEndian = tag.size() > 1 && tag[0] == '\0';
+        if (!isBigEndian && (tag.size() < 2 || tag[1] != '\0')) {
+            return std::string(tag);
+        }
+        std::string units;
+        for (std::size_t place = 0; place + 1 < tag.size(); place += 2) {
+            const char low = tag[place + (isBigEndian ? 1 : 0)];
+            const char high = tag[place + (isBigEndian ? 0 : 1)];
+            units += high == '\0' ? low : '?';
+        }
+        return units;
+    }
     /// The line where the tag at hand ends.
     [[nodiscard]] std::int64_t endLine() const {
         int offset = 0;
@@ -178,7 +192,7 @@ struct ExpatRun {
         if (context == nullptr || offset + length > size) {
             return line;
         }
-        const std::string_view tag(context + offset, static_cast<std::size_t>(length));
+        const std::string tag = narrowed({context + offset, static_cast<std::size_t>(length)});
         for (std::size_t place = 0; place < tag.size(); ++place) {
             const bool isPair =
                 tag[place] == '\r' && place + 1 < tag.size() && tag[place + 1] == '\n';
