@@ -101,7 +101,7 @@ DirectObjects::Name* DirectObjects::attribute(Name& before, std::string_view byt
 
 // Start tags
 
-[[gnu::always_inline]] inline bool DirectObjects::startTag(Name& name) {
+[[gnu::always_inline]] inline bool DirectObjects::startTag(Name& name, const char* /*less*/) {
     elementName_ = &name;
     type_ = {};
     nil_ = {};

@@ -53,6 +53,7 @@ private:
     };
 
     // For markup::PlainContent, see there.
+    static constexpr bool isXml = false;
     static constexpr auto classifyText = markup::classifyReferences;
     [[nodiscard]] Name* nextElement() const noexcept { return *guess_; }
     [[nodiscard]] Name* open() const noexcept { return open_.empty() ? nullptr : open_.back(); }
@@ -60,7 +61,7 @@ private:
     [[nodiscard]] bool keepsInline() const noexcept { return scopes_->space.keepsInline(); }
     [[nodiscard]] Name* element(std::string_view bytes);
     [[nodiscard]] Name* attribute(Name& before, std::string_view bytes);
-    bool startTag(Name& name);
+    bool startTag(Name& name, const char* less);
     [[nodiscard]] static constexpr bool addNothing() noexcept { return true; }
     bool addAttribute(Name& name, std::string_view value, const markup::PassedKinds& kinds);
     void abandonStartTag();

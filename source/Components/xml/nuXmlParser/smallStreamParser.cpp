@@ -58,6 +58,21 @@ TNuXmlSmallStreamParser::TNuXmlSmallStreamParser(host::TStream* sourceStream, bo
     Initialize();
 }
 
+TNuXmlSmallStreamParser::TNuXmlSmallStreamParser(host::TStream* sourceStream,
+                                                 const host::Ref<host::IErrorHandler>& errorHandler,
+                                                 std::size_t windowLength, nu::TextSupply& supply)
+    : TNuXmlBaseParser(sourceStream, false, errorHandler), prefersBytes_(true),
+      windowLength_(std::max(windowLength, shortestWindow)), stepLength_(stepBetweenBytes),
+      supply_(&supply) {
+    TNuXmlBaseParser::Initialize();
+    useText(noText, 0);
+    memory_ = nu::TextMemory(windowLength_ * cNuXmlCharSize);
+    if (takeSupply()) {
+        beginWindow();
+    }
+    counter_.start(buffer_);
+}
+
 TNuXmlSmallStreamParser::~TNuXmlSmallStreamParser() = default;
 
 void TNuXmlSmallStreamParser::Initialize() {
@@ -124,6 +139,12 @@ const char* TNuXmlSmallStreamParser::currentByte() noexcept {
 }
 
 std::string_view TNuXmlSmallStreamParser::bytesFromHere() noexcept {
+    if (supply_ != nullptr) {
+        const std::string_view bytes =
+            isSupplyPassable() ? supply_->textFrom(*currPtr_) : std::string_view();
+        knownByte_ = bytes.data();
+        return bytes;
+    }
     if (!decoder_.isUtf8()) {
         return {};
     }
@@ -148,12 +169,17 @@ void TNuXmlSmallStreamParser::continueBehindPassed() {
     if (passing_.end == here) {
         return;
     }
-    nu::expects(here < passing_.end &&
-                passing_.end <= decoder_.rest().data() + decoder_.rest().size());
-    hasPassedBytes_ = true;
     knownByte_ = passing_.end;
     // What the counters were asked for last may have been the character that comes now.
     const std::ptrdiff_t counted = passing_.start > passing_.end ? 1 : 0;
+
+    if (supply_ != nullptr) {
+        beginBehindPassed(counted);
+        return;
+    }
+    nu::expects(here < passing_.end &&
+                passing_.end <= decoder_.rest().data() + decoder_.rest().size());
+    hasPassedBytes_ = true;
 
     // 1. Often little was passed, and the window goes on behind it.
     const std::string_view passed(here, static_cast<std::size_t>(passing_.end - here));
@@ -173,6 +199,46 @@ void TNuXmlSmallStreamParser::continueBehindPassed() {
     ++readPtr_;
     peekPtr_ = nullptr;
     knownUnit_ = units;
+}
+
+/// The window begins anew with the last character that was passed, behind which the supply goes on.
+void TNuXmlSmallStreamParser::beginBehindPassed(std::ptrdiff_t counted) {
+    supply_->pass(passing_.end);
+    auto* units = reinterpret_cast<NuXmlChar*>(memory_.data());
+    counter_.passBytes(readPtr_, passing_, units + counted);
+    decoder_.continueWith({passing_.end, 1});
+    beginWindow();
+    ++readPtr_;
+    peekPtr_ = nullptr;
+}
+
+/// Gets the next piece from the supply, if there is one; false at the end.
+bool TNuXmlSmallStreamParser::takeSupply() {
+    if (supply_ == nullptr || !supply_->promisesMore()) {
+        return false;
+    }
+    const std::string_view piece = supply_->next();
+    decoder_.continueWith(piece);
+    return !piece.empty();
+}
+
+/// Decodes from the beginning of the window on.
+void TNuXmlSmallStreamParser::beginWindow() {
+    auto* units = reinterpret_cast<NuXmlChar*>(memory_.data());
+    const std::size_t length = decoder_.decode(units, std::min(windowLength_ - 1, stepLength_));
+    lastPtr_ = units + (length - 1);
+    markMore();
+    useText(units, static_cast<std::size_t>(lastPtr_ - units) + 1);
+}
+
+/// Behind everything that is at hand of what the supply gives. The mark is a character like any
+/// other, and is replaced before anybody gets it.
+void TNuXmlSmallStreamParser::markMore() noexcept {
+    isMoreMarked_ = supply_ != nullptr && !decoder_.hasMore() && supply_->promisesMore();
+    if (isMoreMarked_) {
+        auto* units = reinterpret_cast<NuXmlChar*>(memory_.data());
+        units[++lastPtr_ - units] = cNuSpace;
+    }
 }
 
 PNuXmlChar TNuXmlSmallStreamParser::readBeyondControls() {
@@ -202,23 +268,32 @@ bool TNuXmlSmallStreamParser::decodeMore() {
 
     // 3. More text.
     auto* units = reinterpret_cast<NuXmlChar*>(memory_.data());
-    const std::ptrdiff_t used = lastPtr_ + 1 - units;
+    const std::ptrdiff_t used = lastPtr_ + 1 - units - (isMoreMarked_ ? 1 : 0);
     nu::expects(used > 0 && static_cast<std::size_t>(used) <= windowLength_);
-    const std::size_t room = windowLength_ - static_cast<std::size_t>(used);
-    lastPtr_ += decoder_.decode(units + used, std::min(room, std::max(kept, stepLength_)));
+    const std::size_t room = windowLength_ - static_cast<std::size_t>(used) - markRoom();
+    lastPtr_ = units + used - 1 +
+               decoder_.decode(units + used, std::min(room, std::max(kept, stepLength_)));
+    markMore();
     return true;
 }
 
-/// Whether all that is left to decode has room behind the text in the window.
+/// Whether all that is left to decode, or that the supply gave, has room behind the text in the
+/// window.
 bool TNuXmlSmallStreamParser::restFitsBehind() const noexcept {
     const auto* units = reinterpret_cast<PNuXmlChar>(memory_.data());
-    return windowLength_ - static_cast<std::size_t>(lastPtr_ + 1 - units) >= decoder_.unitsAtMost();
+    return windowLength_ - static_cast<std::size_t>(lastPtr_ + 1 - units) >=
+           decoder_.unitsAtMost() + markRoom();
 }
 
 void TNuXmlSmallStreamParser::stayInPlace() {
+    // What is at hand of a supply is not all of the tag if it is but its "<".
+    if (isMoreMarked_ && readPtr_ == lastPtr_) {
+        takeSupply();
+    }
     if (decoder_.hasMore() && !restFitsBehind()) {
         counter_.countUpTo(keep_);
-        moveText(static_cast<std::size_t>(lastPtr_ - keep_) + 1 + decoder_.unitsAtMost());
+        moveText(static_cast<std::size_t>(lastPtr_ - keep_) + 1 + decoder_.unitsAtMost() +
+                 markRoom());
     }
 }
 
@@ -292,7 +367,7 @@ void TNuXmlSmallStreamParser::useText(PNuXmlChar text, std::size_t length) noexc
 
 std::int64_t TNuXmlSmallStreamParser::GetStreamPos() {
     std::int64_t length = droppedLength_ + (readPtr_ - buffer_);
-    if (hasPassedBytes_ || isPassing_) {
+    if (supply_ == nullptr && (hasPassedBytes_ || isPassing_)) {
         const std::string_view text = decoder_.text();
         const char* const end = isPassing_ ? passing_.end : currentByte();
         const auto size = static_cast<std::size_t>(end - text.data());

@@ -9,6 +9,7 @@
 #include "nuXmlParser/textCounter.h"
 #include "nuXmlParser/textDecoder.h"
 #include "nuXmlParser/textMemory.h"
+#include "nuXmlParser/textSupply.h"
 
 /// The character source that has the whole rest of its stream at hand and reads by pointer.
 ///
@@ -34,6 +35,13 @@ public:
     TNuXmlSmallStreamParser(host::TStream* sourceStream, bool ownsStream,
                             const host::Ref<host::IErrorHandler>& errorHandler,
                             std::size_t windowLength = wholeText, bool prefersBytes = false);
+    /// \cond internal
+    /// Decodes what a supply gives. The stream is only what is named as the source. Nobody may ask
+    /// for the position in the text.
+    TNuXmlSmallStreamParser(host::TStream* sourceStream,
+                            const host::Ref<host::IErrorHandler>& errorHandler,
+                            std::size_t windowLength, nu::TextSupply& supply);
+    /// \endcond
     ~TNuXmlSmallStreamParser() override;
 
     /// The offset of the next character in the decoded text, in bytes.
@@ -85,14 +93,20 @@ public:
         deliver(place);
     }
     /// While the current character is not `stop` and the input has not ended: hands the current
-    /// character to `append` (pointer and length, a run at a time) and does ReadXmlChar.
-    template <class Append> void copyUntil(NuXmlChar stop, Append&& append) {
+    /// character to `append` (pointer and length, a run at a time) and does ReadXmlChar, or
+    /// ReadRawChar where control characters are to be kept.
+    template <bool keepsControls = false, class Append>
+    void copyUntil(NuXmlChar stop, Append&& append) {
         while (!eof_ && *currPtr_ != stop) {
             const PNuXmlChar next = currPtr_ + 1;
             const PNuXmlChar end = nu::findControlOr(stop, next, std::max(next, lastPtr_));
             append(currPtr_, static_cast<std::size_t>(end - currPtr_));
             readPtr_ = end;
-            ReadXmlChar();
+            if constexpr (keepsControls) {
+                ReadRawChar();
+            } else {
+                ReadXmlChar();
+            }
         }
     }
     /// Whether the next two characters, controls before the first skipped, are these.
@@ -106,7 +120,7 @@ public:
     /// Where the kept text is now.
     [[nodiscard]] PNuXmlChar keptPlace() const noexcept { return keep_; }
     /// Decodes more text, which moves what is kept. False when there is no more.
-    bool extendWindow() { return decoder_.hasMore() && decodeMore(); }
+    bool extendWindow() { return (decoder_.hasMore() || takeSupply()) && decodeMore(); }
     /// The first unit of `set` at or after `place`, or the place where the input or the window
     /// ends, without moving.
     template <nu::StopSet set> [[nodiscard]] PNuXmlChar findFrom(PNuXmlChar place) noexcept {
@@ -172,8 +186,16 @@ private:
         return true;
     }
     PNuXmlChar readBeyondControls();
+    bool takeSupply();
     bool decodeMore();
     [[nodiscard]] const char* currentByte() noexcept;
+    void markMore() noexcept;
+    void beginWindow();
+    void beginBehindPassed(std::ptrdiff_t counted);
+    [[nodiscard]] std::size_t markRoom() const noexcept { return supply_ != nullptr ? 1 : 0; }
+    [[nodiscard]] bool isSupplyPassable() const noexcept {
+        return isMoreMarked_ && readPtr_ == lastPtr_ && !decoder_.hasMore();
+    }
     [[nodiscard]] bool restFitsBehind() const noexcept;
     void moveText(std::size_t windowLength);
     void deliverEnd() noexcept;
@@ -197,11 +219,15 @@ private:
     nu::TextDecoder decoder_;
     nu::TextMemory memory_; ///< the window
     bool prefersBytes_;
-    std::size_t windowLength_;        ///< room of the window
-    std::size_t stepLength_;          ///< the characters to decode at once, or as many as are kept
-    PNuXmlChar knownUnit_ = nullptr;  ///< a place in the window, and where it stands in the bytes
-    const char* knownByte_ = nullptr; ///< null where that is not known
-    nu::PassedBytes passing_;         ///< see startPassing; not in the counters
+    std::size_t windowLength_;         ///< room of the window
+    std::size_t stepLength_;           ///< the characters to decode at once, or as many as are kept
+    PNuXmlChar knownUnit_ = nullptr;   ///< a place in the window, and where it stands in the bytes
+    const char* knownByte_ = nullptr;  ///< null where that is not known
+    nu::TextSupply* supply_ = nullptr; ///< of the text, or null
+    /// The last unit of the window is none of the text: it stands for what the supply promises, so
+    /// that whatever stands before it is not the last one.
+    bool isMoreMarked_ = false;
+    nu::PassedBytes passing_; ///< see startPassing; not in the counters
     bool isPassing_ = false;
     bool hasPassedBytes_ = false;
     std::int64_t droppedLength_ = 0; ///< characters that stood before the window

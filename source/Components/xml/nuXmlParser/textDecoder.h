@@ -32,6 +32,12 @@ public:
     /// The same for bytes that the decoder keeps.
     Opening open(TextMemory bytes, bool isMarkedUtf8);
 
+    /// Goes on with other bytes, which are known to be well-formed UTF-8.
+    void continueWith(std::string_view utf8) noexcept {
+        text_ = rest_ = utf8;
+        codePage_ = cNuCodePageUtf8;
+    }
+
     /// Whether the bytes are UTF-8, well-formed throughout.
     [[nodiscard]] bool isUtf8() const noexcept { return codePage_ == cNuCodePageUtf8; }
     /// The bytes that were not decoded yet.

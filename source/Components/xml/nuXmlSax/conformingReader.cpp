@@ -58,21 +58,26 @@ void TNuSAXXMLReader::parseBehindStage(host::TStream& stream) {
         parseInBlocks(stream);
         return;
     }
-    // 1. A stream in memory is read in place, any other is brought there.
+    // A stream in memory is read in place, any other is brought there.
     if (dynamic_cast<host::TCustomMemoryStream*>(&stream) != nullptr) {
-        const std::int64_t start = stream.GetPosition();
-        if (!parseWhole(stream)) {
-            stream.SetPosition(start);
-            parseInBlocks(stream);
-        }
+        parseInMemory(stream);
         return;
     }
     const std::int64_t size = std::max<std::int64_t>(stream.GetSize() - stream.GetPosition(), 0);
     const nu::TextMemory bytes = nu::TextMemory::read(stream, static_cast<std::size_t>(size));
     host::TMemoryViewStream memory(bytes.bytes());
-    if (!parseWhole(memory)) {
-        memory.SetPosition(0);
-        parseInBlocks(memory);
+    parseInMemory(memory);
+}
+
+void TNuSAXXMLReader::parseInMemory(host::TStream& stream) {
+    const std::int64_t start = stream.GetPosition();
+    if (parseInOnePass(stream)) {
+        stream.Seek(0, host::SeekOrigin::End);
+        return;
+    }
+    if (!parseWhole(stream)) {
+        stream.SetPosition(start);
+        parseInBlocks(stream);
     }
 }
 

@@ -9,11 +9,16 @@
 
 namespace nu {
 
+class ConformingSupply;
+
 /// What a reader knows of the elements around the current place.
 struct ReaderScopes {
     std::int32_t& depth;
     TNuSaxNamespaceList& namespaces;
     SpaceStack& space;
+    /// Where the content has not been through the conforming stage yet: what is taken must be
+    /// well-formed, and the stage is told of its elements. Otherwise null.
+    ConformingSupply* stage = nullptr;
 };
 
 /// Takes content from the bytes of a document directly, where the reader's handlers are its own and
@@ -29,6 +34,12 @@ public:
     /// wherever somebody may ask for the place. The scopes are as if the reader had read that.
     /// Where NULs stand at the end of the bytes there is no more text.
     virtual void read(std::string_view bytes, PassedBytes& passed, const ReaderScopes& scopes) = 0;
+
+    /// Whether everything that was taken and told since the parse began can be undone, so that a
+    /// document may be taken before it is known to be well-formed.
+    [[nodiscard]] virtual bool canUndo() const { return false; }
+    /// Does that: the parse begins anew, without this object.
+    virtual void undo() {}
 
 protected:
     ~DirectContent() = default;

@@ -2,15 +2,19 @@
 
 #include <algorithm>
 #include <exception>
+#include <new>
 #include <typeinfo>
+#include <utility>
 
 #include "common/caseFolding.h"
 #include "common/stringStream.h"
+#include "host/com/implements.h"
 #include "host/runtime/fileStream.h"
 #include "host/runtime/format.h"
 #include "host/runtime/memoryStream.h"
 #include "host/sax/SaxHelpers.h"
 #include "nuXmlParser/conforming/conformingStream.h"
+#include "nuXmlParser/conforming/conformingSupply.h"
 #include "nuXmlParser/largeStreamParser.h"
 #include "nuXmlParser/parserErrors.h"
 #include "nuXmlParser/smallStreamParser.h"
@@ -43,6 +47,29 @@ public:
 private:
     bool& isParsing_;
 };
+
+/// Text that stays in the nearer caches from its decoding to its last use.
+constexpr std::size_t windowLength = 32 * 1024;
+
+/// Notices that there was anything to tell.
+class FaultNoticer final : public host::Implements<host::IErrorHandler> {
+public:
+    void warning(host::ISAXParseError& /*error*/) override { hasHeard = true; }
+    void error(host::ISAXParseError& /*error*/) override { hasHeard = true; }
+    void fatalError(host::ISAXParseError& /*error*/) override { hasHeard = true; }
+
+    bool hasHeard = false;
+};
+
+/// What is left of a stream whose bytes lie in memory.
+std::string_view restInMemory(host::TStream& stream) {
+    const auto& memory = dynamic_cast<host::TCustomMemoryStream&>(stream);
+    const auto start = static_cast<std::size_t>(stream.GetPosition());
+    const auto size = static_cast<std::size_t>(stream.GetSize());
+    return start >= size ? std::string_view("", 0)
+                         : std::string_view(reinterpret_cast<const char*>(memory.Memory()) + start,
+                                            size - start);
+}
 
 template <class Source> using OwnedParser = std::unique_ptr<Source, ParserFreer>;
 
@@ -179,8 +206,6 @@ void TNuSAXXMLReader::scanLarge(std::unique_ptr<host::TStream> owned, host::TStr
 }
 
 void TNuSAXXMLReader::scanSmall(std::unique_ptr<host::TStream> owned, host::TStream* stream) {
-    // Text that stays in the nearer caches from its decoding to its last use.
-    constexpr std::size_t windowLength = 32 * 1024;
     scan(new TNuXmlSmallStreamParser(stream, false, errorHandler_, windowLength,
                                      directContent_ != nullptr),
          std::move(owned));
@@ -196,6 +221,51 @@ void TNuSAXXMLReader::scan(Source* newSource, std::unique_ptr<host::TStream> own
         static_cast<void>(owned.release());
     }
     nu::SaxScanner<Source>(*this, *source).scanDocument();
+}
+
+/// Checks a document in memory and takes it in one pass, where everything that was taken can be
+/// undone. False, with nothing done, where that is not so, or where anything is wrong: it is then
+/// told as it always is, by whoever goes through the document the other way.
+bool TNuSAXXMLReader::parseInOnePass(host::TStream& stream) {
+    // Limits of the stage count what it passes itself.
+    if (directContent_ == nullptr || !directContent_->canUndo() || !conforming_->namespaces ||
+        !(conforming_->limits == TNuSaxLimits())) {
+        return false;
+    }
+    // 1. Nobody hears of anything yet.
+    const auto noticer = host::makeRef<FaultNoticer>();
+    const host::Ref<host::IErrorHandler> heard = std::exchange(errorHandler_, noticer.get());
+    const std::int32_t depthBefore = depth_;
+    const auto endPass = [&] {
+        stage_ = nullptr;
+        errorHandler_ = heard;
+    };
+    try {
+        // 2. The pass.
+        nu::ConformingSupply stage(restInMemory(stream), *conforming_);
+        if (!stage.open()) {
+            endPass();
+            return false;
+        }
+        stage_ = &stage;
+        scan(new TNuXmlSmallStreamParser(&stream, noticer, windowLength, stage), nullptr);
+        sourceForm_ = stage.form();
+    } catch (const std::bad_alloc&) {
+        endPass();
+        throw;
+    } catch (...) {
+        noticer->hasHeard = true; // it comes again
+    }
+    endPass();
+
+    // 3. As if nothing had been.
+    if (noticer->hasHeard) {
+        std::exchange(directContent_, nullptr)->undo();
+        depth_ = depthBefore;
+        namespaces_.Clear();
+        enterStage();
+    }
+    return !noticer->hasHeard;
 }
 
 template <class Handler, class Interface>

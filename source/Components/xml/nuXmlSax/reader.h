@@ -25,6 +25,7 @@
 class ENuXmlFault;
 
 namespace nu {
+class ConformingSupply;
 class DirectContent;
 template <class Source> class SaxScanner;
 } // namespace nu
@@ -174,6 +175,8 @@ private:
     void installDefaultHandlers();
     void parseDocument(std::unique_ptr<host::TStream> owned, host::TStream* stream);
     void parseBehindStage(host::TStream& stream);
+    void parseInMemory(host::TStream& stream);
+    bool parseInOnePass(host::TStream& stream);
     bool parseWhole(host::TStream& stream);
     void parseInBlocks(host::TStream& stream);
     void enterStage();
@@ -223,6 +226,7 @@ private:
     std::optional<TNuConformingOptions> conforming_;
     TNuSourceForm sourceForm_;
     bool isBehindStage_ = false;
+    nu::ConformingSupply* stage_ = nullptr; ///< in a parse that checks and takes in one pass
     nu::SpaceStack::Always spaceKept_ = nu::SpaceStack::Always::Nothing;
     host::Ref<TNuSAXAttributes> attributes_;
 

@@ -115,9 +115,12 @@ template <class Source> void SaxScanner<Source>::readDirectly() {
         if (reader_.depth_ >= 1) {
             static_assert(TextDecoder::paddingOfShortText >= markup::reach);
             const std::string_view bytes = source_.bytesFromHere();
-            reader_.directContent_->read(bytes, source_.startPassing(bytes),
-                                         {reader_.depth_, reader_.namespaces_, reader_.space_});
-            source_.continueBehindPassed();
+            if (!bytes.empty()) {
+                reader_.directContent_->read(
+                    bytes, source_.startPassing(bytes),
+                    {reader_.depth_, reader_.namespaces_, reader_.space_, reader_.stage_});
+                source_.continueBehindPassed();
+            }
         }
         if (needsMoreText()) {
             source_.stayInPlace();

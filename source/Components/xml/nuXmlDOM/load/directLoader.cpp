@@ -47,6 +47,7 @@ bool isCanonical(std::string_view value) noexcept {
 
 DirectLoader::DirectLoader(TNuSaxToDomHandler& handler, TNuDOMDocument& document, bool isHeard)
     : handler_(handler), document_(document), limits_(document.Limits().Reading), isHeard_(isHeard),
+      wasEmpty_(document.get_firstChild() == nullptr),
       asksForEnds_(isHeard ||
                    limits_.NameLength < std::numeric_limits<decltype(limits_.NameLength)>::max()) {
     constexpr std::size_t usualDepth = 16;
@@ -62,8 +63,19 @@ void DirectLoader::read(std::string_view bytes, PassedBytes& passed, const Reade
     open_.clear();
     unknown_ = nullptr;
     guess_ = &unknown_;
-    handler_.remember([&] { markup::PlainContent(*this).read(bytes, passed); });
+    handler_.remember([&] {
+        if (scopes.stage != nullptr) {
+            checked_.read(bytes, passed, *scopes.stage);
+        } else {
+            markup::PlainContent(*this).read(bytes, passed);
+        }
+    });
     handler_.current_ = current_;
+}
+
+void DirectLoader::undo() {
+    handler_.startAnew(document_);
+    document_.Clear();
 }
 
 // Names
@@ -137,7 +149,7 @@ void DirectLoader::resolveAnew(Name& name, const TNuSaxNamespace* scope) {
 
 // Start tags
 
-[[gnu::always_inline]] inline bool DirectLoader::startTag(Name& name) {
+[[gnu::always_inline]] inline bool DirectLoader::startTag(Name& name, const char* /*less*/) {
     if (scopes_->depth >= limits_.Depth) [[unlikely]] {
         return false;
     }

@@ -7,6 +7,7 @@
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/load/saxToDomHandler.h"
 #include "nuXmlParser/markup/plainContent.h"
+#include "nuXmlSax/checkedContent.h"
 #include "nuXmlSax/directContent.h"
 #include "nuXmlSax/scopedName.h"
 
@@ -21,11 +22,15 @@ public:
     DirectLoader(TNuSaxToDomHandler& handler, TNuDOMDocument& document, bool isHeard);
 
     void read(std::string_view bytes, PassedBytes& passed, const ReaderScopes& scopes) override;
+    /// Where nothing was in the document before.
+    [[nodiscard]] bool canUndo() const override { return wasEmpty_; }
+    void undo() override;
 
 private:
     friend class markup::PlainContent<DirectLoader>;
+    friend class CheckedContent<DirectLoader>;
 
-    struct Name : ScopedName {
+    struct Name : ScopedName, CheckedName {
         Name(std::string_view bytes, std::uint64_t hash, const NodeName& named,
              TNuSaxNamespaceList& namespaces, bool isExact)
             : ScopedName(bytes, hash, named.qualified(), namespaces, isExact), attribute(&named),
@@ -44,6 +49,7 @@ private:
     };
 
     // For markup::PlainContent, see there.
+    static constexpr bool isXml = false;
     static constexpr auto classifyText = markup::classifyText;
     [[nodiscard]] Name* nextElement() const noexcept { return *guess_; }
     [[nodiscard]] Name* open() const noexcept { return open_.empty() ? nullptr : open_.back(); }
@@ -51,7 +57,7 @@ private:
     [[nodiscard]] bool keepsInline() const noexcept { return scopes_->space.keepsInline(); }
     [[nodiscard]] Name* element(std::string_view bytes);
     [[nodiscard]] Name* attribute(Name& before, std::string_view bytes);
-    bool startTag(Name& name);
+    bool startTag(Name& name, const char* less);
     [[nodiscard]] bool addNothing() const noexcept { return !isHeard_; }
     bool addAttribute(Name& name, std::string_view value, const markup::PassedKinds& kinds);
     void abandonStartTag() noexcept;
@@ -75,6 +81,7 @@ private:
     TNuDOMDocument& document_;
     TNuSaxLimits limits_;
     bool isHeard_;
+    bool wasEmpty_;
     bool asksForEnds_; ///< end tags that do not fit their elements draw warnings, or faults
     const ReaderScopes* scopes_ = nullptr;
     markup::ByteNames<Name> names_;
@@ -95,6 +102,7 @@ private:
     std::vector<const NameURI*> uris_; ///< by the numbers of their declarations
     NuXmlString uri_;         ///< of the last declaration; its memory serves again and again
     bool hasMeaning_ = false; ///< an attribute has changed the scopes
+    CheckedContent<DirectLoader> checked_{*this};
 };
 
 } // namespace nu

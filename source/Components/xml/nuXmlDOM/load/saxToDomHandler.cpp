@@ -119,6 +119,20 @@ void TNuSaxToDomHandler::setLoading(bool isLoading) noexcept {
     document_->parts().isLoading = isLoading;
 }
 
+/// Nothing that was told counts any more.
+void TNuSaxToDomHandler::startAnew(TNuDOMNode& parent) noexcept {
+    setLoading(false);
+    current_ = &parent;
+    before_ = document_->parts().names.nameless();
+    follower_ = nu::NameFollower::Child;
+    uri_ = &document_->parts().names.noURI();
+    longURIs_.clear();
+    isInCData_ = false;
+    failure_ = nullptr;
+    failureLine_ = failureColumn_ = 0;
+    locator_.reset();
+}
+
 /// Puts a new node behind the children of the current node; frees it when it cannot stand there.
 template <class Node> void TNuSaxToDomHandler::append(Node& node) {
     auto* element = nu::as<TNuDOMElement>(current_);

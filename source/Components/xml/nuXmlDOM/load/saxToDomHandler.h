@@ -81,6 +81,7 @@ private:
         }
     }
     void setLoading(bool isLoading) noexcept;
+    void startAnew(TNuDOMNode& parent) noexcept;
     template <class Node> void append(Node& node);
     const nu::NameURI& uriOf(std::u16string_view uri, std::u16string_view qName);
 

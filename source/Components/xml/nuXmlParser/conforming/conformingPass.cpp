@@ -110,9 +110,7 @@ bool ConformingPass::isReadAsUtf8(std::string_view bytes) const {
 }
 
 void ConformingPass::noteForm() {
-    form_.encoding = source_.encodingName();
-    form_.hasMark = source_.hasMark();
-    form_.lineEnd = source_.lineEnd();
+    source_.describe(form_);
     form_.isChanged = normaliser_ && normaliser_->texts().isChanged();
 }
 

@@ -25,10 +25,7 @@ Normaliser::Normaliser(SourceText& source, OutputText& output, const TNuConformi
                     options.namespaces) {}
 
 bool Normaliser::run(std::size_t enough) {
-    if (!hasBegun_) {
-        hasBegun_ = true;
-        passXmlDeclaration();
-    }
+    begin();
     while (!hasEnded_) {
         const auto waiting = static_cast<std::size_t>(texts_.place - texts_.notWritten());
         if (output_.text().size() + waiting >= enough) {
@@ -44,6 +41,22 @@ bool Normaliser::run(std::size_t enough) {
     return false;
 }
 
+void Normaliser::begin() {
+    if (!hasBegun_) {
+        hasBegun_ = true;
+        passXmlDeclaration();
+    }
+}
+
+bool Normaliser::runStep() {
+    begin();
+    do {
+        step();
+    } while (!hasEnded_ && !mayPassPlain());
+    texts_.write();
+    return !hasEnded_;
+}
+
 void Normaliser::setWatch(ElementWatch& watch) noexcept {
     watch_ = &watch;
     output_.discard();
@@ -52,8 +65,7 @@ void Normaliser::setWatch(ElementWatch& watch) noexcept {
 /// Passes tags and text that need no change, as nearly all, one after the other; stops before
 /// anything else. What it passes means the same to step().
 void Normaliser::passPlain() {
-    if (elements_.depth() == 0 || texts_.isInEntity() || texts_.hasBreaks() ||
-        markup_.inside() != MarkupRules::Inside::Nothing ||
+    if (!mayPassPlain() ||
         texts_.end - texts_.place <= static_cast<std::ptrdiff_t>(markup::reach)) {
         return;
     }

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 #include "nuXmlParser/conforming/conformingOptions.h"
 #include "nuXmlParser/conforming/documentTypeRules.h"
@@ -34,8 +35,29 @@ public:
     /// element that is taken: all of it is written then, and nothing else.
     void setWatch(ElementWatch& watch) noexcept;
     [[nodiscard]] TextStack& texts() noexcept { return texts_; }
+    [[nodiscard]] const TextStack& texts() const noexcept { return texts_; }
+
+    // For a reader that passes plain content by itself, see ConformingSupply
+
+    /// Goes on, mostly by one step, to where plain content may follow, and writes it; false at the
+    /// end of the document.
+    bool runStep();
+    /// Whether what follows may be passed by.
+    [[nodiscard]] bool mayPassPlain() const noexcept {
+        return elements_.depth() > 0 && !texts_.isInEntity() && !texts_.hasBreaks() &&
+               markup_.inside() == MarkupRules::Inside::Nothing;
+    }
+    /// Plain content was passed up to a place, which is one of markup or right behind it.
+    void passTo(const char* place) noexcept {
+        texts_.passTo(place);
+        beginText();
+    }
+    [[nodiscard]] std::string_view innermost() const noexcept { return elements_.innermost(); }
+    [[nodiscard]] TagRules& tags() noexcept { return tags_; }
+    [[nodiscard]] const TagRules& tags() const noexcept { return tags_; }
 
 private:
+    void begin();
     void step();
     void passPlain();
     [[nodiscard]] const char* findPlainTextEnd(const char* place, const char* limit,

@@ -247,6 +247,17 @@ bool SourceText::showMore(const char*& keep) {
     return false;
 }
 
+bool SourceText::showAhead() {
+    const char* const from = end_;
+    if (!staysInPlace_ || stop_ != CheckedText::Stop::All || !showInPlace()) {
+        return false;
+    }
+    if (!isFirstBreakKnown_) {
+        findLineEnd({from, end_});
+    }
+    return true;
+}
+
 /// Looks for the first line break of the document in text that begins to show.
 void SourceText::findLineEnd(std::string_view text) noexcept {
     // A CR that ended the text before waits for what follows it.

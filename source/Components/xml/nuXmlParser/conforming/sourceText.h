@@ -58,6 +58,13 @@ public:
     /// What the bytes are, for whoever is told of a contradiction.
     [[nodiscard]] const char16_t* foundEncoding() const noexcept;
 
+    /// Tells what is known of the source.
+    void describe(TNuSourceForm& form) const {
+        form.encoding = encodingName_;
+        form.hasMark = hasMark_;
+        form.lineEnd = lineEnd_;
+    }
+
     /// The text that shows.
     [[nodiscard]] const char* begin() const noexcept { return begin_; }
     [[nodiscard]] const char* end() const noexcept { return end_; }
@@ -65,6 +72,8 @@ public:
     /// the end of the source. Throws ENuXmlFault where something is wrong with the text behind its
     /// end, and what the stream throws.
     bool showMore(const char*& keep);
+    /// Shows more text where that moves none; tells nobody what is wrong with it.
+    bool showAhead();
 
     /// Where text in the window stands in the source.
     [[nodiscard]] SourcePlace placeOf(const char* place) const noexcept;

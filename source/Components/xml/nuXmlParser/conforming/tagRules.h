@@ -70,6 +70,22 @@ public:
         return less + 3 + name->text.size();
     }
 
+    // Elements that somebody else passed, see ConformingSupply
+
+    /// Whether tags of an element may have to be changed for what is declared.
+    [[nodiscard]] bool changesTags(std::string_view element) const {
+        const auto found = declarations.find(element);
+        return found != declarations.end() && !found->second.changesNothing();
+    }
+    void openPassed(std::string_view name, const char* less) {
+        elements_.open(name, texts_.source().offsetOf(less));
+        plain_.leave(nullptr);
+    }
+    void bindPassed(std::string_view prefix, std::string_view uri) {
+        bindings_.bind(prefix, uri, elements_.depth());
+    }
+    void closePassed() noexcept { closeInnermost(); }
+
 private:
     /// What is written for one attribute: the value as it stands, or another one.
     struct Written {

@@ -50,6 +50,12 @@ public:
     [[nodiscard]] bool isInEntity() const noexcept { return !frames_.empty(); }
     /// Shows more of the text from `place` on; false at its end.
     bool showMore();
+    /// Shows more of the document's text where that moves none, and tells of no fault.
+    bool showAhead() {
+        const bool isMore = !isInEntity() && source_.showAhead();
+        end = isMore ? source_.end() : end;
+        return isMore;
+    }
     /// The first byte from `place` + `offset` on for which `isStop` says so, shown if need be; null
     /// when the text ends before.
     template <class IsStop> const char* findFrom(std::size_t offset, IsStop&& isStop) {
@@ -99,6 +105,8 @@ public:
     }
     [[nodiscard]] bool hasBreaks() const noexcept { return keptBreaks_ > 0; }
     [[nodiscard]] bool keepsLines() const noexcept { return keepsLines_; }
+    /// Everything up to a place behind what was written went out in another way.
+    void passTo(const char* newPlace) noexcept { place = notWritten_ = newPlace; }
     /// Writes everything up to `place`.
     void write();
     /// From `place` on nothing goes out, and changes count for nothing, until endDropping; text of

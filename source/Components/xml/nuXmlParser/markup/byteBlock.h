@@ -3,6 +3,8 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <string_view>
 
 #include "nuXmlParser/chars.h"
 #include "nuXmlParser/scan.h"
@@ -57,6 +59,21 @@ inline ByteBlock classifyReferences(const char* place) noexcept {
             simd::isAnyOf<cNuAmpA>(bytes).mask()};
 }
 
+/// The same for quoted values by the rules of XML: a stop is also what a plain one does not hold,
+/// white space but spaces, "<" and references.
+inline ByteBlock classifyXmlValue(const char* place) noexcept {
+    const auto bytes = simd::Block::load(place);
+    const auto stops =
+        bytes.isAtMost(cNuSpaceA - 1) | simd::isAnyOf<cNuQuoteA, cNuLtA, cNuAmpA>(bytes);
+    return {stops.mask(), bytes.mask(), simd::isAnyOf<cNuGtA, cNuAposA>(bytes).mask()};
+}
+
+/// The same for text by the rules of XML: a stop is also what may be no plain text.
+inline ByteBlock classifyXmlText(const char* place) noexcept {
+    const auto bytes = simd::Block::load(place);
+    return {simd::isAnyOf<cNuLtA, cNuGtA, cNuAmpA, '\r'>(bytes).mask(), bytes.mask(), 0};
+}
+
 /// The same for comments, where a dash and control characters are looked at.
 inline ByteBlock classifyComment(const char* place) noexcept {
     const auto bytes = simd::Block::load(place);
@@ -90,6 +107,36 @@ template <ByteBlock (*classify)(const char*) noexcept>
             return nullptr;
         }
     }
+}
+
+/// Behind one of the references `&amp;`, `&lt;`, `&gt;`, `&quot;` and `&apos;` at `place`, behind
+/// which 8 bytes can be read; null where another one stands there.
+inline const char* skipPlainReference(const char* place) noexcept {
+    const auto is = [place](std::string_view text) {
+        return std::memcmp(place, text.data(), text.size()) == 0;
+    };
+    return is("&lt;") || is("&gt;")       ? place + 4
+           : is("&amp;")                  ? place + 5
+           : is("&quot;") || is("&apos;") ? place + 6
+                                          : nullptr;
+}
+
+/// The same as findStop, beyond references that need no declaration; null at any other.
+template <ByteBlock (*classify)(const char*) noexcept>
+[[gnu::always_inline]] inline const char*
+findStopBehindReferences(const char* place, const char* limit, PassedKinds& passed) noexcept {
+    place = findStop<classify>(place, limit, passed);
+    while (place != nullptr && *place == cNuAmpA)
+        [[unlikely]] {
+            place = place > limit ? nullptr : skipPlainReference(place);
+            if (place == nullptr) {
+                return nullptr;
+            }
+            PassedKinds kinds;
+            place = findStop<classify>(place, limit, kinds);
+            passed = {passed.isAscii && kinds.isAscii, false};
+        }
+    return place;
 }
 
 /// The first solid character at or behind `place`, or NUL.

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 
 #include "nuXmlParser/chars.h"
@@ -20,17 +21,23 @@ namespace nu::markup {
 /// Names are guessed by those that came behind the same name last time. What is taken means the
 /// same, event by event, to the scanners that go step by step.
 ///
-/// `Sink` has a type `Name` (see ByteNames) and the operations
+/// Plain is what the reader takes as it stands. Where `Sink::isXml` says so, plain is less: what
+/// the standard demands of content by its bytes is true of it, and the reader takes it likewise. No
+/// name is looked at, but end tags fit; the text is well-formed and of allowed characters.
+///
+/// `Sink` has `isXml`, a type `Name` (see ByteNames) and the operations
 /// - `Name* nextElement()`: which name the next element has, by those before; null without a guess;
 /// - `Name* element(bytes)`: the name that reads so, which becomes the next guess; null where it is
 ///   not plain; `Name* attribute(before, bytes)` in the same way, `before` being the name before;
-/// - `bool startTag(name)`, then for each attribute `bool addAttribute(name, value, kinds)`, or
+/// - `bool startTag(name, less)` with the place of the tag, then for each attribute `bool
+/// addAttribute(name, value, kinds)`, or
 ///   `bool addNothing()` where there is none behind a space, and at the end
 ///   `bool endStartTag(isEmptyElement)`; `abandonStartTag()` where one of those between, or what
 ///   stands in the tag, refuses it;
 /// - `endEmptyElement()` behind the start tag of an empty element;
 ///   `bool endElement(isInnermost)` at an end tag, with whether its name is open();
-/// - `Name* open()`: the name of the innermost element, null where it is not known;
+/// - `Name* open()`: the name of the innermost element, null where it is not known; with `isXml`
+///   also `std::string_view outerName()`, the name in that case;
 /// - `bool addText(text, kinds)`, with `classifyText`, what is to be told of text, see
 ///   markup::classifyText; `bool addComment(text, isAscii)`;
 /// - `keepsSpace()`: whether white space alone is text; `keepsInline()`: whether it is where it has
@@ -99,9 +106,9 @@ private:
         const bool isText = *solid != cNuLtA || isInlineSpace(text(start, solid));
         const char* end = solid;
         PassedKinds kinds;
-        if (isText) {
+        if (isText || Sink::isXml) {
             // 3. Text. A ">" right behind a tag is none.
-            end = findStop<Sink::classifyText>(solid, limit_, kinds);
+            end = findTextEnd(Sink::isXml ? start : solid, kinds);
             if (end == nullptr || *end != cNuLtA || *start == cNuGtA) {
                 return nullptr;
             }
@@ -117,6 +124,15 @@ private:
             return nullptr;
         }
         return end;
+    }
+
+    /// The "<" behind text, or what keeps it from being plain.
+    [[gnu::always_inline]] const char* findTextEnd(const char* place, PassedKinds& kinds) const {
+        if constexpr (Sink::isXml) {
+            return findStopBehindReferences<classifyXmlText>(place, limit_, kinds);
+        } else {
+            return findStop<Sink::classifyText>(place, limit_, kinds);
+        }
     }
 
     bool isInlineSpace(std::string_view space) const noexcept {
@@ -143,7 +159,7 @@ private:
         }
 
         // 2. The attributes, and what ends the tag.
-        if (!sink_.startTag(*name)) [[unlikely]] {
+        if (!sink_.startTag(*name, less)) [[unlikely]] {
             return nullptr;
         }
         if (*place == cNuSpaceA) {
@@ -192,7 +208,7 @@ private:
 
     /// From the space behind the name of an element to the end of its tag.
     [[gnu::always_inline]] const char* readAttributes(const char* space, Name& name) {
-        const char* place = isSolid(space[1]) ? space + 1 : findSolid(space, limit_);
+        const char* place = isSolid(space[1]) ? space + 1 : skipSpace(space);
         if (place == nullptr || (endsTag(*place) && !sink_.addNothing())) [[unlikely]] {
             return nullptr;
         }
@@ -204,6 +220,21 @@ private:
             }
         }
         return *place == cNuSlashA && place[1] != cNuGtA ? nullptr : place;
+    }
+
+    /// The first solid character behind white space in a tag.
+    [[nodiscard]] const char* skipSpace(const char* place) const noexcept {
+        if constexpr (Sink::isXml) {
+            // The reader counts no CR as a line.
+            while (*place == cNuSpaceA || *place == '\n' || *place == '\t') {
+                if (++place > limit_) {
+                    return nullptr;
+                }
+            }
+            return isSolid(*place) ? place : nullptr;
+        } else {
+            return findSolid(place, limit_);
+        }
     }
 
     static bool endsTag(char byte) noexcept { return byte == cNuGtA || byte == cNuSlashA; }
@@ -232,16 +263,25 @@ private:
         // 2. The value, and what comes after it.
         const char* const value = nameEnd + 2;
         PassedKinds kinds;
-        const char* const valueEnd = findStop<classifyValue>(value, limit_, kinds);
-        if (valueEnd == nullptr || *valueEnd != cNuQuoteA || isControl(*value) ||
+        const char* const valueEnd = findValueEnd(value, kinds);
+        if (valueEnd == nullptr || *valueEnd != cNuQuoteA ||
             !sink_.addAttribute(*name, text(value, valueEnd), kinds)) [[unlikely]] {
             return nullptr;
         }
         const char* const next = valueEnd + 1;
         if (isSolid(*next)) {
-            return next;
+            return Sink::isXml && !endsTag(*next) ? nullptr : next;
         }
-        return *next == cNuSpaceA && isSolid(next[1]) ? next + 1 : findSolid(next, limit_);
+        return *next == cNuSpaceA && isSolid(next[1]) ? next + 1 : skipSpace(next);
+    }
+
+    /// The closing quote of a value, or what keeps it from being plain.
+    [[gnu::always_inline]] const char* findValueEnd(const char* value, PassedKinds& kinds) const {
+        if constexpr (Sink::isXml) {
+            return findStopBehindReferences<classifyXmlValue>(value, limit_, kinds);
+        } else {
+            return isControl(*value) ? nullptr : findStop<classifyValue>(value, limit_, kinds);
+        }
     }
 
     static bool opensValue(const char* place) noexcept {
@@ -274,6 +314,8 @@ private:
             open != nullptr && open->standsAt(start) && start[open->text.size()] == cNuGtA;
         if (isInnermost) [[likely]] {
             end = start + open->text.size();
+        } else if constexpr (Sink::isXml) {
+            return open == nullptr ? readOuterEndTag(start, passed) : nullptr;
         } else {
             // Whatever stands there: nobody compares it with the name of the element.
             end = isControl(*start) ? nullptr : findByte<cNuGtA, '\0'>(start + 1, limit_);
@@ -283,6 +325,17 @@ private:
         }
         passed.end = end;
         return sink_.endElement(isInnermost) ? end : nullptr;
+    }
+
+    /// The same for the name behind "</" where that of the element was not read here.
+    [[gnu::noinline]] const char* readOuterEndTag(const char* start, PassedBytes& passed) {
+        const std::string_view name = sink_.outerName();
+        if (name.size() > ByteName::longestGuess ||
+            std::memcmp(start, name.data(), name.size()) != 0 || start[name.size()] != cNuGtA) {
+            return nullptr;
+        }
+        passed.end = start + name.size();
+        return sink_.endElement(true) ? passed.end : nullptr;
     }
 
     /// Takes the comment at `less` and gives the place of its ">". Control characters would have to

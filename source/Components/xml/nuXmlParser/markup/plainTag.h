@@ -36,26 +36,7 @@ inline unsigned findNameEnds(const char* place) noexcept {
     return (bytes.isAtMost(cNuSpaceA) | simd::isAnyOf<cNuEqualA, cNuGtA, cNuSlashA>(bytes)).mask();
 }
 
-/// A bit for each of 16 bytes that ends a value, or that a plain one does not hold.
-inline unsigned findValueStops(const char* place) noexcept {
-    const auto bytes = simd::Block::load(place);
-    return (bytes.isAtMost(cNuSpaceA - 1) | simd::isAnyOf<cNuQuoteA, cNuLtA, cNuAmpA>(bytes))
-        .mask();
-}
-
 } // namespace detail
-
-/// Behind one of the references `&amp;`, `&lt;`, `&gt;`, `&quot;` and `&apos;` at `place`, behind
-/// which 8 bytes can be read; null where another one stands there.
-inline const char* skipPlainReference(const char* place) noexcept {
-    const auto is = [place](std::string_view text) {
-        return std::memcmp(place, text.data(), text.size()) == 0;
-    };
-    return is("&lt;") || is("&gt;")       ? place + 4
-           : is("&amp;")                  ? place + 5
-           : is("&quot;") || is("&apos;") ? place + 6
-                                          : nullptr;
-}
 
 /// Passes start tags whose names are all known, one after the other.
 ///
@@ -147,7 +128,7 @@ private:
     /// The closing quote of a value, or null.
     static const char* findQuote(const char* place, const char* limit) noexcept {
         for (;;) {
-            const unsigned stops = detail::findValueStops(place);
+            const unsigned stops = classifyXmlValue(place).stops;
             if (stops == 0) {
                 if (place > limit) [[unlikely]] {
                     return nullptr;

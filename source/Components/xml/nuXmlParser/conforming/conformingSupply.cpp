@@ -1,0 +1,70 @@
+#include "nuXmlParser/conforming/conformingSupply.h"
+
+#include <cstddef>
+
+namespace nu {
+
+ConformingSupply::ConformingSupply(std::string_view text, const TNuConformingOptions& options)
+    : options_(options), source_(ByteSource(text)) {}
+
+bool ConformingSupply::open() {
+    source_.open(options_.encoding);
+    if (source_.staysInPlace()) {
+        normaliser_.emplace(source_, output_, options_, ReaderForm::Told, form_);
+    }
+    return normaliser_.has_value();
+}
+
+const TNuSourceForm& ConformingSupply::form() {
+    source_.describe(form_);
+    form_.isChanged = normaliser_->texts().isChanged();
+    return form_;
+}
+
+std::string_view ConformingSupply::next() {
+    output_.take(given_);
+    // 1. The "<" by itself, so that what it begins can be passed by.
+    const TextStack& texts = normaliser_->texts();
+    given_ = 0;
+    if (!isLessGiven_ && normaliser_->mayPassPlain() && texts.place != texts.end &&
+        *texts.place == '<') {
+        isLessGiven_ = true;
+        return "<";
+    }
+    // 2. Something, or the end.
+    while (output_.text().empty() && !hasEnded_) {
+        hasEnded_ = !normaliser_->runStep();
+    }
+    given_ = output_.text().size();
+    const std::string_view piece = output_.text().substr(isLessGiven_ ? 1 : 0);
+    isLessGiven_ = false;
+    return piece;
+}
+
+bool ConformingSupply::promisesMore() const noexcept { return !hasEnded_; }
+
+std::string_view ConformingSupply::textFrom(NuXmlChar last) const noexcept {
+    const TextStack& texts = normaliser_->texts();
+    if (hasEnded_ || !normaliser_->mayPassPlain()) {
+        return {};
+    }
+    // What comes from an entity or was changed is no text to pass by, but behind a tag it goes on.
+    const char* const start = texts.place - (isLessGiven_ ? 0 : 1);
+    return static_cast<unsigned char>(*start) == last && (*start == '<' || *start == '>')
+               ? std::string_view(start, texts.end)
+               : std::string_view();
+}
+
+std::string_view ConformingSupply::moreFrom(const char* place) {
+    constexpr std::ptrdiff_t enough = 16 * 1024;
+    TextStack& texts = normaliser_->texts();
+    return texts.end - place < enough && texts.showAhead() ? std::string_view(place, texts.end)
+                                                           : std::string_view();
+}
+
+void ConformingSupply::pass(const char* end) {
+    isLessGiven_ = *end == '<';
+    normaliser_->passTo(isLessGiven_ ? end : end + 1);
+}
+
+} // namespace nu

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string_view>
+
+#include "nuXmlParser/conforming/conformingOptions.h"
+#include "nuXmlParser/conforming/normaliser.h"
+#include "nuXmlParser/conforming/outputText.h"
+#include "nuXmlParser/conforming/sourceForm.h"
+#include "nuXmlParser/conforming/sourceText.h"
+#include "nuXmlParser/textSupply.h"
+
+namespace nu {
+
+/// The conforming stage for a reader that passes plain content by itself: the stage makes no more
+/// than what is not plain, a step at a time, and is told of the elements that went past it.
+class ConformingSupply final : public TextSupply {
+public:
+    /// \param text in memory, where it stays unchanged
+    ConformingSupply(std::string_view text, const TNuConformingOptions& options);
+
+    /// To be called first. False, and this object of no use, where the text is not UTF-8. Throws
+    /// ENuXmlFault.
+    [[nodiscard]] bool open();
+    /// What is known of the source when all is read.
+    [[nodiscard]] const TNuSourceForm& form();
+
+    [[nodiscard]] std::string_view next() override;
+    [[nodiscard]] bool promisesMore() const noexcept override;
+    [[nodiscard]] std::string_view textFrom(NuXmlChar last) const noexcept override;
+    void pass(const char* end) override;
+
+    // For who passes plain content, and has checked it
+
+    /// More of the text from a place on than showed; empty where enough shows, or nothing more can.
+    [[nodiscard]] std::string_view moreFrom(const char* place);
+    /// Whether tags of an element of that name may have to be changed.
+    [[nodiscard]] bool changesTags(std::string_view element) const {
+        return normaliser_->tags().changesTags(element);
+    }
+    /// The name of the innermost element of those that are told.
+    [[nodiscard]] std::string_view innermost() const noexcept { return normaliser_->innermost(); }
+    /// An element that was begun stays open; its start tag stands at `less`.
+    void openElement(std::string_view name, const char* less) {
+        normaliser_->tags().openPassed(name, less);
+    }
+    /// The element that was opened last binds a prefix.
+    void bind(std::string_view prefix, std::string_view uri) {
+        normaliser_->tags().bindPassed(prefix, uri);
+    }
+    /// The innermost element has ended.
+    void closeElement() noexcept { normaliser_->tags().closePassed(); }
+
+private:
+    TNuConformingOptions options_;
+    SourceText source_;
+    OutputText output_;
+    TNuSourceForm form_;
+    std::optional<Normaliser> normaliser_;
+    std::size_t given_ = 0;    ///< of the output
+    bool isLessGiven_ = false; ///< the "<" of the markup that comes next
+    bool hasEnded_ = false;
+};
+
+} // namespace nu

@@ -1,0 +1,226 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "nuXmlParser/conforming/conformingSupply.h"
+#include "nuXmlParser/markup/plainContent.h"
+#include "nuXmlSax/namespaceList.h"
+
+namespace nu {
+
+/// What the standard has to say of a name by itself, as far as plain tags go; a base of ByteName.
+struct CheckedName {
+    enum class Form : std::uint8_t { Unknown, Refused, Plain, Declaration };
+
+    Form elementForm = Form::Unknown;
+    Form attributeForm = Form::Unknown;
+    std::uint32_t prefixLength = 0; ///< with the colon; 0 without a prefix
+    std::uint64_t lastTag = 0;      ///< the last tag that had it as an attribute
+};
+
+/// Looks at a name of either kind. \param stage knows which elements have declared attributes
+[[nodiscard]] CheckedName checkedName(std::string_view name, const ConformingSupply& stage);
+/// Whether a declaration may bind its prefix, which may be empty, to a URI.
+[[nodiscard]] bool mayBind(std::string_view prefix, std::string_view uri) noexcept;
+
+/// Stands before a sink of markup::PlainContent, refuses what is not well-formed or has to be
+/// changed by the conforming stage, and tells the stage of the elements that stay open. So content
+/// is checked and taken in one pass.
+///
+/// The names of `Sink` are CheckedNames with the `PrefixScope* scope` of their prefix.
+template <class Sink> class CheckedContent {
+public:
+    using Name = typename Sink::Name;
+    static constexpr bool isXml = true;
+
+    explicit CheckedContent(Sink& sink) noexcept : sink_(sink) {}
+
+    void read(std::string_view bytes, PassedBytes& passed, ConformingSupply& stage) {
+        stage_ = &stage;
+        elements_.clear();
+        declarations_.clear();
+        // What ends with the text that shows goes on with more of it.
+        for (; !bytes.empty(); bytes = stage.moreFrom(passed.end)) {
+            markup::PlainContent(*this).read(bytes, passed);
+        }
+        tellStage();
+    }
+
+private:
+    friend class markup::PlainContent<CheckedContent>;
+
+    /// Tags that have more names with prefixes are not plain.
+    static constexpr std::size_t mostPrefixed = 16;
+
+    struct Element {
+        Name* name;
+        const char* less;
+    };
+    struct Declaration {
+        std::size_t depth; ///< the number of elements here up to the one that has it
+        std::string_view prefix;
+        std::string_view uri;
+    };
+
+    // For markup::PlainContent, see there.
+    static constexpr auto classifyText = Sink::classifyText;
+    [[nodiscard]] Name* nextElement() const noexcept { return sink_.nextElement(); }
+    [[nodiscard]] Name* element(std::string_view bytes) { return sink_.element(bytes); }
+    [[nodiscard]] Name* attribute(Name& before, std::string_view bytes) {
+        return sink_.attribute(before, bytes);
+    }
+    [[nodiscard]] Name* open() const noexcept {
+        return elements_.empty() ? nullptr : elements_.back().name;
+    }
+    [[nodiscard]] std::string_view outerName() const noexcept { return stage_->innermost(); }
+    [[nodiscard]] bool keepsSpace() const noexcept { return sink_.keepsSpace(); }
+    [[nodiscard]] bool keepsInline() const noexcept { return sink_.keepsInline(); }
+    bool addText(std::string_view text, const markup::PassedKinds& kinds) {
+        return sink_.addText(text, kinds);
+    }
+    bool addComment(std::string_view text, bool isAscii) { return sink_.addComment(text, isAscii); }
+    /// White space before the end of a tag without attributes.
+    [[nodiscard]] static constexpr bool addNothing() noexcept { return false; }
+
+    [[gnu::always_inline]] bool startTag(Name& name, const char* less) {
+        if (name.elementForm != CheckedName::Form::Plain) [[unlikely]] {
+            if (!isPlain(name.elementForm, name)) {
+                return false;
+            }
+        }
+        ++tag_;
+        prefixedCount_ = 0;
+        elements_.push_back({&name, less});
+        if (!sink_.startTag(name, less)) [[unlikely]] {
+            elements_.pop_back();
+            return false;
+        }
+        return true;
+    }
+    [[gnu::always_inline]] bool addAttribute(Name& name, std::string_view value,
+                                             const markup::PassedKinds& kinds) {
+        if (name.attributeForm != CheckedName::Form::Plain) [[unlikely]] {
+            if (!isPlain(name.attributeForm, name) && !declare(name, value, kinds)) {
+                return false;
+            }
+        }
+        if (name.lastTag == tag_) [[unlikely]] {
+            return false;
+        }
+        name.lastTag = tag_;
+        if (name.prefixLength != 0 && name.attributeForm == CheckedName::Form::Plain) {
+            if (prefixedCount_ == mostPrefixed) {
+                return false;
+            }
+            prefixed_[prefixedCount_++] = &name;
+        }
+        return sink_.addAttribute(name, value, kinds);
+    }
+    void abandonStartTag() {
+        dropInnermost();
+        sink_.abandonStartTag();
+    }
+    [[gnu::always_inline]] bool endStartTag(bool isEmptyElement) {
+        // The declarations of the tag count for all names in it.
+        const Name& name = *elements_.back().name;
+        if ((name.prefixLength != 0 || prefixedCount_ != 0) && !arePrefixesPlain(name))
+            [[unlikely]] {
+            abandonStartTag();
+            return false;
+        }
+        if (!sink_.endStartTag(isEmptyElement)) [[unlikely]] {
+            dropInnermost();
+            return false;
+        }
+        return true;
+    }
+    [[gnu::always_inline]] void endEmptyElement() {
+        sink_.endEmptyElement();
+        dropInnermost();
+    }
+    [[gnu::always_inline]] bool endElement(bool isInnermost) {
+        if (!sink_.endElement(isInnermost)) [[unlikely]] {
+            return false;
+        }
+        if (elements_.empty()) [[unlikely]] {
+            stage_->closeElement();
+        } else {
+            dropInnermost();
+        }
+        return true;
+    }
+
+    [[nodiscard]] bool isPlain(const CheckedName::Form& form, Name& name) const {
+        if (form == CheckedName::Form::Unknown) {
+            const CheckedName checked = checkedName(name.text, *stage_);
+            name.elementForm = checked.elementForm;
+            name.attributeForm = checked.attributeForm;
+            name.prefixLength = checked.prefixLength;
+        }
+        return form == CheckedName::Form::Plain;
+    }
+    /// Whether the attribute is a declaration that stands as it is.
+    [[nodiscard]] bool declare(const Name& name, std::string_view uri,
+                               const markup::PassedKinds& kinds) {
+        const std::string_view prefix =
+            name.text.substr(name.prefixLength != 0 ? name.prefixLength : name.text.size());
+        if (name.attributeForm != CheckedName::Form::Declaration || !kinds.isPlain ||
+            !mayBind(prefix, uri)) {
+            return false;
+        }
+        declarations_.push_back({elements_.size(), prefix, uri});
+        return true;
+    }
+    /// Whether all prefixes are declared, and no two attributes can have the same name in the same
+    /// namespace.
+    [[nodiscard]] bool arePrefixesPlain(const Name& element) const noexcept {
+        const auto isDeclared = [](const Name& name) { return name.scope->newest() != nullptr; };
+        if (element.prefixLength != 0 && !isDeclared(element)) {
+            return false;
+        }
+        for (std::size_t index = 0; index < prefixedCount_; ++index) {
+            if (!isDeclared(*prefixed_[index])) {
+                return false;
+            }
+            for (std::size_t before = 0; before < index; ++before) {
+                if (localName(*prefixed_[before]) == localName(*prefixed_[index])) {
+                    return false;
+                }
+            }
+        }
+        return true;
+    }
+    static std::string_view localName(const Name& name) noexcept {
+        return name.text.substr(name.prefixLength);
+    }
+    [[gnu::always_inline]] void dropInnermost() noexcept {
+        while (!declarations_.empty() && declarations_.back().depth == elements_.size())
+            [[unlikely]] { declarations_.pop_back(); }
+        elements_.pop_back();
+    }
+    void tellStage() {
+        auto declaration = declarations_.begin();
+        for (std::size_t index = 0; index < elements_.size(); ++index) {
+            stage_->openElement(elements_[index].name->text, elements_[index].less);
+            for (; declaration != declarations_.end() && declaration->depth == index + 1;
+                 ++declaration) {
+                stage_->bind(declaration->prefix, declaration->uri);
+            }
+        }
+    }
+
+    Sink& sink_;
+    ConformingSupply* stage_ = nullptr;
+    std::uint64_t tag_ = 0; ///< the number of the tag at hand
+    std::vector<Element>
+        elements_; ///< those that were begun here and are open, and the tag at hand
+    std::vector<Declaration> declarations_;
+    std::array<Name*, mostPrefixed> prefixed_{}; ///< attributes of the tag at hand
+    std::size_t prefixedCount_ = 0;
+};
+
+} // namespace nu
