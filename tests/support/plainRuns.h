@@ -18,10 +18,15 @@ public:
             ReadXmlChar();
         } while (!eof_ && !isStop<set>(*current_));
     }
-    template <class Append> void copyUntil(char16_t stop, Append&& append) {
+    template <bool keepsControls = false, class Append>
+    void copyUntil(char16_t stop, Append&& append) {
         while (!eof_ && *current_ != stop) {
             append(current_, std::size_t{1});
-            ReadXmlChar();
+            if constexpr (keepsControls) {
+                ReadRawChar();
+            } else {
+                ReadXmlChar();
+            }
         }
     }
     static constexpr bool hasTextAtHand = false;

@@ -95,15 +95,21 @@ public:
         moveTo(place);
     }
     /// While the current character is not `stop` and the input has not ended: hands the current
-    /// character to `append` (pointer and length, a run at a time) and does ReadXmlChar.
-    template <class Append> void copyUntil(NuXmlChar stop, Append&& append) {
+    /// character to `append` (pointer and length, a run at a time) and does ReadXmlChar, or
+    /// ReadRawChar where control characters are to be kept.
+    template <bool keepsControls = false, class Append>
+    void copyUntil(NuXmlChar stop, Append&& append) {
         while (!eof_ && *currPtr_ != stop) {
             const PNuXmlChar next = currPtr_ + 1;
             const PNuXmlChar end = nu::findControlOr(stop, next, std::max(next, last_));
             append(currPtr_, static_cast<std::size_t>(end - currPtr_));
             currPtr_ = end - 1;
             readPtr_ = end;
-            ReadXmlChar();
+            if constexpr (keepsControls) {
+                ReadRawChar();
+            } else {
+                ReadXmlChar();
+            }
         }
     }
     /// Whether the next two characters, controls skipped, are these. The end, if it is met, is no

@@ -141,12 +141,17 @@ template <class Source> void SaxScanner<Source>::scanProcessingInstruction() {
 /// included. Leaves the last character of the terminator current.
 template <class Source>
 void SaxScanner<Source>::collectExactly(std::u16string_view terminator, std::u16string& target) {
-    while (!target.ends_with(terminator)) {
+    const NuXmlChar last = terminator.back();
+    do {
         if (source_.hasEnded()) {
             fail(messages::endOfDocument);
         }
-        target += *source_.ReadRawChar();
-    }
+        source_.ReadRawChar();
+        source_.template copyUntil<true>(last, [&target](PNuXmlChar start, std::size_t length) {
+            target.append(start, length);
+        });
+        target += source_.current();
+    } while (!target.ends_with(terminator));
     target.resize(target.size() - terminator.size());
 }
 
