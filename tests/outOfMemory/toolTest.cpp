@@ -5,6 +5,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -47,7 +48,8 @@ public:
     }
     [[nodiscard]] std::string text(int descriptor) const {
         std::string text(static_cast<std::size_t>(::lseek(descriptor, 0, SEEK_END)), '\0');
-        static_cast<void>(::pread(descriptor, text.data(), text.size(), 0));
+        const ::ssize_t got = ::pread(descriptor, text.data(), text.size(), 0);
+        text.resize(static_cast<std::size_t>(std::max<::ssize_t>(got, 0)));
         return text;
     }
 

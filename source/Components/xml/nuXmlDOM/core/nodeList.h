@@ -207,17 +207,13 @@ public:
     /// holds it. An empty handle when there is none.
     NuRef<TNuDOMAttribute> removeNamedItem(std::u16string_view name);
     /// The same in UTF-8.
-    NuRef<TNuDOMAttribute> removeNamedItem(const TNuUtf8Text& name) {
-        return removeNamedItem(name.view());
-    }
+    NuRef<TNuDOMAttribute> removeNamedItem(const TNuUtf8Text& name);
     /// The same by namespace and local name.
     NuRef<TNuDOMAttribute> removeNamedItemNS(std::u16string_view namespaceURI,
                                              std::u16string_view localName);
     /// The same in UTF-8.
     NuRef<TNuDOMAttribute> removeNamedItemNS(const TNuUtf8Text& namespaceURI,
-                                             const TNuUtf8Text& localName) {
-        return removeNamedItemNS(namespaceURI.view(), localName.view());
-    }
+                                             const TNuUtf8Text& localName);
     /// Always throws ENuDomNotSupported ("Not implemented"); see TNuDOMElement::setAttributeNode.
     void setNamedItem(TNuDOMNode& node);
     /// Always throws ENuDomNotSupported; see TNuDOMElement::setAttributeNodeNS.

@@ -291,9 +291,18 @@ NuRef<TNuDOMAttribute> TNuDOMAttrList::removeNamedItem(std::u16string_view name)
     return takeOut(getNamedItem(name));
 }
 
+NuRef<TNuDOMAttribute> TNuDOMAttrList::removeNamedItem(const TNuUtf8Text& name) {
+    return removeNamedItem(name.view());
+}
+
 NuRef<TNuDOMAttribute> TNuDOMAttrList::removeNamedItemNS(std::u16string_view namespaceURI,
                                                          std::u16string_view localName) {
     return takeOut(getNamedItemNS(namespaceURI, localName));
+}
+
+NuRef<TNuDOMAttribute> TNuDOMAttrList::removeNamedItemNS(const TNuUtf8Text& namespaceURI,
+                                                         const TNuUtf8Text& localName) {
+    return removeNamedItemNS(namespaceURI.view(), localName.view());
 }
 
 void TNuDOMAttrList::setNamedItem(TNuDOMNode& /*node*/) {
