@@ -6,9 +6,10 @@
 namespace nu::messages {
 
 // Limits
-inline constexpr std::u16string_view tooDeep = u"the elements are nested deeper than %s levels";
-inline constexpr std::u16string_view tooManyAttributes = u"an element has more than %s attributes";
-inline constexpr std::u16string_view nameTooLong = u"a name is longer than %s characters";
+inline constexpr std::u16string_view elementsTooDeep =
+    u"the elements are nested deeper than %s levels";
+inline constexpr std::u16string_view attributesTooMany = u"an element has more than %s attributes";
+inline constexpr std::u16string_view nameBeyondLimit = u"a name is longer than %s characters";
 
 // The document
 inline constexpr std::u16string_view noRootElement = u"the document has no root element";

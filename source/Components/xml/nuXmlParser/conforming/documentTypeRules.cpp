@@ -66,7 +66,7 @@ std::int64_t DocumentTypeRules::passHead(std::string& asWritten) {
     const std::string_view name = needQualified(text);
     const char* const nameEnd = text.place;
     if (!limits_.allowsName(name)) {
-        texts_.fail(messages::nameTooLong, std::to_string(limits_.nameLength()), name.data());
+        texts_.fail(messages::nameBeyondLimit, std::to_string(limits_.nameLength()), name.data());
     }
     ExternalId id;
     if (text.space() && text.place != stop) {

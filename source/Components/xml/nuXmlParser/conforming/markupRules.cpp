@@ -124,7 +124,7 @@ void MarkupRules::beginInstruction() {
         texts_.fail(messages::notAName, "an instruction", start);
     }
     if (!limits_.allowsName(target)) {
-        texts_.fail(messages::nameTooLong, std::to_string(limits_.nameLength()), start);
+        texts_.fail(messages::nameBeyondLimit, std::to_string(limits_.nameLength()), start);
     }
     if (isReservedTarget(target)) {
         texts_.fail(messages::reservedTarget, texts_.place);

@@ -147,10 +147,10 @@ void TagRules::passEndTag() {
 
 void TagRules::checkLimits() {
     if (elements_.depth() >= limits_.depth()) {
-        texts_.fail(messages::tooDeep, std::to_string(limits_.depth()), texts_.place);
+        texts_.fail(messages::elementsTooDeep, std::to_string(limits_.depth()), texts_.place);
     }
     if (tag_.attributes.size() + defaults_.size() > limits_.attributes()) {
-        texts_.fail(messages::tooManyAttributes, std::to_string(limits_.attributes()),
+        texts_.fail(messages::attributesTooMany, std::to_string(limits_.attributes()),
                     texts_.place);
     }
 }

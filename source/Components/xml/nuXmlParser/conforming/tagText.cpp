@@ -71,7 +71,7 @@ TagText::Result TagText::meet(markup::TagName*& met, std::string_view text) {
         return Result::Complete;
     }
     if (!limits_.allowsName(text)) {
-        return failLimit(messages::nameTooLong, text.data(), limits_.nameLength());
+        return failLimit(messages::nameBeyondLimit, text.data(), limits_.nameLength());
     }
     met = &names_.add(text);
     if (!declarations_.empty()) {
@@ -172,7 +172,7 @@ TagText::Result TagText::readAttributeName(TagAttribute& attribute, const char* 
 
 TagText::Result TagText::readAttribute(const char* space, const char* start, const char* textEnd) {
     if (attributes.size() == limits_.attributes()) {
-        return failLimit(messages::tooManyAttributes, start, limits_.attributes());
+        return failLimit(messages::attributesTooMany, start, limits_.attributes());
     }
     TagAttribute attribute{space, start, nullptr, nullptr, nullptr, nullptr, true, true, false};
     if (const Result result = readAttributeName(attribute, textEnd); result != Result::Complete) {
