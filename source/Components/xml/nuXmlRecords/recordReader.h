@@ -85,10 +85,11 @@ public:
     /// The declarations of namespaces around the record that are in scope in it and were added to
     /// its start tag, as they stand there: ` xmlns="urn:a" xmlns:b="urn:b"`.
     [[nodiscard]] std::string_view AddedDeclarations() const noexcept;
-    /// Of a share that is read from a place on, the first record so far, and the start tag behind
-    /// the share at which the reading stopped; none before that, and where the document ends first.
-    /// A reader whose first record is where another one stopped began at a right place.
+    /// Of a share that is read from a place on, its first record; none before that was read. A
+    /// reader whose first record is where another one stopped began at a right place.
     [[nodiscard]] const RecordBorder& First() const noexcept;
+    /// Of such a share, the start tag behind it at which the reading stopped; none before that, and
+    /// where the document ends first.
     [[nodiscard]] const RecordBorder& Stop() const noexcept;
     /// What is known of the document so far: encoding, document type.
     [[nodiscard]] const TNuSourceForm& Form() const noexcept;
