@@ -20,7 +20,7 @@ public:
         for (const TNuDOMNode* node = root; node != nullptr;
              node = nextInTree(
                  node, root, [](auto* parent) { return firstChild(*parent); },
-                 [](auto* sibling) -> const TNuDOMNode* { return nu::NodeChain::next(*sibling); },
+                 [](auto* sibling) -> const TNuDOMNode* { return nu::NodeLinks::next(*sibling); },
                  [](auto* child) -> const TNuDOMNode* { return child->get_parentNode(); })) {
             ++count;
             if (const auto* element = asElement(*node)) {
