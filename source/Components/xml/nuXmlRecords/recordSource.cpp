@@ -171,17 +171,8 @@ std::int64_t RecordSource::positionOf(std::int64_t offset, bool hasMark) const n
            (isAtStart && hasMark ? markLength : 0);
 }
 
-/// Goes on counting lines from the record before, or from where the text in memory begins.
 void RecordSource::countLine(const ElementStart& start) {
-    const SourceText& source = start.source;
-    const std::int64_t begin = source.offsetOf(source.begin());
-    if (countedTo_ < begin || countedTo_ == 0) {
-        lines_ = source.counterAtBegin();
-        countedTo_ = begin;
-    }
-    lines_.moveOver({source.placeAt(countedTo_), source.placeAt(start.offset)});
-    countedTo_ = start.offset;
-    const SourcePlace place = lines_.place();
+    const SourcePlace place = start.source.countTo(start.source.placeAt(start.offset));
     place_.line = place.line;
     place_.column = place.column;
     if (isPart() && place.line == part_->start.line) {

@@ -84,8 +84,6 @@ private:
     std::string declarations_;
     std::uint64_t declarationsVersion_ = 0;
     bool hasOwnDeclarations_ = true;
-    PlaceCounter lines_;
-    std::int64_t countedTo_ = 0; ///< the offset to which they are counted
     RecordBorder first_;
     RecordBorder stop_;
     bool hasEnded_ = false;

@@ -16,7 +16,7 @@ struct ElementStart {
     /// The number of bytes of the source's text before its "<", or before the outermost reference
     /// to the entity in which it stands.
     std::int64_t offset;
-    const SourceText& source;
+    SourceText& source;
     const NamespaceBindings& bindings; ///< those of this tag have its depth
     const OpenElements& around;        ///< the elements in which it stands
 };

@@ -32,7 +32,9 @@ bool Normaliser::run(std::size_t enough) {
             return true;
         }
         passPlain();
-        step();
+        if (!isTaken_ && !hasEnded_) {
+            step();
+        }
         if (isTaken_) {
             isTaken_ = false;
             return true;
@@ -86,24 +88,37 @@ void Normaliser::passPlain() {
         if (less > limit) {
             break;
         }
-        if (less[1] == '/') {
-            const char* const tagEnd =
-                elements_.depth() == usedDepth_ ? nullptr : tags_.passPlainEndTag(less);
-            if (tagEnd == nullptr) {
-                break;
-            }
-            place = tagEnd;
-        } else {
-            const char* const tagEnd = tags_.readPlainStartTag(less, limit);
-            if (tagEnd == nullptr || (watch_ != nullptr && isSought(tags_.plainName(), less))) {
-                break;
+        const bool isEnd = less[1] == '/';
+        const char* tagEnd = nullptr;
+        if (!isEnd) {
+            tagEnd = tags_.readPlainStartTag(less, limit);
+        } else if (elements_.depth() > 1) {
+            tagEnd = tags_.passPlainEndTag(less);
+        }
+        if (tagEnd == nullptr) {
+            break;
+        }
+        if (!isEnd) {
+            if (watch_ != nullptr && isSought(tags_.plainName(), less)) [[unlikely]] {
+                texts_.place = less;
+                useElement(tags_.plainName());
+                if (hasEnded_) {
+                    break;
+                }
             }
             tags_.enterPlain(less);
-            place = tagEnd;
         }
-        behindMarkup = place;
+        place = behindMarkup = tagEnd;
+        // 3. It may have ended what somebody asked about.
+        if (elements_.depth() < usedDepth_) [[unlikely]] {
+            texts_.place = place;
+            endElement();
+            if (isTaken_) {
+                break;
+            }
+        }
     }
-    // 3. What stands before that, which is not plain, is text that was looked at.
+    // 4. What stands before that, which is not plain, is text that was looked at.
     if (place != begin) {
         texts_.place = place;
         if (behindMarkup != begin) {
@@ -255,7 +270,7 @@ void Normaliser::passMarkup() {
 void Normaliser::passStartTag() {
     tags_.readStartTag();
     if (watch_ != nullptr && isSought(tags_.name(), texts_.place)) {
-        useElement();
+        useElement(tags_.name());
         if (hasEnded_) {
             return;
         }
@@ -264,8 +279,8 @@ void Normaliser::passStartTag() {
     endElement();
 }
 
-/// The start tag that was read is that of an element that is sought.
-void Normaliser::useElement() {
+/// The start tag that was read at the place of the text is that of an element that is sought.
+void Normaliser::useElement(std::string_view name) {
     const std::size_t depth = elements_.depth() + 1;
     const ElementUse use =
         watch_->use({depth, texts_.offsetOf(texts_.place), source_, tags_.bindings(), elements_});
@@ -277,22 +292,21 @@ void Normaliser::useElement() {
     texts_.write();
     if (use == ElementUse::Take) {
         output_.keep();
-        const std::string_view name = tags_.name();
-        texts_.insert(name.data() + name.size(), watch_->insertion());
+        texts_.insert(texts_.place + 1 + name.size(), watch_->insertion());
     }
     owner_ = std::exchange(watch_, nullptr);
 }
 
 /// What was asked about ends with the tag that was passed, if that is its own.
 void Normaliser::endElement() {
-    if (owner_ == nullptr || elements_.depth() >= usedDepth_) {
+    if (elements_.depth() >= usedDepth_) {
         return;
     }
     texts_.write();
     isTaken_ = !output_.isDiscarding();
     output_.discard();
     watch_ = std::exchange(owner_, nullptr);
-    usedDepth_ = 1;
+    usedDepth_ = 0;
 }
 
 void Normaliser::passDeclarationMarkup() {

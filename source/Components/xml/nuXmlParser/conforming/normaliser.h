@@ -69,7 +69,7 @@ private:
     [[nodiscard]] bool isSought(std::string_view name, const char* less) {
         return watch_->seeks(name, elements_.depth() + 1, texts_.offsetOf(less));
     }
-    void useElement();
+    void useElement(std::string_view name);
     void endElement();
     void passDeclarationMarkup();
     void passOutside();
@@ -114,7 +114,7 @@ private:
 
     ElementWatch* watch_ = nullptr; ///< null inside of what it was asked about
     ElementWatch* owner_ = nullptr; ///< of the element that it was asked about
-    std::size_t usedDepth_ = 1;     ///< of that element; otherwise of the root
+    std::size_t usedDepth_ = 0;     ///< of that element; 0 outside of any
     bool isTaken_ = false;          ///< an element that was taken has just ended
 
     bool hasBegun_ = false;

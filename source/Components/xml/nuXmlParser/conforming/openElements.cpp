@@ -13,19 +13,14 @@ std::string OpenElements::path() const {
     return path;
 }
 
-void OpenElements::settleLines(const SourceText& source, std::int64_t offset) {
+void OpenElements::settleLines(SourceText& source, std::int64_t offset) {
     // Those that are settled stand before those that are not, and offsets grow with the depth.
     std::size_t first = elements_.size();
     while (first > 0 && elements_[first - 1].line == inWindow) {
         --first;
     }
-    const char* from = source.begin();
-    PlaceCounter counter = source.counterAtBegin();
     for (; first < elements_.size() && elements_[first].offset < offset; ++first) {
-        const char* const start = source.placeAt(elements_[first].offset);
-        counter.moveOver({from, static_cast<std::size_t>(start - from)});
-        from = start;
-        elements_[first].line = counter.place().line;
+        elements_[first].line = source.countTo(source.placeAt(elements_[first].offset)).line;
     }
 }
 

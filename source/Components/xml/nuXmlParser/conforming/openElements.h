@@ -61,7 +61,7 @@ public:
     }
     /// The text before `offset` is about to go from the source's window: the lines of elements that
     /// begin in it are settled, each once.
-    void settleLines(const SourceText& source, std::int64_t offset);
+    void settleLines(SourceText& source, std::int64_t offset);
 
 private:
     struct Element {

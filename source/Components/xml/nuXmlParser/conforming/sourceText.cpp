@@ -140,7 +140,7 @@ void SourceText::open(const std::string& knownEncoding) {
     // 3. Nothing shows yet.
     staysInPlace_ = bytes_.isInMemory() && transcoder_ == nullptr;
     begin_ = staysInPlace_ ? bytes_.ahead().data() : window_.data();
-    end_ = begin_;
+    end_ = countedTo_ = begin_;
 }
 
 void SourceText::findEncoding() {
@@ -306,7 +306,12 @@ bool SourceText::showInWindow(const char*& keep) {
 
 /// Moves the kept text to the start of the window and makes room behind it.
 void SourceText::makeRoom(const char*& keep) {
-    beginPlace_.moveOver({begin_, static_cast<std::size_t>(keep - begin_)});
+    if (countedTo_ > keep) {
+        counted_ = beginPlace_;
+        countedTo_ = begin_;
+    }
+    static_cast<void>(countTo(keep));
+    beginPlace_ = counted_;
     dropped_ += keep - begin_;
     const auto kept = static_cast<std::size_t>(end_ - keep);
     if (kept + windowRoom / 2 > window_.size()) {
@@ -324,7 +329,7 @@ void SourceText::makeRoom(const char*& keep) {
         std::memmove(window_.data(), keep, kept);
     }
     begin_ = window_.data();
-    keep = begin_;
+    keep = countedTo_ = begin_;
     end_ = begin_ + kept;
 }
 
@@ -371,6 +376,15 @@ SourcePlace SourceText::placeOf(const char* place) const noexcept {
     PlaceCounter counter = beginPlace_;
     counter.moveOver({begin_, static_cast<std::size_t>(place - begin_)});
     return counter.place();
+}
+
+SourcePlace SourceText::countTo(const char* place) noexcept {
+    if (place < countedTo_) {
+        return placeOf(place);
+    }
+    counted_.moveOver({countedTo_, static_cast<std::size_t>(place - countedTo_)});
+    countedTo_ = place;
+    return counted_.place();
 }
 
 bool SourceText::passOn(const char* from, std::string& piece) {

@@ -41,7 +41,9 @@ public:
     /// memory.
     void limitWindow(std::size_t longest) noexcept { longest_ = longest; }
     /// The first line counts as the one of that number.
-    void countLinesFrom(std::int64_t line) noexcept { beginPlace_ = PlaceCounter({line, 1}); }
+    void countLinesFrom(std::int64_t line) noexcept {
+        beginPlace_ = counted_ = PlaceCounter({line, 1});
+    }
 
     /// How the text was encoded, as a document would name it, and whether it had a mark.
     [[nodiscard]] const std::string& encodingName() const noexcept { return encodingName_; }
@@ -77,7 +79,8 @@ public:
 
     /// Where text in the window stands in the source.
     [[nodiscard]] SourcePlace placeOf(const char* place) const noexcept;
-    [[nodiscard]] PlaceCounter counterAtBegin() const noexcept { return beginPlace_; }
+    /// The same at less cost for who asks for one place behind the other.
+    [[nodiscard]] SourcePlace countTo(const char* place) noexcept;
     /// The number of bytes of text before a place in the window, and back.
     [[nodiscard]] std::int64_t offsetOf(const char* place) const noexcept {
         return dropped_ + (place - begin_);
@@ -122,6 +125,8 @@ private:
     std::size_t unshown_ = 0; ///< bytes behind the end, from the first that is not allowed on
     std::int64_t dropped_ = 0;
     PlaceCounter beginPlace_;
+    PlaceCounter counted_; ///< at a place in the window, from which countTo goes on
+    const char* countedTo_ = nullptr;
 
     CheckedText::Stop stop_ = CheckedText::Stop::All; ///< why no more text shows
     char32_t notAllowed_ = 0;
