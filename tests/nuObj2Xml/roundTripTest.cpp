@@ -195,7 +195,7 @@ public:
         fill(text);
         value = host::utf16ToUtf8(text);
     }
-    void fill(Suit& value) { value = static_cast<Suit>(coin() ? -1 : below(400)); }
+    void fill(Suit& value) { value = static_cast<Suit>(coin() ? -1 : int(below(400))); }
     void fill(Leaf& value) { fill(value.Name); }
     void fill(host::Variant& value) {
         std::u16string text;

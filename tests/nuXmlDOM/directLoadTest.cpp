@@ -53,8 +53,9 @@ template <class Load> std::string outcome(Load&& load) {
     } catch (const host::Exception& error) {
         told = std::string("throws ") + typeid(error).name() + ": " + error.what() + "\n";
     }
-    for (std::size_t index = 0; index < document->get_childNodes().Count(); ++index) {
-        tell(*document->get_childNodes().GetItem(index), told);
+    for (TNuDOMNode* child = document->get_firstChild(); child != nullptr;
+         child = child->get_nextSibling()) {
+        tell(*child, told);
     }
     for (const bool formatted : {false, true}) {
         TNuMemoryStream stream;

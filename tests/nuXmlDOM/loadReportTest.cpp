@@ -46,7 +46,11 @@ protected:
 };
 
 TEST_F(LoadReport, HoldsWhatTheReaderForgaveAndWhatItDidNot) {
-    const std::string_view rows[][2] = {
+    struct Row {
+        std::string_view content;
+        std::string_view expected;
+    };
+    const Row rows[] = {
         {"<a/>", ""},
         {"<a>\n<b /></a>", "f.xml:2:5: warning: "},
         {"<a>\n<b />\n<p:c/></a>", "f.xml:2:5: warning: \nf.xml:3:6: warning: "},
@@ -55,7 +59,8 @@ TEST_F(LoadReport, HoldsWhatTheReaderForgaveAndWhatItDidNot) {
         {"<a/>\n<b/>", "f.xml:2:4: error: A document can only have 1 rootnode"},
         {"\xEF\xBB\xBF<a>\xFF</a>", "f.xml: error: The sourcestream contains invalid UTF-8 data!"},
     };
-    for (const auto& [content, expected] : rows) {
+    for (const auto& row : rows) {
+        const std::string_view content = row.content;
         SCOPED_TRACE(content);
         // Every way to load tells the same, but for the name.
         const fs::path path = file(content);
@@ -85,7 +90,7 @@ TEST_F(LoadReport, HoldsWhatTheReaderForgaveAndWhatItDidNot) {
             reported([&](TNuLoadReport& report) { document->LoadFromFile(path, report); });
         // Messages are cut where the row ends.
         std::string_view rest = text;
-        for (std::string_view lines = expected; !lines.empty();) {
+        for (std::string_view lines = row.expected; !lines.empty();) {
             const std::string_view line = lines.substr(0, lines.find('\n'));
             EXPECT_EQ(rest.substr(0, line.size()), line) << text;
             rest.remove_prefix(std::min(rest.find('\n') + 1, rest.size()));

@@ -203,7 +203,7 @@ TEST(Conforming, isTheSameInBlocksOfAnySize) {
     for (const std::string& document : manifold()) {
         for (const std::string& text : {document, whole(document)}) {
             const std::string expected = staged(text);
-            for (const std::size_t step : {1, 2, 3, 7, 64 * 1024}) {
+            for (const std::size_t step : {1U, 2U, 3U, 7U, 64U * 1024}) {
                 Trickle source(text, step);
                 EXPECT_EQ(drain(source), expected) << text << " in blocks of " << step;
             }
