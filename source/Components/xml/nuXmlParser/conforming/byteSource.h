@@ -2,10 +2,10 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <string_view>
 
 #include "host/runtime/stream.h"
+#include "nuXmlParser/conforming/byteRoom.h"
 
 namespace nu {
 
@@ -22,7 +22,7 @@ public:
     [[nodiscard]] bool isInMemory() const noexcept { return stream_ == nullptr; }
     /// What is read and not done with. Of memory, all the rest.
     [[nodiscard]] std::string_view ahead() const noexcept {
-        return isInMemory() ? memory_ : std::string_view(block_.get() + used_, filled_ - used_);
+        return isInMemory() ? memory_ : std::string_view(block_.data() + used_, filled_ - used_);
     }
     /// Whether nothing follows what is ahead, as far as is known.
     [[nodiscard]] bool hasEnded() const noexcept { return hasEnded_; }
@@ -40,15 +40,12 @@ public:
     [[nodiscard]] std::int64_t done() const noexcept { return done_; }
 
 private:
-    void makeRoom();
-
     host::TStream* stream_ = nullptr;
     std::size_t blockSize_ = 0;
     std::string_view memory_;
-    std::unique_ptr<char[]> block_; ///< room for `room_` bytes, of which `filled_` are read
-    std::size_t room_ = 0;
-    std::size_t filled_ = 0;
+    ByteRoom block_;
     std::size_t used_ = 0;
+    std::size_t filled_ = 0; ///< where the bytes that were read end in the block
     std::int64_t done_ = 0;
     bool hasEnded_ = false;
 };

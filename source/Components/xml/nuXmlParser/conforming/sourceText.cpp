@@ -314,20 +314,13 @@ void SourceText::makeRoom(const char*& keep) {
     beginPlace_ = counted_;
     dropped_ += keep - begin_;
     const auto kept = static_cast<std::size_t>(end_ - keep);
-    if (kept + windowRoom / 2 > window_.size()) {
-        if (kept > longest_) {
-            const SourcePlace place = beginPlace_.place();
-            throw ENuXmlFault(host::formatMessage(messages::markupTooLong, {longest_}), place.line,
-                              place.column);
-        }
-        std::vector<char> grown(std::max(2 * window_.size(), windowRoom));
-        if (kept > 0) {
-            std::memcpy(grown.data(), keep, kept);
-        }
-        window_ = std::move(grown);
-    } else if (kept > 0) {
-        std::memmove(window_.data(), keep, kept);
+    const std::size_t needed = std::max(kept + windowRoom / 2, windowRoom);
+    if (needed > window_.size() && kept > longest_) {
+        const SourcePlace place = beginPlace_.place();
+        throw ENuXmlFault(host::formatMessage(messages::markupTooLong, {longest_}), place.line,
+                          place.column);
     }
+    window_.keep({keep, kept}, needed);
     begin_ = window_.data();
     keep = countedTo_ = begin_;
     end_ = begin_ + kept;

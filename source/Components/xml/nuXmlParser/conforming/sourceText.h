@@ -6,7 +6,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "common/encoding.h"
 #include "common/transcoder.h"
@@ -118,7 +117,7 @@ private:
     std::string encodingName_;
     std::unique_ptr<TNuTranscoder> transcoder_;
 
-    std::vector<char> window_;
+    ByteRoom window_;
     std::size_t longest_ = std::numeric_limits<std::size_t>::max();
     const char* begin_ = nullptr;
     const char* end_ = nullptr;
