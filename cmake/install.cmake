@@ -1,4 +1,4 @@
-# Install, find_package(nuxml CONFIG) and pkg-config, in three components: runtime, development and tool. The
+# Install, find_package(nuxml CONFIG) and pkg-config, in components: runtime, development, tool and documents. The
 # public headers keep their paths below include/nuxml, so an application writes the same includes as this
 # repository does.
 include(CMakePackageConfigHelpers)
@@ -45,5 +45,6 @@ if(TARGET nuxmlToolTexts)
     install(FILES ${texts}/completion.fish RENAME nuxml.fish
         DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT tool)
 endif()
+# Packages of Debian have these in folders of their own.
 install(FILES LICENSE README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR}
-    COMPONENT development)
+    COMPONENT documents)

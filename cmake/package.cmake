@@ -4,7 +4,8 @@
 string(TIMESTAMP packageDate "%a, %d %b %Y %H:%M:%S +0000" UTC)
 set(contact "$ENV{DEBFULLNAME} <$ENV{DEBEMAIL}>")
 if(NOT "$ENV{DEBEMAIL}" MATCHES "@")
-    # A reserved name, which can be nobody's: who makes packages for others says who they are.
+    # A reserved name, which can be nobody's. An address of the machine's user would look like one that can be
+    # written to, and give away who that is; and a build would not be the same elsewhere.
     set(contact "The nuxml authors <maintainers@nuxml.example>")
 endif()
 
@@ -21,6 +22,7 @@ if(NOT CMAKE_INSTALL_PREFIX STREQUAL /usr OR NOT NUXML_INSTALL)
 endif()
 
 set(CPACK_GENERATOR DEB TGZ)
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # each package has its own
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_COMPONENTS_ALL runtime development tool)
 set(CPACK_COMPONENTS_GROUPING IGNORE)
@@ -40,7 +42,8 @@ set(version ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})
 
 # nuDescribePackage(<component> <name> <section> <text>)
 #
-# Names and describes one package, and gives it the files that each one has.
+# Names and describes one package, and gives it the files that each one has. The first line of the text is what
+# lists of packages show.
 macro(nuDescribePackage component name section text)
     string(TOUPPER ${component} upper)
     set(CPACK_DEBIAN_${upper}_PACKAGE_NAME ${name})
@@ -64,17 +67,24 @@ macro(nuDescribePackage component name section text)
 endmacro()
 
 nuDescribePackage(runtime ${runtimePackage} libs
-"Reads XML of any size as SAX2 events or into a W3C DOM tree, selects nodes by
+"XML for C++: shared libraries
+Reads XML of any size as SAX2 events or into a W3C DOM tree, selects nodes by
 paths, writes documents and converts objects. This package holds the shared
 libraries that programs need at run time.")
 nuDescribePackage(development libnuxml-dev libdevel
-"Reads XML of any size as SAX2 events or into a W3C DOM tree, selects nodes by
+"XML for C++: development files
+Reads XML of any size as SAX2 events or into a W3C DOM tree, selects nodes by
 paths, writes documents and converts objects. This package holds the headers
 and what CMake and pkg-config need to find them.")
 nuDescribePackage(tool nuxml text
-"Shows the nodes at a path as text, rows or JSON, changes many files in place,
+"command-line tool for XML
+Shows the nodes at a path as text, rows or JSON, changes many files in place,
 formats, outlines and checks documents and converts them to JSON and back.")
 
+install(FILES README.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libnuxml-dev COMPONENT development)
+
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SOURCE nuxml)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SOURCE nuxml)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/cmake/debian/triggers)
