@@ -42,8 +42,8 @@ const Case usage[] = {
     {"nuxml escape -- --help", 0, "--help\n", ""},
     {"nuxml events --jsn library.xml", 2, "",
      "nuxml: unknown option --jsn (did you mean --json?); see \"nuxml help events\"\n"},
-    {"nuxml -h >a; nuxml help >b; nuxml --help | cmp - a && cmp a b && nuxml help selec", 2, "",
-     "nuxml: there is no command \"selec\" (did you mean select?); see \"nuxml help\"\n"},
+    {"nuxml -h >a; nuxml help version >b; nuxml --help | cmp - a && cmp a b && nuxml help selec", 2,
+     "", "nuxml: there is no command \"selec\" (did you mean select?); see \"nuxml help\"\n"},
     // What help, manual page and completions tell of is what is taken.
     {"for command in $(nuxml help | sed -n '/^Commands/,/^$/s/^  \\([a-z]*\\) .*/\\1/p'); do for "
      "option "

@@ -7,7 +7,9 @@ namespace tool {
 
 namespace {
 
-/// Words are short; a longer one is no typing mistake.
+/// Of a single letter any other could be meant, and words are short: a longer one is no typing
+/// mistake.
+constexpr std::size_t shortestWord = 3;
 constexpr std::size_t longestWord = 40;
 
 /// How many characters have to be changed, put in, left out or exchanged with their neighbour.
@@ -37,7 +39,7 @@ std::size_t distance(std::string_view from, std::string_view to) {
 
 std::string_view closestWord(std::string_view typed, std::span<const std::string_view> words) {
     std::string_view closest;
-    if (typed.size() > longestWord) {
+    if (typed.size() < shortestWord || typed.size() > longestWord) {
         return closest;
     }
     // A third of the word may be wrong, but the beginning of one is meant as that.

@@ -45,7 +45,8 @@ records before it were shown.
 
 With --part, workers on many machines share one file, in UTF-8; the outputs of all parts are together
 that of one pass, whatever N. With an index this holds for every document. The index is of one state
-of its file: of another size, time of change or other ends it is refused. A part that has no records ends with 0.
+of its file: of another size, time of change or other ends it is refused. A part that has no records
+ends with 0.
 
 The exit code is 0 when there was any record, and 1 when there was none.
 )",

@@ -25,6 +25,8 @@ namespace {
 constexpr std::string_view progressOption = "--progress";
 
 bool isHelpOption(std::string_view word) noexcept { return word == "--help" || word == "-h"; }
+bool isHelp(std::string_view word) noexcept { return word == "help" || isHelpOption(word); }
+bool isVersion(std::string_view word) noexcept { return word == "version" || word == "--version"; }
 
 /// The command that a word names. Throws UsageError where there is none.
 const Command& commandOf(std::string_view word) {
@@ -38,7 +40,7 @@ const Command& commandOf(std::string_view word) {
 }
 
 ExitCode showHelp(Console& console, Arguments words) {
-    if (words.empty()) {
+    if (words.empty() || isHelp(words.front()) || isVersion(words.front())) {
         writeGeneralHelp(console.output());
     } else {
         writeHelp(console.output(), commandOf(words.front()));
@@ -66,10 +68,10 @@ ExitCode runCommand(Console& console, const Command& command, Arguments argument
 }
 
 ExitCode runWord(Console& console, std::string_view word, Arguments arguments) {
-    if (isHelpOption(word) || word == "help") {
+    if (isHelp(word)) {
         return showHelp(console, arguments);
     }
-    if (word == "--version" || word == "version") {
+    if (isVersion(word)) {
         console.output().write("nuxml " NUXML_VERSION "\n");
         return exitDone;
     }
