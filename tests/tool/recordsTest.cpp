@@ -63,6 +63,11 @@ const ShellCase parts[] = {
      0, "", ""},
     {"touch -d '2 days ago' l.xml; nuxml records --part 2/3 r l.xml 2>&1 | cut -c 1-33", 0,
      "nuxml: l.xml was changed behind i\n", ""},
+    {"rm l.xml; nuxml records --part 2/3 r l.xml", 4, "",
+     "nuxml: cannot open l.xml: No such file or directory\n"},
+    {"nuxml records --plain --part 2/3 'a/*' p.xml", 2, "",
+     "nuxml: --plain needs the name of the records, the last one of the path; see \"nuxml help "
+     "records\"\n"},
     {"nuxml records --jobs 2 r none.xml", 4, "",
      "nuxml: cannot open none.xml: No such file or directory\n"},
     {"nuxml records --jobs 2 r .", 4, "", "nuxml: .: only a regular file can be read in parts\n"},
@@ -70,7 +75,7 @@ const ShellCase parts[] = {
      "empty.xml:1:1: error: the document has no root element\n"},
     {"nuxml records --index --index-file=/nowhere/i a.xml 2>&1 | cut -c 1-30", 0,
      "nuxml: cannot write /nowhere/i\n", ""},
-    {"nuxml records --jobs 2 r - <l.xml", 2, "",
+    {"nuxml records --jobs 2 r - <p.xml", 2, "",
      "nuxml: --part and --jobs are for one file; see \"nuxml help records\"\n"},
 };
 TEST(RecordsCommand, SharesAFile) { expectShell(parts); }

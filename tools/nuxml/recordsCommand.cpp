@@ -86,6 +86,9 @@ void checkTogether(const Options& options, bool isPlain) {
     if (isPlain && options.indexFile) {
         throw UsageError("--plain and --index-file exclude each other");
     }
+    if (isPlain && options.path.ends_with(u'*')) {
+        throw UsageError("--plain needs the name of the records, the last one of the path");
+    }
     if ((isPlain || options.indexFile) && !isShared) {
         throw UsageError("--plain and --index-file are for --part and --jobs");
     }
@@ -119,7 +122,10 @@ Options readOptions(std::vector<Operand> operands, const Options& given) {
 std::int64_t modificationOf(std::string_view name) {
     std::error_code error;
     const auto time = std::filesystem::last_write_time(std::filesystem::path(name), error);
-    return error ? 0 : time.time_since_epoch().count();
+    if (error) {
+        throw InputError("cannot open " + std::string(name) + ": " + error.message());
+    }
+    return time.time_since_epoch().count();
 }
 
 std::string indexNameOf(std::string_view file) { return std::string(file) + ".nuxidx"; }
