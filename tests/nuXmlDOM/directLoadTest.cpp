@@ -53,9 +53,9 @@ template <class Load> std::string outcome(Load&& load) {
     } catch (const host::Exception& error) {
         told = std::string("throws ") + typeid(error).name() + ": " + error.what() + "\n";
     }
-    for (TNuDOMNode* child = document->get_firstChild(); child != nullptr;
-         child = child->get_nextSibling()) {
-        tell(*child, told);
+    const TNuDOMNodeList& children = document->get_childNodes();
+    for (std::ptrdiff_t index = 0; index < std::ptrdiff_t(children.Count()); ++index) {
+        tell(*children.GetItem(index), told);
     }
     for (const bool formatted : {false, true}) {
         TNuMemoryStream stream;
