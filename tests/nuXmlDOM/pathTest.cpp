@@ -325,6 +325,8 @@ const Case kindsCases[] = {
     {"0", u"p:b", u"p:b4"},
     {"0", u"q:b", u"b b1 p:b4", anyNamespace},
     {"0", u"P:B", u"p:b4", anyCase},
+    {"0", u"//B", u"b b1 B2", anyCase},
+    {"", u"//q:b", u"b b1 p:b4", anyNamespace},
     {"0", u"*/@k", u"@k=a/b @K=Z @p:k=Я"},
     {"0", u"*/@p:k", u""},
     {"0", u"*[@p:k]", u"p:b4"},

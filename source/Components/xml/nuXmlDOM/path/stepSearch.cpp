@@ -45,8 +45,8 @@ StepSearch::StepSearch(const PathProgram& program, const PathStep& step, TNuDOMD
     : program_(program), step_(step), document_(document), work_(work),
       isCreating_(program.options.has(soCreate)),
       mayRepeat_(step.isDeep && (step.test == PathTest::parent || step.test == PathTest::self)),
-      isNameExact_(step.test == PathTest::name && !step.name.starts_with(u'#') &&
-                   !program.options.has(soCaseInsensitive) &&
+      seeksNamed_(step.test == PathTest::name && !step.name.starts_with(u'#')),
+      isNameExact_(seeksNamed_ && !program.options.has(soCaseInsensitive) &&
                    !program.options.has(soIgnoreNamespace)),
       isPlain_((isNameExact_ || step.test == PathTest::everyElement) && !step.isDeep &&
                step.filters.empty() && step.mistake == PathMistake::none && !isCreating_) {
@@ -109,8 +109,14 @@ void StepSearch::match(TNuDOMNode& context, PathNodes& found) {
             return;
         }
     }
-    if (step_.isDeep && isNameExact_ && matchInTreeOrder(context, found)) {
-        return;
+    if (step_.isDeep && seeksNamed_) {
+        const bool isDone =
+            isNameExact_
+                ? matchInTreeOrder(context, found, [&](auto& node) { return isNamed(node); })
+                : matchInTreeOrder(context, found, [&](auto& node) { return hasName(node); });
+        if (isDone) {
+            return;
+        }
     }
     matchHere(context, found);
     if (step_.isDeep) {
@@ -125,7 +131,8 @@ void StepSearch::match(TNuDOMNode& context, PathNodes& found) {
 /// lie in memory in the order of the document. That order is the right one as long as no candidate
 /// follows one that lies deeper below the same parent; gives false, and adds nothing, when one
 /// does.
-bool StepSearch::matchInTreeOrder(TNuDOMNode& context, PathNodes& found) {
+template <class Test>
+bool StepSearch::matchInTreeOrder(TNuDOMNode& context, PathNodes& found, Test&& test) {
     // The levels up to `closed` had a candidate below them since their parent was entered.
     std::size_t closed = 0;
     std::size_t level = 1;
@@ -135,7 +142,7 @@ bool StepSearch::matchInTreeOrder(TNuDOMNode& context, PathNodes& found) {
         fetchAhead(*node);
         ++visits;
         // 1. The node.
-        if (isNamed(*node) && isKept(*node)) {
+        if (test(*node) && isKept(*node)) {
             if (level <= closed) {
                 found.resize(first_);
                 visits_ += visits;
@@ -200,7 +207,8 @@ void StepSearch::matchHere(TNuDOMNode& context, PathNodes& found) {
         return;
     case PathTest::name:
         if (!isNameExact_) {
-            addIf(firstPathChild(context), [&](TNuDOMNode& child) { return hasName(child); });
+            addIf(seeksNamed_ ? firstOfNamed(context) : firstPathChild(context),
+                  [&](TNuDOMNode& child) { return hasName(child); });
             return;
         }
         [[fallthrough]];
@@ -230,12 +238,18 @@ void StepSearch::addAttributes(TNuDOMNode& context, PathNodes& found) {
     }
 }
 
-/// The same by the options of the path.
-bool StepSearch::hasName(const TNuDOMNode& node) const {
+/// The same by the options of the path. Many nodes have one name, so it is compared once.
+bool StepSearch::hasName(const TNuDOMNode& node) {
     const NodeName& own = NodeContext::name(node);
     const bool isLocal = program_.options.has(soIgnoreNamespace);
     if (own.isNamed()) {
-        return areEqual(isLocal ? own.local() : own.qualified(), step_.name, program_.options);
+        Verdict& verdict = verdicts_[reinterpret_cast<std::uintptr_t>(&own) / alignof(NodeName) %
+                                     verdicts_.size()];
+        if (verdict.name != &own) {
+            verdict = {&own, areEqual(isLocal ? own.local() : own.qualified(), step_.name,
+                                      program_.options)};
+        }
+        return verdict.isMatch;
     }
     // Texts and comments have no name of their own; their node name is a fixed one.
     return !isLocal && areEqual(node.get_nodeName(), step_.name, program_.options);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <optional>
 
 #include "nuXmlDOM/core/nodeContext.h"
@@ -53,13 +55,13 @@ private:
         visits_ = 0;
     }
     void match(TNuDOMNode& context, PathNodes& found);
-    bool matchInTreeOrder(TNuDOMNode& context, PathNodes& found);
+    template <class Test> bool matchInTreeOrder(TNuDOMNode& context, PathNodes& found, Test&& test);
     void matchHere(TNuDOMNode& context, PathNodes& found);
     void addAttributes(TNuDOMNode& context, PathNodes& found);
     [[nodiscard]] bool isKept(TNuDOMNode& node) const;
     void add(TNuDOMNode& node, PathNodes& found) const;
     [[nodiscard]] bool isNamed(const TNuDOMNode& node) const noexcept;
-    [[nodiscard]] bool hasName(const TNuDOMNode& node) const;
+    [[nodiscard]] bool hasName(const TNuDOMNode& node);
     TNuDOMNode& create(TNuDOMNode& context);
 
     const PathProgram& program_;
@@ -70,10 +72,18 @@ private:
     bool isCreating_;
     /// A candidate may be found more than once.
     bool mayRepeat_;
+    /// Nodes that have names are looked for, by that; texts and comments have none.
+    bool seeksNamed_;
     /// Nodes of exactly one name are looked for: name_, which is null when there is none such.
     bool isNameExact_;
     bool isPlain_;
     const NodeName* name_ = nullptr;
+    /// What hasName found out last, by the place of the name.
+    struct Verdict {
+        const NodeName* name = nullptr;
+        bool isMatch = false;
+    };
+    std::array<Verdict, 8> verdicts_{};
     Keep keep_ = Keep::all;
     /// The first filter; for Keep::tested.
     std::optional<FilterTest> test_;
