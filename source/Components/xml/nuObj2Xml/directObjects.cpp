@@ -7,7 +7,6 @@
 #include "nuObj2Xml/leafValue.h"
 #include "nuObj2Xml/objectEvents.h"
 #include "nuXmlParser/namespaceNames.h"
-#include "nuXmlParser/unescape.h"
 
 namespace nu {
 
@@ -283,8 +282,7 @@ bool DirectObjects::endOther() {
 [[gnu::always_inline]] inline bool DirectObjects::addLeafText(std::string_view text, bool isPlain) {
     if (!isPlain) [[unlikely]] {
         try {
-            assignUtf8(text_, text);
-            unescapeFrom(text_, 0);
+            assignReplaced(text_, text);
         } catch (const host::EConvertError&) {
             return false;
         }
@@ -304,8 +302,10 @@ void DirectObjects::settle() {
     builder_.startElement({leafName_->local, {}, false});
     lookAround();
     if (hasText_) {
-        assignUtf8(text_, leafBytes_);
-        builder_.characters(text_, !isReplaced_);
+        if (!isReplaced_) {
+            assignUtf8(text_, leafBytes_);
+        }
+        builder_.takeText(text_);
     }
 }
 

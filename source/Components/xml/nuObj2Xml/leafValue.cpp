@@ -11,6 +11,7 @@
 #include "host/runtime/exception.h"
 #include "host/runtime/valueAccess.h"
 #include "nuObj2Xml/valueReader.h"
+#include "nuXmlParser/unescape.h"
 
 namespace nu {
 
@@ -161,6 +162,19 @@ template <class Read> bool readInto(const TPropInfo& property, void* self, Read 
     return readAndSet<std::uint64_t>(property, self, read);
 }
 
+/// Long texts are decoded piece by piece: a string clears what it makes room for, and memory that
+/// is seen for the first time costs more than decoding, so that it is better touched once only.
+constexpr std::size_t pieceSize = 4096;
+
+void appendUtf8(NuXmlString& text, std::string_view bytes) {
+    char16_t piece[pieceSize];
+    while (!bytes.empty()) {
+        const TNuUtf8Prefix decoded = NuDecodeUtf8Prefix(bytes.substr(0, pieceSize), piece);
+        text.append(piece, decoded.Units);
+        bytes.remove_prefix(decoded.Bytes);
+    }
+}
+
 } // namespace
 
 bool isLeaf(const TPropInfo& property) noexcept {
@@ -168,8 +182,29 @@ bool isLeaf(const TPropInfo& property) noexcept {
 }
 
 void assignUtf8(NuXmlString& text, std::string_view bytes) {
+    if (bytes.size() > pieceSize) {
+        text.clear();
+        text.reserve(bytes.size());
+        appendUtf8(text, bytes);
+        return;
+    }
     text.resize(bytes.size());
     text.resize(NuDecodeUtf8Prefix(bytes, text.data()).Units);
+}
+
+void assignReplaced(NuXmlString& text, std::string_view bytes) {
+    text.clear();
+    text.reserve(bytes.size());
+    while (!bytes.empty()) {
+        // No reference goes on behind a space, so the text can be cut there.
+        const std::size_t space =
+            bytes.size() <= pieceSize ? bytes.npos : bytes.rfind(cNuSpaceA, pieceSize - 1);
+        const std::size_t cut = space == bytes.npos ? bytes.size() : space + 1;
+        const std::size_t before = text.size();
+        appendUtf8(text, bytes.substr(0, cut));
+        unescapeFrom(text, before);
+        bytes.remove_prefix(cut);
+    }
 }
 
 bool readLeaf(const TPropInfo& property, void* self, std::string_view bytes, NuXmlString& scratch) {

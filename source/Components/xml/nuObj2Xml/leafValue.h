@@ -20,5 +20,8 @@ bool readLeaf(const host::TPropInfo& property, void* self, NuXmlString& text);
 
 /// Makes it the text that UTF-8, which is known to be well-formed, stands for.
 void assignUtf8(NuXmlString& text, std::string_view bytes);
+/// The same with references replaced. Throws host::EConvertError as NuXMLToStr does; the text is
+/// unspecified then.
+void assignReplaced(NuXmlString& text, std::string_view bytes);
 
 } // namespace nu

@@ -53,6 +53,9 @@ public:
     void startElement(const ElementStart& element);
     /// A run of text. In a CDATA section nothing is a reference.
     void characters(std::u16string_view text, bool isCData);
+    /// All the text so far of the value that began just now, without references. What `text` holds
+    /// then is of no use.
+    void takeText(NuXmlString& text) noexcept { text_.swap(text); }
     /// The end of the element that began last. With that of the object references are resolved.
     /// `tree` is the element with its content, for an object whose serializer wants it.
     void endElement(TNuDOMElement* tree);

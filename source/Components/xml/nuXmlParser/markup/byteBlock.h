@@ -87,7 +87,8 @@ inline unsigned findSolidInBlock(const char* place) noexcept {
     return (~bytes.isAtMost(cNuSpaceA).mask() & 0xFFFF) | simd::isAnyOf<'\0'>(bytes).mask();
 }
 
-/// The first place at or behind `place` that a block of `classify` marks as a stop.
+/// The first place at or behind `place` that a block of `classify` marks as a stop. Where there is
+/// none, `passed` tells of what was looked at, which is everything up to `limit`.
 template <ByteBlock (*classify)(const char*) noexcept>
 [[gnu::always_inline]] inline const char* findStop(const char* place, const char* limit,
                                                    PassedKinds& passed) noexcept {
@@ -104,6 +105,8 @@ template <ByteBlock (*classify)(const char*) noexcept>
         beyondAscii |= block.beyondAscii;
         escaped |= block.escaped;
         if (place > limit) [[unlikely]] {
+            passed.isAscii = beyondAscii == 0;
+            passed.isPlain = escaped == 0;
             return nullptr;
         }
     }
@@ -121,22 +124,37 @@ inline const char* skipPlainReference(const char* place) noexcept {
                                           : nullptr;
 }
 
-/// The same as findStop, beyond references that need no declaration; null at any other.
+/// The same as findStop, beyond references that need no declaration; at the "&" of any other.
 template <ByteBlock (*classify)(const char*) noexcept>
 [[gnu::always_inline]] inline const char*
 findStopBehindReferences(const char* place, const char* limit, PassedKinds& passed) noexcept {
     place = findStop<classify>(place, limit, passed);
     while (place != nullptr && *place == cNuAmpA)
         [[unlikely]] {
-            place = place > limit ? nullptr : skipPlainReference(place);
-            if (place == nullptr) {
-                return nullptr;
+            const char* const behind = place > limit ? nullptr : skipPlainReference(place);
+            if (behind == nullptr) {
+                return place > limit ? nullptr : place;
             }
             PassedKinds kinds;
-            place = findStop<classify>(place, limit, kinds);
+            place = findStop<classify>(behind, limit, kinds);
             passed = {passed.isAscii && kinds.isAscii, false};
         }
     return place;
+}
+
+/// The same as `find` from a place on, behind `limit`, from which on at most `reach` bytes are
+/// left, up to `end`; none of the last block is a stop. `passed` tells of what came before, too.
+template <class Find>
+[[gnu::noinline]] const char* findStopNearEnd(const char* place, const char* end,
+                                              PassedKinds& passed, Find&& find) noexcept {
+    // A NUL behind the copy is a stop.
+    char copy[reach + 2 * scanBlock]{};
+    const auto size = static_cast<std::size_t>(end - place);
+    std::memcpy(copy, place, size);
+    PassedKinds kinds;
+    const char* const stop = find(copy, copy + size, kinds);
+    passed = {passed.isAscii && kinds.isAscii, passed.isPlain && kinds.isPlain};
+    return stop == nullptr || stop + scanBlock > copy + size ? nullptr : place + (stop - copy);
 }
 
 /// The first solid character at or behind `place`, or NUL.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -57,7 +58,8 @@ public:
         if (bytes.size() <= reach) {
             return;
         }
-        limit_ = bytes.data() + (bytes.size() - reach);
+        end_ = bytes.data() + bytes.size();
+        limit_ = end_ - reach;
         const char* place = bytes.data();
         for (;;) {
             const char* const next = *place == cNuGtA        ? readText(place, passed)
@@ -128,11 +130,16 @@ private:
 
     /// The "<" behind text, or what keeps it from being plain.
     [[gnu::always_inline]] const char* findTextEnd(const char* place, PassedKinds& kinds) const {
-        if constexpr (Sink::isXml) {
-            return findStopBehindReferences<classifyXmlText>(place, limit_, kinds);
-        } else {
-            return findStop<Sink::classifyText>(place, limit_, kinds);
-        }
+        const auto find = [](const char* from, const char* limit, PassedKinds& found) noexcept {
+            if constexpr (Sink::isXml) {
+                return findStopBehindReferences<classifyXmlText>(from, limit, found);
+            } else {
+                return findStop<Sink::classifyText>(from, limit, found);
+            }
+        };
+        const char* const end = find(place, limit_, kinds);
+        // A long one often ends where its document does.
+        return end != nullptr ? end : findStopNearEnd(std::max(place, limit_), end_, kinds, find);
     }
 
     bool isInlineSpace(std::string_view space) const noexcept {
@@ -366,7 +373,8 @@ private:
     }
 
     Sink& sink_;
-    const char* limit_ = nullptr;
+    const char* limit_ = nullptr; ///< behind which nothing but the end of a text is looked for
+    const char* end_ = nullptr;
 };
 
 } // namespace nu::markup
