@@ -24,7 +24,7 @@ void show(TNuDOMElement& context, std::u16string_view path, TNuDOMSelectOptions 
 
 int main() {
     const auto document =
-        NuParseDocument("<root><a id=\"1\"><b>x</b></a><a id=\"02\"/><c><a id=\"3\"/></c></root>");
+        NuParseDocument(R"(<root><a id="1"><b>x</b></a><a id="02"/><c><a id="3"/></c></root>)");
     TNuDOMElement& root = *document->get_documentElement();
 
     show(root, u"a");              // children of the context

@@ -142,7 +142,7 @@ template <class Pointer> struct PointerAccess {
         if (made.create == nullptr) {
             return {};
         }
-        Class* const object = fromRoot<Class>(made.create());
+        auto* const object = fromRoot<Class>(made.create());
         auto& pointer = *static_cast<Pointer*>(slot);
         if constexpr (std::is_pointer_v<Pointer>) {
             delete std::exchange(pointer, object);

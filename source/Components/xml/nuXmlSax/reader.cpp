@@ -66,7 +66,7 @@ std::string_view restInMemory(host::TStream& stream) {
     const auto& memory = dynamic_cast<host::TCustomMemoryStream&>(stream);
     const auto start = static_cast<std::size_t>(stream.GetPosition());
     const auto size = static_cast<std::size_t>(stream.GetSize());
-    return start >= size ? std::string_view("", 0)
+    return start >= size ? std::string_view("")
                          : std::string_view(reinterpret_cast<const char*>(memory.Memory()) + start,
                                             size - start);
 }

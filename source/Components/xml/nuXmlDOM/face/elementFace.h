@@ -80,7 +80,7 @@ public:
                                AttributeResult& removed) noexcept override {
         return giveInterface(removed, [&] {
             const auto& named = toObject<TNuDOMAttribute>(attribute);
-            const NuRef<TNuDOMAttribute> leaving(object_.getAttributeNode(named.get_name()));
+            NuRef<TNuDOMAttribute> leaving(object_.getAttributeNode(named.get_name()));
             object_.removeAttributeNode(named);
             return leaving;
         });
