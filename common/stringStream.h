@@ -45,7 +45,7 @@ public:
     [[nodiscard]] std::u16string_view WideView() const noexcept;
 
 private:
-    void append(const void* bytes, std::size_t count);
+    NUXML_LOCAL void append(const void* bytes, std::size_t count);
 
     TNuStringType stringType_;
 };

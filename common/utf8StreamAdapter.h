@@ -47,10 +47,10 @@ public:
 private:
     static constexpr std::size_t blockLength = 16 * 1024; ///< units converted at once
 
-    void makeBlocks();
-    std::size_t readUnits(std::size_t room);
-    std::size_t readBytes(std::size_t offset, std::size_t count);
-    bool readSecondHalf(std::size_t bytesRead);
+    NUXML_LOCAL void makeBlocks();
+    NUXML_LOCAL std::size_t readUnits(std::size_t room);
+    NUXML_LOCAL std::size_t readBytes(std::size_t offset, std::size_t count);
+    NUXML_LOCAL bool readSecondHalf(std::size_t bytesRead);
 
     host::TStream* stream_;
     std::unique_ptr<host::TStream> owned_;

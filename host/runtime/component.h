@@ -65,7 +65,7 @@ private:
         bool operator()(std::u16string_view left, std::u16string_view right) const noexcept;
     };
 
-    void checkName(std::u16string_view name, const TComponent* owner) const;
+    NUXML_LOCAL void checkName(std::u16string_view name, const TComponent* owner) const;
 
     std::u16string name_;
     TComponent* owner_ = nullptr;

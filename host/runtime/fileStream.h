@@ -57,9 +57,9 @@ private:
     [[nodiscard]] std::int64_t logicalPosition() const noexcept {
         return blockStart_ + static_cast<std::int64_t>(blockPosition_);
     }
-    void leaveBlock();
-    std::size_t readFromSystem(std::byte* target, std::size_t count);
-    void writeToSystem(const std::byte* source, std::size_t count);
+    NUXML_LOCAL void leaveBlock();
+    NUXML_LOCAL std::size_t readFromSystem(std::byte* target, std::size_t count);
+    NUXML_LOCAL void writeToSystem(const std::byte* source, std::size_t count);
 
     int descriptor_;
     bool isWritable_;

@@ -61,8 +61,8 @@ public:
     void Clear() noexcept;
 
 private:
-    void growFor(std::size_t size);
-    void changeSize(std::size_t size);
+    NUXML_LOCAL void growFor(std::size_t size);
+    NUXML_LOCAL void changeSize(std::size_t size);
 
     std::byte* block_;
     std::size_t capacity_ = 0;

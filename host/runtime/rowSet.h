@@ -45,7 +45,7 @@ private:
     };
     using Record = std::vector<Variant>;
 
-    [[nodiscard]] const Variant& valueAt(std::size_t field) const;
+    [[nodiscard]] NUXML_LOCAL const Variant& valueAt(std::size_t field) const;
 
     std::vector<Field> fields_;
     std::vector<Record> records_;

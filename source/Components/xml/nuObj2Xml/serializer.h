@@ -170,8 +170,8 @@ private:
 
     template <class Serializer> friend struct nu::detail::SerializerConstant;
 
-    NuXmlString produce(std::u16string_view name);
-    [[nodiscard]] bool wantsElement() const noexcept;
+    NUXML_LOCAL NuXmlString produce(std::u16string_view name);
+    [[nodiscard]] NUXML_LOCAL bool wantsElement() const noexcept;
 
     host::TObject* object_ = nullptr;
     NuXmlString uri_{cNuDefaultTargetNamespace};

@@ -29,7 +29,7 @@ protected:
     TNuSerializerItem ItemToRead(const TNuElementFound& element) override;
 
 private:
-    [[nodiscard]] host::TStringList& list() const;
+    [[nodiscard]] NUXML_LOCAL host::TStringList& list() const;
 };
 
 /// Writes the items of a host::TCollection, behind its properties, as elements "item", each as its
@@ -47,7 +47,7 @@ protected:
     TNuSerializerItem ItemToRead(const TNuElementFound& element) override;
 
 private:
-    [[nodiscard]] host::TCollection& collection() const;
+    [[nodiscard]] NUXML_LOCAL host::TCollection& collection() const;
 };
 
 /// Writes what a host::TComponent owns into an element "Components" behind its properties, of which
@@ -92,5 +92,5 @@ protected:
     TNuSerializerItem ItemToRead(const TNuElementFound& element) override;
 
 private:
-    [[nodiscard]] host::TWindowedControl& control() const;
+    [[nodiscard]] NUXML_LOCAL host::TWindowedControl& control() const;
 };

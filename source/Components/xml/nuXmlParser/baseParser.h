@@ -100,7 +100,7 @@ protected:
     bool eof_ = false; ///< for subclasses: the end has been delivered
 
 private:
-    void releaseStream() noexcept;
+    NUXML_LOCAL void releaseStream() noexcept;
 
     host::TStream* sourceStream_;
     bool ownsStream_;

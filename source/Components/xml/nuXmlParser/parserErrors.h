@@ -31,7 +31,7 @@ public:
     [[nodiscard]] const std::string& Text() const noexcept { return text_; }
 
 private:
-    void makeText();
+    NUXML_LOCAL void makeText();
 
     std::u16string file_;
     std::int64_t line_;

@@ -103,8 +103,8 @@ public:
     void countExtra(PNuXmlChar from, PNuXmlChar end) noexcept;
 
 private:
-    void addLooks(PNuXmlChar lastLineFeed, PNuXmlChar end) noexcept;
-    void countBytes(const PassedBytes& passed, const char* end) noexcept;
+    NUXML_LOCAL void addLooks(PNuXmlChar lastLineFeed, PNuXmlChar end) noexcept;
+    NUXML_LOCAL void countBytes(const PassedBytes& passed, const char* end) noexcept;
 
     PassedBytes passed_;           ///< stand before `counted_` and are not in the counters
     PNuXmlChar counted_ = nullptr; ///< everything before it is in the counters

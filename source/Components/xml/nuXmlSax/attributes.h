@@ -201,7 +201,7 @@ public:
     [[nodiscard]] NuXmlString getValueFromQName(std::u16string_view qName) const;
 
 private:
-    [[nodiscard]] std::u16string_view valueAt(host::SAXLength index) const;
+    [[nodiscard]] NUXML_LOCAL std::u16string_view valueAt(host::SAXLength index) const;
 
     void addRoom();
 

@@ -46,7 +46,7 @@ protected:
     [[nodiscard]] const TNuSAXReaderEvents& events() const noexcept;
 
 private:
-    void checkNotHeld() const;
+    NUXML_LOCAL void checkNotHeld() const;
 
     TNuSAXXMLReader* reader_;
     std::atomic<std::int32_t> count_ = 0;

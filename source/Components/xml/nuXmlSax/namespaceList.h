@@ -108,11 +108,11 @@ private:
     }
     [[nodiscard]] nu::PrefixScope* find(std::u16string_view prefix) const;
     void removeFrom(std::int32_t level);
-    void removeUnordered(std::int32_t level);
-    void enter(std::int32_t level, nu::PrefixScope& scope);
-    void removeNewest() noexcept;
-    void dropPrefixes() noexcept;
-    void link(nu::PrefixScope& scope) noexcept;
+    NUXML_LOCAL void removeUnordered(std::int32_t level);
+    NUXML_LOCAL void enter(std::int32_t level, nu::PrefixScope& scope);
+    NUXML_LOCAL void removeNewest() noexcept;
+    NUXML_LOCAL void dropPrefixes() noexcept;
+    NUXML_LOCAL void link(nu::PrefixScope& scope) noexcept;
 
     nu::PrefixScope default_{{}, 0};
     std::vector<std::unique_ptr<nu::PrefixScope>> prefixes_;

@@ -171,24 +171,25 @@ public:
 private:
     template <class Source> friend class nu::SaxScanner;
 
-    void parse(std::unique_ptr<host::TStream> owned, host::TStream* stream, bool isFragment);
-    void installDefaultHandlers();
-    void parseDocument(std::unique_ptr<host::TStream> owned, host::TStream* stream);
-    void parseBehindStage(host::TStream& stream);
-    void parseInMemory(host::TStream& stream);
-    bool parseInOnePass(host::TStream& stream);
-    bool parseWhole(host::TStream& stream);
-    void parseInBlocks(host::TStream& stream);
-    void enterStage();
-    void leaveStage() noexcept;
-    void tellFault(const ENuXmlFault& fault,
-                   void (host::IErrorHandler::*tell)(host::ISAXParseError& error));
-    [[nodiscard]] bool isLarge(host::TStream* stream) const;
-    void scanSmall(std::unique_ptr<host::TStream> owned, host::TStream* stream);
-    void scanLarge(std::unique_ptr<host::TStream> owned, host::TStream* stream);
+    NUXML_LOCAL void parse(std::unique_ptr<host::TStream> owned, host::TStream* stream,
+                           bool isFragment);
+    NUXML_LOCAL void installDefaultHandlers();
+    NUXML_LOCAL void parseDocument(std::unique_ptr<host::TStream> owned, host::TStream* stream);
+    NUXML_LOCAL void parseBehindStage(host::TStream& stream);
+    NUXML_LOCAL void parseInMemory(host::TStream& stream);
+    NUXML_LOCAL bool parseInOnePass(host::TStream& stream);
+    NUXML_LOCAL bool parseWhole(host::TStream& stream);
+    NUXML_LOCAL void parseInBlocks(host::TStream& stream);
+    NUXML_LOCAL void enterStage();
+    NUXML_LOCAL void leaveStage() noexcept;
+    NUXML_LOCAL void tellFault(const ENuXmlFault& fault,
+                               void (host::IErrorHandler::*tell)(host::ISAXParseError& error));
+    [[nodiscard]] NUXML_LOCAL bool isLarge(host::TStream* stream) const;
+    NUXML_LOCAL void scanSmall(std::unique_ptr<host::TStream> owned, host::TStream* stream);
+    NUXML_LOCAL void scanLarge(std::unique_ptr<host::TStream> owned, host::TStream* stream);
     template <class Source> void scan(Source* newSource, std::unique_ptr<host::TStream> owned);
-    [[noreturn]] void reportForeignException();
-    void finishParse();
+    [[noreturn]] NUXML_LOCAL void reportForeignException();
+    NUXML_LOCAL void finishParse();
     template <class Interface>
     void replaceHandler(host::Ref<Interface>& place, const host::Ref<Interface>& handler);
     template <class Handler, class Interface>

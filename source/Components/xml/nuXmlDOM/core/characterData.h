@@ -101,7 +101,7 @@ protected:
     ~TNuDOMText() = default;
 
 private:
-    [[nodiscard]] bool mayHaveReferences();
+    [[nodiscard]] NUXML_LOCAL bool mayHaveReferences();
 };
 
 /// A CDATA section: a text that is kept and written as it is.
@@ -167,7 +167,7 @@ private:
     ~TNuDOMComment() = default;
 
     void wasExtended() noexcept override { position_ = cEnd; }
-    void writeAt(std::size_t position, std::u16string_view text);
+    NUXML_LOCAL void writeAt(std::size_t position, std::u16string_view text);
 
     /// In characters; cEnd stands for the end of the data, wherever that is.
     std::size_t position_ = cEnd;

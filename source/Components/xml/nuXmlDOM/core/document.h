@@ -423,9 +423,11 @@ private:
     TNuDOMDocument();
     ~TNuDOMDocument();
 
-    void _addChild(TNuDOMNode& child, TNuDOMPosition position, TNuDOMNode* reference) override;
-    void _removeChild(TNuDOMNode& child) override;
-    [[nodiscard]] TNuDOMProcessingInstruction* findInstruction(std::u16string_view target) const;
+    NUXML_LOCAL void _addChild(TNuDOMNode& child, TNuDOMPosition position,
+                               TNuDOMNode* reference) override;
+    NUXML_LOCAL void _removeChild(TNuDOMNode& child) override;
+    [[nodiscard]] NUXML_LOCAL TNuDOMProcessingInstruction*
+    findInstruction(std::u16string_view target) const;
     [[nodiscard]] NuRef<TNuDOMNode> copy(const TNuDOMNode& node);
     template <class Node>
     NuRef<Node> createNamed(std::u16string_view name, std::u16string_view uri);

@@ -127,7 +127,7 @@ protected:
 private:
     /// The last reference to a node, or to one of its lists, is about to be dropped. Gives whether
     /// that lets the document go.
-    bool noteLastRelease(nu::DocumentLifetime& lifetime) noexcept;
+    NUXML_LOCAL bool noteLastRelease(nu::DocumentLifetime& lifetime) noexcept;
 
     friend class nu::FaceAccess;
     friend class nu::NodeContext;

@@ -500,10 +500,11 @@ private:
     [[nodiscard]] static std::string textOf(const TNuDOMAttribute* attribute) {
         return attribute != nullptr ? attribute->Text() : std::string();
     }
-    void _addChild(TNuDOMNode& child, TNuDOMPosition position, TNuDOMNode* reference) override;
-    void _removeChild(TNuDOMNode& child) override;
-    void linkAttribute(TNuDOMNode& attribute, TNuDOMNode* place) noexcept;
-    void unlinkAttribute(TNuDOMNode& attribute) noexcept;
+    NUXML_LOCAL void _addChild(TNuDOMNode& child, TNuDOMPosition position,
+                               TNuDOMNode* reference) override;
+    NUXML_LOCAL void _removeChild(TNuDOMNode& child) override;
+    NUXML_LOCAL void linkAttribute(TNuDOMNode& attribute, TNuDOMNode* place) noexcept;
+    NUXML_LOCAL void unlinkAttribute(TNuDOMNode& attribute) noexcept;
 
     /// The name as the document has it; null where no node of it ever had that name.
     [[nodiscard]] const nu::NodeName* knownName(std::u16string_view name) const noexcept;

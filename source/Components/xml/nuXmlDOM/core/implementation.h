@@ -31,8 +31,8 @@ private:
     TNuDOMImplementation();
     ~TNuDOMImplementation() = default;
 
-    void _GC() noexcept override;
-    nu::Face& face() override;
+    NUXML_LOCAL void _GC() noexcept override;
+    NUXML_LOCAL nu::Face& face() override;
 
     std::unique_ptr<nu::Face> face_;
 };

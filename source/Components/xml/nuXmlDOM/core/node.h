@@ -390,12 +390,12 @@ private:
     friend class nu::NodeLinks;
     friend class nu::NodeMemory;
 
-    void rename(const nu::NodeName* name) noexcept;
-    void unlink();
-    void linkBelow(TNuDOMNode& parent, TNuDOMPosition position, TNuDOMNode* reference);
-    void settle(TNuDOMNode* former, TNuDOMNode* formerNext, bool wasWaiting) noexcept;
-    void checkCanStandBelow(const TNuDOMNode& parent, TNuDOMPosition position,
-                            const TNuDOMNode* reference) const;
+    NUXML_LOCAL void rename(const nu::NodeName* name) noexcept;
+    NUXML_LOCAL void unlink();
+    NUXML_LOCAL void linkBelow(TNuDOMNode& parent, TNuDOMPosition position, TNuDOMNode* reference);
+    NUXML_LOCAL void settle(TNuDOMNode* former, TNuDOMNode* formerNext, bool wasWaiting) noexcept;
+    NUXML_LOCAL void checkCanStandBelow(const TNuDOMNode& parent, TNuDOMPosition position,
+                                        const TNuDOMNode* reference) const;
 
     TNuDOMNode* parent_ = nullptr;
     TNuDOMNode* next_ = nullptr;

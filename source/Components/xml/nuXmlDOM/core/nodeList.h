@@ -123,21 +123,21 @@ private:
     friend class nu::Snapshots;
 
     /// Appends without looking whether the node is there.
-    void append(TNuDOMNode& node);
+    NUXML_LOCAL void append(TNuDOMNode& node);
     /// What an entry holds when everything has gone that is to go.
-    [[nodiscard]] TNuDOMNode* read(TNuDOMNode* const& entry) const noexcept;
+    [[nodiscard]] NUXML_LOCAL TNuDOMNode* read(TNuDOMNode* const& entry) const noexcept;
     /// A node is about to become a member.
-    void receive(TNuDOMNode& node);
+    NUXML_LOCAL void receive(TNuDOMNode& node);
     /// Marks all members, so that one that goes is known to stand in a list. Left until the first
     /// node of the document goes: most lists are read and dropped before that.
-    void markMembers() noexcept;
+    NUXML_LOCAL void markMembers() noexcept;
     /// Empties the entries of a node that goes.
-    void forgetNode(const TNuDOMNode& node) noexcept;
+    NUXML_LOCAL void forgetNode(const TNuDOMNode& node) noexcept;
     /// The same for all nodes of another document, which goes.
-    void forgetNodesOf(const TNuDOMDocument& document) noexcept;
-    [[nodiscard]] bool refersTo(const TNuDOMNode& node) noexcept;
+    NUXML_LOCAL void forgetNodesOf(const TNuDOMDocument& document) noexcept;
+    [[nodiscard]] NUXML_LOCAL bool refersTo(const TNuDOMNode& node) noexcept;
     /// Has the places of all members, if there is memory for them.
-    bool findPlaces() noexcept;
+    NUXML_LOCAL bool findPlaces() noexcept;
 
     TNuDOMNode* node_;
     std::vector<TNuDOMNode*> items_;

@@ -80,10 +80,10 @@ private:
             throw;
         }
     }
-    void setLoading(bool isLoading) noexcept;
-    void startAnew(TNuDOMNode& parent) noexcept;
+    NUXML_LOCAL void setLoading(bool isLoading) noexcept;
+    NUXML_LOCAL void startAnew(TNuDOMNode& parent) noexcept;
     template <class Node> void append(Node& node);
-    const nu::NameURI& uriOf(std::u16string_view uri, std::u16string_view qName);
+    NUXML_LOCAL const nu::NameURI& uriOf(std::u16string_view uri, std::u16string_view qName);
 
     NuRef<TNuDOMDocument> document_;
     TNuDOMNode* current_;

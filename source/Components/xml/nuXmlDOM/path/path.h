@@ -65,7 +65,7 @@ public:
 
 private:
     friend class TNuDOMNode;
-    [[nodiscard]] TNuDOMNode* first(TNuDOMNode& context, bool elementsOnly) const;
+    [[nodiscard]] NUXML_LOCAL TNuDOMNode* first(TNuDOMNode& context, bool elementsOnly) const;
 
     std::shared_ptr<const nu::PathProgram> program_;
 };
