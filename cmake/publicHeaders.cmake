@@ -12,7 +12,7 @@ set(nuPublicHeaders
     nuXmlParser.h nuXmlSax.h nuXmlDOM.h nuXmlFormat.h nuObj2Xml.h nuXmlRecords.h
     host/com/errorInfo.h host/com/streamAdapter.h
     host/runtime/csvDataSet.h host/runtime/fileReplacement.h host/runtime/fileStream.h
-    host/runtime/rangeDataSet.h host/runtime/rowSet.h host/runtime/unicode.h)
+    host/runtime/rangeDataSet.h host/runtime/rowSet.h host/runtime/unicode.h host/runtime/whiteSpace.h)
 
 # nuStagePublicHeaders(<repository> <folder> <variable>)
 #

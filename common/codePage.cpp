@@ -3,9 +3,9 @@
 #include "common/codePageTables.h"
 #include "common/simd/block.h"
 #include "common/utf8.h"
-#include "common/utf8Sequence.h"
 #include "host/runtime/exception.h"
 #include "host/runtime/format.h"
+#include "host/runtime/utf8Sequence.h"
 
 #include <algorithm>
 #include <array>
@@ -27,7 +27,7 @@ public:
     constexpr explicit NarrowingTable(const CodePage& page) {
         for (unsigned byte = 0x80; byte < 0x100; ++byte) {
             const char16_t unit = page.upper[byte - 0x80];
-            if (unit == nu::replacementCharacter)
+            if (unit == host::replacementCharacter)
                 continue;
             std::size_t place = placeOf(unit);
             while (bytes_[place] != 0)
@@ -198,10 +198,10 @@ std::size_t narrowSingleBytes(const CodePage& page, std::u16string_view text,
 std::size_t countUnpairedSurrogates(std::u16string_view text) noexcept {
     std::size_t count = 0;
     for (std::size_t index = 0; index < text.size(); ++index) {
-        if (!nu::isSurrogate(text[index]))
+        if (!host::isSurrogate(text[index]))
             continue;
-        if (nu::isHighSurrogate(text[index]) && index + 1 < text.size() &&
-            nu::isLowSurrogate(text[index + 1]))
+        if (host::isHighSurrogate(text[index]) && index + 1 < text.size() &&
+            host::isLowSurrogate(text[index + 1]))
             ++index;
         else
             ++count;

@@ -9,7 +9,7 @@
 
 #include "common/codePage.h"
 #include "common/simd/block.h"
-#include "common/utf8Sequence.h"
+#include "host/runtime/utf8Sequence.h"
 
 TNuTranscoder::~TNuTranscoder() = default;
 
@@ -94,14 +94,14 @@ public:
             if (rest.size() < 2)
                 return {0, 0, TNuTranscoding::CutShort};
             const auto first = static_cast<char16_t>(unitAt(rest, 0, 2, isBigEndian_));
-            if (!nu::isSurrogate(first))
+            if (!host::isSurrogate(first))
                 return {first, 2};
-            if (!nu::isHighSurrogate(first))
+            if (!host::isHighSurrogate(first))
                 return {0, 0, TNuTranscoding::Malformed};
             if (rest.size() < 4)
                 return {0, 0, TNuTranscoding::CutShort};
             const auto second = static_cast<char16_t>(unitAt(rest, 2, 2, isBigEndian_));
-            if (!nu::isLowSurrogate(second))
+            if (!host::isLowSurrogate(second))
                 return {0, 0, TNuTranscoding::Malformed};
             return {(char32_t{first} << 10) + second - 0x35FDC00, 4};
         });
@@ -161,7 +161,7 @@ public:
                               [this](std::string_view left) -> Decoded {
                                   const char16_t unit =
                                       units_[static_cast<unsigned char>(left.front())];
-                                  if (unit == nu::replacementCharacter)
+                                  if (unit == host::replacementCharacter)
                                       return {0, 0, TNuTranscoding::Malformed};
                                   return {unit, 1};
                               });

@@ -3,7 +3,7 @@
 #include "common/simd/block.h"
 #include "common/simd/utf8Blocks.h"
 #include "common/simd/wideBlock.h"
-#include "common/utf8Sequence.h"
+#include "host/runtime/utf8Sequence.h"
 
 #include <algorithm>
 
@@ -47,7 +47,7 @@ DecodeCursor decodeThrees(DecodeCursor cursor, const unsigned char* end) noexcep
            isContinuation(at[2])) {
         const auto unit =
             static_cast<char16_t>((at[0] & 0x0F) << 12 | (at[1] & 0x3F) << 6 | (at[2] & 0x3F));
-        if (unit < 0x800 || nu::isSurrogate(unit))
+        if (unit < 0x800 || host::isSurrogate(unit))
             break;
         *units++ = unit;
         at += 3;
@@ -67,8 +67,8 @@ DecodeCursor decodeRuns(DecodeCursor cursor, const unsigned char* end) noexcept 
             cursor = decodeTwos(cursor, end);
         } else if (lead < 0xF0) {
             cursor = decodeThrees(cursor, end);
-        } else if (const auto four = nu::readUtf8Sequence(before, end); four.wellFormed) {
-            cursor = {before + four.length, nu::appendCodePoint(cursor.units, four.codePoint)};
+        } else if (const auto four = host::readUtf8Sequence(before, end); four.wellFormed) {
+            cursor = {before + four.length, host::appendCodePoint(cursor.units, four.codePoint)};
         }
         if (cursor.next == before)
             return cursor;
@@ -97,8 +97,8 @@ EncodeCursor encodeOne(EncodeCursor cursor, const char16_t* end) noexcept {
         *cursor.bytes++ = static_cast<char>(0x80 | (codePoint & 0x3F));
         return cursor;
     }
-    if (nu::isSurrogate(static_cast<char16_t>(codePoint))) {
-        if (codePoint < 0xDC00 && cursor.next != end && nu::isLowSurrogate(*cursor.next)) {
+    if (host::isSurrogate(static_cast<char16_t>(codePoint))) {
+        if (codePoint < 0xDC00 && cursor.next != end && host::isLowSurrogate(*cursor.next)) {
             codePoint = 0x10000 + ((codePoint & 0x3FF) << 10 | (*cursor.next++ & 0x3FF));
             *cursor.bytes++ = static_cast<char>(0xF0 | codePoint >> 18);
             *cursor.bytes++ = static_cast<char>(0x80 | (codePoint >> 12 & 0x3F));
@@ -106,7 +106,7 @@ EncodeCursor encodeOne(EncodeCursor cursor, const char16_t* end) noexcept {
             *cursor.bytes++ = static_cast<char>(0x80 | (codePoint & 0x3F));
             return cursor;
         }
-        codePoint = nu::replacementCharacter;
+        codePoint = host::replacementCharacter;
     }
     *cursor.bytes++ = static_cast<char>(0xE0 | codePoint >> 12);
     *cursor.bytes++ = static_cast<char>(0x80 | (codePoint >> 6 & 0x3F));
@@ -169,10 +169,10 @@ TNuUtf8Prefix NuDecodeUtf8Run(std::string_view bytes, bool isAll, char16_t* unit
     const TNuUtf8Prefix wellFormed = NuDecodeUtf8Prefix(bytes, units);
     if (wellFormed.Bytes != 0 || bytes.empty())
         return wellFormed;
-    const auto malformed = nu::readUtf8Sequence(beginOf(bytes), beginOf(bytes) + bytes.size());
+    const auto malformed = host::readUtf8Sequence(beginOf(bytes), beginOf(bytes) + bytes.size());
     if (malformed.truncated && !isAll)
         return wellFormed;
-    *units = nu::replacementCharacter;
+    *units = host::replacementCharacter;
     return {malformed.length, 1};
 }
 
@@ -215,7 +215,7 @@ std::string NuToUtf8(std::u16string_view units) {
     while (!units.empty()) {
         std::size_t count = std::min(pieceSize, units.size());
         // A pair stays in one piece.
-        if (count < units.size() && nu::isHighSurrogate(units[count - 1]))
+        if (count < units.size() && host::isHighSurrogate(units[count - 1]))
             --count;
         bytes.append(piece, NuEncodeUtf8(units.substr(0, count), piece));
         units.remove_prefix(count);

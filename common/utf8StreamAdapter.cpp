@@ -5,8 +5,8 @@
 #include <string_view>
 
 #include "common/utf8.h"
-#include "common/utf8Sequence.h"
 #include "host/runtime/exception.h"
+#include "host/runtime/utf8Sequence.h"
 
 namespace {
 
@@ -16,9 +16,9 @@ constexpr std::size_t unitSize = sizeof(char16_t);
 constexpr std::size_t longestSequence = 4;
 constexpr std::size_t bytesPerUnit = 3; // at most, in either direction
 
-nu::Utf8Sequence readSequence(std::string_view bytes) noexcept {
+host::Utf8Sequence readSequence(std::string_view bytes) noexcept {
     const auto* begin = reinterpret_cast<const unsigned char*>(bytes.data());
-    return nu::readUtf8Sequence(begin, begin + bytes.size());
+    return host::readUtf8Sequence(begin, begin + bytes.size());
 }
 
 bool isContinuation(char byte) noexcept {
@@ -97,7 +97,7 @@ std::size_t TNuUTF8StreamAdapter::readUnits(std::size_t room) {
         TNuUtf8Prefix run =
             NuDecodeUtf8Run(rest.substr(0, room - length), false, units_.get() + length);
         if (run.Bytes == 0) {
-            const nu::Utf8Sequence sequence = readSequence(rest);
+            const host::Utf8Sequence sequence = readSequence(rest);
             if (sequence.truncated && !hasEnded) {
                 if (length > 0) {
                     break;
@@ -109,7 +109,7 @@ std::size_t TNuUTF8StreamAdapter::readUnits(std::size_t room) {
                 continue;
             }
             char16_t pair[2] = {};
-            const bool isPair = nu::appendCodePoint(pair, sequence.codePoint) - pair == 2;
+            const bool isPair = host::appendCodePoint(pair, sequence.codePoint) - pair == 2;
             const bool fits = !isPair || room - length >= 2;
             run = {fits ? sequence.length : std::size_t{sequence.length} - 1,
                    isPair && fits ? std::size_t{2} : std::size_t{1}};
@@ -147,11 +147,11 @@ bool TNuUTF8StreamAdapter::readSecondHalf(std::size_t bytesRead) {
     stream_->SetPosition(place - static_cast<std::int64_t>(before));
     stream_->ReadBuffer(bytes, before);
     bytes[before] = bytes_[0];
-    const nu::Utf8Sequence sequence = readSequence({bytes, longestSequence});
+    const host::Utf8Sequence sequence = readSequence({bytes, longestSequence});
     const bool isSecondHalf = sequence.length == longestSequence && sequence.wellFormed;
     if (isSecondHalf) {
         char16_t pair[2] = {};
-        nu::appendCodePoint(pair, sequence.codePoint);
+        host::appendCodePoint(pair, sequence.codePoint);
         units_[0] = pair[1];
     }
     stream_->SetPosition(isSecondHalf ? place + 1 : behind);
@@ -173,7 +173,7 @@ std::size_t TNuUTF8StreamAdapter::Write(const void* buffer, std::size_t count) {
 
         // 2. What does not make a character yet waits. After a failure nothing does.
         std::size_t length = fill / unitSize;
-        length -= length > 0 && nu::isHighSurrogate(units_[length - 1]) ? 1 : 0;
+        length -= length > 0 && host::isHighSurrogate(units_[length - 1]) ? 1 : 0;
         waitingCount_ = 0;
         stream_->WriteBuffer(bytes_.get(), NuEncodeUtf8({units_.get(), length}, bytes_.get()));
         waitingCount_ = fill - length * unitSize;
@@ -197,7 +197,7 @@ void TNuUTF8StreamAdapter::Finish() {
     waitingCount_ = 0;
     if (hasUnit) {
         char bytes[bytesPerUnit];
-        stream_->WriteBuffer(bytes, NuEncodeUtf8({&nu::replacementCharacter, 1}, bytes));
+        stream_->WriteBuffer(bytes, NuEncodeUtf8({&host::replacementCharacter, 1}, bytes));
     }
     stream_->Flush();
 }

@@ -6,9 +6,17 @@
 #include "host/runtime/export.h"
 
 /// \file
-/// UTF-8 and UTF-16 for messages and names.
+/// UTF-8 and UTF-16: halves of pairs, and conversion for messages and names.
 
 namespace host {
+
+/// What stands for a malformed piece of UTF-8 and for an unpaired surrogate.
+inline constexpr char16_t replacementCharacter = 0xFFFD;
+
+/// Whether a unit of UTF-16 is half of a pair: the first one is high, the second low.
+constexpr bool isSurrogate(char16_t unit) noexcept { return (unit & 0xF800) == 0xD800; }
+constexpr bool isHighSurrogate(char16_t unit) noexcept { return (unit & 0xFC00) == 0xD800; }
+constexpr bool isLowSurrogate(char16_t unit) noexcept { return (unit & 0xFC00) == 0xDC00; }
 
 /// UTF-8 form of UTF-16 text. An unpaired surrogate becomes U+FFFD, so the result is always valid
 /// UTF-8. Meant for messages, names and paths; bulk text has faster ways in the common package.

@@ -7,6 +7,7 @@
 #include "host/runtime/currency.h"
 #include "host/runtime/dateTime.h"
 #include "host/runtime/numberText.h"
+#include "host/runtime/whiteSpace.h"
 
 namespace host {
 
@@ -54,13 +55,6 @@ const EnumName* findName(const ValueType& type, std::u16string_view name) noexce
         }
     }
     return nullptr;
-}
-
-std::u16string_view trimmed(std::u16string_view text) noexcept {
-    constexpr std::u16string_view blanks = u" \t\r\n";
-    const std::size_t first = text.find_first_not_of(blanks);
-    return first == text.npos ? std::u16string_view()
-                              : text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
 void appendSet(const ValueType& type, std::uint64_t bits, std::u16string& text) {

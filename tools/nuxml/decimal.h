@@ -4,7 +4,9 @@
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string_view>
+#include <system_error>
 
 namespace tool {
 
@@ -22,5 +24,14 @@ private:
     std::array<char, 24> digits_{};
     std::size_t length_;
 };
+
+/// The number that digits stand for, with nothing before or behind them.
+template <class Number> std::optional<Number> numberOf(std::string_view digits) noexcept {
+    Number number = 0;
+    const char* const end = digits.data() + digits.size();
+    const auto result = std::from_chars(digits.data(), end, number);
+    const bool isRight = result.ec == std::errc() && result.ptr == end;
+    return isRight ? std::optional(number) : std::nullopt;
+}
 
 } // namespace tool

@@ -1,9 +1,9 @@
 #include "formatCommand.h"
 
-#include <charconv>
 #include <optional>
 
 #include "arguments.h"
+#include "decimal.h"
 #include "documentInput.h"
 #include "documentOutput.h"
 #include "fileJobs.h"
@@ -17,13 +17,11 @@ namespace {
 constexpr std::uint8_t widestIndentation = 32;
 
 std::uint8_t indentationOf(std::string_view text) {
-    unsigned blanks = 0;
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), blanks);
-    if (result.ec != std::errc() || result.ptr != text.data() + text.size() ||
-        blanks > widestIndentation) {
+    const auto blanks = numberOf<unsigned>(text);
+    if (!blanks || *blanks > widestIndentation) {
         throw UsageError("--indent is a number from 0 to 32, not " + std::string(text));
     }
-    return static_cast<std::uint8_t>(blanks);
+    return static_cast<std::uint8_t>(*blanks);
 }
 
 /// Says which documents would be written otherwise.

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "common/utf8.h"
+#include "host/runtime/unicode.h"
 #include "jsonText.h"
 
 namespace tool {
@@ -12,9 +13,6 @@ namespace tool {
 namespace {
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-
-constexpr bool isHighHalf(unsigned unit) noexcept { return (unit & 0xFC00U) == 0xD800; }
-constexpr bool isLowHalf(unsigned unit) noexcept { return (unit & 0xFC00U) == 0xDC00; }
 
 /// What XML can hold, by itself or as half of a pair.
 constexpr bool isXmlUnit(char16_t unit) noexcept {
@@ -156,9 +154,9 @@ void JsonReader::readString() {
     }
     // 3. What XML has no place for.
     for (std::size_t index = 0; index < units.size(); ++index) {
-        const bool isPair =
-            isHighHalf(units[index]) && index + 1 < units.size() && isLowHalf(units[index + 1]);
-        const bool isHalf = isHighHalf(units[index]) || isLowHalf(units[index]);
+        const bool isPair = host::isHighSurrogate(units[index]) && index + 1 < units.size() &&
+                            host::isLowSurrogate(units[index + 1]);
+        const bool isHalf = host::isSurrogate(units[index]);
         if (!isXmlUnit(units[index]) || (isHalf && !isPair)) {
             fail("a string holds a character that XML cannot have");
         }

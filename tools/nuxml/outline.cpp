@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "attributeSpans.h"
+#include "host/runtime/unicode.h"
+#include "host/runtime/whiteSpace.h"
 #include "nuXmlParser.h"
 
 namespace tool {
@@ -12,23 +14,16 @@ namespace {
 /// The clock is asked only once in so many elements, a power of two.
 constexpr std::uint64_t elementsBetweenLooks = 4096;
 
-std::u16string_view trimmed(std::u16string_view text) noexcept {
-    constexpr std::u16string_view blanks = u" \t\r\n";
-    const std::size_t first = text.find_first_not_of(blanks);
-    return first == text.npos ? std::u16string_view()
-                              : text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
 } // namespace
 
 void Examples::add(std::u16string_view text) {
-    if (isFull() || (text = trimmed(text)).empty()) {
+    if (isFull() || (text = host::trimmed(text)).empty()) {
         return;
     }
     std::u16string example = NuXMLToStr(text.substr(0, 4 * longest));
     if (example.size() > longest) {
         // Not in the middle of a pair.
-        const bool isPair = (example[longest - 2] & 0xFC00) == 0xD800;
+        const bool isPair = host::isHighSurrogate(example[longest - 2]);
         example.resize(longest - (isPair ? 2 : 1));
         example += u'…';
     }

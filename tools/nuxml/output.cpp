@@ -7,6 +7,7 @@
 #include <cerrno>
 
 #include "decimal.h"
+#include "host/runtime/unicode.h"
 
 namespace tool {
 
@@ -45,12 +46,6 @@ constexpr std::array<EscapeTable, 3> tables{makeTable(Escapes::None), makeTable(
 constexpr bool isUnsafeToShow(char16_t unit) noexcept {
     return (unit >= 0x80 && unit < 0xA0) || (unit >= 0x2028 && unit <= 0x202E) ||
            (unit >= 0x2066 && unit <= 0x2069);
-}
-
-constexpr bool isSurrogate(char16_t unit) noexcept { return (unit & 0xF800) == 0xD800; }
-
-constexpr bool isPair(char16_t high, char16_t low) noexcept {
-    return (high & 0xFC00) == 0xD800 && (low & 0xFC00) == 0xDC00;
 }
 
 /// The most bytes that one unit becomes.
@@ -134,8 +129,8 @@ void Output::writeText(std::u16string_view text, Escapes escapes) noexcept {
                 } else {
                     target = putAsciiEscape(target, unit, escape);
                 }
-            } else if (isSurrogate(unit)) {
-                if (at < end && isPair(unit, *at)) {
+            } else if (host::isSurrogate(unit)) {
+                if (at < end && host::isHighSurrogate(unit) && host::isLowSurrogate(*at)) {
                     target = putPair(target, unit, *at++);
                 } else {
                     target = putNumberEscape(target, unit);

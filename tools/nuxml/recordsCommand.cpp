@@ -1,10 +1,10 @@
 #include "recordsCommand.h"
 
 #include <algorithm>
-#include <charconv>
 #include <filesystem>
 
 #include "arguments.h"
+#include "decimal.h"
 #include "host/runtime/exception.h"
 #include "host/runtime/fileReplacement.h"
 #include "host/runtime/memoryStream.h"
@@ -37,18 +37,16 @@ struct Options {
     std::vector<Operand> inputs;
 };
 
-/// A number from 1 on, with nothing before or behind it.
-template <class Number> std::optional<Number> numberOf(std::string_view text) {
-    Number number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    const bool isRight = error == std::errc() && end == text.data() + text.size() && number > 0;
-    return isRight ? std::optional(number) : std::nullopt;
+/// A number from 1 on.
+template <class Number> std::optional<Number> countOf(std::string_view text) {
+    const std::optional<Number> number = numberOf<Number>(text);
+    return number > Number{0} ? number : std::nullopt;
 }
 
 Part partOf(std::string_view text) {
     const std::size_t slash = std::min(text.find('/'), text.size());
-    const auto number = numberOf<std::int64_t>(text.substr(0, slash));
-    const auto count = numberOf<std::int64_t>(text.substr(std::min(slash + 1, text.size())));
+    const auto number = countOf<std::int64_t>(text.substr(0, slash));
+    const auto count = countOf<std::int64_t>(text.substr(std::min(slash + 1, text.size())));
     if (!number || !count || *number > *count) {
         throw UsageError("--part is I/N, 1/4 to 4/4 for example, not " + std::string(text));
     }
@@ -60,7 +58,7 @@ std::size_t sizeOf(std::string_view text) {
     constexpr std::string_view units = "kMG";
     const std::size_t unit = text.empty() ? units.npos : units.find(text.back());
     std::optional<std::size_t> size =
-        numberOf<std::size_t>(text.substr(0, text.size() - (unit == units.npos ? 0 : 1)));
+        countOf<std::size_t>(text.substr(0, text.size() - (unit == units.npos ? 0 : 1)));
     const std::size_t shift = unit == units.npos ? 0 : 10 * (unit + 1);
     if (!size || *size > std::numeric_limits<std::size_t>::max() >> shift) {
         throw UsageError("--limit is a number of bytes, 512M for example, not " +
@@ -343,7 +341,7 @@ ExitCode runRecords(Console& console, Arguments arguments) {
     }
     if (jobs) {
         constexpr std::size_t mostJobs = 1024;
-        options.jobs = numberOf<std::size_t>(*jobs);
+        options.jobs = countOf<std::size_t>(*jobs);
         if (!options.jobs || *options.jobs > mostJobs) {
             throw UsageError("--jobs is a number from 1 to 1024, not " + std::string(*jobs));
         }

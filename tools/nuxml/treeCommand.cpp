@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <charconv>
 #include <iterator>
 #include <optional>
 #include <queue>
@@ -186,12 +185,11 @@ private:
 };
 
 std::size_t lineCountOf(std::string_view text) {
-    std::size_t lines = 0;
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), lines);
-    if (result.ec != std::errc() || result.ptr != text.data() + text.size() || lines < 3) {
+    const auto lines = numberOf<std::size_t>(text);
+    if (!lines || *lines < 3) {
         throw UsageError("--lines is a number from 3 on, not " + std::string(text));
     }
-    return lines;
+    return *lines;
 }
 
 ExitCode showTree(Console& console, std::string_view name, const ReadingOptions& reading,

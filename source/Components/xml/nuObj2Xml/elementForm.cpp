@@ -1,6 +1,7 @@
 #include "nuObj2Xml/elementForm.h"
 
 #include "nuXmlParser/escape.h"
+#include "nuXmlParser/namespaceNames.h"
 
 namespace nu {
 
@@ -42,7 +43,7 @@ ElementForm::ElementForm(std::u16string_view uri, std::u16string_view prefix,
     };
     if (options.has(noAddTNS) && !uri.empty()) {
         if (options.has(noUseDefaultNS)) {
-            declare(u"xmlns", NuStrToXML(uri));
+            declare(declarationPrefix, NuStrToXML(uri));
         } else if (!prefix.empty()) {
             declare(u"xmlns:" + NuXmlString(prefix), NuStrToXML(uri));
         }

@@ -9,13 +9,13 @@
 #include "host/runtime/classRegistry.h"
 #include "host/runtime/exception.h"
 #include "host/runtime/format.h"
+#include "host/runtime/whiteSpace.h"
 #include "nuObj2Xml/elementPath.h"
 #include "nuObj2Xml/messages.h"
 #include "nuObj2Xml/objectFrame.h"
 #include "nuObj2Xml/slotClass.h"
 #include "nuXmlParser/scan.h"
 #include "nuXmlParser/unescape.h"
-#include "nuXmlParser/whiteSpace.h"
 
 namespace nu {
 
@@ -69,7 +69,7 @@ void ObjectBuilder::characters(std::u16string_view text, bool isCData) {
             text_.append(text);
             unescapeFrom(text_, before);
         });
-    } else if (frame.kind != Frame::Kind::Skip && isStrict() && !trimmed(text).empty()) {
+    } else if (frame.kind != Frame::Kind::Skip && isStrict() && !host::trimmed(text).empty()) {
         fail(NuXmlString(messages::textBesideElements));
     }
 }

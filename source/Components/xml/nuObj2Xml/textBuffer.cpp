@@ -4,8 +4,8 @@
 #include <string>
 
 #include "common/utf8.h"
-#include "common/utf8Sequence.h"
 #include "host/runtime/numberText.h"
+#include "host/runtime/utf8Sequence.h"
 #include "nuXmlParser/scan.h"
 
 namespace nu {
@@ -97,7 +97,7 @@ template <class Unit> void TextBuffer<Unit>::appendEncoded(std::u16string_view t
         while (!text.empty()) {
             std::size_t count = std::min(text.size(), longest);
             // The halves of a character stay together.
-            if (count < text.size() && isHighSurrogate(text[count - 1])) {
+            if (count < text.size() && host::isHighSurrogate(text[count - 1])) {
                 --count;
             }
             Unit* const place = room(3 * count);
@@ -171,8 +171,8 @@ void TextBuffer<Unit>::appendEscaped(std::basic_string_view<Source> text) {
             append({place, length});
         } else {
             // The first half of a character waits for the second.
-            const bool isHalf =
-                found == partEnd && partEnd != end && length > 1 && isHighSurrogate(found[-1]);
+            const bool isHalf = found == partEnd && partEnd != end && length > 1 &&
+                                host::isHighSurrogate(found[-1]);
             appendEncoded({place, length - (isHalf ? 1 : 0)});
             if (isHalf) {
                 place = found - 1;

@@ -8,6 +8,7 @@
 #include "host/runtime/decimalText.h"
 #include "host/runtime/numberText.h"
 #include "host/runtime/valueAccess.h"
+#include "host/runtime/whiteSpace.h"
 #include "nuObj2Xml/messages.h"
 #include "nuXmlParser/base64Text.h"
 #include "nuXmlParser/boolText.h"
@@ -39,7 +40,7 @@ void assignText(NuXmlString& text, std::u16string& value) {
 /// amounts. An amount that no double can hold is read as an amount.
 Variant readDouble(std::u16string_view text) {
     const double number = NuXMLToDouble(text);
-    const std::u16string_view digits = trimmed(text);
+    const std::u16string_view digits = host::trimmed(text);
     if (host::NumberText(number).string() != digits) {
         const auto amount = host::parseCurrency(digits);
         if (amount && host::NumberText(*amount).string() == digits) {
@@ -51,10 +52,11 @@ Variant readDouble(std::u16string_view text) {
 
 /// Deliberate: numbers above the range of "long" come from unsigned ones, which are written so.
 Variant readLong(std::u16string_view text) {
-    if (const auto number = host::parseInteger<std::int64_t>(trimmed(text))) {
+    if (const auto number = host::parseInteger<std::int64_t>(host::trimmed(text))) {
         return *number;
     }
-    return valueOrFail(host::parseInteger<std::uint64_t>(trimmed(text)), messages::noInteger, text);
+    return valueOrFail(host::parseInteger<std::uint64_t>(host::trimmed(text)), messages::noInteger,
+                       text);
 }
 
 Variant readVariant(NuXmlString& text, std::u16string_view schemaType) {
@@ -95,7 +97,7 @@ void readValue(const host::ValueType& type, NuXmlString& text, std::u16string_vi
         as<bool>(value) = NuXMLToBool(text);
         break;
     case ValueKind::Integer:
-        if (!host::parseInteger(type, trimmed(text), value)) {
+        if (!host::parseInteger(type, host::trimmed(text), value)) {
             failConversion(messages::noInteger, text);
         }
         break;

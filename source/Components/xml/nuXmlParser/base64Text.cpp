@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <utility>
 
+#include "host/runtime/whiteSpace.h"
 #include "nuXmlParser/conversionErrors.h"
-#include "nuXmlParser/whiteSpace.h"
 
 namespace {
 
@@ -70,7 +70,7 @@ private:
     void readOne(char16_t unit) {
         if (unit == padding) {
             readPadding();
-        } else if (!nu::isWhiteSpace(unit)) {
+        } else if (!host::isWhiteSpace(unit)) {
             readDigit(valueOf(unit));
         }
         ++place_;

@@ -1,13 +1,13 @@
 #include "nuXmlParser/boolText.h"
 
 #include "common/caseFolding.h"
+#include "host/runtime/whiteSpace.h"
 #include "nuXmlParser/conversionErrors.h"
-#include "nuXmlParser/whiteSpace.h"
 
 std::u16string NuBoolToXML(bool value) { return value ? u"true" : u"false"; }
 
 bool NuXMLToBool(std::u16string_view text) {
-    const std::u16string_view word = nu::trimmed(text);
+    const std::u16string_view word = host::trimmed(text);
     if (NuEqualAsciiWord(word, u"true") || word == u"1") {
         return true;
     }

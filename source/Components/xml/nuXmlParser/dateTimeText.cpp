@@ -5,9 +5,9 @@
 #include <chrono>
 #include <optional>
 
+#include "host/runtime/whiteSpace.h"
 #include "nuXmlParser/conversionErrors.h"
 #include "nuXmlParser/localTime.h"
-#include "nuXmlParser/whiteSpace.h"
 
 namespace {
 
@@ -241,7 +241,7 @@ private:
 };
 
 std::optional<Parts> readParts(std::u16string_view text) noexcept {
-    return DateTimeReader(nu::trimmed(text)).read();
+    return DateTimeReader(host::trimmed(text)).read();
 }
 
 std::int64_t localTimeOfDay(const Parts& parts) noexcept {

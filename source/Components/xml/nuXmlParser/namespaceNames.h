@@ -8,6 +8,7 @@
 namespace nu {
 
 inline constexpr std::u16string_view xmlPrefix = u"xml";
+inline constexpr std::string_view xmlPrefixA = "xml";
 inline constexpr std::u16string_view xmlNamespace = u"http://www.w3.org/XML/1998/namespace";
 inline constexpr std::string_view xmlNamespaceA = "http://www.w3.org/XML/1998/namespace";
 

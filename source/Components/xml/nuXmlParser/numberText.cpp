@@ -3,14 +3,14 @@
 #include <optional>
 
 #include "host/runtime/numberText.h"
+#include "host/runtime/whiteSpace.h"
 #include "nuXmlParser/conversionErrors.h"
 #include "nuXmlParser/floatingText.h"
-#include "nuXmlParser/whiteSpace.h"
 
 namespace {
 
 template <class Number> std::optional<Number> readInteger(std::u16string_view text) noexcept {
-    return host::parseInteger<Number>(nu::trimmed(text));
+    return host::parseInteger<Number>(host::trimmed(text));
 }
 
 } // namespace
@@ -48,5 +48,6 @@ double NuXMLToDoubleDef(std::u16string_view text, double defaultValue) noexcept 
 NuXmlString NuCurrencyToXML(host::Currency value) { return host::NumberText(value).string(); }
 
 host::Currency NuXMLToCurrency(std::u16string_view text) {
-    return nu::valueOrFail(host::parseCurrency(nu::trimmed(text)), nu::messages::noCurrency, text);
+    return nu::valueOrFail(host::parseCurrency(host::trimmed(text)), nu::messages::noCurrency,
+                           text);
 }

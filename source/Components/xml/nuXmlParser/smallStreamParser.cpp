@@ -5,8 +5,8 @@
 
 #include "common/expects.h"
 #include "common/utf8.h"
-#include "common/utf8Sequence.h"
 #include "host/runtime/memoryStream.h"
+#include "host/runtime/utf8Sequence.h"
 #include "nuXmlParser/parserErrors.h"
 
 namespace {
@@ -24,7 +24,7 @@ std::size_t bytesOf(PNuXmlChar place, PNuXmlChar end) noexcept {
     std::size_t bytes = 0;
     for (; place < end; ++place) {
         // The four bytes of a pair are two for each of its halves.
-        const bool isHalf = nu::isSurrogate(*place);
+        const bool isHalf = host::isSurrogate(*place);
         bytes += 1U + (*place >= 0x80 ? 1U : 0U) + (*place >= 0x800 && !isHalf ? 1U : 0U);
     }
     return bytes;
@@ -34,14 +34,14 @@ bool hasLoneSurrogate(std::u16string_view units) noexcept {
     // 1. Most text has no surrogates: a loop without a branch.
     bool hasAny = false;
     for (const NuXmlChar unit : units) {
-        hasAny |= nu::isSurrogate(unit);
+        hasAny |= host::isSurrogate(unit);
     }
     // 2. Each first half before a second one.
     for (std::size_t index = 0; hasAny && index < units.size(); ++index) {
-        if (nu::isHighSurrogate(units[index]) && index + 1 < units.size() &&
-            nu::isLowSurrogate(units[index + 1])) {
+        if (host::isHighSurrogate(units[index]) && index + 1 < units.size() &&
+            host::isLowSurrogate(units[index + 1])) {
             ++index;
-        } else if (nu::isSurrogate(units[index])) {
+        } else if (host::isSurrogate(units[index])) {
             return true;
         }
     }

@@ -5,8 +5,8 @@
 
 #include "common/codePage.h"
 #include "common/utf8.h"
-#include "common/utf8Sequence.h"
 #include "host/runtime/exception.h"
+#include "host/runtime/utf8Sequence.h"
 
 namespace nu {
 
@@ -121,7 +121,7 @@ std::int64_t StreamDecoder::bytesOf(NuXmlChar unit) const noexcept {
         return encoding_ == neUtf16LittleEndian ? cNuXmlCharSize : 1;
     }
     // The four bytes of a pair belong to its first unit but for one.
-    return unit < 0x80 || isLowSurrogate(unit) ? 1 : unit < 0x800 ? 2 : 3;
+    return unit < 0x80 || host::isLowSurrogate(unit) ? 1 : unit < 0x800 ? 2 : 3;
 }
 
 void StreamDecoder::leaveStreamAt(std::int64_t position) {

@@ -5,6 +5,7 @@
 
 #include "common/codePage.h"
 #include "host/runtime/numberText.h"
+#include "host/runtime/whiteSpace.h"
 #include "nuXmlParser/base64Text.h"
 #include "nuXmlParser/boolText.h"
 #include "nuXmlParser/conversionErrors.h"
@@ -13,7 +14,6 @@
 #include "nuXmlParser/floatingText.h"
 #include "nuXmlParser/numberText.h"
 #include "nuXmlParser/unescape.h"
-#include "nuXmlParser/whiteSpace.h"
 
 namespace {
 
@@ -109,13 +109,14 @@ NuXmlString takeQuoted(std::u16string_view& text) {
 
 template <class String> std::vector<String> readStrings(std::u16string_view text) {
     std::vector<String> strings;
-    for (std::u16string_view rest = nu::trimmed(text); !rest.empty(); rest = nu::trimmed(rest)) {
+    for (std::u16string_view rest = host::trimmed(text); !rest.empty();
+         rest = host::trimmed(rest)) {
         if (!rest.starts_with(quote)) {
-            strings.push_back(stringOf<String>(NuXmlString(nu::takeWord(rest))));
+            strings.push_back(stringOf<String>(NuXmlString(host::takeWord(rest))));
             continue;
         }
         strings.push_back(stringOf<String>(takeQuoted(rest)));
-        if (!rest.empty() && !nu::isWhiteSpace(rest.front())) {
+        if (!rest.empty() && !host::isWhiteSpace(rest.front())) {
             throw host::EConvertError(nu::messages::noStringArray);
         }
     }
@@ -124,14 +125,14 @@ template <class String> std::vector<String> readStrings(std::u16string_view text
 
 std::vector<std::int32_t> readIntegers(std::u16string_view text) {
     std::vector<std::int32_t> numbers;
-    for (auto word = nu::takeWord(text); !word.empty(); word = nu::takeWord(text)) {
+    for (auto word = host::takeWord(text); !word.empty(); word = host::takeWord(text)) {
         numbers.push_back(NuXMLToInt(word));
     }
     return numbers;
 }
 
 template <class Number> Number readInteger(std::u16string_view text) {
-    return nu::valueOrFail(host::parseInteger<Number>(nu::trimmed(text)), nu::messages::noInteger,
+    return nu::valueOrFail(host::parseInteger<Number>(host::trimmed(text)), nu::messages::noInteger,
                            text);
 }
 

@@ -17,16 +17,16 @@ CheckedName checkedName(std::string_view name, const ConformingSupply& stage) {
     const std::string_view prefix = prefixOf(name);
     checked.prefixLength = static_cast<std::uint32_t>(prefix.empty() ? 0 : prefix.size() + 1);
     // What is said of these prefixes is for the stage.
-    const bool declares = prefix == "xmlns" || name == "xmlns";
+    const bool declares = isNamespaceDeclaration(name);
     checked.elementForm =
-        prefix == "xmlns" || stage.changesTags(name) ? Form::Refused : Form::Plain;
+        prefix == declarationPrefixA || stage.changesTags(name) ? Form::Refused : Form::Plain;
     checked.attributeForm = declares ? Form::Declaration : Form::Plain;
     return checked;
 }
 
 bool mayBind(std::string_view prefix, std::string_view uri) noexcept {
-    return prefix != "xml" && prefix != "xmlns" && (prefix.empty() || !uri.empty()) &&
-           uri != xmlNamespaceA && uri != declarationNamespaceA;
+    return prefix != xmlPrefixA && prefix != declarationPrefixA &&
+           (prefix.empty() || !uri.empty()) && uri != xmlNamespaceA && uri != declarationNamespaceA;
 }
 
 } // namespace nu

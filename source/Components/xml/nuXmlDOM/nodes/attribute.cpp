@@ -9,6 +9,7 @@
 #include "nuXmlDOM/nodes/namespaces.h"
 #include "nuXmlDOM/storage/escapedText.h"
 #include "nuXmlDOM/upkeep/documentParts.h"
+#include "nuXmlParser/namespaceNames.h"
 
 const TNuDOMNodeClass TNuDOMAttribute::Class{u"TNuDOMAttribute", host::ATTRIBUTE_NODE,
                                              nu::createNode<TNuDOMAttribute>};
@@ -28,7 +29,7 @@ bool TNuDOMAttribute::get_IsNamespace() const noexcept {
 }
 
 NuXmlString TNuDOMAttribute::get_prefix() const {
-    return get_IsNamespace() ? NuXmlString(u"xmlns") : TNuDOMNode::get_prefix();
+    return get_IsNamespace() ? NuXmlString(nu::declarationPrefix) : TNuDOMNode::get_prefix();
 }
 
 NuXmlString TNuDOMAttribute::get_localName() const {

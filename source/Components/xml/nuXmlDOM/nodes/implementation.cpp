@@ -5,6 +5,7 @@
 #include "nuXmlDOM/core/face.h"
 #include "nuXmlDOM/core/nodeContext.h"
 #include "nuXmlDOM/nodes/features.h"
+#include "nuXmlParser/namespaceNames.h"
 
 TNuDOMImplementation::TNuDOMImplementation()
     : TNuDOMObject(static_cast<nu::ObjectContext*>(nullptr)) {
@@ -39,7 +40,7 @@ TNuDOMImplementation::createDocument(std::u16string_view namespaceURI,
     NuRef<TNuDOMDocument> document = TNuDOMDocument::Create();
     if (!qualifiedName.empty()) {
         TNuDOMElement& root = document->CreateRootNode(qualifiedName, namespaceURI);
-        NuXmlString declaration = u"xmlns";
+        NuXmlString declaration(nu::declarationPrefix);
         if (nu::NodeContext::name(root).hasPrefix()) {
             declaration += u":" + root.get_prefix();
         }

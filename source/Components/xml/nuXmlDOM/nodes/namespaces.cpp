@@ -7,12 +7,11 @@
 #include "nuXmlDOM/upkeep/attributeIndex.h"
 #include "nuXmlDOM/upkeep/documentParts.h"
 #include "nuXmlDOM/upkeep/treeWalk.h"
+#include "nuXmlParser/namespaceNames.h"
 
 namespace nu {
 
 namespace {
-
-constexpr std::u16string_view declaration = u"xmlns";
 
 /// The name of the attribute that declares the prefix of `name`; null when no node of the document
 /// ever had it.
@@ -21,7 +20,8 @@ const NodeName* declarationOf(const NodeName& name, const TNuDOMElement& element
     if (!names.hasDeclarations()) {
         return nullptr;
     }
-    return name.hasPrefix() ? names.find(declaration, name.prefix()) : names.find(declaration);
+    return name.hasPrefix() ? names.find(declarationPrefix, name.prefix())
+                            : names.find(declarationPrefix);
 }
 
 } // namespace

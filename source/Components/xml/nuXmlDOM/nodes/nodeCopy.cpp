@@ -14,6 +14,7 @@
 #include "nuXmlDOM/upkeep/documentParts.h"
 #include "nuXmlDOM/upkeep/nodeMemory.h"
 #include "nuXmlDOM/upkeep/treeWalk.h"
+#include "nuXmlParser/namespaceNames.h"
 
 // Copies of nodes, with everything below them.
 
@@ -68,7 +69,7 @@ private:
     TNuDOMNode& copyOne(const TNuDOMNode& source, TNuDOMElement* place) {
         switch (source.get_nodeType()) {
         case host::ELEMENT_NODE: {
-            TNuDOMElement& made = attach<TNuDOMElement>(source, place);
+            auto& made = attach<TNuDOMElement>(source, place);
             copyAttributes(source, made);
             return made;
         }
@@ -171,7 +172,7 @@ void declareUsed(const TNuDOMNode& source, TNuDOMElement& copy, const TNuDOMElem
     }
     // 2. No default namespace, where the new place has one.
     if (place != nullptr) {
-        declare(*place->OwnerDocument()->parts().names.get(u"xmlns"), {});
+        declare(*place->OwnerDocument()->parts().names.get(declarationPrefix), {});
     }
 }
 

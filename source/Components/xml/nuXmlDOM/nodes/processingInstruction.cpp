@@ -2,11 +2,11 @@
 #include <vector>
 
 #include "common/caseFolding.h"
+#include "host/runtime/whiteSpace.h"
 #include "nuXmlDOM/core/characterData.h"
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/nodes/makeNode.h"
 #include "nuXmlDOM/upkeep/documentParts.h"
-#include "nuXmlParser/whiteSpace.h"
 
 const TNuDOMNodeClass TNuDOMProcessingInstruction::Class{
     u"TNuDOMProcessingInstruction", host::PROCESSING_INSTRUCTION_NODE,
@@ -26,7 +26,7 @@ std::vector<std::u16string_view> pairsOf(std::u16string_view data) {
         if (close == cNone) {
             return pairs;
         }
-        pairs.push_back(nu::trimmed(data.substr(start, close + 1 - start)));
+        pairs.push_back(host::trimmed(data.substr(start, close + 1 - start)));
         start = close + 1;
     }
 }

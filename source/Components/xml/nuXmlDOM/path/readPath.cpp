@@ -3,9 +3,9 @@
 #include <limits>
 
 #include "common/caseFolding.h"
+#include "host/runtime/whiteSpace.h"
 #include "nuXmlDOM/path/pathComplaints.h"
 #include "nuXmlDOM/path/pathProgram.h"
-#include "nuXmlParser/whiteSpace.h"
 
 namespace nu {
 
@@ -80,7 +80,7 @@ namespace {
 
 PathLiteral readLiteral(std::u16string_view text) {
     PathLiteral literal;
-    literal.text = trimmed(text);
+    literal.text = host::trimmed(text);
     literal.isText = literal.text.find_first_of(u"'\"") != NuXmlString::npos;
     if (literal.isText) {
         literal.dropQuotes();
@@ -136,7 +136,7 @@ public:
         // 1. What stands before the first bracket.
         const std::size_t bracket = step_.find(u'[');
         const std::u16string_view test = step_.substr(0, bracket);
-        result.nameToCreate = trimmed(test);
+        result.nameToCreate = host::trimmed(test);
         // 2. The filters.
         for (std::size_t open = bracket; open != std::u16string_view::npos;) {
             const Brackets brackets = findClose(open);
@@ -234,7 +234,7 @@ private:
             filter.kind =
                 isPosition ? TNuXPathFilter::ftChildElementX : TNuXPathFilter::ftChildName;
             filter.position = isPosition ? static_cast<std::int32_t>(number) : 0;
-            filter.name = trimmed(inner);
+            filter.name = host::trimmed(inner);
         }
         readChild(filter, depth);
         return filter;
@@ -243,7 +243,7 @@ private:
     /// Takes "name operator literal" apart; only a name when there is no operator.
     void readComparison(std::u16string_view text, PathFilter& filter) const {
         const std::size_t first = text.find_first_of(operatorUnits);
-        filter.name = trimmed(text.substr(0, first));
+        filter.name = host::trimmed(text.substr(0, first));
         if (filter.kind == TNuXPathFilter::ftHasAttribute ||
             filter.kind == TNuXPathFilter::ftAttributeValue) {
             reader_.complain(complaintAboutName(filter.name));

@@ -8,12 +8,11 @@
 #include <string>
 
 #include "common/utf8.h"
+#include "nuXmlParser/namespaceNames.h"
 
 namespace nu {
 
 namespace {
-
-constexpr std::u16string_view declarationName = u"xmlns";
 
 void checkLength(std::u16string_view text) {
     if (text.size() > std::numeric_limits<std::uint32_t>::max() / 4) {
@@ -144,8 +143,8 @@ NodeName* NameTable::make(const Key& key, std::uint32_t hash) {
     name->hasLocal = key.hasLocal;
     name->isSplitAtColon = key.isSplitAtColon;
     name->hasSpace = known.hasSpace;
-    name->isDeclaration =
-        name->hasPrefix() ? name->prefix() == declarationName : name->local() == declarationName;
+    name->isDeclaration = name->hasPrefix() ? name->prefix() == declarationPrefix
+                                            : name->local() == declarationPrefix;
     return name;
 }
 

@@ -2,6 +2,7 @@
 #include "host/runtime/exception.h"
 #include "host/runtime/format.h"
 #include "host/runtime/numberText.h"
+#include "host/runtime/whiteSpace.h"
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
@@ -9,7 +10,6 @@
 #include "nuXmlDOM/core/nodeText.h"
 #include "nuXmlParser.h"
 #include "nuXmlParser/conversionErrors.h"
-#include "nuXmlParser/whiteSpace.h"
 
 // The values of nodes as the types of C++, and their texts in UTF-8.
 
@@ -31,7 +31,7 @@ void appendUtf8(const TNuDOMNode& leaf, std::string& target) {
 
 /// What `convert` makes of the text of the node; what it throws gets the place of the node.
 template <class Convert> auto convertText(const TNuDOMNode& node, Convert&& convert) {
-    const NuXmlString text = node.Get<NuXmlString>();
+    const auto text = node.Get<NuXmlString>();
     try {
         return convert(text);
     } catch (const host::EConvertError& error) {
@@ -49,7 +49,7 @@ template <class Convert> auto convertText(const TNuDOMNode& node, Convert&& conv
 template <class Number>
 Number convertInteger(const TNuDOMNode& node, Number least, Number largest) {
     return convertText(node, [&](const NuXmlString& text) {
-        std::optional<Number> number = host::parseInteger<Number>(nu::trimmed(text));
+        std::optional<Number> number = host::parseInteger<Number>(host::trimmed(text));
         if (number && (*number < least || *number > largest)) {
             number.reset();
         }

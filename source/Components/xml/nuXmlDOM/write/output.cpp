@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "common/utf8Sequence.h"
 #include "host/runtime/format.h"
+#include "host/runtime/utf8Sequence.h"
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
 
@@ -47,7 +47,7 @@ template <class Unit> void Output<Unit>::putLong(std::u16string_view text) {
     if constexpr (isUtf8) {
         while (!text.empty()) {
             std::u16string_view part = text.substr(0, capacity_ / Form::bytesOfUnit);
-            if (isHighSurrogate(part.back()) && part.size() < text.size()) {
+            if (host::isHighSurrogate(part.back()) && part.size() < text.size()) {
                 part.remove_suffix(1);
             }
             next_ = Form::copy(part, next_);
@@ -71,15 +71,15 @@ template <class Unit> void Output<Unit>::putLong(Indentation indentation) {
 template <class Unit> void Output<Unit>::putWideText(std::u16string_view text) {
     // 1. The half that waits gets the other one, or was none.
     if (half_ != 0 && !text.empty()) {
-        const bool isPair = isLowSurrogate(text.front());
+        const bool isPair = host::isLowSurrogate(text.front());
         endHalf(isPair ? text.front() : NuXmlChar{0});
         text.remove_prefix(isPair ? 1 : 0);
     }
     // 2. The text without a half at its end, which waits for what follows.
     const NuXmlChar last = text.empty() ? NuXmlChar{0} : text.back();
-    text.remove_suffix(isHighSurrogate(last) ? 1 : 0);
+    text.remove_suffix(host::isHighSurrogate(last) ? 1 : 0);
     put(text);
-    if (isHighSurrogate(last)) {
+    if (host::isHighSurrogate(last)) {
         half_ = last;
         end_ = next_;
     }

@@ -1,9 +1,9 @@
 #include "nuXmlDOM/write/pageCharacters.h"
 
 #include "common/codePage.h"
-#include "common/utf8Sequence.h"
 #include "host/runtime/exception.h"
 #include "host/runtime/format.h"
+#include "host/runtime/utf8Sequence.h"
 #include "nuXmlDOM/core/domMessages.h"
 
 namespace nu {
@@ -60,10 +60,10 @@ std::u16string_view ExactCharacters::value(const StoredText& text) {
 PageCharacters::Character PageCharacters::firstOf(std::u16string_view text) noexcept {
     constexpr std::uint32_t firstBeyond = 0x10000;
     const NuXmlChar unit = text.front();
-    if (isHighSurrogate(unit) && text.size() > 1 && isLowSurrogate(text[1])) {
+    if (host::isHighSurrogate(unit) && text.size() > 1 && host::isLowSurrogate(text[1])) {
         return {firstBeyond + ((unit & 0x3FFu) << 10) + (text[1] & 0x3FFu), 2};
     }
-    return {isSurrogate(unit) ? replacementCharacter : unit, 1};
+    return {host::isSurrogate(unit) ? host::replacementCharacter : unit, 1};
 }
 
 template <class WriteLacking>

@@ -4,6 +4,7 @@
 #include "nuXmlParser/conforming/conformingMessages.h"
 #include "nuXmlParser/conforming/documentTypeRules.h"
 #include "nuXmlParser/conforming/xmlNames.h"
+#include "nuXmlParser/namespaceNames.h"
 
 /// \file
 /// The declarations of an internal subset, XML 1.0 productions 45 to 83.
@@ -231,7 +232,7 @@ void DocumentTypeRules::readDefault(DeclarationText& text, AttributeDeclaration&
         text.needSpace();
     }
     attribute.hasDefault = true;
-    const bool isUri = hasNamespaces_ && attribute.name.starts_with("xmlns");
+    const bool isUri = hasNamespaces_ && isNamespaceDeclaration(attribute.name);
     entities_.writeValue(text.needLiteral(), attribute.isTokens, isUri, attribute.value);
 }
 

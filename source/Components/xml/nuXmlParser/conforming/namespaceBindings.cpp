@@ -27,7 +27,7 @@ void NamespaceBindings::bind(std::string_view prefix, std::string_view uri, std:
 
 const std::string* NamespaceBindings::find(std::string_view prefix) const noexcept {
     static const std::string uriOfXml(xmlNamespaceA);
-    if (prefix == "xml") {
+    if (prefix == xmlPrefixA) {
         return &uriOfXml;
     }
     if (count_ == 0) {

@@ -7,8 +7,8 @@
 
 #include "common/codePage.h"
 #include "common/utf8.h"
-#include "common/utf8Sequence.h"
 #include "host/runtime/format.h"
+#include "host/runtime/utf8Sequence.h"
 #include "nuXmlParser/conforming/conformingFaults.h"
 #include "nuXmlParser/conforming/conformingMessages.h"
 #include "nuXmlParser/conforming/xmlDeclaration.h"
@@ -412,7 +412,7 @@ bool SourceText::passOn(const char* from, std::string& piece) {
         if (checked.stop == CheckedText::Stop::NotAllowed) {
             const auto* const at =
                 reinterpret_cast<const unsigned char*>(text.data() + checked.length);
-            const std::size_t length = readUtf8Sequence(at, at + text.size()).length;
+            const std::size_t length = host::readUtf8Sequence(at, at + text.size()).length;
             piece.append(text.substr(checked.length, length));
             bytes_.skip(length);
         }

@@ -262,10 +262,10 @@ void TagRules::bind(std::string_view name, std::string_view value, const char* a
     if (prefix == declarationPrefixA) {
         texts_.fail(messages::prefixMustNotBeDeclared, prefix, at);
     }
-    if (prefix == "xml" && value != xmlNamespaceA) {
+    if (prefix == xmlPrefixA && value != xmlNamespaceA) {
         texts_.fail(messages::prefixBoundElsewhere, prefix, at);
     }
-    if ((prefix != "xml" && value == xmlNamespaceA) || value == declarationNamespaceA) {
+    if ((prefix != xmlPrefixA && value == xmlNamespaceA) || value == declarationNamespaceA) {
         texts_.fail(messages::namespaceBoundElsewhere, value, at);
     }
     if (!prefix.empty() && value.empty()) {

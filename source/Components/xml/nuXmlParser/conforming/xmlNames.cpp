@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "common/utf8Sequence.h"
+#include "host/runtime/utf8Sequence.h"
 
 namespace nu {
 
@@ -35,8 +35,8 @@ template <class Ranges> bool isIn(const Ranges& ranges, char32_t codePoint) noex
 
 /// Behind the character of a longer sequence at `place` if it may stand there, else `place`.
 const char* skipHigh(const char* place, const char* end, bool isStart) noexcept {
-    const Utf8Sequence sequence = readUtf8Sequence(reinterpret_cast<const unsigned char*>(place),
-                                                   reinterpret_cast<const unsigned char*>(end));
+    const host::Utf8Sequence sequence = host::readUtf8Sequence(
+        reinterpret_cast<const unsigned char*>(place), reinterpret_cast<const unsigned char*>(end));
     const bool isAllowed =
         sequence.wellFormed &&
         (isIn(nameStarts, sequence.codePoint) || (!isStart && isIn(nameRest, sequence.codePoint)));

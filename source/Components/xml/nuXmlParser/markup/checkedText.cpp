@@ -4,7 +4,7 @@
 
 #include "common/simd/block.h"
 #include "common/utf8.h"
-#include "common/utf8Sequence.h"
+#include "host/runtime/utf8Sequence.h"
 
 namespace nu {
 
@@ -64,7 +64,7 @@ CheckedText checkEach(std::string_view bytes, std::size_t from) noexcept {
         --place;
     }
     while (place != end) {
-        const Utf8Sequence sequence = readUtf8Sequence(place, end);
+        const host::Utf8Sequence sequence = host::readUtf8Sequence(place, end);
         const auto length = static_cast<std::size_t>(place - start);
         if (!sequence.wellFormed) {
             return {length,

@@ -2,10 +2,9 @@
 
 #include <cstdint>
 
-namespace nu {
+#include "host/runtime/unicode.h"
 
-/// What stands for a malformed piece of UTF-8 and for an unpaired surrogate.
-inline constexpr char16_t replacementCharacter = 0xFFFD;
+namespace host {
 
 /// One step through UTF-8 text.
 struct Utf8Sequence {
@@ -20,10 +19,12 @@ struct Utf8Sequence {
 /// takes as many bytes as could have begun a well-formed one, and at least one.
 inline Utf8Sequence readUtf8Sequence(const unsigned char* at, const unsigned char* end) noexcept {
     const unsigned lead = *at;
-    if (lead < 0x80)
+    if (lead < 0x80) {
         return {1, true, false, lead};
-    if (lead < 0xC2 || lead > 0xF4)
+    }
+    if (lead < 0xC2 || lead > 0xF4) {
         return {1, false, false, replacementCharacter};
+    }
     const unsigned following = lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
     // Only the second byte's range depends on the first.
     unsigned least = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
@@ -31,8 +32,9 @@ inline Utf8Sequence readUtf8Sequence(const unsigned char* at, const unsigned cha
     char32_t codePoint = lead & (0x3Fu >> following);
     for (std::uint8_t count = 1; count <= following; ++count) {
         const bool atEnd = at + count == end;
-        if (atEnd || at[count] < least || at[count] > most)
+        if (atEnd || at[count] < least || at[count] > most) {
             return {count, false, atEnd, replacementCharacter};
+        }
         codePoint = codePoint << 6 | (at[count] & 0x3Fu);
         least = 0x80;
         most = 0xBF;
@@ -51,8 +53,4 @@ inline char16_t* appendCodePoint(char16_t* units, char32_t codePoint) noexcept {
     return units;
 }
 
-constexpr bool isSurrogate(char16_t unit) noexcept { return (unit & 0xF800) == 0xD800; }
-constexpr bool isHighSurrogate(char16_t unit) noexcept { return (unit & 0xFC00) == 0xD800; }
-constexpr bool isLowSurrogate(char16_t unit) noexcept { return (unit & 0xFC00) == 0xDC00; }
-
-} // namespace nu
+} // namespace host

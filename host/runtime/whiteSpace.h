@@ -3,7 +3,10 @@
 #include <cstddef>
 #include <string_view>
 
-namespace nu {
+/// \file
+/// White space of XML, and texts without it.
+
+namespace host {
 
 /// White space of XML: tab, line feed, carriage return and space.
 constexpr bool isWhiteSpace(char16_t unit) noexcept {
@@ -35,4 +38,4 @@ constexpr std::u16string_view takeWord(std::u16string_view& text) noexcept {
     return word;
 }
 
-} // namespace nu
+} // namespace host
