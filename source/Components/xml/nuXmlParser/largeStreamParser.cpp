@@ -31,7 +31,7 @@ constexpr std::size_t roomFor(std::size_t blockLength) noexcept {
 TNuXmlLargeStreamParser::TNuXmlLargeStreamParser(host::TStream* sourceStream, bool ownsStream,
                                                  const host::Ref<host::IErrorHandler>& errorHandler,
                                                  std::size_t blockLength)
-    : TNuXmlBaseParser(sourceStream, ownsStream, errorHandler),
+    : TextParser(sourceStream, ownsStream, errorHandler),
       blockLength_(std::max(blockLength, shortestBlock)) {
     Initialize();
 }
@@ -58,7 +58,8 @@ void TNuXmlLargeStreamParser::useText(NuXmlChar* units) noexcept {
     std::fill_n(units, nulsAround, NuXmlChar{0});
     start_ = units + 1;
     end_ = start_;
-    last_ = currPtr_ = readPtr_ = keep_ = start_;
+    // What may be delivered ends at end_, or where the buffer is full.
+    lastPtr_ = currPtr_ = readPtr_ = keep_ = start_;
     block_.forget();
 }
 
@@ -109,10 +110,10 @@ PNuXmlChar TNuXmlLargeStreamParser::readBeyondControls() {
     }
     PNuXmlChar place = readPtr_;
     for (;;) {
-        while (place != last_ && *place < cNuSpace) {
+        while (place != lastPtr_ && *place < cNuSpace) {
             ++place;
         }
-        if (place != last_) {
+        if (place != lastPtr_) {
             moveTo(place);
             return currPtr_;
         }
@@ -153,10 +154,10 @@ PNuXmlChar TNuXmlLargeStreamParser::PeekCardinal() {
 PNuXmlChar TNuXmlLargeStreamParser::peekFrom(PNuXmlChar from) {
     PNuXmlChar place = from;
     for (;;) {
-        while (place != last_ && *place < cNuSpace) {
+        while (place != lastPtr_ && *place < cNuSpace) {
             ++place;
         }
-        const bool isFound = place != last_;
+        const bool isFound = place != lastPtr_;
         counter_.countExtra(from, place + (isFound ? 1 : 0));
         if (isFound) {
             return place;
@@ -165,7 +166,7 @@ PNuXmlChar TNuXmlLargeStreamParser::peekFrom(PNuXmlChar from) {
         if (!showMore()) {
             counter_.countExtra(from, place + 1);
             eof_ = true;
-            last_ = readPtr_; // nothing can be read any more
+            lastPtr_ = readPtr_; // nothing can be read any more
             block_.forget();
             return place;
         }
@@ -209,21 +210,21 @@ bool TNuXmlLargeStreamParser::showDecoded() noexcept {
     const PNuXmlChar end =
         start_ +
         std::min<std::int64_t>(end_ - start_, bufferStart_ + bufferLength - droppedLength_);
-    if (end <= last_) {
+    if (end <= lastPtr_) {
         return false;
     }
-    last_ = end;
+    lastPtr_ = end;
     block_.forget();
     return true;
 }
 
 bool TNuXmlLargeStreamParser::extendWindow() {
-    const bool isEnough = last_ - currPtr_ >= static_cast<std::ptrdiff_t>(blockLength_ / 2);
-    return !isEnough && last_ == end_ && !isFull() && decodeMore() && showDecoded();
+    const bool isEnough = lastPtr_ - currPtr_ >= static_cast<std::ptrdiff_t>(blockLength_ / 2);
+    return !isEnough && lastPtr_ == end_ && !isFull() && decodeMore() && showDecoded();
 }
 
 bool TNuXmlLargeStreamParser::isFull() const noexcept {
-    return numberOf(last_) - bufferStart_ >= bufferLength || room() < shortestBlock;
+    return numberOf(lastPtr_) - bufferStart_ >= bufferLength || room() < shortestBlock;
 }
 
 std::size_t TNuXmlLargeStreamParser::room() const noexcept {
@@ -255,7 +256,7 @@ void TNuXmlLargeStreamParser::moveText() {
     counter_.follow(keep_, start_);
     std::memmove(start_, keep_, static_cast<std::size_t>(end_ + 2 - keep_) * cNuXmlCharSize);
     peekPtr_ = peekPtr_ < keep_ ? nullptr : peekPtr_ - distance;
-    for (PNuXmlChar* place : {&last_, &currPtr_, &readPtr_, &keep_}) {
+    for (PNuXmlChar* place : {&lastPtr_, &currPtr_, &readPtr_, &keep_}) {
         *place -= distance;
     }
     end_ -= distance;

@@ -53,7 +53,7 @@ bool hasLoneSurrogate(std::u16string_view units) noexcept {
 TNuXmlSmallStreamParser::TNuXmlSmallStreamParser(host::TStream* sourceStream, bool ownsStream,
                                                  const host::Ref<host::IErrorHandler>& errorHandler,
                                                  std::size_t windowLength, bool prefersBytes)
-    : TNuXmlBaseParser(sourceStream, ownsStream, errorHandler), prefersBytes_(prefersBytes),
+    : TextParser(sourceStream, ownsStream, errorHandler), prefersBytes_(prefersBytes),
       windowLength_(std::max(windowLength, shortestWindow)), stepLength_(windowLength_) {
     Initialize();
 }
@@ -61,7 +61,7 @@ TNuXmlSmallStreamParser::TNuXmlSmallStreamParser(host::TStream* sourceStream, bo
 TNuXmlSmallStreamParser::TNuXmlSmallStreamParser(host::TStream* sourceStream,
                                                  const host::Ref<host::IErrorHandler>& errorHandler,
                                                  std::size_t windowLength, nu::TextSupply& supply)
-    : TNuXmlBaseParser(sourceStream, false, errorHandler), prefersBytes_(true),
+    : TextParser(sourceStream, false, errorHandler), prefersBytes_(true),
       windowLength_(std::max(windowLength, shortestWindow)), stepLength_(stepBetweenBytes),
       supply_(&supply) {
     TNuXmlBaseParser::Initialize();

@@ -1,14 +1,9 @@
 #pragma once
 
-#include <algorithm>
-
 #include "common/encoding.h"
-#include "nuXmlParser/baseParser.h"
-#include "nuXmlParser/markupBlock.h"
-#include "nuXmlParser/scan.h"
-#include "nuXmlParser/textCounter.h"
 #include "nuXmlParser/textDecoder.h"
 #include "nuXmlParser/textMemory.h"
+#include "nuXmlParser/textParser.h"
 #include "nuXmlParser/textSupply.h"
 
 /// The character source that has the whole rest of its stream at hand and reads by pointer.
@@ -20,7 +15,7 @@
 ///
 /// The end flag rises with the last character, and the next read throws. A NUL is the end of the
 /// input for ReadXmlChar and a character like any other for ReadRawChar.
-class NUXML_API TNuXmlSmallStreamParser final : public TNuXmlBaseParser {
+class NUXML_API TNuXmlSmallStreamParser final : public nu::TextParser<TNuXmlSmallStreamParser> {
 public:
     /// The window length that holds every text.
     static constexpr std::size_t wholeText = static_cast<std::size_t>(-1);
@@ -51,34 +46,18 @@ public:
         return buffer_;
     }
     PNuXmlChar ReadRawChar() override;
-    PNuXmlChar ReadXmlChar() override;
     PNuXmlChar PeekXmlChar() override;
     PNuXmlChar PeekCardinal() override { return PeekXmlChar(); }
-    PNuXmlChar PeekWord() override { return PeekXmlChar(); }
-    [[nodiscard]] PNuXmlChar CurrChar() const override { return currPtr_; }
 
     /// Whether the text was allocated here; otherwise it lies in the stream's memory.
     [[nodiscard]] bool OwnsBuffer() const noexcept { return ownsBuffer_; }
     /// The first character of the decoded text.
     [[nodiscard]] PNuXmlChar Buffer() const noexcept { return buffer_; }
-    /// The character delivered last.
-    [[nodiscard]] PNuXmlChar CurrPtr() const noexcept { return currPtr_; }
-    /// Behind the character delivered last, where the next read begins.
-    [[nodiscard]] PNuXmlChar ReadPtr() const noexcept { return readPtr_; }
-    /// The last character, not one behind it; of an empty text the place where it would start.
-    [[nodiscard]] PNuXmlChar LastPtr() const noexcept { return lastPtr_; }
-    /// What the last look ahead found; null before the first.
-    [[nodiscard]] PNuXmlChar PeekPtr() const noexcept { return peekPtr_; }
 
     /// \cond internal
-    // For the scanner: the text around the current character can be looked at by pointer, and a
-    // read may move to any place of it.
-    static constexpr bool hasTextAtHand = true;
-    // And where it is UTF-8, the bytes that it comes from.
+    // Where the text is UTF-8, the scanner can have the bytes that it comes from.
     static constexpr bool hasBytesAtHand = true;
     [[nodiscard]] bool isUtf8() const noexcept { return decoder_.isUtf8(); }
-
-    // Run operations: each does what a loop over the character operations would do.
 
     /// ReadXmlChar, at least once, until the current character may be one of `set` or the input has
     /// ended.
@@ -92,23 +71,6 @@ public:
         }
         deliver(place);
     }
-    /// While the current character is not `stop` and the input has not ended: hands the current
-    /// character to `append` (pointer and length, a run at a time) and does ReadXmlChar, or
-    /// ReadRawChar where control characters are to be kept.
-    template <bool keepsControls = false, class Append>
-    void copyUntil(NuXmlChar stop, Append&& append) {
-        while (!eof_ && *currPtr_ != stop) {
-            const PNuXmlChar next = currPtr_ + 1;
-            const PNuXmlChar end = nu::findControlOr(stop, next, std::max(next, lastPtr_));
-            append(currPtr_, static_cast<std::size_t>(end - currPtr_));
-            readPtr_ = end;
-            if constexpr (keepsControls) {
-                ReadRawChar();
-            } else {
-                ReadXmlChar();
-            }
-        }
-    }
     /// Whether the next two characters, controls before the first skipped, are these.
     [[nodiscard]] bool peeksAt(NuXmlChar first, NuXmlChar second) {
         const PNuXmlChar place = PeekXmlChar();
@@ -117,29 +79,11 @@ public:
     /// The text from the current character on stays in memory; pointers to it are good until more
     /// is decoded.
     void keepFromHere() noexcept { keep_ = currPtr_; }
-    /// Where the kept text is now.
-    [[nodiscard]] PNuXmlChar keptPlace() const noexcept { return keep_; }
     /// Decodes more text, which moves what is kept. False when there is no more.
     bool extendWindow() { return (decoder_.hasMore() || takeSupply()) && decodeMore(); }
-    /// The first unit of `set` at or after `place`, or the place where the input or the window
-    /// ends, without moving.
-    template <nu::StopSet set> [[nodiscard]] PNuXmlChar findFrom(PNuXmlChar place) noexcept {
-        return block_.find<set>(place, lastPtr_);
-    }
-    /// The same; tells also whether no unit of `absent` is known to stand before that.
-    template <nu::StopSet set, nu::StopSet absent>
-    [[nodiscard]] PNuXmlChar findFrom(PNuXmlChar place, bool& isFree) noexcept {
-        return block_.find<set, absent>(place, lastPtr_, isFree);
-    }
     /// What ReadRawChar does to the counters for the character at `place`, whether it is a line
     /// feed or no control character.
     void countRaw(PNuXmlChar place) noexcept { counter_.deliverRaw(place); }
-    /// Delivers the character at `place`, which is none of the control characters and not the last,
-    /// as if all before it had been read.
-    void moveTo(PNuXmlChar place) noexcept {
-        currPtr_ = place;
-        readPtr_ = place + 1;
-    }
     /// The bytes from the current character to the end of the text, for whoever reads them without
     /// this parser for a while; empty where the text is not UTF-8. NULs may stand behind them.
     [[nodiscard]] std::string_view bytesFromHere() noexcept;
@@ -157,9 +101,6 @@ public:
     void countPeek() noexcept {}
     /// Text goes when keepFromHere says so.
     void releaseBefore(PNuXmlChar /*place*/) noexcept {}
-    [[nodiscard]] NuXmlChar current() const noexcept { return *currPtr_; }
-    [[nodiscard]] PNuXmlChar currentPlace() const noexcept { return currPtr_; }
-    [[nodiscard]] bool hasEnded() const noexcept { return eof_; }
     /// \endcond
 
 protected:
@@ -168,6 +109,8 @@ protected:
     void releaseText() noexcept override;
 
 private:
+    friend class nu::TextParser<TNuXmlSmallStreamParser>;
+
     void deliver(PNuXmlChar place) noexcept {
         currPtr_ = place;
         if (place == lastPtr_ || *place == cNuEOF) [[unlikely]] {
@@ -188,34 +131,26 @@ private:
     PNuXmlChar readBeyondControls();
     bool takeSupply();
     bool decodeMore();
-    [[nodiscard]] const char* currentByte() noexcept;
-    void markMore() noexcept;
-    void beginWindow();
-    void beginBehindPassed(std::ptrdiff_t counted);
+    [[nodiscard]] NUXML_LOCAL const char* currentByte() noexcept;
+    NUXML_LOCAL void markMore() noexcept;
+    NUXML_LOCAL void beginWindow();
+    NUXML_LOCAL void beginBehindPassed(std::ptrdiff_t counted);
     [[nodiscard]] std::size_t markRoom() const noexcept { return supply_ != nullptr ? 1 : 0; }
     [[nodiscard]] bool isSupplyPassable() const noexcept {
         return isMoreMarked_ && readPtr_ == lastPtr_ && !decoder_.hasMore();
     }
-    [[nodiscard]] bool restFitsBehind() const noexcept;
-    void moveText(std::size_t windowLength);
+    [[nodiscard]] NUXML_LOCAL bool restFitsBehind() const noexcept;
+    NUXML_LOCAL void moveText(std::size_t windowLength);
     void deliverEnd() noexcept;
-    void openText(TNuEncoding encoding, host::TStream& stream);
-    void openUtf16(host::TStream& stream, std::size_t size);
-    void openBytes(nu::TextDecoder::Opening opening);
-    void useText(PNuXmlChar text, std::size_t length) noexcept;
+    NUXML_LOCAL void openText(TNuEncoding encoding, host::TStream& stream);
+    NUXML_LOCAL void openUtf16(host::TStream& stream, std::size_t size);
+    NUXML_LOCAL void openBytes(nu::TextDecoder::Opening opening);
+    NUXML_LOCAL void useText(PNuXmlChar text, std::size_t length) noexcept;
 
     PNuXmlChar buffer_;
-    PNuXmlChar currPtr_;
-    PNuXmlChar readPtr_;
-    PNuXmlChar lastPtr_;
-    PNuXmlChar peekPtr_ = nullptr;
-    PNuXmlChar keep_ = nullptr; ///< everything before it may go when more is decoded
     bool ownsBuffer_ = true;
     bool isExhausted_ = true; ///< nothing is left to read: the end flag is set, or there is no text
     bool endIsCounted_ = true; ///< false while the counters lack the character that ended the input
-    nu::MarkupBlock block_;
-    nu::TextCounter counter_;
-
     nu::TextDecoder decoder_;
     nu::TextMemory memory_; ///< the window
     bool prefersBytes_;
@@ -248,15 +183,6 @@ inline PNuXmlChar TNuXmlSmallStreamParser::ReadRawChar() {
         }
     }
     return currPtr_;
-}
-
-inline PNuXmlChar TNuXmlSmallStreamParser::ReadXmlChar() {
-    // Behind the last character, and behind a NUL that ended the text, this holds for none.
-    if (readPtr_ != lastPtr_ && *readPtr_ >= cNuSpace) [[likely]] {
-        currPtr_ = readPtr_++;
-        return currPtr_;
-    }
-    return readBeyondControls();
 }
 
 inline PNuXmlChar TNuXmlSmallStreamParser::PeekXmlChar() {
