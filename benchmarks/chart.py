@@ -14,7 +14,7 @@ import sys
 import table
 
 COLOURS = ["#4477aa", "#ee6677", "#228833", "#ccbb44", "#66ccee", "#aa3377", "#999999",
-           "#332288"]
+           "#332288", "#ee9944", "#000000"]
 
 
 def means_of_results(paths):
