@@ -78,7 +78,7 @@ public:
     [[nodiscard]] const NuXmlString& TargetNamespaceURI() const noexcept { return uri_; }
     /// See TargetNamespaceURI. Set before writing; nested objects get it, too.
     void SetTargetNamespaceURI(std::u16string_view uri) { uri_ = uri; }
-    /// The prefix of that namespace; "" makes it the default namespace.
+    /// The prefix of that namespace; with "" nothing declares it but noUseDefaultNS.
     [[nodiscard]] const NuXmlString& TargetNamespacePrefix() const noexcept { return prefix_; }
     /// See TargetNamespacePrefix.
     void SetTargetNamespacePrefix(std::u16string_view prefix) { prefix_ = prefix; }
