@@ -131,28 +131,28 @@ std::optional<std::size_t> NuDecodeUtf8(std::string_view bytes, char16_t* units)
 }
 
 std::size_t NuUtf16Length(std::string_view bytes) noexcept {
-    // Each first byte of a sequence is a unit, and that of four bytes another one.
+    using nu::simd::Block;
+    using nu::simd::blockSize;
+    // Each first byte of a sequence is a unit, and that of four bytes another one. A byte of the
+    // sums counts no further than this.
+    constexpr std::size_t mostBlocks = 127;
     std::size_t units = 0;
-    const auto count = [&units](std::string_view part) {
-        for (const char byte : part) {
-            const auto code = static_cast<unsigned char>(byte);
-            units += ((code & 0xC0) != 0x80 ? 1U : 0U) + (code >= 0xF0 ? 1U : 0U);
-        }
-    };
-    while (bytes.size() >= nu::simd::blockSize) {
-        using nu::simd::Block;
-        // A byte of the sums counts no further than this.
-        constexpr std::size_t mostBlocks = 127;
+    const char* place = bytes.data();
+    for (std::size_t left = bytes.size() / blockSize; left > 0;) {
+        const std::size_t blocks = std::min(left, mostBlocks);
         Block sums = Block::all(0);
-        for (std::size_t left = mostBlocks; left > 0 && bytes.size() >= nu::simd::blockSize;
-             --left) {
-            const Block block = Block::load(bytes.data());
+        for (const char* const stop = place + blocks * blockSize; place != stop;
+             place += blockSize) {
+            const Block block = Block::load(place);
             sums = sums.less(block.beginsSequence()).less(block.isAtLeast(0xF0));
-            bytes.remove_prefix(nu::simd::blockSize);
         }
         units += static_cast<std::size_t>(sums.sum());
+        left -= blocks;
     }
-    count(bytes);
+    for (const char* const end = bytes.data() + bytes.size(); place != end; ++place) {
+        const auto code = static_cast<unsigned char>(*place);
+        units += ((code & 0xC0) != 0x80 ? 1U : 0U) + (code >= 0xF0 ? 1U : 0U);
+    }
     return units;
 }
 

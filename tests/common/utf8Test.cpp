@@ -109,6 +109,7 @@ void checkDecoders(std::string_view text) {
             return unit == untouched;
         })) << hex(text);
         ASSERT_EQ(NuToUtf8(expected.units), text);
+        ASSERT_EQ(NuUtf16Length(exact), *count) << hex(text);
     }
     ASSERT_EQ(NuIsUtf8(exact), count.has_value()) << hex(text);
     const TNuUtf8Prefix prefix = NuDecodeUtf8Prefix(exact, units);
@@ -178,6 +179,17 @@ TEST(Utf8, decodesEveryKindOfSequenceAtEveryPlaceOfABlock) {
                 ASSERT_NO_FATAL_FAILURE(checkDecoders(text));
             }
         }
+    }
+}
+
+// What is counted in bytes must be added up before they run over.
+TEST(Utf8, countsUnitsOfLongTexts) {
+    for (const std::string& piece : boundaries) {
+        std::string text;
+        while (text.size() < 20'000) {
+            text += piece;
+        }
+        EXPECT_EQ(NuUtf16Length(text), NuFromUtf8(text).size()) << hex(piece);
     }
 }
 
