@@ -8,10 +8,12 @@
 #include "host/com/stream.h"
 #include "host/dom/extensions.h"
 #include "host/runtime/stream.h"
-#include "nuXmlDOM/core/characterData.h"
+#include "nuXmlDOM/core/cdata.h"
+#include "nuXmlDOM/core/comment.h"
 #include "nuXmlDOM/core/element.h"
 #include "nuXmlDOM/core/limits.h"
 #include "nuXmlDOM/core/node.h"
+#include "nuXmlDOM/core/processingInstruction.h"
 
 /// \file
 /// The document.

@@ -2,6 +2,7 @@
 
 #include "nuXmlDOM/core/attribute.h"
 #include "nuXmlDOM/core/characterData.h"
+#include "nuXmlDOM/core/processingInstruction.h"
 
 namespace nu {
 

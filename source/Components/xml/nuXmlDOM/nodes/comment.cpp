@@ -1,7 +1,8 @@
+#include "nuXmlDOM/core/comment.h"
+
 #include <algorithm>
 
 #include "host/runtime/exception.h"
-#include "nuXmlDOM/core/characterData.h"
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"

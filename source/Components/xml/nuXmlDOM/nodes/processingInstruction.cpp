@@ -1,9 +1,10 @@
+#include "nuXmlDOM/core/processingInstruction.h"
+
 #include <algorithm>
 #include <vector>
 
 #include "common/caseFolding.h"
 #include "host/runtime/whiteSpace.h"
-#include "nuXmlDOM/core/characterData.h"
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/nodes/makeNode.h"
 #include "nuXmlDOM/upkeep/documentParts.h"

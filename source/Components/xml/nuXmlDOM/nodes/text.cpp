@@ -1,7 +1,9 @@
+#include "nuXmlDOM/core/text.h"
+
 #include <algorithm>
 #include <limits>
 
-#include "nuXmlDOM/core/characterData.h"
+#include "nuXmlDOM/core/cdata.h"
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
