@@ -273,9 +273,8 @@ ExitCode showAll(Console& console, const Options& options) {
     return count == 0 && !options.part ? std::max(worst, exitNothing) : worst;
 }
 
-} // namespace
-
-ExitCode runRecords(Console& console, Arguments arguments) {
+/// What stands on the command line.
+struct Words {
     bool isXml = false;
     bool isJson = false;
     bool isCount = false;
@@ -289,65 +288,82 @@ ExitCode runRecords(Console& console, Arguments arguments) {
     std::optional<std::string_view> limit;
     std::optional<std::string_view> part;
     std::optional<std::string_view> jobs;
+};
+
+RecordForm formOf(const Words& words) {
+    if (words.isXml + words.isJson + words.isCount + words.columns.has_value() > 1 ||
+        words.isCsv + words.isTsv > 1) {
+        throw UsageError("--xml, --json, --columns and --count exclude each other");
+    }
+    if ((words.isCsv || words.isTsv || words.hasHeader) && !words.columns) {
+        throw UsageError("--csv, --tsv and --header are for --columns");
+    }
+    using Kind = RecordForm::Kind;
+    RecordForm form;
+    form.kind = words.isJson    ? Kind::Json
+                : words.isCount ? Kind::Count
+                : words.columns ? Kind::Rows
+                                : Kind::Xml;
+    form.rows = words.isCsv ? nu::RowForm::Csv : nu::RowForm::Tsv;
+    if (words.columns) {
+        form.columns =
+            takeArgument([&] { return nu::RecordColumns(pathFromArgument(*words.columns)); });
+    }
+    return form;
+}
+
+/// What is read, and by whom.
+void readSharing(const Words& words, Options& options) {
+    options.reading.reading.limits = inputLimits;
+    if (words.limit) {
+        options.reading.sizeLimit = sizeOf(*words.limit);
+    }
+    if (words.part) {
+        options.part = partOf(*words.part);
+    }
+    if (words.jobs) {
+        constexpr std::size_t mostJobs = 1024;
+        options.jobs = countOf<std::size_t>(*words.jobs);
+        if (!options.jobs || *options.jobs > mostJobs) {
+            throw UsageError("--jobs is a number from 1 to 1024, not " + std::string(*words.jobs));
+        }
+    }
+    options.isOrdered = !words.isUnordered;
+    options.sharing = words.isPlain ? Sharing::Plain : Sharing::Exact;
+}
+
+} // namespace
+
+ExitCode runRecords(Console& console, Arguments arguments) {
+    Words words;
     Options options;
     auto operands = parseArguments(arguments,
-                                   {{"--xml", isXml},
-                                    {"--json", isJson},
-                                    {"--count", isCount},
-                                    {"--csv", isCsv},
-                                    {"--tsv", isTsv},
-                                    {"--header", hasHeader},
-                                    {"--plain", isPlain},
-                                    {"--unordered", isUnordered},
-                                    {"--index", isIndex}},
-                                   {{"--columns", columns},
-                                    {"-c", columns},
-                                    {"--limit", limit},
-                                    {"--part", part},
-                                    {"--jobs", jobs},
+                                   {{"--xml", words.isXml},
+                                    {"--json", words.isJson},
+                                    {"--count", words.isCount},
+                                    {"--csv", words.isCsv},
+                                    {"--tsv", words.isTsv},
+                                    {"--header", words.hasHeader},
+                                    {"--plain", words.isPlain},
+                                    {"--unordered", words.isUnordered},
+                                    {"--index", words.isIndex}},
+                                   {{"--columns", words.columns},
+                                    {"-c", words.columns},
+                                    {"--limit", words.limit},
+                                    {"--part", words.part},
+                                    {"--jobs", words.jobs},
                                     {"--index-file", options.indexFile}});
     // 1. An index is of a file, whatever its records are.
-    if (isIndex) {
+    if (words.isIndex) {
         if (operands.size() != 1 || arguments.size() > (options.indexFile ? 4 : 2)) {
             throw UsageError("--index takes one file, and --index-file");
         }
         return writeIndex(console, operands.front().text, options.indexFile);
     }
-    // 2. The form.
-    if (isXml + isJson + isCount + columns.has_value() > 1 || isCsv + isTsv > 1) {
-        throw UsageError("--xml, --json, --columns and --count exclude each other");
-    }
-    if ((isCsv || isTsv || hasHeader) && !columns) {
-        throw UsageError("--csv, --tsv and --header are for --columns");
-    }
-    using Kind = RecordForm::Kind;
-    options.form.kind = isJson    ? Kind::Json
-                        : isCount ? Kind::Count
-                        : columns ? Kind::Rows
-                                  : Kind::Xml;
-    options.form.rows = isCsv ? nu::RowForm::Csv : nu::RowForm::Tsv;
-    options.hasHeader = hasHeader;
-    if (columns) {
-        options.form.columns =
-            takeArgument([&] { return nu::RecordColumns(pathFromArgument(*columns)); });
-    }
-    // 3. What is read, and by whom.
-    options.reading.reading.limits = inputLimits;
-    if (limit) {
-        options.reading.sizeLimit = sizeOf(*limit);
-    }
-    if (part) {
-        options.part = partOf(*part);
-    }
-    if (jobs) {
-        constexpr std::size_t mostJobs = 1024;
-        options.jobs = countOf<std::size_t>(*jobs);
-        if (!options.jobs || *options.jobs > mostJobs) {
-            throw UsageError("--jobs is a number from 1 to 1024, not " + std::string(*jobs));
-        }
-    }
-    options.isOrdered = !isUnordered;
-    options.sharing = isPlain ? Sharing::Plain : Sharing::Exact;
+    // 2. Records.
+    options.form = formOf(words);
+    options.hasHeader = words.hasHeader;
+    readSharing(words, options);
     return showAll(console, readOptions(std::move(operands), options));
 }
 
