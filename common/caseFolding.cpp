@@ -1,11 +1,11 @@
 #include "common/caseFolding.h"
 
-#include "common/caseFoldingRanges.h"
-
 #include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
+
+#include "common/caseFoldingRanges.h"
 
 namespace {
 
@@ -32,8 +32,9 @@ struct FoldingTable {
         for (const nu::CaseFoldingRange& range : nu::caseFoldingRanges) {
             for (unsigned unit = range.first; unit <= range.last; unit += range.step) {
                 std::uint8_t& block = blockOf[unit >> 8];
-                if (block == 0)
+                if (block == 0) {
                     block = ++filled;
+                }
                 distances[block][unit & 0xFF] = static_cast<std::uint16_t>(range.distance);
             }
         }

@@ -1,17 +1,17 @@
 #include "common/codePage.h"
 
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <charconv>
+#include <cstdlib>
+
 #include "common/codePageTables.h"
 #include "common/simd/block.h"
 #include "common/utf8.h"
 #include "host/runtime/exception.h"
 #include "host/runtime/format.h"
 #include "host/runtime/utf8Sequence.h"
-
-#include <algorithm>
-#include <array>
-#include <atomic>
-#include <charconv>
-#include <cstdlib>
 
 namespace {
 
@@ -27,11 +27,13 @@ public:
     constexpr explicit NarrowingTable(const CodePage& page) {
         for (unsigned byte = 0x80; byte < 0x100; ++byte) {
             const char16_t unit = page.upper[byte - 0x80];
-            if (unit == host::replacementCharacter)
+            if (unit == host::replacementCharacter) {
                 continue;
+            }
             std::size_t place = placeOf(unit);
-            while (bytes_[place] != 0)
+            while (bytes_[place] != 0) {
                 place = (place + 1) % placeCount;
+            }
             bytes_[place] = static_cast<std::uint8_t>(byte);
         }
     }
@@ -39,8 +41,9 @@ public:
     // The byte of a unit that is not ASCII, 0 when there is none.
     [[nodiscard]] std::uint8_t find(const CodePage& page, char16_t unit) const noexcept {
         std::size_t place = placeOf(unit);
-        while (bytes_[place] != 0 && page.upper[bytes_[place] - 0x80u] != unit)
+        while (bytes_[place] != 0 && page.upper[bytes_[place] - 0x80u] != unit) {
             place = (place + 1) % placeCount;
+        }
         return bytes_[place];
     }
 
@@ -57,8 +60,9 @@ private:
 
 constexpr std::array<NarrowingTable, nu::codePages.size()> narrowingTables = [] {
     std::array<NarrowingTable, nu::codePages.size()> tables{};
-    for (std::size_t index = 0; index < tables.size(); ++index)
+    for (std::size_t index = 0; index < tables.size(); ++index) {
         tables[index] = NarrowingTable(nu::codePages[index]);
+    }
     return tables;
 }();
 
@@ -71,8 +75,9 @@ const CodePage* findSingleBytePage(std::uint32_t number) noexcept {
 
 const CodePage& singleBytePage(std::uint32_t number) {
     const CodePage* const page = findSingleBytePage(number);
-    if (page == nullptr)
+    if (page == nullptr) {
         throw host::EConvertError(host::formatMessage(u"Unknown code page %d", {number}));
+    }
     return *page;
 }
 
@@ -80,10 +85,11 @@ const CodePage& singleBytePage(std::uint32_t number) {
 std::string plainCharacterSet(std::string_view name) {
     std::string plain;
     for (const char letter : name) {
-        if (letter >= 'A' && letter <= 'Z')
+        if (letter >= 'A' && letter <= 'Z') {
             plain += static_cast<char>(letter + 0x20);
-        else if ((letter >= 'a' && letter <= 'z') || (letter >= '0' && letter <= '9'))
+        } else if ((letter >= 'a' && letter <= 'z') || (letter >= '0' && letter <= '9')) {
             plain += letter;
+        }
     }
     return plain;
 }
@@ -110,15 +116,17 @@ std::uint32_t numberOfCharacterSet(std::string_view characterSet) {
     };
     const std::string plain = plainCharacterSet(characterSet);
     for (const Family& family : families) {
-        if (!plain.starts_with(family.name))
+        if (!plain.starts_with(family.name)) {
             continue;
+        }
         std::uint32_t number = 0;
         const char* const digits = plain.data() + family.name.size();
         const char* const end = plain.data() + plain.size();
         const auto [stop, error] = std::from_chars(digits, end, number);
         const bool isNumber = error == std::errc() && stop == end;
-        if (family.numbered ? isNumber : digits == end)
+        if (family.numbered ? isNumber : digits == end) {
             return family.base + number;
+        }
     }
     return 0;
 }
@@ -126,14 +134,16 @@ std::uint32_t numberOfCharacterSet(std::string_view characterSet) {
 std::uint32_t codePageOfEnvironment() {
     for (const char* const variable : {"LC_ALL", "LC_CTYPE", "LANG"}) {
         const char* const value = std::getenv(variable);
-        if (value == nullptr || *value == '\0')
+        if (value == nullptr || *value == '\0') {
             continue;
+        }
         // language_territory.characterSet@modifier
         std::string_view locale(value);
         locale = locale.substr(0, locale.find('@'));
         const std::size_t point = locale.find('.');
-        if (point == std::string_view::npos)
+        if (point == std::string_view::npos) {
             return cNuCodePageUtf8;
+        }
         const std::uint32_t number = NuFindCodePage(locale.substr(point + 1));
         return number != 0 ? number : cNuCodePageUtf8;
     }
@@ -198,13 +208,15 @@ std::size_t narrowSingleBytes(const CodePage& page, std::u16string_view text,
 std::size_t countUnpairedSurrogates(std::u16string_view text) noexcept {
     std::size_t count = 0;
     for (std::size_t index = 0; index < text.size(); ++index) {
-        if (!host::isSurrogate(text[index]))
+        if (!host::isSurrogate(text[index])) {
             continue;
+        }
         if (host::isHighSurrogate(text[index]) && index + 1 < text.size() &&
-            host::isLowSurrogate(text[index + 1]))
+            host::isLowSurrogate(text[index + 1])) {
             ++index;
-        else
+        } else {
             ++count;
+        }
     }
     return count;
 }
@@ -214,10 +226,11 @@ std::size_t countUnpairedSurrogates(std::u16string_view text) noexcept {
 std::uint32_t NuGetSystemCodePage() noexcept { return systemCodePage(); }
 
 void NuSetSystemCodePage(std::uint32_t codePage) {
-    if (codePage == 0)
+    if (codePage == 0) {
         codePage = codePageOfEnvironment();
-    else if (codePage != cNuCodePageUtf8)
+    } else if (codePage != cNuCodePageUtf8) {
         codePage = singleBytePage(codePage).number;
+    }
     systemCodePage() = codePage;
 }
 
@@ -228,11 +241,13 @@ std::uint32_t NuFindCodePage(std::string_view characterSet) {
 }
 
 std::size_t NuWidenAnsi(std::string_view text, char16_t* units, std::uint32_t codePage) {
-    if (codePage == 0)
+    if (codePage == 0) {
         codePage = NuGetSystemCodePage();
+    }
     if (codePage == cNuCodePageUtf8) {
-        if (const std::optional<std::size_t> count = NuDecodeUtf8(text, units))
+        if (const std::optional<std::size_t> count = NuDecodeUtf8(text, units)) {
             return *count;
+        }
         codePage = codePageWindows1252;
     }
     widenSingleBytes(singleBytePage(codePage), text, units);
@@ -252,8 +267,9 @@ std::string NuWideStringToAnsiString(std::u16string_view text, std::uint32_t cod
 
 std::string NuWideStringToAnsiString(std::u16string_view text, std::uint32_t codePage,
                                      std::size_t& lost) {
-    if (codePage == 0)
+    if (codePage == 0) {
         codePage = NuGetSystemCodePage();
+    }
     if (codePage == cNuCodePageUtf8) {
         lost = countUnpairedSurrogates(text);
         return NuToUtf8(text);
@@ -278,8 +294,9 @@ std::size_t NuNarrowAnsiPrefix(std::u16string_view text, std::uint32_t codePage,
             continue;
         }
         const std::uint8_t byte = unit < firstUpper ? std::uint8_t{0} : table.find(page, unit);
-        if (byte == 0)
+        if (byte == 0) {
             break;
+        }
         bytes[count] = static_cast<char>(byte);
     }
     return count;

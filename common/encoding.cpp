@@ -1,9 +1,9 @@
 #include "common/encoding.h"
 
-#include "common/stringStream.h"
-
 #include <array>
 #include <string_view>
+
+#include "common/stringStream.h"
 
 namespace {
 
@@ -34,8 +34,9 @@ std::size_t readUpTo(host::TStream& stream, char* buffer, std::size_t count) {
     std::size_t filled = 0;
     while (filled < count) {
         const std::size_t got = stream.Read(buffer + filled, count - filled);
-        if (got == 0)
+        if (got == 0) {
             break;
+        }
         filled += got;
     }
     return filled;

@@ -14,8 +14,9 @@ class TNuCharSet {
 public:
     constexpr TNuCharSet(std::u16string_view members) noexcept {
         for (const char16_t member : members) {
-            if (member < 0x100)
+            if (member < 0x100) {
                 words_[member >> 6] |= std::uint64_t{1} << (member & 63);
+            }
         }
     }
     constexpr TNuCharSet(const char16_t* members) noexcept

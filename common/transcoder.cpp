@@ -1,11 +1,11 @@
 #include "common/transcoder.h"
 
+#include <iconv.h>
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <string>
-
-#include <iconv.h>
 
 #include "common/codePage.h"
 #include "common/simd/block.h"
@@ -63,11 +63,13 @@ TNuTranscoded transcodeEach(std::string_view bytes, char* target, std::size_t ro
         return TNuTranscoded{size - bytes.size(), static_cast<std::size_t>(target - start), stop};
     };
     while (!bytes.empty()) {
-        if (room - static_cast<std::size_t>(target - start) < longestSequence)
+        if (room - static_cast<std::size_t>(target - start) < longestSequence) {
             return result(TNuTranscoding::NeedsRoom);
+        }
         const Decoded next = decode(bytes);
-        if (next.stop != TNuTranscoding::All)
+        if (next.stop != TNuTranscoding::All) {
             return result(next.stop);
+        }
         target = writeUtf8(target, next.codePoint);
         bytes.remove_prefix(next.length);
     }
@@ -91,18 +93,23 @@ public:
     TNuTranscoded Transcode(std::string_view bytes, bool /*isLast*/, char* target,
                             std::size_t room) override {
         return transcodeEach(bytes, target, room, [this](std::string_view rest) -> Decoded {
-            if (rest.size() < 2)
+            if (rest.size() < 2) {
                 return {0, 0, TNuTranscoding::CutShort};
+            }
             const auto first = static_cast<char16_t>(unitAt(rest, 0, 2, isBigEndian_));
-            if (!host::isSurrogate(first))
+            if (!host::isSurrogate(first)) {
                 return {first, 2};
-            if (!host::isHighSurrogate(first))
+            }
+            if (!host::isHighSurrogate(first)) {
                 return {0, 0, TNuTranscoding::Malformed};
-            if (rest.size() < 4)
+            }
+            if (rest.size() < 4) {
                 return {0, 0, TNuTranscoding::CutShort};
+            }
             const auto second = static_cast<char16_t>(unitAt(rest, 2, 2, isBigEndian_));
-            if (!host::isLowSurrogate(second))
+            if (!host::isLowSurrogate(second)) {
                 return {0, 0, TNuTranscoding::Malformed};
+            }
             return {(char32_t{first} << 10) + second - 0x35FDC00, 4};
         });
     }
@@ -118,11 +125,13 @@ public:
     TNuTranscoded Transcode(std::string_view bytes, bool /*isLast*/, char* target,
                             std::size_t room) override {
         return transcodeEach(bytes, target, room, [this](std::string_view rest) -> Decoded {
-            if (rest.size() < 4)
+            if (rest.size() < 4) {
                 return {0, 0, TNuTranscoding::CutShort};
+            }
             const char32_t codePoint = unitAt(rest, 0, 4, isBigEndian_);
-            if (codePoint > 0x10FFFF || (codePoint >= 0xD800 && codePoint < 0xE000))
+            if (codePoint > 0x10FFFF || (codePoint >= 0xD800 && codePoint < 0xE000)) {
                 return {0, 0, TNuTranscoding::Malformed};
+            }
             return {codePoint, 4};
         });
     }
@@ -135,8 +144,9 @@ class PageTranscoder final : public TNuTranscoder {
 public:
     explicit PageTranscoder(std::uint32_t codePage) {
         std::array<char, 256> bytes{};
-        for (std::size_t index = 0; index < bytes.size(); ++index)
+        for (std::size_t index = 0; index < bytes.size(); ++index) {
             bytes[index] = static_cast<char>(index);
+        }
         NuWidenAnsi({bytes.data(), bytes.size()}, units_.data(), codePage);
     }
 
@@ -161,14 +171,16 @@ public:
                               [this](std::string_view left) -> Decoded {
                                   const char16_t unit =
                                       units_[static_cast<unsigned char>(left.front())];
-                                  if (unit == host::replacementCharacter)
+                                  if (unit == host::replacementCharacter) {
                                       return {0, 0, TNuTranscoding::Malformed};
+                                  }
                                   return {unit, 1};
                               });
             read += rest.Read;
             written += rest.Written;
-            if (rest.Stop != TNuTranscoding::All)
+            if (rest.Stop != TNuTranscoding::All) {
                 return {read, written, rest.Stop};
+            }
         }
         return {read, written, TNuTranscoding::All};
     }
@@ -237,20 +249,25 @@ std::unique_ptr<TNuTranscoder> createIconv(const std::string& name) {
 std::unique_ptr<TNuTranscoder> TNuTranscoder::Create(std::string_view encoding) {
     std::string name(encoding);
     std::transform(name.begin(), name.end(), name.begin(), lowerCase);
-    if (!isEncodingName(name))
+    if (!isEncodingName(name)) {
         return nullptr;
+    }
     const auto isOneOf = [&name](std::initializer_list<std::string_view> names) {
         return std::find(names.begin(), names.end(), name) != names.end();
     };
     // What these mean depends on the locale, or on the machine.
-    if (isOneOf({"char", "wchar_t", "internal", "locale"}))
+    if (isOneOf({"char", "wchar_t", "internal", "locale"})) {
         return nullptr;
-    if (isOneOf({"utf-16", "utf-16be", "utf-16le", "ucs-2", "iso-10646-ucs-2"}))
+    }
+    if (isOneOf({"utf-16", "utf-16be", "utf-16le", "ucs-2", "iso-10646-ucs-2"})) {
         return std::make_unique<Utf16Transcoder>(name != "utf-16le");
-    if (isOneOf({"utf-32", "utf-32be", "utf-32le", "ucs-4", "iso-10646-ucs-4"}))
+    }
+    if (isOneOf({"utf-32", "utf-32be", "utf-32le", "ucs-4", "iso-10646-ucs-4"})) {
         return std::make_unique<Utf32Transcoder>(name != "utf-32le");
+    }
     const std::uint32_t codePage = NuFindCodePage(name);
-    if (codePage != 0 && codePage != cNuCodePageUtf8)
+    if (codePage != 0 && codePage != cNuCodePageUtf8) {
         return std::make_unique<PageTranscoder>(codePage);
+    }
     return createIconv(codePage == cNuCodePageUtf8 ? "utf-8" : name);
 }

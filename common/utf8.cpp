@@ -1,11 +1,11 @@
 #include "common/utf8.h"
 
+#include <algorithm>
+
 #include "common/simd/block.h"
 #include "common/simd/utf8Blocks.h"
 #include "common/simd/wideBlock.h"
 #include "host/runtime/utf8Sequence.h"
-
-#include <algorithm>
 
 namespace {
 
@@ -23,8 +23,9 @@ DecodeCursor decodeAscii(DecodeCursor cursor, const unsigned char* end) noexcept
         cursor.next += blockSize;
         cursor.units += blockSize;
     }
-    while (cursor.next != end && *cursor.next < 0x80)
+    while (cursor.next != end && *cursor.next < 0x80) {
         *cursor.units++ = *cursor.next++;
+    }
     return cursor;
 }
 
@@ -47,8 +48,9 @@ DecodeCursor decodeThrees(DecodeCursor cursor, const unsigned char* end) noexcep
            isContinuation(at[2])) {
         const auto unit =
             static_cast<char16_t>((at[0] & 0x0F) << 12 | (at[1] & 0x3F) << 6 | (at[2] & 0x3F));
-        if (unit < 0x800 || host::isSurrogate(unit))
+        if (unit < 0x800 || host::isSurrogate(unit)) {
             break;
+        }
         *units++ = unit;
         at += 3;
     }
@@ -59,8 +61,9 @@ DecodeCursor decodeThrees(DecodeCursor cursor, const unsigned char* end) noexcep
 DecodeCursor decodeRuns(DecodeCursor cursor, const unsigned char* end) noexcept {
     for (;;) {
         cursor = decodeAscii(cursor, end);
-        if (cursor.next == end)
+        if (cursor.next == end) {
             return cursor;
+        }
         const unsigned char* const before = cursor.next;
         const unsigned lead = *before;
         if (lead < 0xE0) {
@@ -70,14 +73,16 @@ DecodeCursor decodeRuns(DecodeCursor cursor, const unsigned char* end) noexcept 
         } else if (const auto four = host::readUtf8Sequence(before, end); four.wellFormed) {
             cursor = {before + four.length, host::appendCodePoint(cursor.units, four.codePoint)};
         }
-        if (cursor.next == before)
+        if (cursor.next == before) {
             return cursor;
+        }
     }
 }
 
 DecodeCursor decodePrefix(DecodeCursor cursor, const unsigned char* end) noexcept {
-    if (nu::simd::hasWideBlocks())
+    if (nu::simd::hasWideBlocks()) {
         cursor = nu::decodeUtf8Blocks(cursor.next, end, cursor.units);
+    }
     return decodeRuns(cursor, end);
 }
 
@@ -125,8 +130,9 @@ TNuUtf8Prefix NuDecodeUtf8Prefix(std::string_view bytes, char16_t* units) noexce
 
 std::optional<std::size_t> NuDecodeUtf8(std::string_view bytes, char16_t* units) noexcept {
     const TNuUtf8Prefix prefix = NuDecodeUtf8Prefix(bytes, units);
-    if (prefix.Bytes != bytes.size())
+    if (prefix.Bytes != bytes.size()) {
         return std::nullopt;
+    }
     return prefix.Units;
 }
 
@@ -159,19 +165,22 @@ std::size_t NuUtf16Length(std::string_view bytes) noexcept {
 std::optional<std::u16string> NuUtf8ToWideString(std::string_view bytes) {
     std::u16string text(bytes.size(), u'\0');
     const std::optional<std::size_t> count = NuDecodeUtf8(bytes, text.data());
-    if (!count)
+    if (!count) {
         return std::nullopt;
+    }
     text.resize(*count);
     return text;
 }
 
 TNuUtf8Prefix NuDecodeUtf8Run(std::string_view bytes, bool isAll, char16_t* units) noexcept {
     const TNuUtf8Prefix wellFormed = NuDecodeUtf8Prefix(bytes, units);
-    if (wellFormed.Bytes != 0 || bytes.empty())
+    if (wellFormed.Bytes != 0 || bytes.empty()) {
         return wellFormed;
+    }
     const auto malformed = host::readUtf8Sequence(beginOf(bytes), beginOf(bytes) + bytes.size());
-    if (malformed.truncated && !isAll)
+    if (malformed.truncated && !isAll) {
         return wellFormed;
+    }
     *units = host::replacementCharacter;
     return {malformed.length, 1};
 }
@@ -201,8 +210,9 @@ std::size_t NuEncodeUtf8(std::u16string_view units, char* bytes) noexcept {
             continue;
         }
         // What is no matter of blocks goes singly, as far as a block could have gone.
-        for (std::ptrdiff_t count = 0; count < blockSize && cursor.next != end; ++count)
+        for (std::ptrdiff_t count = 0; count < blockSize && cursor.next != end; ++count) {
             cursor = encodeOne(cursor, end);
+        }
     }
     return static_cast<std::size_t>(cursor.bytes - bytes);
 }
@@ -215,8 +225,9 @@ std::string NuToUtf8(std::u16string_view units) {
     while (!units.empty()) {
         std::size_t count = std::min(pieceSize, units.size());
         // A pair stays in one piece.
-        if (count < units.size() && host::isHighSurrogate(units[count - 1]))
+        if (count < units.size() && host::isHighSurrogate(units[count - 1])) {
             --count;
+        }
         bytes.append(piece, NuEncodeUtf8(units.substr(0, count), piece));
         units.remove_prefix(count);
     }

@@ -30,8 +30,9 @@ constexpr std::array<Shuffle, 256> makeLaneShuffles() {
     for (unsigned mask = 0; mask < 256; ++mask) {
         std::size_t filled = 0;
         for (unsigned lane = 0; lane < 8; ++lane) {
-            if ((mask >> lane & 1) == 0)
+            if ((mask >> lane & 1) == 0) {
                 continue;
+            }
             table[mask][filled++] = static_cast<std::uint8_t>(2 * lane);
             table[mask][filled++] = static_cast<std::uint8_t>(2 * lane + 1);
         }
@@ -46,10 +47,12 @@ constexpr std::array<Shuffle, 256> makeSequenceShuffles() {
     for (unsigned mask = 0; mask < 256; ++mask) {
         std::size_t filled = 0;
         for (unsigned lane = 0; lane < 4; ++lane) {
-            if ((mask >> (lane + 4) & 1) != 0)
+            if ((mask >> (lane + 4) & 1) != 0) {
                 table[mask][filled++] = static_cast<std::uint8_t>(4 * lane);
-            if ((mask >> lane & 1) != 0)
+            }
+            if ((mask >> lane & 1) != 0) {
                 table[mask][filled++] = static_cast<std::uint8_t>(4 * lane + 1);
+            }
             table[mask][filled++] = static_cast<std::uint8_t>(4 * lane + 2);
         }
     }
@@ -193,8 +196,9 @@ decodeUtf8Blocks(const unsigned char* next, const unsigned char* end, char16_t* 
         const std::uint64_t asked = owed | std::uint64_t{nonAscii & ~continuations} << 1 |
                                     std::uint64_t{bits(three)} << 2 |
                                     std::uint64_t{leadsOfFour} << 3;
-        if (static_cast<unsigned>(asked) != continuations)
+        if (static_cast<unsigned>(asked) != continuations) {
             break;
+        }
         // 3. Units, and for the pairs their second places.
         PlacedUnits placed = placeUnits(first, second, third, _mm256_andnot_si256(four, three));
         unsigned kept = ~continuations;
@@ -206,8 +210,9 @@ decodeUtf8Blocks(const unsigned char* next, const unsigned char* end, char16_t* 
             placePairs(placed, previous, first, second, third);
             kept |= leadsOfFour << 1 | fourBefore;
         }
-        if (_mm256_testz_si256(placed.malformed, placed.malformed) == 0)
+        if (_mm256_testz_si256(placed.malformed, placed.malformed) == 0) {
             break;
+        }
         units = storeKept(units, placed, kept);
         owed = static_cast<unsigned>(asked >> 32);
         next += decodeBlock;
@@ -215,8 +220,9 @@ decodeUtf8Blocks(const unsigned char* next, const unsigned char* end, char16_t* 
     // A sequence that reaches beyond the last block goes back as a whole.
     if (owed != 0) {
         std::ptrdiff_t back = 1;
-        while ((next[-back] & 0xC0) == 0x80)
+        while ((next[-back] & 0xC0) == 0x80) {
             ++back;
+        }
         next -= back;
         units -= *next >= 0xF0 && back > 1 ? 2 : 1;
     }
@@ -238,8 +244,9 @@ encodeUtf8Blocks(const char16_t* next, const char16_t* end, char* bytes) noexcep
         const __m128i surrogates =
             _mm_cmpeq_epi16(_mm_and_si128(units, _mm_set1_epi16(static_cast<short>(0xF800))),
                             _mm_set1_epi16(static_cast<short>(0xD800)));
-        if (_mm_testz_si128(surrogates, surrogates) == 0)
+        if (_mm_testz_si128(surrogates, surrogates) == 0) {
             break;
+        }
         // 2. Byte 2 is the last of the sequence, or the only one; byte 1 a continuation or the lead
         //    of two; byte 0 the lead of three.
         const __m256i wide = _mm256_cvtepu16_epi32(units);

@@ -113,8 +113,9 @@ constexpr std::size_t groupSize = 128;
         before, _mm256_or_si256(_mm256_or_si256(first, second), _mm256_or_si256(third, fourth)));
     const __m256i previous = before;
     before = fourth;
-    if (_mm256_movemask_epi8(all) == 0)
+    if (_mm256_movemask_epi8(all) == 0) {
         return true;
+    }
     const __m256i found =
         _mm256_or_si256(_mm256_or_si256(faultsOf(previous, first), faultsOf(first, second)),
                         _mm256_or_si256(faultsOf(second, third), faultsOf(third, fourth)));
@@ -124,8 +125,9 @@ constexpr std::size_t groupSize = 128;
 [[gnu::target("avx2")]] bool checkByGroups(std::string_view bytes) noexcept {
     __m256i before = _mm256_setzero_si256();
     while (bytes.size() >= groupSize) {
-        if (!checkGroup(bytes.data(), before))
+        if (!checkGroup(bytes.data(), before)) {
             return false;
+        }
         bytes.remove_prefix(groupSize);
     }
     // At least one zero follows the rest, even an empty one, and breaks a sequence cut short.
@@ -154,8 +156,9 @@ bool checkByDecoding(std::string_view bytes) noexcept {
     char16_t units[pieceSize];
     while (!bytes.empty()) {
         const std::size_t decoded = NuDecodeUtf8Prefix(bytes.substr(0, pieceSize), units).Bytes;
-        if (decoded == 0)
+        if (decoded == 0) {
             return false;
+        }
         bytes.remove_prefix(decoded);
     }
     return true;
