@@ -13,9 +13,11 @@ namespace host {
 /// What stands for a malformed piece of UTF-8 and for an unpaired surrogate.
 inline constexpr char16_t replacementCharacter = 0xFFFD;
 
-/// Whether a unit of UTF-16 is half of a pair: the first one is high, the second low.
+/// Whether a unit of UTF-16 is half of a pair.
 constexpr bool isSurrogate(char16_t unit) noexcept { return (unit & 0xF800) == 0xD800; }
+/// Whether it is the first half.
 constexpr bool isHighSurrogate(char16_t unit) noexcept { return (unit & 0xFC00) == 0xD800; }
+/// Whether it is the second half.
 constexpr bool isLowSurrogate(char16_t unit) noexcept { return (unit & 0xFC00) == 0xDC00; }
 
 /// UTF-8 form of UTF-16 text. An unpaired surrogate becomes U+FFFD, so the result is always valid

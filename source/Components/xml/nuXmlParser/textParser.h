@@ -78,7 +78,6 @@ public:
     [[nodiscard]] NuXmlChar current() const noexcept { return *currPtr_; }
     [[nodiscard]] PNuXmlChar currentPlace() const noexcept { return currPtr_; }
     [[nodiscard]] bool hasEnded() const noexcept { return eof_; }
-    /// \endcond
 
 protected:
     using TNuXmlBaseParser::TNuXmlBaseParser;
@@ -90,6 +89,7 @@ protected:
     PNuXmlChar keep_ = nullptr; ///< everything before it may go when more is decoded
     MarkupBlock block_;
     TextCounter counter_;
+    /// \endcond
 
 private:
     Parser& parser() noexcept { return static_cast<Parser&>(*this); }
