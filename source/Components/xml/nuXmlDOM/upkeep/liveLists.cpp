@@ -237,35 +237,18 @@ template <class Base, LiveMembers shown> void LiveList<Base, shown>::Clear() {
 
 namespace {
 
-void reorderMembers(TNuDOMNode& owner, LiveMembers shown, const std::vector<TNuDOMNode*>& order) {
-    auto* element = as<TNuDOMElement>(&owner);
-    // 1. The child elements alone leave the tree as it is.
-    std::vector<TNuDOMElement*>* const kept = shown != LiveMembers::attributes && element != nullptr
-                                                  ? &keepElementOrder(*element)
-                                                  : nullptr;
-    if (shown == LiveMembers::childElements && kept != nullptr) {
-        std::transform(order.begin(), order.end(), kept->begin(),
+/// The order of the child elements, and of the tree when `isTree`, becomes this one.
+void reorderChildren(TNuDOMElement& element, bool isTree, const std::vector<TNuDOMNode*>& order) {
+    std::vector<TNuDOMElement*>& kept = keepElementOrder(element);
+    if (!isTree) {
+        std::transform(order.begin(), order.end(), kept.begin(),
                        [](TNuDOMNode* node) { return static_cast<TNuDOMElement*>(node); });
         return;
     }
-    // 2. The chain is taken apart and put together again; the document element stands in none.
-    if (shown == LiveMembers::attributes) {
-        NodeContext::lists(owner).attributeIndex.drop();
-        AttributeChain& attributes = ElementLinks::attributes(*element);
-        attributes.clear();
-        TNuDOMNode* last = nullptr;
-        for (TNuDOMNode* attribute : order) {
-            attributes.insertBehind(last, *attribute);
-            last = attribute;
-        }
-        return;
-    }
-    NodeChain& chain = *childrenOf(owner);
+    NodeChain& chain = *childrenOf(element);
     for (TNuDOMNode* node : order) {
-        if (element != nullptr || !is<TNuDOMElement>(*node)) {
-            chain.remove(*node);
-            chain.append(*node);
-        }
+        chain.remove(*node);
+        chain.append(*node);
     }
 }
 
@@ -273,7 +256,10 @@ void reorderMembers(TNuDOMNode& owner, LiveMembers shown, const std::vector<TNuD
 
 template <class Base, LiveMembers shown>
 void LiveList<Base, shown>::reorder(std::vector<TNuDOMNode*> order) {
-    reorderMembers(*this->Node(), shown, order);
+    // The paths to the keys begin at elements, so the members are some, and their parent is one,
+    // as a document has but one of them.
+    reorderChildren(static_cast<TNuDOMElement&>(*this->Node()), shown == LiveMembers::childNodes,
+                    order);
     index_.drop();
 }
 
