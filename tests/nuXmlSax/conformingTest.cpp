@@ -238,6 +238,11 @@ TEST(Conforming, passesPlainTextAsItDoesStepByStep) {
         "\r\n",
         "\r",
         "<p:q xmlns:p=\"u\"/>",
+        "<p:q xmlns:p=\"u\">",
+        "<p:q/>",
+        "<b p:c=\"1\" q:c=\"1\" xmlns:q=\"v\"/>",
+        "</p:q>",
+        "<b c=\"1  2\"/>",
         "<!-- -->",
         "<![CDATA[",
         "<?t d?>",
@@ -249,12 +254,16 @@ TEST(Conforming, passesPlainTextAsItDoesStepByStep) {
     std::mt19937 random(4711);
     TNuConformingOptions options;
     options.whiteSpace = cwReader;
-    for (int round = 0; round < 5'000; ++round) {
-        std::string document = "<a>";
-        for (auto count = random() % 12; count > 0; --count) {
+    for (int round = 0; round < 10'000; ++round) {
+        std::string document =
+            random() % 3 == 0 ? "<!DOCTYPE a[<!ATTLIST b c NMTOKENS #IMPLIED>]><a>" : "<a>";
+        for (auto count = random() % 24; count > 0; --count) {
             document += pieces[random() % std::size(pieces)];
         }
         document += "</a>";
+        // Nothing is taken as a whole near the end of the text.
+        document.append(random() % 2 * 100, ' ');
+        options.namespaces = random() % 4 != 0;
         Trickle source(document, 1);
         ASSERT_EQ(staged(document, options), drain(source, options)) << document;
     }

@@ -95,4 +95,56 @@ TEST(Scanner, tellsTheSameOfALargeStreamUnitByUnit) {
     }
 }
 
+/// A reader in front of which the stage has limits of its own reads what the stage made of the
+/// whole document; otherwise both go through it at once. The events and their places are the same,
+/// and so are faults; what comes before a fault was read otherwise, so that places of it do not
+/// count.
+TEST(Scanner, tellsInOnePassWhatItTellsInTwo) {
+    const auto parse = [](const std::string& bytes, TNuConformingOptions options, bool isOnePass,
+                          Positions positions, const TNuSaxLimits& limits) {
+        TNuSAXXMLReader reader;
+        const auto trace = host::makeRef<EventTrace>(positions);
+        trace->attachTo(reader);
+        options.limits.Depth -= isOnePass ? 0 : 1;
+        reader.SetConforming(options);
+        reader.SetLimits(limits);
+        host::TMemoryViewStream stream{std::string_view(bytes)};
+        trace->record([&] { reader.Parse(stream); });
+        return trace->text();
+    };
+    const std::uint64_t inputs = support::randomInputs(10'000);
+    std::size_t wellFormed = 0;
+    for (std::uint64_t seed = 0; seed < inputs; ++seed) {
+        support::Random random(seed);
+        std::string bytes = support::randomWellFormed(random);
+        if (random(2) == 0) {
+            static constexpr std::string_view marks[] = {"<", ">",     "/",    "\"",    " ",
+                                                         "&", "&amp;", "]]>",  "&#65;", "&e;",
+                                                         "a", ":",     "\x01", "é"};
+            bytes.insert(random(bytes.size()), marks[random(std::size(marks))]);
+        }
+        TNuConformingOptions options;
+        options.whiteSpace = static_cast<TNuConformingWhiteSpace>(random(3));
+        TNuSaxLimits limits;
+        if (random(4) == 0) {
+            limits = {static_cast<std::int32_t>(1 + random(9)), 1 + random(4), 1 + random(50)};
+        }
+        const bool isFaulty =
+            parse(bytes, options, false, Positions::None, {}).find("X fatal") != std::string::npos;
+        limits = isFaulty ? TNuSaxLimits() : limits;
+        wellFormed += isFaulty ? 0 : 1;
+        const Positions positions = isFaulty ? Positions::None : static_cast<Positions>(random(4));
+        // Text right before a fault may be told or not.
+        const auto told = [&](bool isOnePass) {
+            std::string text = parse(bytes, options, isOnePass, positions, limits);
+            const std::size_t fault = isFaulty ? text.find("|F") : 0;
+            const std::size_t last = text.rfind('|', fault == 0 ? 0 : fault - 1);
+            return fault != 0 && text.compare(last, 3, "|T\"") == 0 ? text.erase(last, fault - last)
+                                                                    : text;
+        };
+        ASSERT_EQ(told(true), told(false)) << "seed " << seed << ": " << bytes;
+    }
+    EXPECT_GT(wellFormed, inputs / 20);
+}
+
 } // namespace

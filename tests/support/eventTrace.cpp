@@ -137,10 +137,22 @@ std::string EventTrace::place() const {
            std::to_string(locator_->getColumnNumber());
 }
 
+std::string EventTrace::before() const {
+    switch (positions_) {
+    case Positions::None:
+        break;
+    case Positions::Events:
+        return place() + ' ';
+    case Positions::State:
+        return state() + ' ';
+    case Positions::Stream:
+        return std::to_string(dynamic_cast<TNuXmlBaseParser&>(*locator_).GetStreamPos()) + ": ";
+    }
+    return {};
+}
+
 void EventTrace::add(std::string line) {
-    lines_.push_back(positions_ == Positions::None     ? line
-                     : positions_ == Positions::Events ? place() + ' ' + line
-                                                       : state() + ' ' + line);
+    lines_.push_back(before() + line);
     if (onEvent) {
         onEvent(line);
     }

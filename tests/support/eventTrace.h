@@ -18,6 +18,7 @@ enum class Positions {
     None,
     Events, ///< "line:column " of the locator before each event
     State,  ///< the same with all that state() tells
+    Stream, ///< "position: " of the text of its source, in bytes, before each event
 };
 
 /// A handler that writes down a parse, one event a line:
@@ -79,6 +80,7 @@ public:
 
 private:
     [[nodiscard]] std::string place() const;
+    [[nodiscard]] std::string before() const;
     void add(std::string line);
     void addFault(char kind, host::ISAXParseError& error);
 

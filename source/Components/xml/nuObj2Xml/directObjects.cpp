@@ -152,7 +152,8 @@ void DirectObjects::abandonStartTag() {
     }
 }
 
-[[gnu::always_inline]] inline bool DirectObjects::endStartTag(bool isEmptyElement) {
+[[gnu::always_inline]] inline bool DirectObjects::endStartTag(bool isEmptyElement,
+                                                              const char* /*end*/) {
     if (!startElement() || (isEmptyElement && !endEmpty())) [[unlikely]] {
         abandonStartTag();
         return false;
@@ -219,7 +220,8 @@ std::u16string_view DirectObjects::className() {
 
 // Ends and texts
 
-[[gnu::always_inline]] inline bool DirectObjects::endElement(bool /*isInnermost*/) {
+[[gnu::always_inline]] inline bool DirectObjects::endElement(bool /*isInnermost*/,
+                                                             const char* /*end*/) {
     // The end of a root is for the events to see.
     if (scopes_->depth <= 1) [[unlikely]] {
         return false;

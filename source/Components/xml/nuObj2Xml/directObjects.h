@@ -65,9 +65,9 @@ private:
     [[nodiscard]] static constexpr bool addNothing() noexcept { return true; }
     bool addAttribute(Name& name, std::string_view value, const markup::PassedKinds& kinds);
     void abandonStartTag();
-    bool endStartTag(bool isEmptyElement);
+    bool endStartTag(bool isEmptyElement, const char* /*end*/);
     void endEmptyElement() noexcept { closeScopes(); }
-    bool endElement(bool isInnermost);
+    bool endElement(bool isInnermost, const char* /*end*/);
     bool addText(std::string_view text, const markup::PassedKinds& kinds);
     static constexpr bool addComment(std::string_view /*text*/, bool /*isAscii*/) noexcept {
         return true;

@@ -62,7 +62,7 @@ TNuXmlSmallStreamParser::TNuXmlSmallStreamParser(host::TStream* sourceStream,
                                                  const host::Ref<host::IErrorHandler>& errorHandler,
                                                  std::size_t windowLength, nu::TextSupply& supply)
     : TextParser(sourceStream, false, errorHandler), prefersBytes_(true),
-      windowLength_(std::max(windowLength, shortestWindow)), stepLength_(stepBetweenBytes),
+      windowLength_(std::max(windowLength, shortestWindow)), stepLength_(windowLength_),
       supply_(&supply) {
     TNuXmlBaseParser::Initialize();
     useText(noText, 0);
@@ -157,6 +157,7 @@ std::string_view TNuXmlSmallStreamParser::bytesFromHere() noexcept {
 nu::PassedBytes& TNuXmlSmallStreamParser::startPassing(std::string_view bytes) noexcept {
     // The current character was read and counts in the text before the bytes.
     passing_ = {bytes.data() + 1, bytes.data()};
+    passedFrom_ = bytes.data();
     isPassing_ = true;
     decoder_.showLast(false);
     return passing_;
@@ -204,12 +205,21 @@ void TNuXmlSmallStreamParser::continueBehindPassed() {
 /// The window begins anew with the last character that was passed, behind which the supply goes on.
 void TNuXmlSmallStreamParser::beginBehindPassed(std::ptrdiff_t counted) {
     supply_->pass(passing_.end);
+    notePassed();
+    droppedLength_ += currPtr_ - buffer_;
     auto* units = reinterpret_cast<NuXmlChar*>(memory_.data());
     counter_.passBytes(readPtr_, passing_, units + counted);
     decoder_.continueWith({passing_.end, 1});
     beginWindow();
     ++readPtr_;
     peekPtr_ = nullptr;
+}
+
+void TNuXmlSmallStreamParser::notePassed() noexcept {
+    if (passing_.end > passedFrom_) {
+        passedLength_.add({passedFrom_, passing_.end});
+        passedFrom_ = passing_.end;
+    }
 }
 
 /// Gets the next piece from the supply, if there is one; false at the end.
@@ -367,7 +377,12 @@ void TNuXmlSmallStreamParser::useText(PNuXmlChar text, std::size_t length) noexc
 
 std::int64_t TNuXmlSmallStreamParser::GetStreamPos() {
     std::int64_t length = droppedLength_ + (readPtr_ - buffer_);
-    if (supply_ == nullptr && (hasPassedBytes_ || isPassing_)) {
+    if (supply_ != nullptr) {
+        if (isPassing_) {
+            notePassed();
+        }
+        length += passedLength_.units();
+    } else if (hasPassedBytes_ || isPassing_) {
         const std::string_view text = decoder_.text();
         const char* const end = isPassing_ ? passing_.end : currentByte();
         const auto size = static_cast<std::size_t>(end - text.data());

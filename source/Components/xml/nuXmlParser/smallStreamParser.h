@@ -1,6 +1,7 @@
 #pragma once
 
 #include "common/encoding.h"
+#include "nuXmlParser/passedLength.h"
 #include "nuXmlParser/textDecoder.h"
 #include "nuXmlParser/textMemory.h"
 #include "nuXmlParser/textParser.h"
@@ -31,8 +32,7 @@ public:
                             const host::Ref<host::IErrorHandler>& errorHandler,
                             std::size_t windowLength = wholeText, bool prefersBytes = false);
     /// \cond internal
-    /// Decodes what a supply gives. The stream is only what is named as the source. Nobody may ask
-    /// for the position in the text.
+    /// Decodes what a supply gives. The stream is only what is named as the source.
     TNuXmlSmallStreamParser(host::TStream* sourceStream,
                             const host::Ref<host::IErrorHandler>& errorHandler,
                             std::size_t windowLength, nu::TextSupply& supply);
@@ -135,6 +135,7 @@ private:
     NUXML_LOCAL void markMore() noexcept;
     NUXML_LOCAL void beginWindow();
     NUXML_LOCAL void beginBehindPassed(std::ptrdiff_t counted);
+    NUXML_LOCAL void notePassed() noexcept;
     [[nodiscard]] std::size_t markRoom() const noexcept { return supply_ != nullptr ? 1 : 0; }
     [[nodiscard]] bool isSupplyPassable() const noexcept {
         return isMoreMarked_ && readPtr_ == lastPtr_ && !decoder_.hasMore();
@@ -166,6 +167,9 @@ private:
     bool isPassing_ = false;
     bool hasPassedBytes_ = false;
     std::int64_t droppedLength_ = 0; ///< characters that stood before the window
+    // Of a supply: what was passed stands before the window, too.
+    const char* passedFrom_ = nullptr; ///< what was passed last is in the length up to here
+    nu::PassedLength passedLength_;
 };
 
 inline PNuXmlChar TNuXmlSmallStreamParser::ReadRawChar() {

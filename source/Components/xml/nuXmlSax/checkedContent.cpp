@@ -18,15 +18,12 @@ CheckedName checkedName(std::string_view name, const ConformingSupply& stage) {
     checked.prefixLength = static_cast<std::uint32_t>(prefix.empty() ? 0 : prefix.size() + 1);
     // What is said of these prefixes is for the stage.
     const bool declares = isNamespaceDeclaration(name);
-    checked.elementForm =
-        prefix == declarationPrefixA || stage.changesTags(name) ? Form::Refused : Form::Plain;
+    checked.use = stage.useOfTags(name);
+    checked.elementForm = prefix == declarationPrefixA || checked.use == markup::TagUse::Looked
+                              ? Form::Refused
+                              : Form::Plain;
     checked.attributeForm = declares ? Form::Declaration : Form::Plain;
     return checked;
-}
-
-bool mayBind(std::string_view prefix, std::string_view uri) noexcept {
-    return prefix != xmlPrefixA && prefix != declarationPrefixA &&
-           (prefix.empty() || !uri.empty()) && uri != xmlNamespaceA && uri != declarationNamespaceA;
 }
 
 } // namespace nu

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -8,6 +7,7 @@
 
 #include "nuXmlParser/conforming/conformingSupply.h"
 #include "nuXmlParser/markup/plainContent.h"
+#include "nuXmlParser/markup/tagChecks.h"
 #include "nuXmlSax/namespaceList.h"
 
 namespace nu {
@@ -18,20 +18,20 @@ struct CheckedName {
 
     Form elementForm = Form::Unknown;
     Form attributeForm = Form::Unknown;
-    std::uint32_t prefixLength = 0; ///< with the colon; 0 without a prefix
-    std::uint64_t lastTag = 0;      ///< the last tag that had it as an attribute
+    markup::TagUse use = markup::TagUse::AsIs; ///< as an element
+    std::uint32_t prefixLength = 0;            ///< with the colon; 0 without a prefix
+    std::uint64_t lastTag = 0;                 ///< the last tag that had it as an attribute
 };
 
 /// Looks at a name of either kind. \param stage knows which elements have declared attributes
 [[nodiscard]] CheckedName checkedName(std::string_view name, const ConformingSupply& stage);
-/// Whether a declaration may bind its prefix, which may be empty, to a URI.
-[[nodiscard]] bool mayBind(std::string_view prefix, std::string_view uri) noexcept;
 
 /// Stands before a sink of markup::PlainContent, refuses what is not well-formed or has to be
 /// changed by the conforming stage, and tells the stage of the elements that stay open. So content
 /// is checked and taken in one pass.
 ///
-/// The names of `Sink` are CheckedNames with the `PrefixScope* scope` of their prefix.
+/// The names of `Sink` are CheckedNames with the `PrefixScope* scope` of their prefix, and it is
+/// told of the end of an element that was begun before by `bool endOuterElement(name)`.
 template <class Sink> class CheckedContent {
 public:
     using Name = typename Sink::Name;
@@ -52,9 +52,6 @@ public:
 
 private:
     friend class markup::PlainContent<CheckedContent>;
-
-    /// Tags that have more names with prefixes are not plain.
-    static constexpr std::size_t mostPrefixed = 16;
 
     struct Element {
         Name* name;
@@ -92,8 +89,8 @@ private:
                 return false;
             }
         }
-        ++tag_;
-        prefixedCount_ = 0;
+        checks_.begin();
+        use_ = name.use;
         elements_.push_back({&name, less});
         if (!sink_.startTag(name, less)) [[unlikely]] {
             elements_.pop_back();
@@ -108,15 +105,15 @@ private:
                 return false;
             }
         }
-        if (name.lastTag == tag_) [[unlikely]] {
+        if (!checks_.add(name)) [[unlikely]] {
             return false;
         }
-        name.lastTag = tag_;
-        if (name.prefixLength != 0 && name.attributeForm == CheckedName::Form::Plain) {
-            if (prefixedCount_ == mostPrefixed) {
-                return false;
-            }
-            prefixed_[prefixedCount_++] = &name;
+        if (use_ == markup::TagUse::SpaceCounts && value.find(' ') != value.npos) [[unlikely]] {
+            return false;
+        }
+        if (name.prefixLength != 0 && name.attributeForm == CheckedName::Form::Plain &&
+            !checks_.addPrefixed(name)) [[unlikely]] {
+            return false;
         }
         return sink_.addAttribute(name, value, kinds);
     }
@@ -124,15 +121,14 @@ private:
         dropInnermost();
         sink_.abandonStartTag();
     }
-    [[gnu::always_inline]] bool endStartTag(bool isEmptyElement) {
+    [[gnu::always_inline]] bool endStartTag(bool isEmptyElement, const char* end) {
         // The declarations of the tag count for all names in it.
-        const Name& name = *elements_.back().name;
-        if ((name.prefixLength != 0 || prefixedCount_ != 0) && !arePrefixesPlain(name))
-            [[unlikely]] {
+        const auto isDeclared = [](const Name& name) { return name.scope->newest() != nullptr; };
+        if (!checks_.arePrefixesPlain(*elements_.back().name, isDeclared)) [[unlikely]] {
             abandonStartTag();
             return false;
         }
-        if (!sink_.endStartTag(isEmptyElement)) [[unlikely]] {
+        if (!sink_.endStartTag(isEmptyElement, end)) [[unlikely]] {
             dropInnermost();
             return false;
         }
@@ -142,15 +138,20 @@ private:
         sink_.endEmptyElement();
         dropInnermost();
     }
-    [[gnu::always_inline]] bool endElement(bool isInnermost) {
-        if (!sink_.endElement(isInnermost)) [[unlikely]] {
+    [[gnu::always_inline]] bool endElement(bool isInnermost, const char* end) {
+        if (elements_.empty()) [[unlikely]] {
+            // The name as it stands in the text, which stays there.
+            const std::size_t size = stage_->innermost().size();
+            if (!sink_.endOuterElement({end - size, size})) {
+                return false;
+            }
+            stage_->closeElement();
+            return true;
+        }
+        if (!sink_.endElement(isInnermost, end)) [[unlikely]] {
             return false;
         }
-        if (elements_.empty()) [[unlikely]] {
-            stage_->closeElement();
-        } else {
-            dropInnermost();
-        }
+        dropInnermost();
         return true;
     }
 
@@ -159,6 +160,7 @@ private:
             const CheckedName checked = checkedName(name.text, *stage_);
             name.elementForm = checked.elementForm;
             name.attributeForm = checked.attributeForm;
+            name.use = checked.use;
             name.prefixLength = checked.prefixLength;
         }
         return form == CheckedName::Form::Plain;
@@ -174,28 +176,6 @@ private:
         }
         declarations_.push_back({elements_.size(), prefix, uri});
         return true;
-    }
-    /// Whether all prefixes are declared, and no two attributes can have the same name in the same
-    /// namespace.
-    [[nodiscard]] bool arePrefixesPlain(const Name& element) const noexcept {
-        const auto isDeclared = [](const Name& name) { return name.scope->newest() != nullptr; };
-        if (element.prefixLength != 0 && !isDeclared(element)) {
-            return false;
-        }
-        for (std::size_t index = 0; index < prefixedCount_; ++index) {
-            if (!isDeclared(*prefixed_[index])) {
-                return false;
-            }
-            for (std::size_t before = 0; before < index; ++before) {
-                if (localName(*prefixed_[before]) == localName(*prefixed_[index])) {
-                    return false;
-                }
-            }
-        }
-        return true;
-    }
-    static std::string_view localName(const Name& name) noexcept {
-        return name.text.substr(name.prefixLength);
     }
     [[gnu::always_inline]] void dropInnermost() noexcept {
         while (!declarations_.empty() && declarations_.back().depth == elements_.size())
@@ -215,12 +195,12 @@ private:
 
     Sink& sink_;
     ConformingSupply* stage_ = nullptr;
-    std::uint64_t tag_ = 0; ///< the number of the tag at hand
+    // Of the tag at hand.
+    markup::TagChecks<Name> checks_;
+    markup::TagUse use_ = markup::TagUse::AsIs;
     std::vector<Element>
         elements_; ///< those that were begun here and are open, and the tag at hand
     std::vector<Declaration> declarations_;
-    std::array<Name*, mostPrefixed> prefixed_{}; ///< attributes of the tag at hand
-    std::size_t prefixedCount_ = 0;
 };
 
 } // namespace nu

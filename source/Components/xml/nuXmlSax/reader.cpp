@@ -20,6 +20,7 @@
 #include "nuXmlParser/smallStreamParser.h"
 #include "nuXmlSax/eventHandlers.h"
 #include "nuXmlSax/messages.h"
+#include "nuXmlSax/plainEvents.h"
 #include "nuXmlSax/properties.h"
 #include "nuXmlSax/scanAttributes.h"
 #include "nuXmlSax/scanDocument.h"
@@ -223,13 +224,49 @@ void TNuSAXXMLReader::scan(Source* newSource, std::unique_ptr<host::TStream> own
     nu::SaxScanner<Source>(*this, *source).scanDocument();
 }
 
-/// Checks a document in memory and takes it in one pass, where everything that was taken can be
-/// undone. False, with nothing done, where that is not so, or where anything is wrong: it is then
-/// told as it always is, by whoever goes through the document the other way.
+/// Checks a document in memory and reads it in the same pass. False, with nothing done, where that
+/// cannot be.
 bool TNuSAXXMLReader::parseInOnePass(host::TStream& stream) {
     // Limits of the stage count what it passes itself.
-    if (directContent_ == nullptr || !directContent_->canUndo() || !conforming_->namespaces ||
-        !(conforming_->limits == TNuSaxLimits())) {
+    if (!conforming_->namespaces || !(conforming_->limits == TNuSaxLimits())) {
+        return false;
+    }
+    return (directContent_ != nullptr && takeInOnePass(stream)) ||
+           (directContent_ == nullptr && tellInOnePass(stream));
+}
+
+/// Tells events, up to a fault where there is one.
+bool TNuSAXXMLReader::tellInOnePass(host::TStream& stream) {
+    // Behind a fault that is passed on nothing is checked.
+    if (conforming_->onFault == cfPassOn) {
+        return false;
+    }
+    nu::ConformingSupply stage(restInMemory(stream), *conforming_);
+    if (!stage.open()) {
+        return false;
+    }
+    nu::PlainEvents events(*this);
+    directContent_ = &events;
+    stage_ = &stage;
+    const auto endPass = [&] {
+        directContent_ = nullptr;
+        stage_ = nullptr;
+        sourceForm_ = stage.form();
+    };
+    try {
+        scan(new TNuXmlSmallStreamParser(&stream, errorHandler_, windowLength, stage), nullptr);
+    } catch (...) {
+        endPass();
+        throw;
+    }
+    endPass();
+    return true;
+}
+
+/// Lets a document be taken, if everything that was taken can be undone. Where anything is wrong it
+/// is, and what is wrong is told with the events.
+bool TNuSAXXMLReader::takeInOnePass(host::TStream& stream) {
+    if (!directContent_->canUndo()) {
         return false;
     }
     // 1. Nobody hears of anything yet.

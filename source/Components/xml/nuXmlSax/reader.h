@@ -27,6 +27,7 @@ class ENuXmlFault;
 namespace nu {
 class ConformingSupply;
 class DirectContent;
+class PlainEvents;
 template <class Source> class SaxScanner;
 } // namespace nu
 
@@ -169,6 +170,7 @@ public:
     std::int32_t _Release() noexcept override;
 
 private:
+    friend class nu::PlainEvents;
     template <class Source> friend class nu::SaxScanner;
 
     NUXML_LOCAL void parse(std::unique_ptr<host::TStream> owned, host::TStream* stream,
@@ -178,6 +180,8 @@ private:
     NUXML_LOCAL void parseBehindStage(host::TStream& stream);
     NUXML_LOCAL void parseInMemory(host::TStream& stream);
     NUXML_LOCAL bool parseInOnePass(host::TStream& stream);
+    NUXML_LOCAL bool takeInOnePass(host::TStream& stream);
+    NUXML_LOCAL bool tellInOnePass(host::TStream& stream);
     NUXML_LOCAL bool parseWhole(host::TStream& stream);
     NUXML_LOCAL void parseInBlocks(host::TStream& stream);
     NUXML_LOCAL void enterStage();

@@ -72,12 +72,15 @@ template <class Source> void SaxScanner<Source>::scanContent() {
     while (!source_.hasEnded()) {
         // 1. As far as it goes the plain way.
         if constexpr (Source::hasTextAtHand) {
-            if (readsDirectly()) {
+            const bool isDirect = readsDirectly();
+            if (isDirect) {
                 readDirectly();
-            } else {
+            }
+            // What the conforming stage made of the bytes is as plain as any other text.
+            if (!isDirect || reader_.stage_ != nullptr) {
                 scanPlainContent();
             }
-            if (!readsDirectly() && needsMoreText() && source_.extendWindow()) {
+            if (needsMoreText() && (isDirect ? stayInPlace() : source_.extendWindow())) {
                 continue;
             }
         }
@@ -122,10 +125,16 @@ template <class Source> void SaxScanner<Source>::readDirectly() {
                 source_.continueBehindPassed();
             }
         }
-        if (needsMoreText()) {
-            source_.stayInPlace();
-        }
     }
+}
+
+/// Where bytes are read directly the rest of the text is not decoded for a tag. False: there is
+/// nothing new to look at.
+template <class Source> bool SaxScanner<Source>::stayInPlace() {
+    if constexpr (Source::hasBytesAtHand) {
+        source_.stayInPlace();
+    }
+    return false;
 }
 
 /// A tag that is not plain, or not all there, is scanned with the whole rest of the text at hand,

@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "host/runtime/format.h"
+#include "nuXmlSax/attributesEnd.h"
 #include "nuXmlSax/messages.h"
 #include "nuXmlSax/scanner.h"
 
@@ -58,17 +59,8 @@ template <class Source> void SaxScanner<Source>::scanStartTag() {
 template <class Source>
 inline void SaxScanner<Source>::reportElementStart(std::u16string_view uri, const Name& name,
                                                    TNuSAXAttributes& attributes) {
-    /// The attributes are spans of the buffer: whoever keeps them has an empty list afterwards.
-    struct End {
-        TNuSAXAttributes& attributes;
-        ~End() {
-            if (attributes.RefCount() != 1) {
-                attributes.Clear();
-            }
-        }
-    };
     if (content() != nullptr) {
-        const End end{attributes};
+        const AttributesEnd end(attributes);
         content()->startElement(uri, name.localName(), name.qName(), attributes);
     }
 }

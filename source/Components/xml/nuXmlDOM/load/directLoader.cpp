@@ -240,7 +240,8 @@ void DirectLoader::abandonStartTag() noexcept {
     NodeMemory::destroySubtree(*element_);
 }
 
-[[gnu::always_inline]] inline bool DirectLoader::endStartTag(bool isEmptyElement) {
+[[gnu::always_inline]] inline bool DirectLoader::endStartTag(bool isEmptyElement,
+                                                             const char* /*end*/) {
     if (isHeard_ && elementName_->hasColon() && elementName_->scope->newest() == nullptr)
         [[unlikely]] {
         abandonStartTag();
@@ -267,7 +268,7 @@ void DirectLoader::abandonStartTag() noexcept {
 
 // Ends and texts
 
-[[gnu::always_inline]] inline bool DirectLoader::endElement(bool isInnermost) {
+[[gnu::always_inline]] inline bool DirectLoader::endElement(bool isInnermost, const char* /*end*/) {
     // The end of a root is for the handler to see.
     if (scopes_->depth <= 1 || (!isInnermost && asksForEnds_)) [[unlikely]] {
         return false;

@@ -61,9 +61,10 @@ private:
     [[nodiscard]] bool addNothing() const noexcept { return !isHeard_; }
     bool addAttribute(Name& name, std::string_view value, const markup::PassedKinds& kinds);
     void abandonStartTag() noexcept;
-    bool endStartTag(bool isEmptyElement);
+    bool endStartTag(bool isEmptyElement, const char* /*end*/);
     void endEmptyElement() noexcept {} // its start tag has done that
-    bool endElement(bool isInnermost);
+    bool endElement(bool isInnermost, const char* /*end*/);
+    bool endOuterElement(std::string_view /*name*/) { return endElement(true, nullptr); }
     bool addText(std::string_view text, const markup::PassedKinds& kinds);
     bool addComment(std::string_view text, bool isAscii);
     template <class Node> void append(std::string_view text, bool isAscii);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "common/textHash.h"
+#include "nuXmlParser/markup/tagName.h"
 
 namespace nu {
 
@@ -24,9 +25,13 @@ struct AttributeDeclaration {
 class ElementDeclaration {
 public:
     void declare(AttributeDeclaration attribute);
-    /// Whether tags of the element go out as they stand: there are no defaults, and all values are
-    /// of type CDATA.
-    [[nodiscard]] bool changesNothing() const noexcept { return defaults_.empty() && !hasTokens_; }
+    /// Defaults may have to be added to any tag, and values of other types than CDATA change where
+    /// they hold spaces.
+    [[nodiscard]] markup::TagUse use() const noexcept {
+        return !defaults_.empty() ? markup::TagUse::Looked
+               : hasTokens_       ? markup::TagUse::SpaceCounts
+                                  : markup::TagUse::AsIs;
+    }
     [[nodiscard]] const AttributeDeclaration* find(std::string_view name) const noexcept {
         const auto found = places_.find(name);
         return found == places_.end() ? nullptr : &attributes_[found->second];
@@ -81,5 +86,12 @@ inline void ElementDeclaration::declare(AttributeDeclaration attribute) {
 /// What attribute lists declare, by element type.
 using ElementDeclarations =
     std::unordered_map<std::string, ElementDeclaration, TextHash, std::equal_to<>>;
+
+/// What they mean to tags of one type.
+[[nodiscard]] inline markup::TagUse useOfTags(const ElementDeclarations& declarations,
+                                              std::string_view element) {
+    const auto found = declarations.find(element);
+    return found == declarations.end() ? markup::TagUse::AsIs : found->second.use();
+}
 
 } // namespace nu

@@ -1,5 +1,6 @@
 #include "nuXmlParser/conforming/conformingSupply.h"
 
+#include <algorithm>
 #include <cstddef>
 
 namespace nu {
@@ -31,9 +32,17 @@ std::string_view ConformingSupply::next() {
         isLessGiven_ = true;
         return "<";
     }
-    // 2. Something, or the end.
-    while (output_.text().empty() && !hasEnded_) {
-        hasEnded_ = !normaliser_->runStep();
+    // 2. Something, or the end. What came before a fault is given first.
+    while (output_.text().empty() && !hasEnded_ && !failure_) {
+        try {
+            hasEnded_ = !run();
+        } catch (const ENuXmlFault&) {
+            failure_ = std::current_exception();
+            normaliser_->texts().write();
+        }
+    }
+    if (output_.text().empty() && failure_) {
+        std::rethrow_exception(failure_);
     }
     given_ = output_.text().size();
     const std::string_view piece = output_.text().substr(isLessGiven_ ? 1 : 0);
@@ -41,11 +50,22 @@ std::string_view ConformingSupply::next() {
     return piece;
 }
 
+bool ConformingSupply::run() {
+    constexpr std::ptrdiff_t cost = 512; // of a step, in bytes that could be passed meanwhile
+    constexpr std::size_t blockSize = 16 * 1024;
+    gain_ -= cost;
+    if (gain_ > 0) {
+        return normaliser_->runStep();
+    }
+    gain_ = mostGain;
+    return normaliser_->runBlock(blockSize);
+}
+
 bool ConformingSupply::promisesMore() const noexcept { return !hasEnded_; }
 
 std::string_view ConformingSupply::textFrom(NuXmlChar last) const noexcept {
     const TextStack& texts = normaliser_->texts();
-    if (hasEnded_ || !normaliser_->mayPassPlain()) {
+    if (hasEnded_ || failure_ || !normaliser_->mayPassPlain()) {
         return {};
     }
     // What comes from an entity or was changed is no text to pass by, but behind a tag it goes on.
@@ -64,6 +84,7 @@ std::string_view ConformingSupply::moreFrom(const char* place) {
 
 void ConformingSupply::pass(const char* end) {
     isLessGiven_ = *end == '<';
+    gain_ = std::min(gain_ + (end - normaliser_->texts().place), mostGain);
     normaliser_->passTo(isLessGiven_ ? end : end + 1);
 }
 

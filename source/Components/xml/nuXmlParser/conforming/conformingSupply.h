@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <exception>
 #include <optional>
 #include <string_view>
 
@@ -14,7 +15,8 @@
 namespace nu {
 
 /// The conforming stage for a reader that passes plain content by itself: the stage makes no more
-/// than what is not plain, a step at a time, and is told of the elements that went past it.
+/// than what is not plain, a step at a time, and is told of the elements that went past it. Where
+/// little is plain it makes a block at once.
 class ConformingSupply final : public TextSupply {
 public:
     /// \param text in memory, where it stays unchanged
@@ -35,9 +37,9 @@ public:
 
     /// More of the text from a place on than showed; empty where enough shows, or nothing more can.
     [[nodiscard]] std::string_view moreFrom(const char* place);
-    /// Whether tags of an element of that name may have to be changed.
-    [[nodiscard]] bool changesTags(std::string_view element) const {
-        return normaliser_->tags().changesTags(element);
+    /// What becomes of tags of an element of that name.
+    [[nodiscard]] markup::TagUse useOfTags(std::string_view element) const {
+        return normaliser_->tags().useOfTags(element);
     }
     /// The name of the innermost element of those that are told.
     [[nodiscard]] std::string_view innermost() const noexcept { return normaliser_->innermost(); }
@@ -53,14 +55,21 @@ public:
     void closeElement() noexcept { normaliser_->tags().closePassed(); }
 
 private:
+    static constexpr std::ptrdiff_t mostGain = 2048;
+
+    [[nodiscard]] bool run();
+
     TNuConformingOptions options_;
     SourceText source_;
     OutputText output_;
     TNuSourceForm form_;
     std::optional<Normaliser> normaliser_;
-    std::size_t given_ = 0;    ///< of the output
+    std::size_t given_ = 0; ///< of the output
+    /// Bytes that were passed, less what they would have to be for steps between them to pay.
+    std::ptrdiff_t gain_ = mostGain;
     bool isLessGiven_ = false; ///< the "<" of the markup that comes next
     bool hasEnded_ = false;
+    std::exception_ptr failure_; ///< thrown when everything before it was given
 };
 
 } // namespace nu

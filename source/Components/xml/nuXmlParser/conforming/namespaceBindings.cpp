@@ -5,6 +5,11 @@
 
 namespace nu {
 
+bool mayBind(std::string_view prefix, std::string_view uri) noexcept {
+    return prefix != xmlPrefixA && prefix != declarationPrefixA &&
+           (prefix.empty() || !uri.empty()) && uri != xmlNamespaceA && uri != declarationNamespaceA;
+}
+
 void NamespaceBindings::bind(std::string_view prefix, std::string_view uri, std::size_t depth) {
     if (2 * (count_ + 1) > slots_.size()) {
         grow();

@@ -9,6 +9,9 @@
 
 namespace nu {
 
+/// Whether a declaration may bind its prefix, which may be empty, to a URI.
+[[nodiscard]] bool mayBind(std::string_view prefix, std::string_view uri) noexcept;
+
 /// The namespaces that prefixes are bound to, innermost element first. A look-up takes the same
 /// time however many declarations are in scope.
 class NamespaceBindings {

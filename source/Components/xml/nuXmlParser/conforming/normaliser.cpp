@@ -1,15 +1,11 @@
 #include "nuXmlParser/conforming/normaliser.h"
 
-#include <algorithm>
 #include <cstddef>
-#include <utility>
 
 #include "host/runtime/format.h"
 #include "nuXmlParser/conforming/conformingMessages.h"
 #include "nuXmlParser/conforming/xmlDeclaration.h"
 #include "nuXmlParser/conforming/xmlNames.h"
-#include "nuXmlParser/markup/plainTag.h"
-#include "nuXmlParser/markup/textStop.h"
 
 namespace nu {
 
@@ -20,6 +16,8 @@ Normaliser::Normaliser(SourceText& source, OutputText& output, const TNuConformi
       entities_(texts_, {options.amplification, options.amplificationFrom}, !options.keepLines,
                 options.namespaces),
       tags_(texts_, elements_, entities_, limits_, options.namespaces),
+      watch_(source, output, texts_, elements_, tags_.bindings()),
+      plain_(texts_, elements_, tags_.memory(), watch_, limits_, options.namespaces, passesSpace()),
       markup_(texts_, limits_, reader, options.namespaces),
       documentType_(texts_, entities_, tags_.declarations, markup_, limits_, form,
                     options.namespaces) {}
@@ -32,11 +30,10 @@ bool Normaliser::run(std::size_t enough) {
             return true;
         }
         passPlain();
-        if (!isTaken_ && !hasEnded_) {
+        if (!watch_.isTaken() && !hasEnded_) {
             step();
         }
-        if (isTaken_) {
-            isTaken_ = false;
+        if (watch_.takeTaken()) {
             return true;
         }
     }
@@ -59,96 +56,10 @@ bool Normaliser::runStep() {
     return !hasEnded_;
 }
 
-void Normaliser::setWatch(ElementWatch& watch) noexcept {
-    watch_ = &watch;
-    output_.discard();
-}
-
-/// Passes tags and text that need no change, as nearly all, one after the other; stops before
-/// anything else. What it passes means the same to step().
-void Normaliser::passPlain() {
-    if (!mayPassPlain() ||
-        texts_.end - texts_.place <= static_cast<std::ptrdiff_t>(markup::reach)) {
-        return;
-    }
-    const char* const begin = texts_.place;
-    const char* const limit = texts_.end - markup::reach;
-    const char* behindMarkup = begin;
-    const char* place = begin;
-    for (;;) {
-        // 1. Text up to the next "<".
-        const char* passed = place;
-        const char* const less = *place == '<' ? place : findPlainTextEnd(place, limit, passed);
-        if (less == nullptr) {
-            place = passed;
-            break;
-        }
-        place = less;
-        // 2. An end tag of the innermost element, or a start tag.
-        if (less > limit) {
-            break;
-        }
-        const bool isEnd = less[1] == '/';
-        const char* tagEnd = nullptr;
-        if (!isEnd) {
-            tagEnd = tags_.readPlainStartTag(less, limit);
-        } else if (elements_.depth() > 1) {
-            tagEnd = tags_.passPlainEndTag(less);
-        }
-        if (tagEnd == nullptr) {
-            break;
-        }
-        if (!isEnd) {
-            if (watch_ != nullptr && isSought(tags_.plainName(), less)) [[unlikely]] {
-                texts_.place = less;
-                useElement(tags_.plainName());
-                if (hasEnded_) {
-                    break;
-                }
-            }
-            tags_.enterPlain(less);
-        }
-        place = behindMarkup = tagEnd;
-        // 3. It may have ended what somebody asked about.
-        if (elements_.depth() < usedDepth_) [[unlikely]] {
-            texts_.place = place;
-            endElement();
-            if (isTaken_) {
-                break;
-            }
-        }
-    }
-    // 4. What stands before that, which is not plain, is text that was looked at.
-    if (place != begin) {
-        texts_.place = place;
-        if (behindMarkup != begin) {
-            beginText();
-        }
-        if (place != behindMarkup) {
-            noteText();
-        }
-    }
-}
-
-/// The "<" behind text that goes out as it is; null where something else comes first. The first ">"
-/// behind a tag, "]]>", CR, references but the five that need no declaration, and white space alone
-/// that a reader would drop are for passText(), from `passed` on: what was looked at is not looked
-/// at again for each reference in it.
-const char* Normaliser::findPlainTextEnd(const char* place, const char* limit,
-                                         const char*& passed) const noexcept {
-    const char* stop = findTextStop(place, texts_.end);
-    if (isSpace(*place) && !passesPlainText() && std::all_of(place, stop, isSpace)) {
-        return nullptr;
-    }
-    while (stop <= limit && *stop == '&') {
-        const char* const behind = markup::skipPlainReference(stop);
-        if (behind == nullptr) {
-            return nullptr;
-        }
-        passed = behind;
-        stop = findTextStop(behind, texts_.end);
-    }
-    return stop != texts_.end && *stop == '<' ? stop : nullptr;
+bool Normaliser::runBlock(std::size_t enough) {
+    const bool isMore = run(enough);
+    texts_.write();
+    return isMore;
 }
 
 void Normaliser::step() {
@@ -249,7 +160,7 @@ void Normaliser::passMarkup() {
     switch (texts_.place[1]) {
     case '/':
         tags_.passEndTag();
-        endElement();
+        watch_.endElement(texts_.place);
         break;
     case '?':
         markup_.beginInstruction();
@@ -269,44 +180,15 @@ void Normaliser::passMarkup() {
 
 void Normaliser::passStartTag() {
     tags_.readStartTag();
-    if (watch_ != nullptr && isSought(tags_.name(), texts_.place)) {
-        useElement(tags_.name());
-        if (hasEnded_) {
+    if (watch_.isSought(tags_.name(), texts_.place)) {
+        watch_.use(tags_.name());
+        if (watch_.hasStopped()) {
+            hasEnded_ = true;
             return;
         }
     }
     tags_.passStartTag();
-    endElement();
-}
-
-/// The start tag that was read at the place of the text is that of an element that is sought.
-void Normaliser::useElement(std::string_view name) {
-    const std::size_t depth = elements_.depth() + 1;
-    const ElementUse use =
-        watch_->use({depth, texts_.offsetOf(texts_.place), source_, tags_.bindings(), elements_});
-    if (use == ElementUse::Stop) {
-        hasEnded_ = true;
-        return;
-    }
-    usedDepth_ = depth;
-    texts_.write();
-    if (use == ElementUse::Take) {
-        output_.keep();
-        texts_.insert(texts_.place + 1 + name.size(), watch_->insertion());
-    }
-    owner_ = std::exchange(watch_, nullptr);
-}
-
-/// What was asked about ends with the tag that was passed, if that is its own.
-void Normaliser::endElement() {
-    if (elements_.depth() >= usedDepth_) {
-        return;
-    }
-    texts_.write();
-    isTaken_ = !output_.isDiscarding();
-    output_.discard();
-    watch_ = std::exchange(owner_, nullptr);
-    usedDepth_ = 0;
+    watch_.endElement(texts_.place);
 }
 
 void Normaliser::passDeclarationMarkup() {

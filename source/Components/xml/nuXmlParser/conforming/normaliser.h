@@ -11,10 +11,12 @@
 #include "nuXmlParser/conforming/limitRules.h"
 #include "nuXmlParser/conforming/markupRules.h"
 #include "nuXmlParser/conforming/openElements.h"
+#include "nuXmlParser/conforming/plainRules.h"
 #include "nuXmlParser/conforming/sourceForm.h"
 #include "nuXmlParser/conforming/sourceText.h"
 #include "nuXmlParser/conforming/tagRules.h"
 #include "nuXmlParser/conforming/textStack.h"
+#include "nuXmlParser/conforming/watchRules.h"
 
 namespace nu {
 
@@ -33,7 +35,7 @@ public:
     bool run(std::size_t enough);
     /// Writes from now on only what `watch` takes, and run() comes back as well at the end of each
     /// element that is taken: all of it is written then, and nothing else.
-    void setWatch(ElementWatch& watch) noexcept;
+    void setWatch(ElementWatch& watch) noexcept { watch_.set(watch); }
     [[nodiscard]] TextStack& texts() noexcept { return texts_; }
     [[nodiscard]] const TextStack& texts() const noexcept { return texts_; }
 
@@ -42,6 +44,8 @@ public:
     /// Goes on, mostly by one step, to where plain content may follow, and writes it; false at the
     /// end of the document.
     bool runStep();
+    /// Goes on until about so many bytes are written, whatever may follow then; false at the end.
+    bool runBlock(std::size_t enough);
     /// Whether what follows may be passed by.
     [[nodiscard]] bool mayPassPlain() const noexcept {
         return elements_.depth() > 0 && !texts_.isInEntity() && !texts_.hasBreaks() &&
@@ -59,18 +63,19 @@ public:
 private:
     void begin();
     void step();
-    void passPlain();
-    [[nodiscard]] const char* findPlainTextEnd(const char* place, const char* limit,
-                                               const char*& passed) const noexcept;
+    /// Goes over what needs no change, as nearly all.
+    void passPlain() {
+        // Behind a part of a text the rest goes step by step.
+        const bool isAtMarkup = texts_.place != texts_.end && *texts_.place == '<';
+        if (mayPassPlain() && (isTextFirst_ || isAtMarkup) && plain_.pass()) {
+            beginText();
+        }
+        hasEnded_ = watch_.hasStopped();
+    }
     void finish();
     void passXmlDeclaration();
     void passMarkup();
     void passStartTag();
-    [[nodiscard]] bool isSought(std::string_view name, const char* less) {
-        return watch_->seeks(name, elements_.depth() + 1, texts_.offsetOf(less));
-    }
-    void useElement(std::string_view name);
-    void endElement();
     void passDeclarationMarkup();
     void passOutside();
     void passEntityEnd();
@@ -81,8 +86,8 @@ private:
     bool passTextEnd(const char* end);
     bool passCarriageReturn(const char*& at);
     void passReference();
-    /// Whether white space alone may go out as it is.
-    [[nodiscard]] bool passesPlainText() const noexcept {
+    /// Whether white space alone goes out as it is.
+    [[nodiscard]] bool passesSpace() const noexcept {
         return reader_ == ReaderForm::Told || options_.whiteSpace == cwReader;
     }
     bool passSpaceRun();
@@ -109,13 +114,10 @@ private:
     TextStack texts_;
     EntityRules entities_;
     TagRules tags_;
+    WatchRules watch_;
+    PlainRules plain_;
     MarkupRules markup_;
     DocumentTypeRules documentType_;
-
-    ElementWatch* watch_ = nullptr; ///< null inside of what it was asked about
-    ElementWatch* owner_ = nullptr; ///< of the element that it was asked about
-    std::size_t usedDepth_ = 0;     ///< of that element; 0 outside of any
-    bool isTaken_ = false;          ///< an element that was taken has just ended
 
     bool hasBegun_ = false;
     bool hasEnded_ = false;

@@ -10,25 +10,6 @@
 
 namespace nu {
 
-namespace {
-
-/// Whether that is so for some of a few names with prefixes.
-bool haveEqualLocalNames(std::span<markup::TagName* const> names) noexcept {
-    const auto localName = [](const markup::TagName* name) {
-        return name->text.substr(name->prefixLength);
-    };
-    for (std::size_t index = 1; index < names.size(); ++index) {
-        for (std::size_t before = 0; before < index; ++before) {
-            if (localName(names[before]) == localName(names[index])) {
-                return true;
-            }
-        }
-    }
-    return false;
-}
-
-} // namespace
-
 /// Reads a tag that begins at the place of the text, as a whole.
 template <class Read> void TagRules::complete(Read&& read, std::u16string_view cutShort) {
     TagText::Result result = read();
@@ -56,37 +37,16 @@ template <class Read> void TagRules::complete(Read&& read, std::u16string_view c
     }
 }
 
-/// Whether the prefix of a name that was checked before is declared.
-bool TagRules::isDeclared(markup::TagName& name) const noexcept {
-    if (name.scope != bindings_.scope()) {
-        if (name.scope == 0 ||
-            bindings_.find(name.text.substr(0, name.prefixLength - 1)) == nullptr) {
-            return false;
-        }
-        name.scope = bindings_.scope();
-    }
-    return true;
-}
-
-/// Whether the prefixes of a plain tag are declared, and no two of its attributes can have the same
-/// name in the same namespace.
-bool TagRules::areKnownPrefixes() noexcept {
-    const std::span<markup::TagName* const> names = plain_.prefixed();
-    return std::all_of(names.begin(), names.end(),
-                       [this](markup::TagName* name) { return isDeclared(*name); }) &&
-           !haveEqualLocalNames(names.subspan(names.front() == &plain_.element() ? 1 : 0));
-}
-
 void TagRules::forgetNames() noexcept {
     elements_.forgetNames();
-    plain_.forget();
+    memory_.guess.leave(nullptr);
     declaredName_ = nullptr;
-    names_.clear();
+    memory_.names.clear();
 }
 
 void TagRules::readStartTag() {
     // 1. The tag as it stands.
-    if (names_.areTooMany(elements_.depth() * sizeof(markup::TagName))) {
+    if (memory_.names.areTooMany(elements_.depth() * sizeof(markup::TagName))) {
         forgetNames();
     }
     complete([this] { return tag_.readStartTag(texts_.place, texts_.end); },
@@ -108,11 +68,11 @@ void TagRules::passStartTag() {
         writeStartTag();
     }
     if (tag_.isEmptyElement) {
-        bindings_.unbind(depth);
-        plain_.leave(tag_.known);
+        memory_.bindings.unbind(depth);
+        memory_.guess.leave(tag_.known);
     } else {
         elements_.open(*tag_.known, texts_.offsetOf(texts_.place));
-        plain_.enter(*tag_.known);
+        memory_.guess.enter(*tag_.known);
     }
     texts_.place = tag_.end;
 }
@@ -226,6 +186,7 @@ void TagRules::applyNamespaces() {
             const TagAttribute& attribute = tag_.attributes[index];
             if (attribute.known->isDeclaration) {
                 bind(attribute.nameText(), valueOf(index), attribute.name);
+                attribute.known->scope = memory_.bindings.scope();
             }
         }
     }
@@ -271,13 +232,13 @@ void TagRules::bind(std::string_view name, std::string_view value, const char* a
     if (!prefix.empty() && value.empty()) {
         texts_.fail(messages::prefixCannotBeUndeclared, prefix, at);
     }
-    bindings_.bind(prefix, value, elements_.depth() + 1);
+    memory_.bindings.bind(prefix, value, elements_.depth() + 1);
 }
 
 void TagRules::checkPrefix(markup::TagName& name, const char* at) {
-    if (name.prefixLength != 0 && !isDeclared(name)) {
+    if (name.prefixLength != 0 && !memory_.isDeclared(name)) {
         checkPrefix(name.text, false, at);
-        name.scope = bindings_.scope();
+        name.scope = memory_.bindings.scope();
     }
 }
 
@@ -292,15 +253,15 @@ void TagRules::checkPrefix(std::string_view name, bool isAttribute, const char* 
     if (isAttribute && prefix == declarationPrefixA) {
         return;
     }
-    if (bindings_.find(prefix) == nullptr) {
+    if (memory_.bindings.find(prefix) == nullptr) {
         texts_.fail(messages::prefixNotDeclared, prefix, at);
     }
 }
 
 void TagRules::checkExpandedTwice() {
     // 1. Mostly the local names differ.
-    if (defaults_.empty() && tag_.prefixed.size() <= markup::PlainTags::mostPrefixed &&
-        !haveEqualLocalNames(tag_.prefixed)) {
+    if (defaults_.empty() && tag_.prefixed.size() <= memory_.checks.mostPrefixed &&
+        !markup::haveEqualLocalNames<markup::TagName>(tag_.prefixed)) {
         return;
     }
     // 2. By hash, so that many take no more than their time.
@@ -311,7 +272,8 @@ void TagRules::checkExpandedTwice() {
     seenNames_.clear();
     const auto check = [&](std::string_view name, const char* at) {
         if (isInNamespace(name) &&
-            !seenNames_.insert({*bindings_.find(prefixOf(name)), localNameOf(name)}).second) {
+            !seenNames_.insert({*memory_.bindings.find(prefixOf(name)), localNameOf(name)})
+                 .second) {
             texts_.fail(messages::expandedNameTwice, name, at);
         }
     };

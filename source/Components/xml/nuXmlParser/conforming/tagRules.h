@@ -11,11 +11,10 @@
 #include "nuXmlParser/conforming/attributeDeclarations.h"
 #include "nuXmlParser/conforming/entityRules.h"
 #include "nuXmlParser/conforming/limitRules.h"
-#include "nuXmlParser/conforming/namespaceBindings.h"
 #include "nuXmlParser/conforming/openElements.h"
+#include "nuXmlParser/conforming/tagMemory.h"
 #include "nuXmlParser/conforming/tagText.h"
 #include "nuXmlParser/conforming/textStack.h"
-#include "nuXmlParser/markup/plainTag.h"
 
 namespace nu {
 
@@ -25,8 +24,8 @@ public:
     TagRules(TextStack& texts, OpenElements& elements, EntityRules& entities,
              const LimitRules& limits, bool hasNamespaces)
         : texts_(texts), elements_(elements), entities_(entities), limits_(limits),
-          hasNamespaces_(hasNamespaces), plain_(names_),
-          tag_(names_, plain_, declarations, limits) {}
+          hasNamespaces_(hasNamespaces),
+          tag_(memory_.names, memory_.guess, memory_.checks, declarations, limits) {}
 
     /// What attribute lists declare.
     ElementDeclarations declarations;
@@ -36,53 +35,24 @@ public:
     void passStartTag();
     /// The name in the tag that was read.
     [[nodiscard]] std::string_view name() const noexcept { return tag_.nameText(); }
-    [[nodiscard]] const NamespaceBindings& bindings() const noexcept { return bindings_; }
+    [[nodiscard]] const NamespaceBindings& bindings() const noexcept { return memory_.bindings; }
     /// The end tag at the place of the text.
     void passEndTag();
-    /// Reads the start tag at `less` of the document if it needs no change, and gives the place
-    /// behind it; else null. See markup::PlainTags for `limit`.
-    [[gnu::always_inline]] const char* readPlainStartTag(const char* less, const char* limit) {
-        const char* const end = plain_.passStartTag(less, limit);
-        return end == nullptr || !limits_.allowsKnownTag(elements_.depth(), end - less) ||
-                       (hasNamespaces_ && !arePlainPrefixes())
-                   ? nullptr
-                   : end;
-    }
-    /// The name in the tag that was read like that.
-    [[nodiscard]] std::string_view plainName() const noexcept { return plain_.element().text; }
-    /// The element of that tag begins, or that was all of it.
-    void enterPlain(const char* less) {
-        if (plain_.isEmptyElement()) {
-            plain_.leave(&plain_.element());
-        } else {
-            elements_.open(plain_.element(), texts_.source().offsetOf(less));
-            plain_.enter(plain_.element());
-        }
-    }
-    /// Passes the end tag at `less`, that of the innermost element, in the same way.
-    [[gnu::always_inline]] const char* passPlainEndTag(const char* less) {
-        const markup::TagName* const name = elements_.innermostKnown();
-        if (name == nullptr || !name->standsAt(less + 2) || less[2 + name->text.size()] != '>')
-            [[unlikely]] {
-            return nullptr;
-        }
-        closeInnermost();
-        return less + 3 + name->text.size();
-    }
+    /// What the tags before tell of others.
+    [[nodiscard]] TagMemory& memory() noexcept { return memory_; }
 
     // Elements that somebody else passed, see ConformingSupply
 
-    /// Whether tags of an element may have to be changed for what is declared.
-    [[nodiscard]] bool changesTags(std::string_view element) const {
-        const auto found = declarations.find(element);
-        return found != declarations.end() && !found->second.changesNothing();
+    /// What becomes of tags of an element for what is declared.
+    [[nodiscard]] markup::TagUse useOfTags(std::string_view element) const {
+        return nu::useOfTags(declarations, element);
     }
     void openPassed(std::string_view name, const char* less) {
         elements_.open(name, texts_.source().offsetOf(less));
-        plain_.leave(nullptr);
+        memory_.guess.leave(nullptr);
     }
     void bindPassed(std::string_view prefix, std::string_view uri) {
-        bindings_.bind(prefix, uri, elements_.depth());
+        memory_.bindings.bind(prefix, uri, elements_.depth());
     }
     void closePassed() noexcept { closeInnermost(); }
 
@@ -107,14 +77,9 @@ private:
     };
 
     template <class Read> void complete(Read&& read, std::u16string_view cutShort);
-    [[nodiscard]] bool arePlainPrefixes() noexcept {
-        return !plain_.hasDeclaration() && (plain_.prefixed().empty() || areKnownPrefixes());
-    }
-    [[nodiscard]] bool areKnownPrefixes() noexcept;
-    [[nodiscard]] bool isDeclared(markup::TagName& name) const noexcept;
     void closeInnermost() noexcept {
-        plain_.leave(elements_.innermostKnown());
-        bindings_.unbind(elements_.depth());
+        memory_.guess.leave(elements_.innermostKnown());
+        memory_.bindings.unbind(elements_.depth());
         elements_.close();
     }
     void forgetNames() noexcept;
@@ -142,9 +107,7 @@ private:
     EntityRules& entities_;
     const LimitRules& limits_;
     bool hasNamespaces_;
-    NamespaceBindings bindings_;
-    markup::TagNames names_;
-    markup::PlainTags plain_;
+    TagMemory memory_;
 
     // The tag at hand.
     TagText tag_;

@@ -29,6 +29,11 @@ const char* findValueStop(const char* place, const char* end) noexcept {
     return place;
 }
 
+/// What surely does not belong to a name.
+bool endsName(char c) noexcept {
+    return isSpace(c) || isOneOf<'=', '>', '/', '<', '"', '\'', '&'>(c);
+}
+
 /// The character at `place` as a message names it.
 std::string_view characterAt(const char* place, const char* end) noexcept {
     const char* next = place + 1;
@@ -36,6 +41,13 @@ std::string_view characterAt(const char* place, const char* end) noexcept {
         ++next;
     }
     return {place, next};
+}
+
+/// A name that is guessed to begin at `start`, if it surely does; else null. `reach` bytes can be
+/// read from there.
+markup::TagName* guessed(markup::TagName* name, const char* start) noexcept {
+    return name != nullptr && name->standsAt(start) && endsName(start[name->text.size()]) ? name
+                                                                                          : nullptr;
 }
 
 } // namespace
@@ -74,16 +86,13 @@ TagText::Result TagText::meet(markup::TagName*& met, std::string_view text) {
         return failLimit(messages::nameBeyondLimit, text.data(), limits_.nameLength());
     }
     met = &names_.add(text);
-    if (!declarations_.empty()) {
-        const auto found = declarations_.find(text);
-        met->isPlain = found == declarations_.end() || found->second.changesNothing();
-    }
+    met->use = useOfTags(declarations_, text);
     return Result::Complete;
 }
 
 TagText::Result TagText::readElementName(const char* start, const char* textEnd) {
     const bool isFar = textEnd - start > static_cast<std::ptrdiff_t>(markup::reach);
-    known = isFar ? tags_.guessElement(start) : nullptr;
+    known = isFar ? guessed(guess_.next(), start) : nullptr;
     if (known != nullptr) {
         name = start;
         nameEnd = start + known->text.size();
@@ -94,7 +103,7 @@ TagText::Result TagText::readElementName(const char* start, const char* textEnd)
         result = meet(known, nameText());
     }
     if (result == Result::Complete) {
-        tags_.follow(*known);
+        guess_.follow(*known);
     }
     return result;
 }
@@ -105,7 +114,7 @@ TagText::Result TagText::readStartTag(const char* less, const char* textEnd) {
     hasPlainForm = hasPlainValues = true;
     prefixed.clear();
     hasDeclarations = false;
-    number_ = tags_.nextNumber();
+    number_ = checks_.begin();
     // 1. The name.
     if (const Result result = readElementName(less + 1, textEnd); result != Result::Complete) {
         return result;
@@ -149,7 +158,7 @@ TagText::Result TagText::readAttributeName(TagAttribute& attribute, const char* 
     const char* const start = attribute.name;
     markup::TagName& before = attributes.empty() ? *known : *attributes.back().known;
     if (textEnd - start > static_cast<std::ptrdiff_t>(markup::reach)) {
-        attribute.known = markup::PlainTags::guessAttribute(before, start);
+        attribute.known = guessed(before.followers[markup::ByteName::Attribute], start);
         if (attribute.known != nullptr) {
             attribute.nameEnd = start + attribute.known->text.size();
             return Result::Complete;
@@ -223,10 +232,10 @@ TagText::Result TagText::readValue(TagAttribute& attribute, const char* quote,
 
 void TagText::add(const TagAttribute& attribute) {
     markup::TagName& name = *attribute.known;
-    if (name.tag == number_ && again_ == noAttribute) {
+    if (name.lastTag == number_ && again_ == noAttribute) {
         again_ = attributes.size();
     }
-    name.tag = number_;
+    name.lastTag = number_;
     hasPlainValues = hasPlainValues && attribute.isPlainValue;
     hasDeclarations = hasDeclarations || name.isDeclaration;
     hasPlainForm = hasPlainForm && attribute.isPlain();

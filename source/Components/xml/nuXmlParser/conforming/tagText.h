@@ -7,7 +7,9 @@
 
 #include "nuXmlParser/conforming/attributeDeclarations.h"
 #include "nuXmlParser/conforming/limitRules.h"
-#include "nuXmlParser/markup/plainTag.h"
+#include "nuXmlParser/markup/byteBlock.h"
+#include "nuXmlParser/markup/tagChecks.h"
+#include "nuXmlParser/markup/tagName.h"
 
 namespace nu {
 
@@ -49,9 +51,11 @@ public:
     };
 
     /// \param declarations names of elements that they change are not plain
-    TagText(markup::TagNames& names, markup::PlainTags& tags,
-            const ElementDeclarations& declarations, const LimitRules& limits) noexcept
-        : names_(names), tags_(tags), declarations_(declarations), limits_(limits) {}
+    TagText(markup::TagNames& names, markup::NameGuess& guess,
+            markup::TagChecks<markup::TagName>& checks, const ElementDeclarations& declarations,
+            const LimitRules& limits) noexcept
+        : names_(names), guess_(guess), checks_(checks), declarations_(declarations),
+          limits_(limits) {}
 
     /// Takes the start tag at `less` apart. Its names are known from then on.
     Result readStartTag(const char* less, const char* textEnd);
@@ -90,7 +94,8 @@ private:
     Result failLimit(std::u16string_view message, const char* place, std::size_t limit);
 
     markup::TagNames& names_;
-    markup::PlainTags& tags_;
+    markup::NameGuess& guess_;
+    markup::TagChecks<markup::TagName>& checks_;
     const ElementDeclarations& declarations_;
     const LimitRules& limits_;
     std::string limit_; ///< that of the fault

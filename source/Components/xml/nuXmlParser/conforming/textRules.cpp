@@ -159,7 +159,7 @@ void Normaliser::passReference() {
 /// White space with nothing before it since the last markup: a reader by itself would drop it if
 /// nothing else follows. True if it was passed.
 bool Normaliser::passSpaceRun() {
-    if (reader_ == ReaderForm::Told || options_.whiteSpace == cwReader || !isSpace(*texts_.place)) {
+    if (passesSpace() || !isSpace(*texts_.place)) {
         return false;
     }
     const char* const solid = texts_.findFrom(0, [](char c) { return !isSpace(c); });

@@ -112,8 +112,33 @@ template <ByteBlock (*classify)(const char*) noexcept>
     }
 }
 
-/// Behind one of the references `&amp;`, `&lt;`, `&gt;`, `&quot;` and `&apos;` at `place`, behind
-/// which 8 bytes can be read; null where another one stands there.
+/// Behind the reference to a character whose "&#" stands at `place`, behind which 8 bytes can be
+/// read; null where it is not plain, as nearly all: no leading zeros, and a character of one unit
+/// that is no white space.
+inline const char* skipCharacterReference(const char* place) noexcept {
+    const bool isHex = place[2] == 'x';
+    const char* const digits = place + (isHex ? 3 : 2);
+    const char* const last = digits + (isHex ? 4 : 5);
+    unsigned code = 0;
+    const char* at = digits;
+    for (; at != last; ++at) {
+        const auto digit = static_cast<unsigned>(*at - '0');
+        const auto letter = static_cast<unsigned>((*at | 0x20) - 'a');
+        if (digit < 10) {
+            code = code * (isHex ? 16 : 10) + digit;
+        } else if (isHex && letter < 6) {
+            code = code * 16 + letter + 10;
+        } else {
+            break;
+        }
+    }
+    const bool isPlain = *at == ';' && *digits != '0' && code > ' ' && code < 0xFFFE &&
+                         (code < 0xD800 || code > 0xDFFF);
+    return isPlain ? at + 1 : nullptr;
+}
+
+/// Behind one of the references `&amp;`, `&lt;`, `&gt;`, `&quot;` and `&apos;`, or one to a
+/// character, at `place`, behind which 8 bytes can be read; null where another one stands there.
 inline const char* skipPlainReference(const char* place) noexcept {
     const auto is = [place](std::string_view text) {
         return std::memcmp(place, text.data(), text.size()) == 0;
@@ -121,6 +146,7 @@ inline const char* skipPlainReference(const char* place) noexcept {
     return is("&lt;") || is("&gt;")       ? place + 4
            : is("&amp;")                  ? place + 5
            : is("&quot;") || is("&apos;") ? place + 6
+           : place[1] == '#'              ? skipCharacterReference(place)
                                           : nullptr;
 }
 
@@ -161,6 +187,22 @@ template <class Find>
 inline const char* findSolid(const char* place, const char* limit) noexcept {
     for (;; place += scanBlock) {
         if (const unsigned found = findSolidInBlock(place); found != 0) [[likely]] {
+            return place + std::countr_zero(found);
+        }
+        if (place > limit) [[unlikely]] {
+            return nullptr;
+        }
+    }
+}
+
+/// The first byte at or behind `place` that no name of XML has, of those that can come behind one
+/// in a plain tag, and white space.
+inline const char* findTagNameEnd(const char* place, const char* limit) noexcept {
+    for (;; place += scanBlock) {
+        const auto bytes = simd::Block::load(place);
+        const auto ends =
+            bytes.isAtMost(cNuSpaceA) | simd::isAnyOf<cNuEqualA, cNuGtA, cNuSlashA>(bytes);
+        if (const unsigned found = ends.mask(); found != 0) [[likely]] {
             return place + std::countr_zero(found);
         }
         if (place > limit) [[unlikely]] {

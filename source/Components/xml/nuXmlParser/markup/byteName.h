@@ -102,6 +102,7 @@ public:
         }
         return nullptr;
     }
+    [[nodiscard]] std::size_t count() const noexcept { return count_; }
     /// Enters a name that is not there.
     template <class... Arguments>
     Name& add(std::string_view text, std::uint64_t hash, Arguments&&... arguments) {

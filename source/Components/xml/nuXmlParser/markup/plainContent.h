@@ -33,10 +33,10 @@ namespace nu::markup {
 /// - `bool startTag(name, less)` with the place of the tag, then for each attribute `bool
 /// addAttribute(name, value, kinds)`, or
 ///   `bool addNothing()` where there is none behind a space, and at the end
-///   `bool endStartTag(isEmptyElement)`; `abandonStartTag()` where one of those between, or what
-///   stands in the tag, refuses it;
+///   `bool endStartTag(isEmptyElement, end)` with the place of what ends the tag;
+///   `abandonStartTag()` where one of those between, or what stands in the tag, refuses it;
 /// - `endEmptyElement()` behind the start tag of an empty element;
-///   `bool endElement(isInnermost)` at an end tag, with whether its name is open();
+///   `bool endElement(isInnermost, end)` at an end tag, with whether its name is open();
 /// - `Name* open()`: the name of the innermost element, null where it is not known; with `isXml`
 ///   also `std::string_view outerName()`, the name in that case;
 /// - `bool addText(text, kinds)`, with `classifyText`, what is to be told of text, see
@@ -55,14 +55,32 @@ public:
     /// Reads from a "<" or ">" on up to the "<" or ">" that is not plain. What is passed ends
     /// there, and at the last character of what is at hand whenever the sink is told of something.
     void read(std::string_view bytes, PassedBytes& passed) {
+        if (setLimit(bytes)) {
+            readFrom(bytes.data(), passed);
+        }
+    }
+    /// The same from what stands right behind a ">".
+    void readBehindTag(std::string_view bytes, PassedBytes& passed) {
+        if (setLimit(bytes)) {
+            if (const char* const next = readText(bytes.data(), passed)) {
+                readFrom(next, passed);
+            }
+        }
+    }
+
+private:
+    /// False where that is not enough to read anything.
+    bool setLimit(std::string_view bytes) noexcept {
         if (bytes.size() <= reach) {
-            return;
+            return false;
         }
         end_ = bytes.data() + bytes.size();
         limit_ = end_ - reach;
-        const char* place = bytes.data();
+        return true;
+    }
+    [[gnu::always_inline]] void readFrom(const char* place, PassedBytes& passed) {
         for (;;) {
-            const char* const next = *place == cNuGtA        ? readText(place, passed)
+            const char* const next = *place == cNuGtA        ? readText(place + 1, passed)
                                      : place[1] == cNuSlashA ? readEndTag(place, passed)
                                      : place[1] == cNuExclA  ? readComment(place, passed)
                                                              : readStartTag(place, passed);
@@ -74,20 +92,18 @@ public:
         }
     }
 
-private:
     static bool isControl(char byte) noexcept { return static_cast<unsigned char>(byte) < ' '; }
     static bool isSolid(char byte) noexcept { return static_cast<unsigned char>(byte) > ' '; }
     static std::string_view text(const char* start, const char* end) noexcept {
         return {start, static_cast<std::size_t>(end - start)};
     }
 
-    /// From the ">" of a tag over text, white space or nothing to the "<" behind it.
-    [[gnu::always_inline]] const char* readText(const char* tagEnd, PassedBytes& passed) {
+    /// From behind the ">" of a tag over text, white space or nothing to the "<" behind it.
+    [[gnu::always_inline]] const char* readText(const char* start, PassedBytes& passed) {
         // 1. The character behind a tag is read raw.
-        if (tagEnd > limit_) [[unlikely]] {
+        if (start > limit_) [[unlikely]] {
             return nullptr;
         }
-        const char* const start = tagEnd + 1;
         if (*start == cNuLtA) {
             return start;
         }
@@ -178,7 +194,7 @@ private:
         }
         const bool isEmptyElement = *place == cNuSlashA;
         passed.end = place;
-        if (!sink_.endStartTag(isEmptyElement)) [[unlikely]] {
+        if (!sink_.endStartTag(isEmptyElement, place)) [[unlikely]] {
             return nullptr;
         }
 
@@ -198,6 +214,10 @@ private:
     /// The name ends at a space or at the end of the tag. It cannot begin with a control character,
     /// which a read would skip, or with what begins other markup or draws a warning.
     [[gnu::noinline]] const char* findElementNameEnd(const char* start) const noexcept {
+        if constexpr (Sink::isXml) {
+            const char* const end = findTagNameEnd(start, limit_);
+            return end != nullptr && end != start && endsElementName(end) ? end : nullptr;
+        }
         if (static_cast<unsigned char>(*start) <= cNuQuestA) {
             return nullptr;
         }
@@ -296,6 +316,10 @@ private:
     }
 
     [[gnu::noinline]] const char* findAttributeNameEnd(const char* start) const noexcept {
+        if constexpr (Sink::isXml) {
+            const char* const end = findTagNameEnd(start, limit_);
+            return end != nullptr && end != start && opensValue(end) ? end : nullptr;
+        }
         const char* place = start;
         for (;; ++place) {
             place =
@@ -331,7 +355,7 @@ private:
             }
         }
         passed.end = end;
-        return sink_.endElement(isInnermost) ? end : nullptr;
+        return sink_.endElement(isInnermost, end) ? end : nullptr;
     }
 
     /// The same for the name behind "</" where that of the element was not read here.
@@ -342,7 +366,7 @@ private:
             return nullptr;
         }
         passed.end = start + name.size();
-        return sink_.endElement(true) ? passed.end : nullptr;
+        return sink_.endElement(true, passed.end) ? passed.end : nullptr;
     }
 
     /// Takes the comment at `less` and gives the place of its ">". Control characters would have to

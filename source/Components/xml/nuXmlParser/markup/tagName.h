@@ -17,6 +17,13 @@
 
 namespace nu::markup {
 
+/// What is declared for the attributes of an element means to its tags.
+enum class TagUse : std::uint8_t {
+    AsIs,        ///< nothing
+    SpaceCounts, ///< values that hold spaces may have to be changed
+    Looked       ///< each has to be looked at
+};
+
 /// A name of an element or attribute.
 struct TagName : ByteName {
     TagName(std::string_view text, std::uint64_t hash) noexcept
@@ -25,10 +32,36 @@ struct TagName : ByteName {
 
     std::size_t prefixLength; ///< with the colon; 0 without a prefix
     bool isDeclaration;       ///< of a namespace, as an attribute
-    bool isPlain = true;      ///< as an element; whoever knows better says no
-    std::uint64_t tag = 0;    ///< the number of the last tag that had it as an attribute
-    std::uint64_t scope = 0;  ///< where its prefix was last seen declared, see its user
+    /// What becomes of the tags of an element of that name. Whoever knows better says so.
+    TagUse use = TagUse::AsIs;
+    std::uint64_t lastTag = 0; ///< the number of the last tag that had it as an attribute
+    std::uint64_t scope = 0;   ///< where its prefix was last seen declared, see its user
     TagName* followers[3] = {};
+};
+
+/// What comes next, guessed from where the document is: names follow each other as they did the
+/// last time.
+class NameGuess {
+public:
+    NameGuess() = default;
+    NameGuess(const NameGuess&) = delete;
+    NameGuess& operator=(const NameGuess&) = delete;
+
+    /// The name that the next element may have; null without a guess.
+    [[nodiscard]] TagName* next() const noexcept { return *next_; }
+    /// The next element has this name.
+    void follow(TagName& name) noexcept { *next_ = &name; }
+    /// An element has begun: its children come next.
+    void enter(TagName& name) noexcept { next_ = &name.followers[ByteName::Child]; }
+    /// An element has ended; null where its name is not known.
+    void leave(TagName* name) noexcept {
+        unknown_ = nullptr;
+        next_ = name == nullptr ? &unknown_ : &name->followers[ByteName::Sibling];
+    }
+
+private:
+    TagName* unknown_ = nullptr;
+    TagName** next_ = &unknown_;
 };
 
 /// The names that were met, up to so many that memory stays bounded whatever the document.

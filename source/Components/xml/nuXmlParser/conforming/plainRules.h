@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "nuXmlParser/conforming/limitRules.h"
+#include "nuXmlParser/conforming/openElements.h"
+#include "nuXmlParser/conforming/tagMemory.h"
+#include "nuXmlParser/conforming/textStack.h"
+#include "nuXmlParser/conforming/watchRules.h"
+#include "nuXmlParser/markup/plainContent.h"
+
+namespace nu {
+
+/// Passes content that needs no change, as nearly all, as a whole. What it passes means the same to
+/// the rules that go step by step, which also make names known.
+class PlainRules {
+public:
+    /// \param passesSpace whether white space alone goes out as it is
+    PlainRules(TextStack& texts, OpenElements& elements, TagMemory& memory, WatchRules& watch,
+               const LimitRules& limits, bool hasNamespaces, bool passesSpace) noexcept
+        : texts_(texts), elements_(elements), memory_(memory), watch_(watch), limits_(limits),
+          hasNamespaces_(hasNamespaces), passesSpace_(passesSpace) {}
+
+    /// Goes on from the place of the text of the document, which is at or right behind markup, to
+    /// another such place; false where that is the same. Stops behind an element that was taken,
+    /// and where the watch wants nothing more.
+    bool pass();
+
+private:
+    friend class markup::PlainContent<PlainRules>;
+
+    // For markup::PlainContent, see there.
+    using Name = markup::TagName;
+    static constexpr bool isXml = true;
+    [[nodiscard]] Name* nextElement() const noexcept { return memory_.guess.next(); }
+    [[nodiscard]] Name* element(std::string_view bytes) noexcept;
+    [[nodiscard]] Name* attribute(Name& before, std::string_view bytes) noexcept;
+    [[nodiscard]] Name* open() const noexcept { return elements_.innermostKnown(); }
+    [[nodiscard]] std::string_view outerName() const noexcept { return elements_.innermost(); }
+    [[nodiscard]] static constexpr bool keepsSpace() noexcept { return true; }
+    [[nodiscard]] static constexpr bool keepsInline() noexcept { return true; }
+    bool startTag(Name& name, const char* less) noexcept;
+    [[nodiscard]] static constexpr bool addNothing() noexcept { return false; }
+    bool addAttribute(Name& name, std::string_view value, const markup::PassedKinds& kinds);
+    void abandonStartTag() noexcept;
+    bool endStartTag(bool isEmptyElement, const char* end);
+    void endEmptyElement() noexcept {} // its start tag has done that
+    bool endElement(bool isInnermost, const char* end);
+    bool addText(std::string_view text, const markup::PassedKinds& kinds) const noexcept;
+    bool addComment(std::string_view /*text*/, bool /*isAscii*/) const noexcept {
+        return !watch_.isTaken();
+    }
+
+    [[nodiscard]] bool bind(const Name& name, std::string_view uri);
+
+    [[nodiscard]] bool use();
+
+    TextStack& texts_;
+    OpenElements& elements_;
+    TagMemory& memory_;
+    WatchRules& watch_;
+    const LimitRules& limits_;
+    bool hasNamespaces_;
+    bool passesSpace_;
+    // Of the tag at hand.
+    Name* element_ = nullptr;
+    const char* less_ = nullptr;
+    bool hasBindings_ = false;
+};
+
+} // namespace nu
