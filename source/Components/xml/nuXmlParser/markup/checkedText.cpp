@@ -13,6 +13,9 @@ namespace {
 /// Text that is looked at at once, so that it is still near for the second look.
 constexpr std::size_t pieceSize = 4096;
 
+/// Bytes that are judged together.
+constexpr std::size_t groupSize = 4 * simd::blockSize;
+
 constexpr bool isAllowed(char32_t codePoint) noexcept {
     return codePoint >= 0x20 ? (codePoint & 0xFFFFFFFE) != 0xFFFE
                              : codePoint == '\t' || codePoint == '\n' || codePoint == '\r';
@@ -31,9 +34,24 @@ simd::Block noncharacters(const char* bytes) noexcept {
            (Block::load(bytes + 2) | Block::all(1)).equals(Block::all(0xBF));
 }
 
+/// Bytes from the front that are ASCII, all of it allowed.
+std::size_t allowedAscii(std::string_view bytes) noexcept {
+    std::size_t place = 0;
+    for (; place + groupSize <= bytes.size(); place += groupSize) {
+        auto found = simd::Block::all(0);
+        for (std::size_t offset = 0; offset < groupSize; offset += simd::blockSize) {
+            const auto block = simd::Block::load(bytes.data() + place + offset);
+            found = found | controls(block) | block;
+        }
+        if (found.mask() != 0) {
+            break;
+        }
+    }
+    return place;
+}
+
 /// Bytes from the front of well-formed text in which no character begins that is not allowed.
 std::size_t surelyAllowed(std::string_view bytes) noexcept {
-    constexpr std::size_t groupSize = 4 * simd::blockSize;
     std::size_t place = 0;
     for (; place + groupSize + 2 <= bytes.size(); place += groupSize) {
         auto found = simd::Block::all(0);
@@ -100,7 +118,9 @@ std::size_t wholeSequences(std::string_view bytes) noexcept {
 CheckedText checkText(std::string_view bytes) noexcept {
     std::size_t checked = 0;
     while (checked < bytes.size()) {
-        // 1. All at once, as nearly always.
+        // 1. What takes one look.
+        checked += allowedAscii(bytes.substr(checked));
+        // 2. All at once, as nearly always.
         const std::string_view rest = bytes.substr(checked, pieceSize);
         const std::string_view piece = rest.substr(0, wholeSequences(rest));
         if (!piece.empty() && NuIsUtf8(piece)) {
@@ -112,7 +132,7 @@ CheckedText checkText(std::string_view bytes) noexcept {
             }
             continue;
         }
-        // 2. One by one where something is wrong, or where there is only the end of the text.
+        // 3. One by one where something is wrong, or where there is only the end of the text.
         const CheckedText found = checkEach(rest, 0);
         checked += found.length;
         if (found.stop != CheckedText::Stop::All &&
