@@ -4,7 +4,6 @@
 #include <array>
 
 #include "common/stringStream.h"
-#include "common/utf8.h"
 #include "host/runtime/persistent.h"
 #include "host/runtime/propertyValue.h"
 #include "host/runtime/valueAccess.h"
@@ -19,19 +18,6 @@ using host::OwnedValue;
 using host::ValueKind;
 using host::ValueRef;
 
-/// The tags of a property, as far as they do not depend on its value.
-template <class Unit> struct ObjectTextWriter<Unit>::PropertyTags {
-    Text start;
-    Text end;
-};
-
-template <class Unit> struct ObjectTextWriter<Unit>::ClassTags {
-    std::vector<PropertyTags> properties;
-    /// What writes objects of the class, as soon as one has come; null for a class that is
-    /// described from outside.
-    const TNuSerializerClass* serializerClass = nullptr;
-};
-
 /// An element that has begun, and how far its content is written.
 template <class Unit> struct ObjectTextWriter<Unit>::Frame {
     enum class Kind : std::uint8_t { Object, Items, List, Map };
@@ -44,7 +30,7 @@ template <class Unit> struct ObjectTextWriter<Unit>::Frame {
 
     // An object
     Instance object;
-    const ClassTags* tags = nullptr;
+    const ClassTags<Unit>* tags = nullptr;
     TNuSerializer* serializer = nullptr; ///< knows the items; null for none
     std::unique_ptr<TNuSerializer> owned;
     bool areItemsWritten = false;
@@ -58,7 +44,7 @@ template <class Unit> struct ObjectTextWriter<Unit>::Frame {
     bool isItemOpen = false; ///< of a map: its value is being written
     struct ElementTags {
         const host::ValueType* type = nullptr;
-        PropertyTags tags;
+        PropertyTags<Unit> tags;
     };
     std::array<ElementTags, 2> elementTags; ///< of items, or keys and values
 };
@@ -71,11 +57,6 @@ bool isWritten(Instance object) {
            (!object.info->isObject || object.info->derivesFrom(host::classOf<host::TPersistent>));
 }
 
-/// The type that decides about the tags of a property.
-const host::ValueType& heldType(const host::ValueType& type) noexcept {
-    return type.kind == ValueKind::Optional ? *type.element : type;
-}
-
 } // namespace
 
 template <class Unit>
@@ -83,7 +64,7 @@ ObjectTextWriter<Unit>::ObjectTextWriter(TextBuffer<Unit>& out, const TNuSeriali
     : out_(out), values_(out), settings_(settings),
       rootForm_(settings.uri_, settings.prefix_, settings.schemaLocation_, settings.options_),
       nestedForm_(settings.uri_, settings.prefix_, settings.schemaLocation_, {}),
-      chain_(settings.around_) {}
+      rootTags_(rootForm_), nestedTags_(nestedForm_), chain_(settings.around_) {}
 
 template <class Unit> ObjectTextWriter<Unit>::~ObjectTextWriter() = default;
 
@@ -229,7 +210,7 @@ template <class Unit> void ObjectTextWriter<Unit>::stepMap(Frame& frame) {
 
 template <class Unit>
 void ObjectTextWriter<Unit>::writeProperty(Frame& frame, const host::TPropInfo& property,
-                                           const PropertyTags& tags) {
+                                           const PropertyTags<Unit>& tags) {
     const void* const self = frame.object.object;
     if (property.isStored != nullptr && !property.isStored(self)) {
         return;
@@ -269,7 +250,8 @@ void ObjectTextWriter<Unit>::writeProperty(Frame& frame, const host::TPropInfo& 
 /// Writes the value unless it stands for nothing.
 template <class Unit>
 void ObjectTextWriter<Unit>::writeHeld(Frame& frame, const host::TPropInfo& property,
-                                       const PropertyTags& tags, ValueRef value, OwnedValue held) {
+                                       const PropertyTags<Unit>& tags, ValueRef value,
+                                       OwnedValue held) {
     if (value.type->kind == ValueKind::Optional) {
         value = {const_cast<void*>(value.type->optional->get(value.value)), value.type->element};
         if (!value) {
@@ -328,7 +310,7 @@ void ObjectTextWriter<Unit>::writeHeld(Frame& frame, const host::TPropInfo& prop
 }
 
 template <class Unit>
-void ObjectTextWriter<Unit>::writeText(const PropertyTags& tags, const host::ValueType& type,
+void ObjectTextWriter<Unit>::writeText(const PropertyTags<Unit>& tags, const host::ValueType& type,
                                        const void* value) {
     out_.append(tags.start);
     values_.write(type, value);
@@ -396,12 +378,7 @@ void ObjectTextWriter<Unit>::writeTagged(Frame& frame, std::size_t tagPlace,
                                          std::u16string_view name, ValueRef value) {
     auto& [type, tags] = frame.elementTags[tagPlace];
     if (type != value.type) {
-        NuXmlString text;
-        frame.inside->appendPropertyStart(text, name, schemaTypeOf(*value.type));
-        tags.start = encoded(text);
-        text.clear();
-        frame.inside->appendEnd(text, name);
-        tags.end = encoded(text);
+        tags = ObjectTags<Unit>::ofValue(*frame.inside, name, *value.type);
         type = value.type;
     }
     writeText(tags, *value.type, value.value);
@@ -457,7 +434,7 @@ void ObjectTextWriter<Unit>::beginObject(const ElementForm& form, std::u16string
                                          std::size_t index, Instance object, TNuSerializer* own) {
     // 1. What writes it.
     const ElementForm& inside = own != nullptr || depth_ == 0 ? rootForm_ : nestedForm_;
-    ClassTags& tags = tagsOf(*object.info, inside);
+    ClassTags<Unit>& tags = tagsIn(inside).of(*object.info);
     if (own == nullptr && object.info->isObject && tags.serializerClass == nullptr) {
         tags.serializerClass = &serializerClassOf(*object.info);
     }
@@ -492,7 +469,7 @@ void ObjectTextWriter<Unit>::beginObject(const ElementForm& form, std::u16string
             serializerClass->createFromInstance(*static_cast<host::TObject*>(object.object));
         frame.serializer = frame.owned.get();
     }
-    appendRootStart(form, name, *object.info);
+    out_.append(tagsIn(form).startOf(name, *object.info));
 }
 
 /// A serializer that writes in its own way writes a text of its own, which then goes in here.
@@ -534,61 +511,11 @@ void ObjectTextWriter<Unit>::beginContainer(const ElementForm& form, std::u16str
 // Tags
 
 template <class Unit>
-typename ObjectTextWriter<Unit>::Text ObjectTextWriter<Unit>::encoded(std::u16string_view text) {
-    if constexpr (std::is_same_v<Unit, char>) {
-        return NuToUtf8(text);
-    } else {
-        return Text(text);
-    }
-}
-
-template <class Unit>
-typename ObjectTextWriter<Unit>::ClassTags&
-ObjectTextWriter<Unit>::tagsOf(const host::TClassInfo& info, const ElementForm& form) {
-    auto& tags = (&form == &rootForm_ ? rootTags_ : nestedTags_)[&info];
-    if (!tags) {
-        tags = makeTags(info, form);
-    }
-    return *tags;
-}
-
-template <class Unit>
-std::unique_ptr<typename ObjectTextWriter<Unit>::ClassTags>
-ObjectTextWriter<Unit>::makeTags(const host::TClassInfo& info, const ElementForm& form) {
-    auto tags = std::make_unique<ClassTags>();
-    NuXmlString text;
-    for (const host::TPropInfo& property : info.properties) {
-        PropertyTags& of = tags->properties.emplace_back();
-        text.clear();
-        form.appendPropertyStart(text, property.name, schemaTypeOf(heldType(*property.type)));
-        of.start = encoded(text);
-        text.clear();
-        form.appendEnd(text, property.name);
-        of.end = encoded(text);
-    }
-    return tags;
-}
-
-template <class Unit>
 template <class Append>
 void ObjectTextWriter<Unit>::appendPiece(Append append) {
     scratch_.clear();
     append(scratch_);
     out_.appendWide(scratch_);
-}
-
-template <class Unit>
-void ObjectTextWriter<Unit>::appendRootStart(const ElementForm& form, std::u16string_view name,
-                                             const host::TClassInfo& info) {
-    if (lastStart_.info != &info || lastStart_.form != &form || lastStart_.name != name) {
-        scratch_.clear();
-        form.appendRootStart(scratch_, name, info.name);
-        lastStart_.tag = encoded(scratch_);
-        lastStart_.name = name;
-        lastStart_.form = &form;
-        lastStart_.info = &info;
-    }
-    out_.append(lastStart_.tag);
 }
 
 template <class Unit>

@@ -5,22 +5,20 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "host/runtime/classInfo.h"
 #include "nuObj2Xml/elementForm.h"
 #include "nuObj2Xml/objectChain.h"
+#include "nuObj2Xml/objectTags.h"
 #include "nuObj2Xml/serializer.h"
 #include "nuObj2Xml/textBuffer.h"
 #include "nuObj2Xml/valueText.h"
 
 namespace nu {
 
-/// Writes objects as elements into a buffer. What is known of a class (the tags of its properties,
-/// its serializer) is put together when it is met first and kept, so that many objects of few
-/// classes cost little beyond their text. Objects may be nested as deeply as ObjectChain lets them:
-/// levels take memory and no stack.
+/// Writes objects as elements into a buffer. Objects may be nested as deeply as ObjectChain lets
+/// them: levels take memory and no stack.
 template <class Unit> class ObjectTextWriter {
 public:
     /// Objects are written with the texts and the options of `settings`, which has to stay, and
@@ -36,16 +34,11 @@ public:
     void write(host::Instance object, std::u16string_view name);
 
 private:
-    struct PropertyTags;
-    struct ClassTags;
     struct Frame;
-    using Text = std::basic_string<Unit>;
 
-    /// The tags of one class in one form.
-    ClassTags& tagsOf(const host::TClassInfo& info, const ElementForm& form);
-    static std::unique_ptr<ClassTags> makeTags(const host::TClassInfo& info,
-                                               const ElementForm& form);
-    static Text encoded(std::u16string_view text);
+    ObjectTags<Unit>& tagsIn(const ElementForm& form) noexcept {
+        return &form == &rootForm_ ? rootTags_ : nestedTags_;
+    }
 
     void run();
     void step(Frame& frame);
@@ -55,10 +48,11 @@ private:
     void stepList(Frame& frame);
     void stepMap(Frame& frame);
 
-    void writeProperty(Frame& frame, const host::TPropInfo& property, const PropertyTags& tags);
-    void writeHeld(Frame& frame, const host::TPropInfo& property, const PropertyTags& tags,
+    void writeProperty(Frame& frame, const host::TPropInfo& property,
+                       const PropertyTags<Unit>& tags);
+    void writeHeld(Frame& frame, const host::TPropInfo& property, const PropertyTags<Unit>& tags,
                    host::ValueRef value, host::OwnedValue held);
-    void writeText(const PropertyTags& tags, const host::ValueType& type, const void* value);
+    void writeText(const PropertyTags<Unit>& tags, const host::ValueType& type, const void* value);
     void writeElement(Frame& frame, std::size_t tagPlace, std::u16string_view name,
                       std::size_t index, host::ValueRef value);
     void writeTagged(Frame& frame, std::size_t tagPlace, std::u16string_view name,
@@ -76,8 +70,6 @@ private:
     void beginContainer(const ElementForm& form, std::u16string_view name, std::size_t index,
                         host::ValueRef container, host::OwnedValue held);
 
-    void appendRootStart(const ElementForm& form, std::u16string_view name,
-                         const host::TClassInfo& info);
     void appendPlainStart(const ElementForm& form, std::u16string_view name);
     void appendEnd(const ElementForm& form, std::u16string_view name);
     /// Appends what `append` puts into a string.
@@ -88,6 +80,8 @@ private:
     const TNuSerializer& settings_;
     ElementForm rootForm_;
     ElementForm nestedForm_;
+    ObjectTags<Unit> rootTags_;
+    ObjectTags<Unit> nestedTags_;
     ObjectChain chain_;
     std::vector<std::unique_ptr<Frame>> frames_;
     std::size_t depth_ = 0;
@@ -96,15 +90,6 @@ private:
     alignas(std::uint64_t) std::byte scalarValue_[sizeof(std::uint64_t)];
     std::u16string wideValue_;
     std::string narrowValue_;
-    /// The start tag of the last object: that of the next is often the same.
-    struct {
-        const host::TClassInfo* info = nullptr;
-        const ElementForm* form = nullptr;
-        NuXmlString name;
-        Text tag;
-    } lastStart_;
-    std::unordered_map<const host::TClassInfo*, std::unique_ptr<ClassTags>> rootTags_;
-    std::unordered_map<const host::TClassInfo*, std::unique_ptr<ClassTags>> nestedTags_;
 };
 
 extern template class ObjectTextWriter<char>;
