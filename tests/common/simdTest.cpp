@@ -1,10 +1,14 @@
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <random>
+#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
 #include "common/simd/block.h"
+#include "common/simd/tally.h"
 
 using nu::simd::Block;
 using nu::simd::PortableBlock;
@@ -80,6 +84,39 @@ TEST(Simd, BothFormsOfABlockDoTheSame) {
         ASSERT_EQ(widened<Block>(bytes.data()), widened<PortableBlock>(bytes.data()));
         ASSERT_EQ(narrowed<Block>(units.data()), narrowed<PortableBlock>(units.data()));
     }
+}
+
+/// Machines differ in which form they take, so each is held against a plain count.
+template <class Unit> void tallyInBothForms(std::mt19937& random) {
+    using Form = nu::simd::Tally (*)(const Unit*&, const Unit*) noexcept;
+    const Form wide = nu::simd::hasWideBlocks() ? &nu::simd::detail::tallyWide<Unit>
+                                                : &nu::simd::detail::tallyNarrow<Unit>;
+    for (int round = 0; round < 100; ++round) {
+        // Up to more than one sum can hold, of nothing but matches at times.
+        std::vector<Unit> units(random() % 20000);
+        const auto kinds = static_cast<unsigned>(1 + random() % 0x180);
+        for (Unit& unit : units) {
+            unit = static_cast<Unit>('\n' + random() % kinds);
+        }
+        for (const Form form : {wide, Form(&nu::simd::detail::tallyNarrow<Unit>)}) {
+            const Unit* place = units.data();
+            const nu::simd::Tally tally = form(place, units.data() + units.size());
+            const auto count = [&](auto&& isWanted) {
+                return std::count_if(const_cast<const Unit*>(units.data()), place, isWanted);
+            };
+            ASSERT_LT(units.data() + units.size() - place, 32);
+            ASSERT_EQ(tally.lineFeeds, count([](Unit unit) { return unit == Unit('\n'); }));
+            ASSERT_EQ(tally.controls, count([](Unit unit) {
+                          return (sizeof unit == 1 ? unit & 0xFF : unit) < 0x20;
+                      }));
+        }
+    }
+}
+
+TEST(Simd, BothFormsOfATallyCountTheSame) {
+    std::mt19937 random(5);
+    tallyInBothForms<char>(random);
+    tallyInBothForms<char16_t>(random);
 }
 
 } // namespace
