@@ -68,17 +68,17 @@ void keepOnly(TNuDOMNode* wanted, PathNodes& nodes, std::size_t first) {
 template <class Value>
 bool compareOrdered(PathOperator comparison, const Value& left, const Value& right) {
     switch (comparison) {
-    case PathOperator::equal:
+    case PathOperator::Equal:
         return left == right;
-    case PathOperator::greater:
+    case PathOperator::Greater:
         return left > right;
-    case PathOperator::greaterOrEqual:
+    case PathOperator::GreaterOrEqual:
         return left >= right;
-    case PathOperator::less:
+    case PathOperator::Less:
         return left < right;
-    case PathOperator::lessOrEqual:
+    case PathOperator::LessOrEqual:
         return left <= right;
-    case PathOperator::none:
+    case PathOperator::None:
         break;
     }
     return false;
@@ -260,14 +260,14 @@ bool comparePathValue(const PathFilter& filter, std::u16string_view value) {
                               right);
     }
     // Deliberate: letter case counts for the order but not for "=".
-    return filter.comparison == PathOperator::equal
+    return filter.comparison == PathOperator::Equal
                ? NuEqualFolded(value, literal.text)
                : compareOrdered(filter.comparison, value, std::u16string_view(literal.text));
 }
 
 bool comparePathValue(const PathFilter& filter, const TNuDOMNode& leaf) {
     const StoredText& stored = *NodeText::storedIfAny(leaf);
-    const bool isEqualTest = filter.literal.isText && filter.comparison == PathOperator::equal;
+    const bool isEqualTest = filter.literal.isText && filter.comparison == PathOperator::Equal;
     // Without a reference what is stored is the value. Whether one is wrong must not depend on what
     // the value is compared with.
     if (isEqualTest && stored.isNarrow() && !stored.contains(cNuAmp)) {

@@ -36,7 +36,7 @@ struct PathLiteral {
 };
 
 /// How a filter compares. Deliberate: every other sequence of "<", "=" and ">" keeps nothing.
-enum class PathOperator : std::uint8_t { equal, greater, greaterOrEqual, less, lessOrEqual, none };
+enum class PathOperator : std::uint8_t { Equal, Greater, GreaterOrEqual, Less, LessOrEqual, None };
 
 /// What a bracketed text asks of a candidate.
 enum class TNuXPathFilter : std::uint8_t {
@@ -67,7 +67,7 @@ struct PathFilter {
     TNuXPathFilter kind = TNuXPathFilter::ftChildName;
     /// The attribute's name, or the path of the child.
     std::u16string_view name;
-    PathOperator comparison = PathOperator::none;
+    PathOperator comparison = PathOperator::None;
     PathLiteral literal;
     std::int32_t position = 0;
     /// Where the name is nothing but the name of a child element: no path is needed to find it.
@@ -77,20 +77,20 @@ struct PathFilter {
 };
 
 enum class PathTest : std::uint8_t {
-    everyAttribute,
-    attribute,
-    parent,
-    self,
-    everyElement,
-    everyNode,
-    elementWithText,
-    name,
+    EveryAttribute,
+    Attribute,
+    Parent,
+    Self,
+    EveryElement,
+    EveryNode,
+    ElementWithText,
+    Name,
 };
 
 /// The functions that are the test of a step.
 inline constexpr std::array<PathFunction<PathTest>, 2> testFunctions{{
-    {u"node", PathTest::everyNode},
-    {u"text", PathTest::elementWithText},
+    {u"node", PathTest::EveryNode},
+    {u"text", PathTest::ElementWithText},
 }};
 
 /// What stands before the operator of a filter for the value of the node itself.
@@ -111,23 +111,23 @@ template <class Functions>
     return found == functions.end() ? nullptr : &*found;
 }
 
-enum class PathMistake : std::uint8_t { none, invalidPath, openQuote, openBracket };
+enum class PathMistake : std::uint8_t { None, InvalidPath, OpenQuote, OpenBracket };
 
 struct PathStep {
     /// Whether it looks at everything below the context.
     bool isDeep = false;
-    PathTest test = PathTest::everyElement;
+    PathTest test = PathTest::EveryElement;
     std::u16string_view name;
     std::vector<PathFilter> filters;
-    PathMistake mistake = PathMistake::none;
+    PathMistake mistake = PathMistake::None;
     /// What soCreate makes when nothing matches: the text before the first bracket.
     std::u16string_view nameToCreate;
 };
 
-enum class PathStart : std::uint8_t { context, parent, grandparent, document };
+enum class PathStart : std::uint8_t { Context, Parent, Grandparent, Document };
 
 struct PathAlternative {
-    PathStart start = PathStart::context;
+    PathStart start = PathStart::Context;
     std::vector<PathStep> steps;
 };
 

@@ -123,10 +123,10 @@ private:
 /// and ".." come on top of that: both lead one level further up than in XPath.
 TNuDOMNode& startOf(const PathAlternative& alternative, TNuDOMNode& context,
                     TNuDOMDocument& document) {
-    const int levels = alternative.start == PathStart::parent        ? 1
-                       : alternative.start == PathStart::grandparent ? 2
+    const int levels = alternative.start == PathStart::Parent        ? 1
+                       : alternative.start == PathStart::Grandparent ? 2
                                                                      : 0;
-    if (alternative.start == PathStart::document) {
+    if (alternative.start == PathStart::Document) {
         return document;
     }
     TNuDOMNode* start = &context;

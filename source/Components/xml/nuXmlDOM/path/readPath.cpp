@@ -60,12 +60,12 @@ private:
 };
 
 PathOperator readOperator(std::u16string_view text) noexcept {
-    return text == u"="    ? PathOperator::equal
-           : text == u">"  ? PathOperator::greater
-           : text == u">=" ? PathOperator::greaterOrEqual
-           : text == u"<"  ? PathOperator::less
-           : text == u"<=" ? PathOperator::lessOrEqual
-                           : PathOperator::none;
+    return text == u"="    ? PathOperator::Equal
+           : text == u">"  ? PathOperator::Greater
+           : text == u">=" ? PathOperator::GreaterOrEqual
+           : text == u"<"  ? PathOperator::Less
+           : text == u"<=" ? PathOperator::LessOrEqual
+                           : PathOperator::None;
 }
 
 } // namespace
@@ -140,7 +140,7 @@ public:
         // 2. The filters.
         for (std::size_t open = bracket; open != std::u16string_view::npos;) {
             const Brackets brackets = findClose(open);
-            if (brackets.mistake != PathMistake::none) {
+            if (brackets.mistake != PathMistake::None) {
                 result.mistake = brackets.mistake;
                 return result;
             }
@@ -158,7 +158,7 @@ private:
         std::size_t close = 0;
         /// How many brackets stand in each other, the outermost included.
         std::size_t depth = 0;
-        PathMistake mistake = PathMistake::none;
+        PathMistake mistake = PathMistake::None;
     };
 
     /// The bracket that closes the one at `open`; quotes hide brackets, and brackets nest.
@@ -179,7 +179,7 @@ private:
                 return result;
             }
         }
-        result.mistake = quote != 0 ? PathMistake::openQuote : PathMistake::openBracket;
+        result.mistake = quote != 0 ? PathMistake::OpenQuote : PathMistake::OpenBracket;
         return result;
     }
 
@@ -189,19 +189,19 @@ private:
             test.remove_prefix(test.find(cNuColon) + 1); // none found is -1: nothing is cut
         }
         if (test.starts_with(u'@')) {
-            result.test = test == u"@*" ? PathTest::everyAttribute : PathTest::attribute;
+            result.test = test == u"@*" ? PathTest::EveryAttribute : PathTest::Attribute;
             result.name = test.substr(1);
         } else if (test.starts_with(u'.')) {
-            result.test = test.starts_with(u"..") ? PathTest::parent : PathTest::self;
+            result.test = test.starts_with(u"..") ? PathTest::Parent : PathTest::Self;
             if (test != u"." && test != u"..") {
-                result.mistake = PathMistake::invalidPath;
+                result.mistake = PathMistake::InvalidPath;
             }
         } else if (test.empty() || test == u"*") {
-            result.test = PathTest::everyElement;
+            result.test = PathTest::EveryElement;
         } else if (const auto* const called = findCall(testFunctions, test)) {
             result.test = called->meaning;
         } else {
-            result.test = PathTest::name;
+            result.test = PathTest::Name;
             result.name = test;
         }
     }
@@ -285,10 +285,10 @@ private:
 
 PathStart startOf(std::u16string_view alternative, bool beginsWithSlash) noexcept {
     return beginsWithSlash
-               ? alternative.starts_with(u"//") ? PathStart::context : PathStart::document
-           : alternative.starts_with(u"..") ? PathStart::grandparent
-           : alternative.starts_with(u'.')  ? PathStart::parent
-                                            : PathStart::context;
+               ? alternative.starts_with(u"//") ? PathStart::Context : PathStart::Document
+           : alternative.starts_with(u"..") ? PathStart::Grandparent
+           : alternative.starts_with(u'.')  ? PathStart::Parent
+                                            : PathStart::Context;
 }
 
 /// Divides a path into the texts of its steps.

@@ -114,7 +114,7 @@ TNuDOMElement* TNuDOMDocument::getElementById(std::u16string_view id) {
     // something else.
     // Deliberate: quotes in the id are dropped as in a path, so an id that has them is never found.
     nu::PathFilter filter;
-    filter.comparison = nu::PathOperator::equal;
+    filter.comparison = nu::PathOperator::Equal;
     filter.literal.isText = true;
     filter.literal.text = id;
     filter.literal.dropQuotes();

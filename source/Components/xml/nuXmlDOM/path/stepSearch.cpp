@@ -15,13 +15,13 @@ namespace {
 
 void failMistake(PathMistake mistake) {
     switch (mistake) {
-    case PathMistake::none:
+    case PathMistake::None:
         return;
-    case PathMistake::invalidPath:
+    case PathMistake::InvalidPath:
         throw host::Exception(messages::invalidPathStep);
-    case PathMistake::openQuote:
+    case PathMistake::OpenQuote:
         throw host::Exception(messages::unterminatedFilterValue);
-    case PathMistake::openBracket:
+    case PathMistake::OpenBracket:
         throw host::Exception(messages::unterminatedFilter);
     }
 }
@@ -44,12 +44,12 @@ StepSearch::StepSearch(const PathProgram& program, const PathStep& step, TNuDOMD
                        PathWork& work)
     : program_(program), step_(step), document_(document), work_(work),
       isCreating_(program.options.has(soCreate)),
-      mayRepeat_(step.isDeep && (step.test == PathTest::parent || step.test == PathTest::self)),
-      seeksNamed_(step.test == PathTest::name && !step.name.starts_with(u'#')),
+      mayRepeat_(step.isDeep && (step.test == PathTest::Parent || step.test == PathTest::Self)),
+      seeksNamed_(step.test == PathTest::Name && !step.name.starts_with(u'#')),
       isNameExact_(seeksNamed_ && !program.options.has(soCaseInsensitive) &&
                    !program.options.has(soIgnoreNamespace)),
-      isPlain_((isNameExact_ || step.test == PathTest::everyElement) && !step.isDeep &&
-               step.filters.empty() && step.mistake == PathMistake::none && !isCreating_) {
+      isPlain_((isNameExact_ || step.test == PathTest::EveryElement) && !step.isDeep &&
+               step.filters.empty() && step.mistake == PathMistake::None && !isCreating_) {
     if (isNameExact_) {
         name_ = document.parts().names.find(step.name);
     }
@@ -183,36 +183,36 @@ void StepSearch::matchHere(TNuDOMNode& context, PathNodes& found) {
     };
     ++visits_;
     switch (step_.test) {
-    case PathTest::everyAttribute:
-    case PathTest::attribute:
+    case PathTest::EveryAttribute:
+    case PathTest::Attribute:
         addAttributes(context, found);
         return;
-    case PathTest::parent:
+    case PathTest::Parent:
         if (TNuDOMNode* parent = NodeLinks::parent(context)) {
             if (isKept(*parent)) {
                 add(*parent, found);
             }
         }
         return;
-    case PathTest::self:
+    case PathTest::Self:
         if (isKept(context)) {
             add(context, found);
         }
         return;
-    case PathTest::everyNode:
+    case PathTest::EveryNode:
         addIf(firstPathChild(context), [](TNuDOMNode&) { return true; });
         return;
-    case PathTest::elementWithText:
+    case PathTest::ElementWithText:
         addIf(firstOfNamed(context), [&](TNuDOMNode& child) { return hasText(child, visits_); });
         return;
-    case PathTest::name:
+    case PathTest::Name:
         if (!isNameExact_) {
             addIf(seeksNamed_ ? firstOfNamed(context) : firstPathChild(context),
                   [&](TNuDOMNode& child) { return hasName(child); });
             return;
         }
         [[fallthrough]];
-    case PathTest::everyElement:
+    case PathTest::EveryElement:
         for (TNuDOMNode* child = matchBelow(context); child != nullptr;
              child = matchFrom(NodeLinks::next(*child))) {
             if (isKept(*child)) {
@@ -230,7 +230,7 @@ void StepSearch::addAttributes(TNuDOMNode& context, PathNodes& found) {
     }
     for (TNuDOMAttribute& attribute : element->Attributes()) {
         ++visits_;
-        const bool isMatch = step_.test == PathTest::everyAttribute ||
+        const bool isMatch = step_.test == PathTest::EveryAttribute ||
                              NuEqualFolded(attribute.get_localName(), step_.name);
         if (isMatch && isKept(attribute)) {
             add(attribute, found);
