@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <functional>
 #include <iterator>
 #include <sstream>
@@ -8,6 +9,7 @@
 #include <vector>
 
 #include "common/utf8.h"
+#include "host/runtime/unicode.h"
 #include "nuXmlDOM.h"
 #if !defined(__clang__) || __clang_major__ > 15 // clang 14 cannot read the views of libstdc++ 12
 #define NUXML_TEST_VIEWS 1
@@ -396,6 +398,69 @@ TEST(Face, CopiesNodes) {
     }
     const auto chain = NuCreateDOMDocument(deep);
     EXPECT_EQ(chain->CreateCopy()->Xml().size(), chain->Xml().size());
+}
+
+/// Whoever writes UTF-8 needs no other literal, from the first node to the file.
+TEST(Utf8, makesChangesFindsAndSaves) {
+    const NuRef<TNuDOMDocument> made = TNuDOMDocument::Create();
+    TNuDOMDocument& document = *made;
+    // 1. The prolog and the document element.
+    document.SetEncoding("UTF-8");
+    document.AddProcessingInstruction("stil", "größe");
+    document.SetProcessingInstruction("stil", "höhe");
+    TNuDOMElement& root = document.CreateRootNode("ä:wald", "urn:ä");
+    root.setAttributeNS("http://www.w3.org/2000/xmlns/", "xmlns:ä", "urn:ä");
+    ASSERT_NE(root.FindNamespace("urn:ä", false), nullptr);
+    EXPECT_EQ(root.FindNamespace("urn:ö", true), nullptr);
+    // 2. Nodes of every kind, made apart or in their place.
+    root.appendChild(*document.createElement("ahorn"));
+    root.appendChild(*document.createElementNS("urn:ä", "ä:birke"));
+    TNuDOMElement& ahorn = *root.GetChildElement("ahorn");
+    ahorn.setAttributeNode(*document.createAttribute("höhe"));
+    ahorn.setAttributeNode(*document.createAttributeNS("urn:ä", "ä:id"));
+    ahorn.setAttribute("ä:id", "№ 1");
+    ahorn.appendChild(*document.createTextNode("grün"));
+    ahorn.appendChild(*document.createCDATASection("<ß>"));
+    ahorn.AddCDATA("<ü>");
+    root.appendChild(*document.createComment("é"));
+    root.AddComment("è");
+    root.appendChild(*document.createProcessingInstruction("pï", "ñ"));
+    root.AddElement("eiche", "urn:ö").SetAsString("€ 5");
+    root.InsertElement("weide", rdpFirst, nullptr).set_nodeValue("木");
+    ASSERT_NE(root.GetChildElement("moos", soCreate), nullptr);
+    root.GetChildElementEx("moos").set_innerxml("<flöte>🌳</flöte>");
+    // 3. All of it found again.
+    EXPECT_EQ(document.getElementById("№ 1"), &ahorn);
+    EXPECT_EQ(document.getElementsByTagName("eiche")->Count(), 1U);
+    EXPECT_EQ(root.getElementsByTagName("flöte")->Count(), 1U);
+    EXPECT_EQ(document.getElementsByTagNameNS("urn:ä", "birke")->Count(), 1U);
+    EXPECT_EQ(document.CreateElementList("ä:wald/*")->Count(), 5U);
+    EXPECT_EQ(document.SelectSingleElement("ä:wald/ahorn"), &ahorn);
+    EXPECT_EQ(root.SelectSingleElement("moos/flöte"), root.SelectSingleNode("moos/flöte"));
+    ahorn.removeAttribute("höhe");
+    // 4. Written, and read in each way.
+    const std::string name = ::testing::TempDir() + "utf8-ä.xml";
+    document.save(name);
+    const std::string expected =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?><?stil höhe?><ä:wald xmlns:ä=\"urn:ä\"><weide>木"
+        "</weide><ahorn ä:id=\"№ 1\">grün<![CDATA[<ß>]]><![CDATA[<ü>]]></ahorn><ä:birke/><!--é-->"
+        "<!--è--><?pï ñ?><eiche>€ 5</eiche><moos><flöte>🌳</flöte></moos></ä:wald>";
+    const NuRef<TNuDOMDocument> read = TNuDOMDocument::Create();
+    TNuLoadReport report;
+    const std::function<void()> ways[] = {
+        [&] { read->load(name); },
+        [&] { read->load(name, report); },
+        [&] { read->load(name, TNuConformingOptions()); },
+        [&] { read->loadxml(expected); },
+        [&] { read->loadxml(expected, report); },
+        [&] { read->loadxml(expected, TNuConformingOptions()); },
+    };
+    for (const auto& way : ways) {
+        read->Clear();
+        way();
+        EXPECT_EQ(host::utf16ToUtf8(read->get_xml()), expected);
+    }
+    std::remove(name.c_str());
 }
 
 } // namespace
