@@ -332,6 +332,31 @@ TEST(RoundTrip, givesTheSameTextForAllKindsAndOptions) {
     NuUnregisterSerializationClass(host::classOf<Twig>);
 }
 
+/// What can be empty becomes so, whatever stands inside; everything else stays readable behind it.
+TEST(RoundTrip, emptiesWhatIsMissing) {
+    using host::ValueKind;
+    Random random(7);
+    for (const host::TPropInfo& property : host::classOf<Everything>.properties) {
+        const NuXmlString name(property.name);
+        SCOPED_TRACE(host::utf16ToUtf8(name));
+        Everything all;
+        random.fill(all);
+        all.SetDay(Day::Monday);
+        TNuSerializer serializer(all);
+        serializer.DeSerialize(u"<All><" + name + u" nil=\"true\"><x><y/></x></" + name +
+                               u"><Day>sunday</Day></All>");
+        EXPECT_EQ(all.GetDay(), Day::Sunday);
+        const ValueKind kind = property.type->kind;
+        const bool hasLength = name != u"Suits" && kind == ValueKind::List;
+        if (hasLength || kind == ValueKind::Map || kind == ValueKind::Optional ||
+            kind == ValueKind::Slot) {
+            const NuXmlString left = serializer.Serialize(u"All");
+            EXPECT_EQ(left.find(u"<" + name + u"><item"), left.npos) << host::utf16ToUtf8(left);
+            EXPECT_EQ(left.find(u"<" + name + u" type"), left.npos) << host::utf16ToUtf8(left);
+        }
+    }
+}
+
 /// References and the vectors that move what they hold while it is read.
 class Forest : public host::Published<Forest> {
 public:
