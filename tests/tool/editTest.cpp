@@ -76,6 +76,8 @@ const ShellCase forms[] = {
      "nuxml: form: nothing matched a/@y; --create makes what is missing\n"},
     {R"(printf '\357\273\277<a>\n<b/>\n</a>' | nuxml edit --set a/b=1)", 0,
      "\xEF\xBB\xBF<a>\n  <b>1</b>\n</a>", ""},
+    {R"(printf '<a>\n<b>x<i xml:space="default">y</i></b>\n</a>' | nuxml edit --create a/@z=1)", 0,
+     "<a z=\"1\">\n  <b>x<i xml:space=\"default\">y</i></b>\n</a>", ""},
     {R"(printf '<?xml version="1.0"?>\n<a>1</a>\n' | iconv -t UTF-16 | nuxml edit --set a=2 | )"
      R"(iconv -f UTF-16)",
      0, "<?xml version=\"1.0\"?>\n<a>2</a>\n", ""},

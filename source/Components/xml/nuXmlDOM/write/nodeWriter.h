@@ -88,11 +88,13 @@ public:
 private:
     /// Writes the start of an element; gives its first child, null when that was all.
     const TNuDOMNode* openElement(const TNuDOMElement& element) {
+        // What the element says about space is about what is inside of it, not about text beside it.
+        const bool isInText = preserves_ && characters_.keepsContent();
         if (spaceName_ != nullptr) {
             enterSpace(element);
         }
         const auto& name = characters_.name(NodeContext::name(element));
-        if (isBroken()) {
+        if (isBroken() && !isInText) {
             if (out_.breaksBeforeElement()) {
                 out_.put("\r\n", indentation(level_), "<", name);
             } else {
