@@ -88,7 +88,8 @@ public:
 private:
     /// Writes the start of an element; gives its first child, null when that was all.
     const TNuDOMNode* openElement(const TNuDOMElement& element) {
-        // What the element says about space is about what is inside of it, not about text beside it.
+        // What the element says about space is about what is inside of it, not about text beside
+        // it.
         const bool isInText = preserves_ && characters_.keepsContent();
         if (spaceName_ != nullptr) {
             enterSpace(element);
