@@ -20,7 +20,7 @@ namespace nu {
 /// place.
 class PlainEvents final : public DirectContent {
 public:
-    explicit PlainEvents(TNuSAXXMLReader& reader) noexcept : reader_(reader) {}
+    explicit PlainEvents(TNuSAXXMLReader& reader) : reader_(reader) {}
 
     /// Only where content has to be checked.
     void read(std::string_view bytes, PassedBytes& passed, const ReaderScopes& scopes) override;
