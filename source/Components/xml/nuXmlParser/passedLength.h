@@ -13,12 +13,14 @@ namespace nu {
 /// where they are.
 class PassedLength {
 public:
+    /// Notes a text, which has to stay where it is until units() was asked for, or 64 more came.
     void add(std::string_view text) noexcept {
         if (waitingCount_ == waiting_.size()) {
             count();
         }
         waiting_[waitingCount_++] = text;
     }
+    /// The units of all texts so far.
     [[nodiscard]] std::int64_t units() noexcept {
         count();
         return units_;
