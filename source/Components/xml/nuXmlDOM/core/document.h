@@ -153,11 +153,11 @@ public:
     [[nodiscard]] NuRef<TNuDOMCDATA> createCDATASection(const TNuUtf8Text& data) {
         return createCDATASection(data.view());
     }
-    [[nodiscard]] NuRef<TNuDOMProcessingInstruction>
     /// An instruction; `data` is written as it is and not checked for "?>".
-    createProcessingInstruction(std::u16string_view target, std::u16string_view data);
     [[nodiscard]] NuRef<TNuDOMProcessingInstruction>
+    createProcessingInstruction(std::u16string_view target, std::u16string_view data);
     /// The same in UTF-8.
+    [[nodiscard]] NuRef<TNuDOMProcessingInstruction>
     createProcessingInstruction(const TNuUtf8Text& target, const TNuText& data) {
         return createProcessingInstruction(target.view(), data.view());
     }

@@ -91,7 +91,8 @@ public:
     [[nodiscard]] TNuDOMNode* Last() const;
     /// Orders the members by what SelectSingleNode finds at `path` from each of them: by typed
     /// value when those are elements, else by node value. Throws, and changes nothing, when it
-    /// finds no single node from one of them.
+    /// finds no single node from one of them: ENuDomNotSupported where one of several members is
+    /// neither an element nor a document, from which alone paths begin.
     void Sort(std::u16string_view path);
     /// The same in UTF-8.
     void Sort(const TNuUtf8Text& path) { Sort(path.view()); }
