@@ -3,16 +3,11 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <initializer_list>
-#include <limits>
-#include <span>
 #include <string_view>
 #include <type_traits>
 
-#include "host/runtime/export.h"
-
 /// \file
-/// Names of the values of enumerations, and sets of such values.
+/// Names of the values of enumerations. All of it is done while the compiler runs.
 
 namespace host {
 
@@ -51,42 +46,6 @@ template <class Enum> struct EnumNames;
 /// Whether the values of an enumeration are bits, so that one of them can stand for several names.
 /// Specialize it with true for such an enumeration.
 template <class Enum> inline constexpr bool isSet = false;
-
-/// A set of values of an enumeration whose values are 0 to 63.
-template <class Enum> class Set {
-public:
-    /// What the set is made of.
-    using Value = Enum;
-
-    constexpr Set() = default;
-    constexpr Set(std::initializer_list<Enum> values) {
-        for (const Enum value : values) {
-            include(value);
-        }
-    }
-
-    /// Puts a value in; it may be there already.
-    constexpr void include(Enum value) noexcept { bits_ |= bit(value); }
-    /// Takes a value out; it need not be there.
-    constexpr void exclude(Enum value) noexcept { bits_ &= ~bit(value); }
-    /// Whether the value is in the set.
-    [[nodiscard]] constexpr bool contains(Enum value) const noexcept {
-        return (bits_ & bit(value)) != 0;
-    }
-    /// Whether there is no value in it.
-    [[nodiscard]] constexpr bool empty() const noexcept { return bits_ == 0; }
-    /// One bit for each value.
-    [[nodiscard]] constexpr std::uint64_t bits() const noexcept { return bits_; }
-
-    friend constexpr bool operator==(const Set&, const Set&) noexcept = default;
-
-private:
-    static constexpr std::uint64_t bit(Enum value) noexcept {
-        return std::uint64_t{1} << (static_cast<std::uint64_t>(value) & 63U);
-    }
-
-    std::uint64_t bits_ = 0;
-};
 
 /// \cond internal
 namespace detail {
