@@ -73,7 +73,11 @@ private:
     void appendPlainStart(const ElementForm& form, std::u16string_view name);
     void appendEnd(const ElementForm& form, std::u16string_view name);
     /// Appends what `append` puts into a string.
-    template <class Append> void appendPiece(Append append);
+    template <class Append> void appendPiece(Append append) {
+        scratch_.clear();
+        append(scratch_);
+        out_.appendWide(scratch_);
+    }
 
     TextBuffer<Unit>& out_;
     ValueWriter<Unit> values_;
