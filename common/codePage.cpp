@@ -3,12 +3,13 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <charconv>
 #include <cstdlib>
+#include <string_view>
 
 #include "common/codePageTables.h"
 #include "common/simd/block.h"
 #include "common/utf8.h"
+#include "host/runtime/digits.h"
 #include "host/runtime/exception.h"
 #include "host/runtime/format.h"
 #include "host/runtime/utf8Sequence.h"
@@ -119,13 +120,13 @@ std::uint32_t numberOfCharacterSet(std::string_view characterSet) {
         if (!plain.starts_with(family.name)) {
             continue;
         }
-        std::uint32_t number = 0;
-        const char* const digits = plain.data() + family.name.size();
-        const char* const end = plain.data() + plain.size();
-        const auto [stop, error] = std::from_chars(digits, end, number);
-        const bool isNumber = error == std::errc() && stop == end;
-        if (family.numbered ? isNumber : digits == end) {
-            return family.base + number;
+        const std::string_view digits = std::string_view(plain).substr(family.name.size());
+        if (!family.numbered && digits.empty()) {
+            return family.base;
+        }
+        const auto number = host::parseDigits<std::uint32_t>(digits);
+        if (family.numbered && number) {
+            return family.base + *number;
         }
     }
     return 0;

@@ -6,11 +6,12 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <charconv>
 #include <csignal>
 #include <cstdio>
+#include <optional>
 #include <system_error>
 
+#include "host/runtime/digits.h"
 #include "host/runtime/exception.h"
 #include "host/runtime/fileAttributes.h"
 #include "host/runtime/format.h"
@@ -134,15 +135,12 @@ FileReplacement::~FileReplacement() = default;
 
 /// True when the link is an open output of this program, which is then the stream.
 bool FileReplacement::takeOpenOutput(const std::filesystem::path& link) {
-    const std::string number = link.filename().string();
-    int descriptor = -1;
-    const char* const end = number.data() + number.size();
-    const auto parsed = std::from_chars(number.data(), end, descriptor);
-    if (parsed.ec != std::errc() || parsed.ptr != end || !isAmongDescriptors(link)) {
+    const std::optional<int> descriptor = parseDigits<int>(link.filename().string());
+    if (!descriptor || !isAmongDescriptors(link)) {
         return false;
     }
     // What is open may be a folder, or open to be read only; writing then says so.
-    const int own = ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
+    const int own = ::fcntl(*descriptor, F_DUPFD_CLOEXEC, 0);
     if (own < 0) {
         raiseNotCreated(errno);
     }

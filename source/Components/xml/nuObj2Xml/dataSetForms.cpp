@@ -23,7 +23,7 @@ struct Column {
 };
 
 std::vector<Column> columnsOf(const host::IDataSet& data, const TNuDOMElement& rows) {
-    const nu::SchemaPrefix schema = nu::findSchemaPrefix(rows, nu::cSchemaURI);
+    const nu::SchemaPrefix schema = nu::findSchemaPrefix(rows, nu::schemaNamespace);
     std::vector<Column> columns;
     for (std::size_t field = 0; field < data.FieldCount(); ++field) {
         const TFieldType type = data.FieldType(field);
@@ -130,7 +130,7 @@ void readRecord(const TNuDOMElement& row, host::IDataSet& data, std::size_t reco
 
 void NuSerialize(host::IDataSet& data, TNuDOMElement& rows) {
     const std::vector<Column> columns = columnsOf(data, rows);
-    const nu::SchemaPrefix instance = nu::findSchemaPrefix(rows, nu::cInstanceURI);
+    const nu::SchemaPrefix instance = nu::findSchemaPrefix(rows, nu::instanceNamespace);
     const NuXmlString type = instance.name(u"type");
     const NuXmlString nil = instance.name(u"nil");
     for (data.First(); !data.Eof(); data.Next()) {
@@ -150,7 +150,7 @@ void NuSerialize(host::IDataSet& data, TNuDOMElement& rows) {
 }
 
 void NuDeserialize(TNuDOMElement& rows, host::IDataSet& data) {
-    const nu::SchemaPrefix instance = nu::findSchemaPrefix(rows, nu::cInstanceURI);
+    const nu::SchemaPrefix instance = nu::findSchemaPrefix(rows, nu::instanceNamespace);
     std::size_t record = 0;
     for (const TNuDOMElement& row : rows.ChildElements()) {
         if (!NuEqualAsciiWord(row.get_localName(), u"row")) {

@@ -9,10 +9,10 @@ namespace {
 /// The prefixes that objects are written with can be used where they are declared.
 TNuNamespaceOptions prefixesAt(const TNuDOMElement& element) {
     TNuNamespaceOptions options;
-    if (nu::findSchemaPrefix(element, nu::cInstanceURI).text == u"xsi:") {
+    if (nu::findSchemaPrefix(element, nu::instanceNamespace).text == u"xsi:") {
         options = options | noUseXSIPrefix;
     }
-    if (nu::findSchemaPrefix(element, nu::cSchemaURI).text == u"xsd:") {
+    if (nu::findSchemaPrefix(element, nu::schemaNamespace).text == u"xsd:") {
         options = options | noUseXSDPrefix;
     }
     return options;

@@ -37,22 +37,26 @@ ElementForm::ElementForm(std::u16string_view uri, std::u16string_view prefix,
     if (options.has(noUseTNSPrefix)) {
         prefix_.append(prefix).push_back(cNuColon);
     }
-    const auto declare = [this](std::u16string_view name, std::u16string_view value) {
+    const auto declare = [this](std::u16string_view declared, std::u16string_view value) {
+        NuXmlString name(declarationPrefix);
+        if (!declared.empty()) {
+            name.append(1, cNuColon).append(declared);
+        }
         appendAttribute(rootAttributes_, name, value);
         rootAttributes_.push_back(cNuSpace);
     };
     if (options.has(noAddTNS) && !uri.empty()) {
         if (options.has(noUseDefaultNS)) {
-            declare(declarationPrefix, NuStrToXML(uri));
+            declare({}, NuStrToXML(uri));
         } else if (!prefix.empty()) {
-            declare(u"xmlns:" + NuXmlString(prefix), NuStrToXML(uri));
+            declare(prefix, NuStrToXML(uri));
         }
     }
     if (options.has(noAddXSI)) {
-        declare(u"xmlns:xsi", u"http://www.w3.org/2001/XMLSchema-instance");
+        declare(u"xsi", instanceNamespace);
     }
     if (options.has(noAddXSD)) {
-        declare(u"xmlns:xsd", u"http://www.w3.org/2001/XMLSchema");
+        declare(u"xsd", schemaNamespace);
     }
     if (!schemaLocation_.empty()) {
         rootAttributes_.append(schemaLocation_).push_back(cNuSpace);

@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "common/caseFolding.h"
+#include "nuXmlParser/namespaceNames.h"
 
 /// \file
 /// The attributes type and nil of XML Schema, as fragments have them, too: nobody need declare what
@@ -16,11 +17,10 @@ inline constexpr std::u16string_view usualInstancePrefix = u"xsi";
 /// namespace, by its usual prefix, or by its name alone. 0 for one that is not.
 /// \param uri of the namespace that the prefix stands for; empty where it is not declared
 inline int certaintyOf(std::u16string_view prefix, std::u16string_view uri) noexcept {
-    constexpr std::u16string_view instanceURI = u"http://www.w3.org/2001/XMLSchema-instance";
     if (prefix.empty()) {
         return 1;
     }
-    if (uri == instanceURI) {
+    if (uri == instanceNamespace) {
         return 3;
     }
     return prefix == usualInstancePrefix ? 2 : 0;

@@ -1,13 +1,13 @@
 #include "nuObj2Xml/leafValue.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
-#include <system_error>
 
 #include "common/utf8.h"
+#include "host/runtime/digits.h"
 #include "host/runtime/exception.h"
 #include "host/runtime/valueAccess.h"
 #include "nuObj2Xml/valueReader.h"
@@ -21,22 +21,13 @@ using host::ValueType;
 
 namespace {
 
-bool isDigit(char byte) noexcept { return byte >= '0' && byte <= '9'; }
-
 /// Reads digits, with a minus perhaps. What else a number can look like is for others.
 template <class Number> bool parseNumber(std::string_view text, void* value) noexcept {
-    const std::size_t sign = text.starts_with('-') ? 1 : 0;
-    if (text.size() <= sign || !isDigit(text[sign])) {
-        return false;
+    const std::optional<Number> number = host::parseDigits<Number>(text);
+    if (number) {
+        *static_cast<Number*>(value) = *number;
     }
-    const char* const end = text.data() + text.size();
-    Number number{};
-    const auto result = std::from_chars(text.data(), end, number);
-    if (result.ec != std::errc() || result.ptr != end) {
-        return false;
-    }
-    *static_cast<Number*>(value) = number;
-    return true;
+    return number.has_value();
 }
 
 template <class Signed, class Unsigned>

@@ -1,5 +1,8 @@
 #include "nuXmlRecords/indexText.h"
 
+#include <optional>
+
+#include "host/runtime/digits.h"
 #include "host/runtime/exception.h"
 #include "nuXmlRecords/recordMessages.h"
 
@@ -52,14 +55,12 @@ IndexTextReader::IndexTextReader(std::string_view bytes) {
 
 /// A number and the one byte behind it.
 template <class Number> Number IndexTextReader::read() {
-    Number value{};
-    const auto [end, error] = std::from_chars(rest_.data(), rest_.data() + rest_.size(), value);
-    const auto length = static_cast<std::size_t>(end - rest_.data());
-    if (error != std::errc() || value < Number{} || length == rest_.size()) {
+    const std::optional<Number> value = host::takeDigits<Number>(rest_);
+    if (!value || *value < Number{} || rest_.empty()) {
         refuse();
     }
-    rest_.remove_prefix(length + 1);
-    return value;
+    rest_.remove_prefix(1);
+    return *value;
 }
 
 std::int64_t IndexTextReader::number() { return read<std::int64_t>(); }

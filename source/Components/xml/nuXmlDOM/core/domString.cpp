@@ -58,11 +58,11 @@ void TNuDOMString::Trim() {
 }
 
 std::size_t TNuDOMName::Write(const void* buffer, std::size_t count) {
-    checkCharacters(buffer, count, notInNames, nu::cInvalidName);
+    checkCharacters(buffer, count, notInNames, nu::messages::invalidName);
     return TNuDOMString::Write(buffer, count);
 }
 
 std::size_t TNuDOMAttribValue::Write(const void* buffer, std::size_t count) {
-    checkCharacters(buffer, count, notInAttributeValues, nu::cInvalidAttributeValue);
+    checkCharacters(buffer, count, notInAttributeValues, nu::messages::invalidAttributeValue);
     return TNuDOMString::Write(buffer, count);
 }

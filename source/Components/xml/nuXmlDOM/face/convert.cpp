@@ -12,11 +12,11 @@ TNuDOMNode* nodeBehind(host::IUnknown* interface) {
     const auto known = host::queryInterface<INuDomObject>(interface);
     TNuDOMNode* const node = known ? FaceAccess::asNode(*known->AsObject()) : nullptr;
     if (node == nullptr) {
-        throw host::ESystemError(cForeignNode, host::resultNoInterface);
+        throw host::ESystemError(messages::foreignNode, host::resultNoInterface);
     }
     return node;
 }
 
-void raiseNodeRequired() { throw host::EInvalidPointer(cNodeRequired); }
+void raiseNodeRequired() { throw host::EInvalidPointer(messages::nodeRequired); }
 
 } // namespace nu

@@ -93,7 +93,7 @@ public:
         return giveInterface(imported, [&] { return object_.importNode(object_, deep); });
     }
     Result set_OnAsyncLoad(const host::DOMAsyncLoadEvent& /*event*/) noexcept override {
-        return host::guardCall([] { throw ENuDomNotSupported(cNotSupported); });
+        return host::guardCall([] { throw ENuDomNotSupported(messages::operationNotSupported); });
     }
 
     // Finding elements

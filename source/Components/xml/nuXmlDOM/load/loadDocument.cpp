@@ -21,7 +21,7 @@ void loadFile(TNuDOMDocument& document, const std::filesystem::path& fileName, L
     // A file that cannot be looked at is left to the stream, which says why.
     std::error_code error;
     if (!std::filesystem::exists(fileName, error) && !error) {
-        throw host::EReadError(host::formatMessage(nu::cNoFile, {loading.file}));
+        throw host::EReadError(host::formatMessage(nu::messages::noFile, {loading.file}));
     }
     host::TFileStream file(fileName, host::fmOpenRead | host::fmShareDenyNone);
     loadStream(document, file, loading);
@@ -34,7 +34,7 @@ void copyContents(host::IStream& source, host::TStream& target) {
     for (;;) {
         std::size_t count = 0;
         if (source.Read(block.get(), blockSize, count) < 0) {
-            throw ENuDomException(nu::cNoStreamContents);
+            throw ENuDomException(nu::messages::noStreamContents);
         }
         if (count == 0) {
             return;
@@ -45,7 +45,7 @@ void copyContents(host::IStream& source, host::TStream& target) {
 
 void loadInterface(TNuDOMDocument& document, host::IStream* stream, const Loading& loading) {
     if (stream == nullptr) {
-        throw ENuDomException(nu::cNoStreamContents);
+        throw ENuDomException(nu::messages::noStreamContents);
     }
     TNuMemoryStream contents;
     copyContents(*stream, contents);
@@ -61,7 +61,7 @@ void loadSource(TNuDOMDocument& document, const host::DOMSource& source, const L
     }
     if (const auto* stream = std::get_if<host::TStream*>(&source)) {
         if (*stream == nullptr) {
-            throw ENuDomException(nu::cNoStreamContents);
+            throw ENuDomException(nu::messages::noStreamContents);
         }
         return loadStream(document, **stream, loading);
     }

@@ -14,7 +14,7 @@ host::Ref<host::IDOMDocument> documentOf(host::TStream* stream, bool freeStream,
                                          const nu::Loading& loading,
                                          const TNuDOMLimits& limits = {}) {
     if (stream == nullptr) {
-        throw ENuDomException(nu::cNoStreamContents);
+        throw ENuDomException(nu::messages::noStreamContents);
     }
     const std::unique_ptr<host::TStream> owned(freeStream ? stream : nullptr);
     const NuRef<TNuDOMDocument> document = TNuDOMDocument::Create();

@@ -19,8 +19,8 @@
 
 namespace {
 
-[[noreturn]] void raiseEmptyName() { throw ENuDomSyntax(nu::cEmptyName); }
-[[noreturn]] void raiseInvalidName() { throw ENuDomInvalidCharacter(nu::cInvalidName); }
+[[noreturn]] void raiseEmptyName() { throw ENuDomSyntax(nu::messages::emptyName); }
+[[noreturn]] void raiseInvalidName() { throw ENuDomInvalidCharacter(nu::messages::invalidName); }
 
 /// What `find` gives for a name, if a node can have it.
 template <class Find>

@@ -75,7 +75,7 @@ void TNuDOMComment::set_nodeValue(std::u16string_view value) {
     if (hasRefusedGroup(value)) {
         stored().clear(OwnerDocument()->parts().memory);
         position_ = cEnd;
-        throw ENuDomInvalidCharacter(nu::cInvalidComment);
+        throw ENuDomInvalidCharacter(nu::messages::invalidComment);
     }
     store(value);
     position_ = cEnd;

@@ -17,7 +17,7 @@
 namespace {
 
 TNuDOMNode* refuseDocument(TNuDOMDocument* /*document*/) {
-    throw ENuDomNotSupported(nu::cNotSupported);
+    throw ENuDomNotSupported(nu::messages::operationNotSupported);
 }
 
 } // namespace
@@ -39,7 +39,7 @@ NuRef<TNuDOMDocument> TNuDOMDocument::Create() { return {new TNuDOMDocument}; }
 
 void TNuDOMDocument::Destroy() {
     if (parts_->lifetime.held() != 0) {
-        throw host::EInvalidPointer(nu::cStillHeld);
+        throw host::EInvalidPointer(nu::messages::stillHeld);
     }
     delete this;
 }
@@ -52,11 +52,11 @@ void TNuDOMDocument::Clear() {
         documentElement_->_delete();
     }
     if (documentElement_ != nullptr) {
-        host::failAssertion(nu::cAssertionFailure, nu::cDomLocation, __LINE__);
+        host::failAssertion(nu::messages::assertionFailure, nu::messages::domLocation, __LINE__);
     }
     while (TNuDOMNode* node = parts_->topLevel.last()) {
         if (nu::heldCount(*node) != 0) {
-            throw host::EInvalidPointer(nu::cStillHeld);
+            throw host::EInvalidPointer(nu::messages::stillHeld);
         }
         node->_delete();
     }
@@ -74,7 +74,7 @@ void TNuDOMDocument::_addChild(TNuDOMNode& child, TNuDOMPosition position, TNuDO
     // 1. The document element; its position is its own.
     if (auto* element = nu::as<TNuDOMElement>(&child)) {
         if (documentElement_ != nullptr) {
-            throw ENuDomHierarchyRequest(nu::cOneRootNode);
+            throw ENuDomHierarchyRequest(nu::messages::oneRootNode);
         }
         documentElement_ = element;
     } else if (nu::is<TNuDOMComment>(child) || nu::is<TNuDOMProcessingInstruction>(child)) {
@@ -83,7 +83,7 @@ void TNuDOMDocument::_addChild(TNuDOMNode& child, TNuDOMPosition position, TNuDO
         if (position == rdpFirst) {
             place = parts_->topLevel.first();
         } else if (position != rdpLast && reference == nullptr) {
-            throw ENuDomException(nu::cReferenceRequired);
+            throw ENuDomException(nu::messages::referenceRequired);
         } else if (position != rdpLast && reference != documentElement_) {
             const bool isKnown = reference != &child && reference->get_parentNode() == this &&
                                  nu::NodeLinks::isLinked(*reference);
@@ -129,7 +129,7 @@ NuRef<TNuDOMNode> TNuDOMDocument::removeChild(TNuDOMNode& child) {
 
 void TNuDOMDocument::set_documentElement(TNuDOMElement& element) {
     if (documentElement_ != nullptr) {
-        throw ENuDomNoModificationAllowed(nu::cRootNodeIsFixed);
+        throw ENuDomNoModificationAllowed(nu::messages::rootNodeIsFixed);
     }
     element._linkToParent(this, rdpLast, nullptr);
 }

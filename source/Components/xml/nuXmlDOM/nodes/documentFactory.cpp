@@ -79,7 +79,7 @@ TNuDOMElement& TNuDOMDocument::CreateRootNode(std::u16string_view name,
                                               std::u16string_view namespaceURI) {
     TNuDOMElement& element = _CreateElement(name, namespaceURI, this, rdpLast, nullptr);
     if (documentElement_ == nullptr) {
-        host::failAssertion(nu::cRootNodeNotSet, nu::cDomLocation, __LINE__);
+        host::failAssertion(nu::messages::rootNodeNotSet, nu::messages::domLocation, __LINE__);
     }
     return element;
 }

@@ -11,7 +11,7 @@
 TNuDOMObject::TNuDOMObject(TNuDOMDocument* document)
     : context_(document != nullptr ? document->parts().names.nameless() : nullptr) {
     if (document == nullptr) {
-        host::failAssertion(nu::cOwnerRequired, nu::cDomLocation, __LINE__);
+        host::failAssertion(nu::messages::ownerRequired, nu::messages::domLocation, __LINE__);
     }
 }
 

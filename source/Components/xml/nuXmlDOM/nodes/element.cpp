@@ -26,7 +26,7 @@ void TNuDOMElement::_addChild(TNuDOMNode& child, TNuDOMPosition position, TNuDOM
     // 1. Everything that is refused is refused before anything changes.
     const bool isRelative = position == rdpBefore || position == rdpAfter;
     if (isRelative && reference == nullptr) {
-        throw ENuDomException(nu::cReferenceRequired);
+        throw ENuDomException(nu::messages::referenceRequired);
     }
     const bool isAttribute = child.get_nodeType() == host::ATTRIBUTE_NODE;
     const bool isKnown = reference != nullptr && reference != &child &&

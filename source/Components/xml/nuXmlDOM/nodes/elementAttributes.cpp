@@ -41,7 +41,7 @@ TNuDOMAttribute* findAttribute(const TNuDOMElement& element, std::u16string_view
 TNuDOMAttribute* foundOr(TNuDOMAttribute* found, TNuDOMElement& element, std::u16string_view name,
                          std::u16string_view namespaceURI, TNuDOMSelectOptions options) {
     if (found == nullptr && options.has(soRaise)) {
-        throw ENuDomNotFound(host::formatMessage(nu::cNoAttribute, {name}));
+        throw ENuDomNotFound(host::formatMessage(nu::messages::noAttribute, {name}));
     }
     if (found == nullptr && options.has(soCreate)) {
         found = static_cast<TNuDOMAttribute*>(&element.OwnerDocument()->_CreateNode(

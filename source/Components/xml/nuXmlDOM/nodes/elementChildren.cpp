@@ -59,7 +59,7 @@ TNuDOMElement* TNuDOMElement::GetChildElement(std::u16string_view name,
     TNuDOMElement* found =
         nu::findChildElement(*this, nu::NameTest(name, options, *OwnerDocument()));
     if (found == nullptr && options.has(soRaise)) {
-        throw ENuDomException(host::formatMessage(nu::cNoChildElement, {name}));
+        throw ENuDomException(host::formatMessage(nu::messages::noChildElement, {name}));
     }
     return found == nullptr && options.has(soCreate) ? &AddElement(name) : found;
 }
@@ -73,7 +73,8 @@ TNuDOMElement* TNuDOMElement::GetChildElement(std::u16string_view name,
                nu::areEqual(child.get_namespaceURI(), namespaceURI, options);
     });
     if (found == nullptr && options.has(soRaise)) {
-        throw ENuDomException(host::formatMessage(nu::cNoChildElementNS, {name, namespaceURI}));
+        throw ENuDomException(
+            host::formatMessage(nu::messages::noChildElementNS, {name, namespaceURI}));
     }
     return found == nullptr && options.has(soCreate) ? &AddElement(name, namespaceURI) : found;
 }

@@ -35,7 +35,7 @@ TNuDOMImplementation::createDocument(std::u16string_view namespaceURI,
                                      std::u16string_view qualifiedName,
                                      const host::IDOMDocumentType* doctype) const {
     if (doctype != nullptr) {
-        throw ENuDomNotSupported(nu::cNoDoctype);
+        throw ENuDomNotSupported(nu::messages::noDoctype);
     }
     NuRef<TNuDOMDocument> document = TNuDOMDocument::Create();
     if (!qualifiedName.empty()) {
@@ -52,7 +52,7 @@ TNuDOMImplementation::createDocument(std::u16string_view namespaceURI,
 void TNuDOMImplementation::createDocumentType(std::u16string_view /*qualifiedName*/,
                                               std::u16string_view /*publicId*/,
                                               std::u16string_view /*systemId*/) const {
-    throw ENuDomNotSupported(nu::cNotImplemented);
+    throw ENuDomNotSupported(nu::messages::notImplemented);
 }
 
 TNuDOMVendor::~TNuDOMVendor() = default;

@@ -15,7 +15,7 @@ namespace nu {
 /// What TNuDOMNodeClass::create is for a class of nodes.
 template <class Node> TNuDOMNode* createNode(TNuDOMDocument* document) {
     if (document == nullptr) {
-        host::failAssertion(cOwnerRequired, cDomLocation, __LINE__);
+        host::failAssertion(messages::ownerRequired, messages::domLocation, __LINE__);
     }
     return &NodeMemory::make<Node>(*document, document->parts().names.nameless());
 }

@@ -17,7 +17,7 @@ namespace nu {
 /// Throws host::EAssertionFailed for options that cannot stand together.
 inline void checkOptions(TNuDOMSelectOptions options) {
     if (options.has(soCreate) && options.has(soRaise)) {
-        host::failAssertion(cInvalidOptions, cDomLocation, __LINE__);
+        host::failAssertion(messages::invalidOptions, messages::domLocation, __LINE__);
     }
 }
 

@@ -66,17 +66,17 @@ void TNuDOMNode::set_nodeName(std::u16string_view name) {
     // 1. A node is named once, and not by nothing.
     const nu::NodeName& named = nu::NodeContext::name(*this);
     if (named.isNamed()) {
-        throw ENuDomNoModificationAllowed(nu::cNameIsFixed);
+        throw ENuDomNoModificationAllowed(nu::messages::nameIsFixed);
     }
     if (name.empty()) {
-        throw ENuDomSyntax(nu::cEmptyName);
+        throw ENuDomSyntax(nu::messages::emptyName);
     }
     // 2. Deliberate: the name is taken up to a character that is refused, and the node is named
     // then; a name is built character by character.
     const std::size_t refused = name.find(cNuSpace);
     rename(OwnerDocument()->parts().names.get(name.substr(0, refused), *named.uri));
     if (refused != std::u16string_view::npos) {
-        throw ENuDomInvalidCharacter(nu::cInvalidName);
+        throw ENuDomInvalidCharacter(nu::messages::invalidName);
     }
 }
 
@@ -87,7 +87,7 @@ void TNuDOMNode::set_prefix(std::u16string_view prefix) {
     rename(OwnerDocument()->parts().names.get(!prefix.empty(), taken, name.hasLocal, name.local(),
                                               *name.uri));
     if (isRefused) {
-        throw ENuDomInvalidCharacter(nu::cInvalidName);
+        throw ENuDomInvalidCharacter(nu::messages::invalidName);
     }
 }
 
@@ -97,10 +97,10 @@ void TNuDOMNode::Rename(const TNuText& name) {
         raiseNotSupported();
     }
     if (name.view().empty()) {
-        throw ENuDomSyntax(nu::cEmptyName);
+        throw ENuDomSyntax(nu::messages::emptyName);
     }
     if (name.view().find(cNuSpace) != std::u16string_view::npos) {
-        throw ENuDomInvalidCharacter(nu::cInvalidName);
+        throw ENuDomInvalidCharacter(nu::messages::invalidName);
     }
     rename(OwnerDocument()->parts().names.get(name.view()));
 }
@@ -138,11 +138,13 @@ NuXmlString TNuDOMNode::NodePath(bool localNamesOnly) const {
 
 // What only some kinds of nodes provide
 
-void TNuDOMNode::raiseNotSupported() { throw ENuDomNotSupported(nu::cNotSupported); }
+void TNuDOMNode::raiseNotSupported() {
+    throw ENuDomNotSupported(nu::messages::operationNotSupported);
+}
 
 void TNuDOMNode::raiseNoParentOf(const TNuDOMNode& child) const {
     throw ENuDomHierarchyRequest(
-        host::formatMessage(nu::cNoParentOf, {NodeClass().name, child.NodeClass().name}));
+        host::formatMessage(nu::messages::noParentOf, {NodeClass().name, child.NodeClass().name}));
 }
 
 NuXmlString TNuDOMNode::get_nodeValue() const { return {}; }
@@ -278,7 +280,7 @@ void TNuDOMNode::checkCanStandBelow(const TNuDOMNode& parent, TNuDOMPosition pos
     // An element asks for the reference before it looks at the kind.
     if (parent.nodeType_ == host::ELEMENT_NODE && reference == nullptr &&
         (position == rdpBefore || position == rdpAfter)) {
-        throw ENuDomException(nu::cReferenceRequired);
+        throw ENuDomException(nu::messages::referenceRequired);
     }
     parent.raiseNoParentOf(*this);
 }
@@ -322,7 +324,7 @@ TNuDOMElement* nu::NodeLinks::parentElement(const TNuDOMNode& node) noexcept {
 }
 
 void nu::raiseInvalidCast(std::u16string_view className) {
-    throw host::EInvalidCast(host::formatMessage(cInvalidCast, {className}));
+    throw host::EInvalidCast(host::formatMessage(messages::invalidCast, {className}));
 }
 
 nu::Face& TNuDOMNode::face() {

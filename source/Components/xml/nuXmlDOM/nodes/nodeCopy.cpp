@@ -84,7 +84,7 @@ private:
         case host::PROCESSING_INSTRUCTION_NODE:
             return copyLeaf<TNuDOMProcessingInstruction>(source, place);
         default:
-            throw ENuDomHierarchyRequest(cNoCopyOfDocument);
+            throw ENuDomHierarchyRequest(messages::noCopyOfDocument);
         }
     }
     template <class Node> Node& copyLeaf(const TNuDOMNode& source, TNuDOMElement* place) {

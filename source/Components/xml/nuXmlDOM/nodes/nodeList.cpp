@@ -98,7 +98,7 @@ void TNuDOMNodeList::Clear() {
         TNuDOMNode* node = items_.back();
         if (node != nullptr) {
             if (nu::isSubtreeHeld(*node)) {
-                throw host::EInvalidPointer(nu::cStillHeld);
+                throw host::EInvalidPointer(nu::messages::stillHeld);
             }
             node->_delete(); // empties every entry that it has
         }
@@ -306,9 +306,9 @@ NuRef<TNuDOMAttribute> TNuDOMAttrList::removeNamedItemNS(const TNuUtf8Text& name
 }
 
 void TNuDOMAttrList::setNamedItem(TNuDOMNode& /*node*/) {
-    throw ENuDomNotSupported(nu::cNotImplemented);
+    throw ENuDomNotSupported(nu::messages::notImplemented);
 }
 
 void TNuDOMAttrList::setNamedItemNS(TNuDOMNode& /*node*/) {
-    throw ENuDomNotSupported(nu::cNotImplemented);
+    throw ENuDomNotSupported(nu::messages::notImplemented);
 }

@@ -134,7 +134,7 @@ void TNuDOMCDATA::set_nodeValue(std::u16string_view value) {
     clearFlag(nu::isFreeOfReferences);
     if (hasRefusedGroup(value)) {
         stored().clear(OwnerDocument()->parts().memory);
-        throw ENuDomInvalidCharacter(nu::cInvalidCData);
+        throw ENuDomInvalidCharacter(nu::messages::invalidCData);
     }
     store(value);
     setFlag(nu::isCanonicalText);

@@ -137,7 +137,7 @@ TNuDOMElement* TNuDOMNode::Find(const TNuText& path, TNuDOMSelectOptions options
 
 const TNuDOMElement* TNuDOMNode::Find(const TNuText& path, TNuDOMSelectOptions options) const {
     if (options.has(soCreate)) {
-        throw ENuDomNoModificationAllowed(nu::cNoMakingInConstant);
+        throw ENuDomNoModificationAllowed(nu::messages::noMakingInConstant);
     }
     return static_cast<const TNuDOMElement*>(first(path, options, true));
 }
@@ -145,7 +145,7 @@ const TNuDOMElement* TNuDOMNode::Find(const TNuText& path, TNuDOMSelectOptions o
 TNuDOMElement& TNuDOMNode::At(const TNuText& path) {
     TNuDOMNode* found = first(path, {}, true);
     if (found == nullptr) {
-        throw ENuDomException(host::formatMessage(nu::cNoNodeForPath, {path.view()}));
+        throw ENuDomException(host::formatMessage(nu::messages::noNodeForPath, {path.view()}));
     }
     return static_cast<TNuDOMElement&>(*found);
 }
@@ -160,7 +160,7 @@ TNuDOMElement& TNuDOMNode::Make(const TNuText& path) {
         made = first(path, soCreate, true);
     }
     if (made == nullptr) {
-        throw ENuDomException(host::formatMessage(nu::cNoNodeForPath, {path.view()}));
+        throw ENuDomException(host::formatMessage(nu::messages::noNodeForPath, {path.view()}));
     }
     return static_cast<TNuDOMElement&>(*made);
 }

@@ -11,14 +11,14 @@ namespace {
 
 void checkContext(const TNuDOMNode& context) {
     if (!nu::isPathContext(context)) {
-        throw ENuDomNotSupported(nu::cNotSupported);
+        throw ENuDomNotSupported(nu::messages::operationNotSupported);
     }
 }
 
 /// The context for selections that make nothing.
 TNuDOMNode& unchanged(const TNuDOMNode& context, TNuDOMSelectOptions options) {
     if (options.has(soCreate)) {
-        throw ENuDomNoModificationAllowed(nu::cNoMakingInConstant);
+        throw ENuDomNoModificationAllowed(nu::messages::noMakingInConstant);
     }
     return const_cast<TNuDOMNode&>(context);
 }

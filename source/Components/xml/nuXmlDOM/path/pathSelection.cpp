@@ -184,7 +184,7 @@ namespace {
 
 void checkFound(std::u16string_view path, TNuDOMSelectOptions options, const TNuDOMNode* found) {
     if (found == nullptr && options.has(soRaise)) {
-        throw ENuDomException(host::formatMessage(cNoNodeForPath, {path}));
+        throw ENuDomException(host::formatMessage(messages::noNodeForPath, {path}));
     }
 }
 
@@ -201,7 +201,7 @@ TNuDOMNode* singleNode(std::u16string_view path, TNuDOMSelectOptions options,
 TNuDOMElement* singleElement(std::u16string_view path, TNuDOMSelectOptions options,
                              const PathNodes& found) {
     if (found.size() > 1) {
-        throw ENuDomException(host::formatMessage(cMoreThanOne, {path}));
+        throw ENuDomException(host::formatMessage(messages::moreThanOne, {path}));
     }
     TNuDOMNode* node = found.empty() ? nullptr : found.front();
     checkFound(path, options, node);

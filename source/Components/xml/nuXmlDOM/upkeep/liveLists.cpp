@@ -229,7 +229,7 @@ template <class Base, LiveMembers shown> void LiveList<Base, shown>::Clear() {
     while (const std::size_t count = gathered().size()) {
         TNuDOMNode* node = gathered().at(count - 1);
         if (isSubtreeHeld(*node)) {
-            throw host::EInvalidPointer(cStillHeld);
+            throw host::EInvalidPointer(messages::stillHeld);
         }
         node->_delete();
     }

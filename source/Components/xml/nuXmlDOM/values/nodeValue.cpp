@@ -41,8 +41,8 @@ template <class Convert> auto convertText(const TNuDOMNode& node, Convert&& conv
         if (isAttribute) {
             place.append(u"/@").append(node.get_nodeName());
         }
-        throw host::EConvertError(
-            host::formatMessage(nu::cValueAt, {std::u16string_view(error.Message()), place}));
+        throw host::EConvertError(host::formatMessage(
+            nu::messages::valueAt, {std::u16string_view(error.Message()), place}));
     }
 }
 

@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "nuXmlParser/chars.h"
+#include "nuXmlParser/namespaceNames.h"
 
 class TNuDOMElement;
 
@@ -10,9 +11,6 @@ class TNuDOMElement;
 /// How the names of XML Schema are written at a place in a document.
 
 namespace nu {
-
-inline constexpr std::u16string_view cInstanceURI = u"http://www.w3.org/2001/XMLSchema-instance";
-inline constexpr std::u16string_view cSchemaURI = u"http://www.w3.org/2001/XMLSchema";
 
 /// A namespace as it is in scope at an element.
 struct SchemaPrefix {

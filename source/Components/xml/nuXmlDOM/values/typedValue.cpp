@@ -21,7 +21,7 @@ host::VarType typeNamed(std::u16string_view name) {
         type = host::varEmpty; // unknown, which has a text of its own here
     }
     if (type == host::varEmpty) {
-        throw ENuDomException(nu::cUnknownType);
+        throw ENuDomException(nu::messages::unknownType);
     }
     return type;
 }
@@ -37,7 +37,7 @@ bool hasTextChild(const TNuDOMElement& element) {
 /// Writes a value with its type where the types have a namespace, else as text alone.
 template <class Write>
 void setTyped(TNuDOMElement& element, const host::Variant& value, Write&& write) {
-    if (element.FindNamespace(nu::cInstanceURI, true) != nullptr) {
+    if (element.FindNamespace(nu::instanceNamespace, true) != nullptr) {
         element.SetVarValue(value);
     } else {
         element.set_nodeValue(write());
@@ -48,7 +48,7 @@ void setTyped(TNuDOMElement& element, const host::Variant& value, Write&& write)
 
 host::Variant TNuDOMElement::GetVarValue() const {
     // 1. No value.
-    const SchemaPrefix instance = findSchemaPrefix(*this, nu::cInstanceURI);
+    const SchemaPrefix instance = findSchemaPrefix(*this, nu::instanceNamespace);
     const TNuDOMAttribute* nil = getAttributeNode(instance.name(u"nil"));
     if (nil != nullptr && NuEqualAsciiWord(nil->get_nodeValue(), u"true")) {
         return host::null;
@@ -57,7 +57,7 @@ host::Variant TNuDOMElement::GetVarValue() const {
     if (const TNuDOMAttribute* type = getAttributeNode(instance.name(u"type"))) {
         const NuXmlString name = type->get_nodeValue();
         if (name.empty()) {
-            throw ENuDomException(nu::cEmptyType);
+            throw ENuDomException(nu::messages::emptyType);
         }
         const host::VarType varType = typeNamed(name);
         return isStringType(varType) ? host::Variant(get_nodeValue())
@@ -69,7 +69,7 @@ host::Variant TNuDOMElement::GetVarValue() const {
 
 void TNuDOMElement::SetVarValue(const host::Variant& value) {
     const nu::DocumentLifetime::Work work(OwnerDocument()->parts().lifetime);
-    const SchemaPrefix instance = findSchemaPrefix(*this, nu::cInstanceURI);
+    const SchemaPrefix instance = findSchemaPrefix(*this, nu::instanceNamespace);
     const NuXmlString nil = instance.name(u"nil");
     // 1. No value. Deliberate: a type that is there already stays.
     if (value.IsEmpty() || value.IsNull()) {
@@ -83,9 +83,9 @@ void TNuDOMElement::SetVarValue(const host::Variant& value) {
     // Deliberate: text has its type only where the types have a namespace, other values always;
     // without a namespace as a bare "type".
     const bool namesType = !isString || instance.isDeclared;
-    const NuXmlString type = namesType
-                                 ? findSchemaPrefix(*this, nu::cSchemaURI).name(NuSchemaType(value))
-                                 : NuXmlString();
+    const NuXmlString type =
+        namesType ? findSchemaPrefix(*this, nu::schemaNamespace).name(NuSchemaType(value))
+                  : NuXmlString();
     // 3. The text, and the type.
     removeAttribute(nil);
     set_nodeValue(text);

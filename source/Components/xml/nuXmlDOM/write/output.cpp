@@ -109,7 +109,7 @@ template <class Unit> void Output<Unit>::drain() {
 template <class Unit> void Output<Unit>::handOn(std::basic_string_view<Unit> text) {
     const std::uint64_t bytes = std::uint64_t{text.size()} * sizeof(Unit);
     if (bytes > left_) {
-        throw ENuDomException(host::formatMessage(cTooMuchOutput, {limit_}));
+        throw ENuDomException(host::formatMessage(messages::tooMuchOutput, {limit_}));
     }
     left_ -= bytes;
     isHandedOn_ = true;

@@ -11,7 +11,7 @@ namespace nu {
 namespace {
 
 [[noreturn]] void raiseLacking(std::u16string_view text) {
-    throw host::EConvertError(host::formatMessage(cLackingCharacter, {text}));
+    throw host::EConvertError(host::formatMessage(messages::lackingCharacter, {text}));
 }
 
 /// A value with references for the characters that a parser makes blanks of.

@@ -60,7 +60,7 @@ public:
     explicit EightBitTarget(host::TStream& stream) : stream_(stream) {}
     void take(std::string_view block) override {
         if (stream_.Write(block.data(), block.size()) < block.size()) {
-            throw host::Exception(cIncompleteWrite);
+            throw host::Exception(messages::incompleteWrite);
         }
     }
 
