@@ -83,16 +83,16 @@ const CodePage& singleBytePage(std::uint32_t number) {
 }
 
 // Letters in lower case and digits only: the same character set is written in many ways.
-std::string plainCharacterSet(std::string_view name) {
-    std::string plain;
+std::string foldedCharacterSet(std::string_view name) {
+    std::string folded;
     for (const char letter : name) {
         if (letter >= 'A' && letter <= 'Z') {
-            plain += static_cast<char>(letter + 0x20);
+            folded += static_cast<char>(letter + 0x20);
         } else if ((letter >= 'a' && letter <= 'z') || (letter >= '0' && letter <= '9')) {
-            plain += letter;
+            folded += letter;
         }
     }
-    return plain;
+    return folded;
 }
 
 // The number that a character set has as a code page, by its number or by a name of its own; 0 for
@@ -115,12 +115,12 @@ std::uint32_t numberOfCharacterSet(std::string_view characterSet) {
         {"latin7", 28603, false}, {"latin8", 28604, false},
         {"latin9", 28605, false}, {"latin10", 28606, false},
     };
-    const std::string plain = plainCharacterSet(characterSet);
+    const std::string folded = foldedCharacterSet(characterSet);
     for (const Family& family : families) {
-        if (!plain.starts_with(family.name)) {
+        if (!folded.starts_with(family.name)) {
             continue;
         }
-        const std::string_view digits = std::string_view(plain).substr(family.name.size());
+        const std::string_view digits = std::string_view(folded).substr(family.name.size());
         if (!family.numbered && digits.empty()) {
             return family.base;
         }

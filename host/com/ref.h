@@ -40,7 +40,7 @@ public:
         return *this;
     }
 
-    /// The object as a plain pointer, good as long as somebody holds it; null for an empty handle.
+    /// The object as a raw pointer, good as long as somebody holds it; null for an empty handle.
     [[nodiscard]] Object* get() const noexcept { return object_; }
     Object* operator->() const noexcept { return object_; }
     Object& operator*() const noexcept { return *object_; }

@@ -20,7 +20,7 @@
 ///   a failure: an empty text, false, 0 or an empty handle. A handle may be the one that the call
 ///   is made through (`node->get_parentNode(node)`); a text must be no other parameter's.
 /// - What is looked for and not there is an empty handle or text and no failure.
-/// - A node that is passed in stays the caller's; it is a plain pointer that may be null where an
+/// - A node that is passed in stays the caller's; it is a raw pointer that may be null where an
 ///   operation says so. A node that comes out is a counted handle.
 /// - Text is UTF-16. Lengths, offsets and counts are in UTF-16 code units, and indexes count from
 /// 0.

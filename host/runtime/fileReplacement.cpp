@@ -42,7 +42,7 @@ bool isAmongDescriptors(const std::filesystem::path& place) {
            folder.st_ino == descriptors.st_ino;
 }
 
-/// Why something that is no plain file is not written.
+/// Why something that is no regular file is not written.
 std::u16string refusalOf(mode_t mode) {
     if (S_ISDIR(mode)) {
         return reasonOf(EISDIR);

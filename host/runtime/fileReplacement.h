@@ -24,7 +24,7 @@ namespace host {
 /// contents, because only a file of its own can be complete at once.
 ///
 /// A name of an output that the program has open already, such as /dev/stdout, means that output:
-/// it is written to where it stands. What else is no plain file (a folder, a pipe, a device) is
+/// it is written to where it stands. What else is no regular file (a folder, a pipe, a device) is
 /// refused.
 class FileReplacement {
 public:

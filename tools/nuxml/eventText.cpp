@@ -11,7 +11,7 @@ constexpr std::size_t placeWidth = 14; ///< line and column, and the gap behind 
 constexpr std::size_t lineWidth = 7;
 constexpr std::size_t nameWidth = eventName(EventKind::ProcessingInstruction).size() + 2;
 
-constexpr std::string_view plain = "\x1B[0m";
+constexpr std::string_view usual = "\x1B[0m";
 constexpr std::string_view faint = "\x1B[2m";
 constexpr std::string_view red = "\x1B[1;31m";
 constexpr std::string_view green = "\x1B[32m";
@@ -74,7 +74,7 @@ void EventText::writePlace(const Event& event) {
     output_.write(line.view());
     output_.write(':');
     output_.write(column.view());
-    colour(plain);
+    colour(usual);
     output_.writeSpaces(
         spacesUpTo(placeWidth, indent + line.view().size() + 1 + column.view().size()));
 }
@@ -84,7 +84,7 @@ void EventText::writeName(EventKind kind) {
     const std::string_view name = eventName(kind);
     colour(colourOf(kind));
     output_.write(name);
-    colour(plain);
+    colour(usual);
     switch (kind) {
     case EventKind::StartDocument:
         if (title_.empty()) {
@@ -161,7 +161,7 @@ void EventText::writeElement(const Event& event) {
         output_.write(' ');
         colour(cyan);
         output_.writeText(attribute.qName, Escapes::Visible);
-        colour(plain);
+        colour(usual);
         output_.write('=');
         writeQuoted(attribute.value);
     }
@@ -170,7 +170,7 @@ void EventText::writeElement(const Event& event) {
         output_.write(" {");
         output_.writeText(uri, Escapes::Visible);
         output_.write('}');
-        colour(plain);
+        colour(usual);
     }
 }
 

@@ -15,7 +15,7 @@ namespace {
 /// turn comes.
 constexpr std::int64_t taskSize = 512 * 1024;
 /// The same on a promise, where each task reads the beginning of the document as well.
-constexpr std::int64_t plainTaskSize = 4 * 1024 * 1024;
+constexpr std::int64_t promisedTaskSize = 4 * 1024 * 1024;
 
 } // namespace
 
@@ -86,8 +86,8 @@ std::optional<RecordTask> RecordTasks::next() {
         return std::nullopt;
     }
     RecordTask task{count_++, {border_, size_}, std::move(start_), guess_.has_value()};
-    if (request_.sharing == Sharing::Plain) {
-        task.share.behind = std::min(border_ + plainTaskSize, size_);
+    if (request_.sharing == Sharing::Promised) {
+        task.share.behind = std::min(border_ + promisedTaskSize, size_);
     } else {
         start_ = nextStart(border_ + taskSize);
         task.share.behind = start_ ? start_->position : size_;

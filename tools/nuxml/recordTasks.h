@@ -14,8 +14,8 @@ namespace tool {
 
 /// How a file is shared.
 enum class Sharing {
-    Exact, ///< by an index, or by what a pass ahead finds
-    Plain, ///< on the promise that the tag of records names nothing else
+    Exact,    ///< by an index, or by what a pass ahead finds
+    Promised, ///< on the promise that the tag of records names nothing else
 };
 
 /// Which records of which file.

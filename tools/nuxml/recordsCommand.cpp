@@ -76,18 +76,18 @@ template <class Make> auto takeArgument(Make&& make) {
 }
 
 /// Throws UsageError for what does not go together.
-void checkTogether(const Options& options, bool isPlain) {
+void checkTogether(const Options& options, bool isPromised) {
     const bool isShared = options.part || options.jobs;
     if (options.part && options.jobs) {
         throw UsageError("--part and --jobs exclude each other");
     }
-    if (isPlain && options.indexFile) {
+    if (isPromised && options.indexFile) {
         throw UsageError("--plain and --index-file exclude each other");
     }
-    if (isPlain && options.path.ends_with(u'*')) {
+    if (isPromised && options.path.ends_with(u'*')) {
         throw UsageError("--plain needs the name of the records, the last one of the path");
     }
-    if ((isPlain || options.indexFile) && !isShared) {
+    if ((isPromised || options.indexFile) && !isShared) {
         throw UsageError("--plain and --index-file are for --part and --jobs");
     }
     if (isShared && (options.inputs.size() != 1 || options.inputs[0].text == standardInput)) {
@@ -111,7 +111,7 @@ Options readOptions(std::vector<Operand> operands, const Options& given) {
     if (options.inputs.empty()) {
         options.inputs.push_back({standardInput, false});
     }
-    checkTogether(options, options.sharing == Sharing::Plain);
+    checkTogether(options, options.sharing == Sharing::Promised);
     return options;
 }
 
@@ -280,7 +280,7 @@ struct Words {
     bool isCount = false;
     bool isCsv = false;
     bool isTsv = false;
-    bool isPlain = false;
+    bool isPromised = false;
     bool isUnordered = false;
     bool hasHeader = false;
     bool isIndex = false;
@@ -329,7 +329,7 @@ void readSharing(const Words& words, Options& options) {
         }
     }
     options.isOrdered = !words.isUnordered;
-    options.sharing = words.isPlain ? Sharing::Plain : Sharing::Exact;
+    options.sharing = words.isPromised ? Sharing::Promised : Sharing::Exact;
 }
 
 } // namespace
@@ -344,7 +344,7 @@ ExitCode runRecords(Console& console, Arguments arguments) {
                                     {"--csv", words.isCsv},
                                     {"--tsv", words.isTsv},
                                     {"--header", words.hasHeader},
-                                    {"--plain", words.isPlain},
+                                    {"--plain", words.isPromised},
                                     {"--unordered", words.isUnordered},
                                     {"--index", words.isIndex}},
                                    {{"--columns", words.columns},

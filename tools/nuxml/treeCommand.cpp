@@ -21,7 +21,7 @@ namespace tool {
 
 namespace {
 
-constexpr std::string_view plain = "\x1B[0m";
+constexpr std::string_view usual = "\x1B[0m";
 constexpr std::string_view faint = "\x1B[2m";
 constexpr std::string_view blue = "\x1B[1;34m";
 constexpr std::string_view cyan = "\x1B[36m";
@@ -109,7 +109,7 @@ private:
         output_.writeSpaces(std::min(2 * node.depth, screen_.width / 2));
         colour(blue);
         output_.writeText(node.name, Escapes::Visible);
-        colour(plain);
+        colour(usual);
         output_.writeSpaces((width < nameWidth_ ? nameWidth_ - width : 0) + 2 + countWidth_ -
                             std::min(count.view().size(), countWidth_));
         output_.write(count.view());
@@ -137,7 +137,7 @@ private:
         output_.write("  ");
         colour(cyan);
         output_.writeText(name, Escapes::Visible);
-        colour(plain);
+        colour(usual);
         std::string_view gap = name.empty() ? "" : "=";
         for (const std::u16string& text : examples.texts()) {
             if ((needed = text.size() + 3) > left_) {
@@ -161,7 +161,7 @@ private:
             output_.write("  + ");
             writeCount(hidden + node.hiddenChildren, " more name");
             output_.write(" below");
-            colour(plain);
+            colour(usual);
         }
     }
 

@@ -117,7 +117,7 @@ DirectObjects::Name* DirectObjects::attribute(Name& before, std::string_view byt
     case Word::Space:
         return false;
     case Word::Namespace:
-        return kinds.isPlain && declare(name, value);
+        return kinds.isVerbatim && declare(name, value);
     case Word::Type:
     case Word::Nil:
         break;
@@ -130,7 +130,7 @@ DirectObjects::Name* DirectObjects::attribute(Name& before, std::string_view byt
     if (certainty > found.certainty) {
         found = {value, certainty};
     }
-    return kinds.isPlain;
+    return kinds.isVerbatim;
 }
 
 /// A prefix counts for what stands before its declaration, too; the events know how.
@@ -271,18 +271,19 @@ bool DirectObjects::endOther() {
 [[gnu::always_inline]] inline bool DirectObjects::addText(std::string_view text,
                                                           const markup::PassedKinds& kinds) {
     if (leaf_ != nullptr && !hasText_) [[likely]] {
-        return addLeafText(text, kinds.isPlain);
+        return addLeafText(text, kinds.isVerbatim);
     }
     settle();
     if (!wantsText_) {
         return true;
     }
     assignUtf8(text_, text);
-    return isDone([&] { builder_.characters(text_, kinds.isPlain); });
+    return isDone([&] { builder_.characters(text_, kinds.isVerbatim); });
 }
 
-[[gnu::always_inline]] inline bool DirectObjects::addLeafText(std::string_view text, bool isPlain) {
-    if (!isPlain) [[unlikely]] {
+[[gnu::always_inline]] inline bool DirectObjects::addLeafText(std::string_view text,
+                                                              bool isVerbatim) {
+    if (!isVerbatim) [[unlikely]] {
         try {
             assignReplaced(text_, text);
         } catch (const host::EConvertError&) {

@@ -79,7 +79,7 @@ private:
     void lookUp(Name& name) const noexcept;
     bool startElement();
     bool startOther();
-    bool addLeafText(std::string_view text, bool isPlain);
+    bool addLeafText(std::string_view text, bool isVerbatim);
     [[nodiscard]] bool readLeafText();
     bool endEmpty();
     bool endOther();

@@ -80,7 +80,7 @@ void ElementForm::appendRootStart(NuXmlString& text, std::u16string_view name,
     appendType(text, prefix_, className);
 }
 
-void ElementForm::appendPlainRootStart(NuXmlString& text, std::u16string_view name) const {
+void ElementForm::appendUntypedRootStart(NuXmlString& text, std::u16string_view name) const {
     text.push_back(cNuLt);
     appendName(text, name);
     if (!rootAttributes_.empty()) {
@@ -98,7 +98,7 @@ void ElementForm::appendPropertyStart(NuXmlString& text, std::u16string_view nam
     appendType(text, schemaPrefix_, schemaType);
 }
 
-void ElementForm::appendPlainStart(NuXmlString& text, std::u16string_view name) const {
+void ElementForm::appendUntypedStart(NuXmlString& text, std::u16string_view name) const {
     text.push_back(cNuLt);
     appendName(text, name);
     text.push_back(cNuGt);

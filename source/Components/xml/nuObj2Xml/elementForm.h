@@ -27,12 +27,12 @@ public:
     void appendRootStart(NuXmlString& text, std::u16string_view name,
                          std::u16string_view className) const;
     /// The same without a type, for an element that is no object.
-    void appendPlainRootStart(NuXmlString& text, std::u16string_view name) const;
+    void appendUntypedRootStart(NuXmlString& text, std::u16string_view name) const;
     /// `<Name type="string">`
     void appendPropertyStart(NuXmlString& text, std::u16string_view name,
                              std::u16string_view schemaType) const;
     /// `<Names>`
-    void appendPlainStart(NuXmlString& text, std::u16string_view name) const;
+    void appendUntypedStart(NuXmlString& text, std::u16string_view name) const;
     /// `<item nil="true">`
     void appendNilStart(NuXmlString& text, std::u16string_view name) const;
     /// `</Name>`

@@ -110,7 +110,7 @@ bool readSlowly(const ValueType& type, NuXmlString& text, void* value) {
     }
 }
 
-/// Reads plain UTF-8 into a value.
+/// Reads unescaped UTF-8 into a value.
 bool readBytes(const ValueType& type, std::string_view bytes, NuXmlString& scratch, void* value) {
     if (type.kind == ValueKind::String) {
         assignUtf8(*static_cast<std::u16string*>(value), bytes);

@@ -10,7 +10,7 @@ namespace nu {
 /// Whether a property is read out of one text, whatever its element tells of itself.
 bool isLeaf(const host::TPropInfo& property) noexcept;
 
-/// Reads a property that is a leaf out of plain text in UTF-8. False, and the property unchanged,
+/// Reads a property that is a leaf out of unescaped UTF-8. False, and the property unchanged,
 /// for a text that is no value of it. Throws what a setter does.
 /// \param scratch memory that serves again and again
 bool readLeaf(const host::TPropInfo& property, void* self, std::string_view bytes,

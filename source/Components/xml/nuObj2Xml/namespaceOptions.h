@@ -7,7 +7,7 @@
 /// \file
 /// How the elements of objects are named and typed.
 
-/// What a serializer writes beyond the plain names.
+/// What a serializer writes beyond the names alone.
 ///
 /// Deliberate: "no" is the prefix of the enumeration (namespace option) and no negation; each value
 /// switches something on. Declaring a prefix and using it are separate, so that a fragment can

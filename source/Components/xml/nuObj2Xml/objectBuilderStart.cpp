@@ -316,7 +316,7 @@ void ObjectBuilder::startObject(Frame& frame, Instance object, TNuSerializer* se
             notes.serializerClass = &serializerClassOf(*object.info);
         }
         const TNuSerializerClass* const serializerClass = notes.serializerClass;
-        if (!serializerClass->isPlain) {
+        if (!serializerClass->isStandard) {
             frame.owned =
                 serializerClass->createFromInstance(*static_cast<host::TObject*>(object.object));
             frame.serializer = frame.owned.get();

@@ -30,7 +30,7 @@ struct ObjectBuilder::Frame {
 
     // An object
     host::Instance object;
-    TNuSerializer* serializer = nullptr; ///< null for a plain one
+    TNuSerializer* serializer = nullptr; ///< null for a standard one
     std::unique_ptr<TNuSerializer> owned;
     std::size_t expected = 0;   ///< the property that the next element is likely to be
     std::vector<bool> seen;     ///< by property; only where it matters what is missing

@@ -118,7 +118,7 @@ void ObjectTextWriter<Unit>::changeItemsElement(Frame& frame, std::u16string_vie
         appendEnd(*frame.form, frame.itemsElement);
     }
     if (!name.empty()) {
-        appendPlainStart(*frame.form, name);
+        appendUntypedStart(*frame.form, name);
     }
     frame.itemsElement = name;
 }
@@ -148,7 +148,7 @@ template <class Unit> void ObjectTextWriter<Unit>::stepMap(Frame& frame) {
         if (key == nullptr) {
             break;
         }
-        appendPlainStart(*frame.inside, itemName);
+        appendUntypedStart(*frame.inside, itemName);
         frame.isItemOpen = true;
         writeElement(frame, 0, keyName, ++frame.next, {const_cast<void*>(key), type.key});
         writeElement(frame, 1, valueName, frame.next, {const_cast<void*>(value), type.element});
@@ -223,7 +223,7 @@ void ObjectTextWriter<Unit>::beginObject(const ElementForm& form, std::u16string
     frame.object = object;
     frame.tags = &tags;
     frame.serializer = own;
-    if (serializerClass != nullptr && !serializerClass->isPlain) {
+    if (serializerClass != nullptr && !serializerClass->isStandard) {
         frame.owned =
             serializerClass->createFromInstance(*static_cast<host::TObject*>(object.object));
         frame.serializer = frame.owned.get();
@@ -264,14 +264,14 @@ void ObjectTextWriter<Unit>::beginContainer(const ElementForm& form, std::u16str
     } else {
         container.type->map->begin(container.value, frame.cursor);
     }
-    appendPlainStart(form, name);
+    appendUntypedStart(form, name);
 }
 
 // Tags
 
 template <class Unit>
-void ObjectTextWriter<Unit>::appendPlainStart(const ElementForm& form, std::u16string_view name) {
-    appendPiece([&](NuXmlString& text) { form.appendPlainStart(text, name); });
+void ObjectTextWriter<Unit>::appendUntypedStart(const ElementForm& form, std::u16string_view name) {
+    appendPiece([&](NuXmlString& text) { form.appendUntypedStart(text, name); });
 }
 
 template <class Unit>

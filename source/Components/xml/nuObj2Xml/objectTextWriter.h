@@ -70,7 +70,7 @@ private:
     void beginContainer(const ElementForm& form, std::u16string_view name, std::size_t index,
                         host::ValueRef container, host::OwnedValue held);
 
-    void appendPlainStart(const ElementForm& form, std::u16string_view name);
+    void appendUntypedStart(const ElementForm& form, std::u16string_view name);
     void appendEnd(const ElementForm& form, std::u16string_view name);
     /// Appends what `append` puts into a string.
     template <class Append> void appendPiece(Append append) {

@@ -73,7 +73,7 @@ void ObjectWalk::addItems(Instance object) {
         return;
     }
     const TNuSerializerClass& serializerClass = serializerClassOf(*object.info);
-    if (serializerClass.isPlain) {
+    if (serializerClass.isStandard) {
         return;
     }
     const auto serializer =

@@ -42,7 +42,7 @@ public:
         const ElementForm form(settings_.TargetNamespaceURI(), settings_.TargetNamespacePrefix(),
                                {}, options);
         NuXmlString start;
-        form.appendPlainRootStart(start, rootName_);
+        form.appendUntypedRootStart(start, rootName_);
         form.appendEnd(end_, rootName_);
         out_.append(xmlDeclaration<Unit>);
         out_.appendWide(start);

@@ -23,7 +23,7 @@ struct TNuSerializerClass {
     /// Whether it writes by a Serialize, a GetObject or a DoAfterSerialize of its own.
     bool isCustom;
     /// Whether it is none but TNuSerializer itself.
-    bool isPlain;
+    bool isStandard;
     /// Whether it has a DoAfterDeserialize of its own, which wants an element.
     bool wantsElement;
 };

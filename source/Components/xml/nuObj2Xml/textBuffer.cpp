@@ -33,7 +33,7 @@ constexpr std::string_view replacementOf(char16_t unit) noexcept {
 }
 
 /// Whether an ASCII character stands for itself; indexed by it.
-constexpr auto isPlain = [] {
+constexpr auto isVerbatim = [] {
     std::array<bool, 128> table{};
     for (std::size_t unit = 1; unit < table.size(); ++unit) {
         table[unit] = replacementOf(static_cast<char16_t>(unit)).empty();
@@ -41,9 +41,9 @@ constexpr auto isPlain = [] {
     return table;
 }();
 
-template <class Unit> constexpr bool isPlainAscii(Unit unit) noexcept {
+template <class Unit> constexpr bool isVerbatimAscii(Unit unit) noexcept {
     const auto index = static_cast<std::make_unsigned_t<Unit>>(unit);
-    return index < isPlain.size() && isPlain[index];
+    return index < isVerbatim.size() && isVerbatim[index];
 }
 
 /// Whether readers would take a text for white space between tags: control characters count for
@@ -121,9 +121,9 @@ bool TextBuffer<Unit>::appendShort(std::basic_string_view<Source> text) {
     Unit* place = room(longest * mostUnits);
     for (const Source unit : text) {
         const auto code = static_cast<std::make_unsigned_t<Source>>(unit);
-        if (isPlainAscii(unit)) [[likely]] {
+        if (isVerbatimAscii(unit)) [[likely]] {
             *place++ = static_cast<Unit>(code);
-        } else if (code < isPlain.size()) {
+        } else if (code < isVerbatim.size()) {
             for (const char written : replacementOf(static_cast<char16_t>(code))) {
                 *place++ = static_cast<Unit>(written);
             }

@@ -15,8 +15,8 @@ using PNuXmlChar = const NuXmlChar*;
 using NuXmlString = std::u16string;
 
 /// \name Markup
-/// Each character stands in three forms: "A" as 8-bit, "W" as UTF-16, and plain as an XML
-/// character.
+/// Each character stands in three forms: "A" as 8-bit, "W" as UTF-16, and without a letter as an
+/// XML character.
 /// @{
 
 /// U+0026, which begins references; as 8-bit.

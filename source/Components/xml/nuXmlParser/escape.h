@@ -7,7 +7,7 @@
 #include "common/stringStream.h"
 
 /// \file
-/// Plain text to XML character data: `'`, `"`, `&`, `<` and `>` become the entity references that
+/// Text to XML character data: `'`, `"`, `&`, `<` and `>` become the entity references that
 /// XML 1.0 knows. Every other character stays as it is, control characters and unpaired surrogates
 /// included. NuXMLToStr (unescape.h) leads back.
 

@@ -7,14 +7,14 @@
 #include "host/runtime/export.h"
 
 /// \file
-/// XML character data to plain text: entity and character references become the characters they
-/// stand for. The way back from NuStrToXML (escape.h).
+/// XML character data to the text that it stands for: entity and character references become the
+/// characters they stand for. The way back from NuStrToXML (escape.h).
 ///
 /// A reference reaches from "&" to the next ";", and is none when a space or the end comes first.
 /// What is no reference, or names no known entity, stays in the text as it is; the search for the
 /// next reference goes on behind it.
 
-/// The plain form of UTF-16 text. Knows the entities of HTML 4.01, "&apos;", and character
+/// The unescaped form of UTF-16 text. Knows the entities of HTML 4.01, "&apos;", and character
 /// references in decimal ("&#65;") and hexadecimal ("&#x41;") digits. Throws host::EConvertError
 /// for a character reference whose digits are no number of 32 bits.
 ///
@@ -25,14 +25,14 @@
 
 namespace nu {
 
-/// Gives the text from `start` on its plain form, where it stands: what NuXMLToStr makes of it. The
-/// text is unspecified from there on when that throws.
+/// Gives the text from `start` on its unescaped form, where it stands: what NuXMLToStr makes of it.
+/// The text is unspecified from there on when that throws.
 void unescapeFrom(std::u16string& text, std::size_t start);
 
 } // namespace nu
 
-/// The plain form of 8-bit text. Character references work as in UTF-16 text and are written in the
-/// system code page.
+/// The unescaped form of 8-bit text. Character references work as in UTF-16 text and are written in
+/// the system code page.
 ///
 /// Deliberate: of a name only the first letter counts, in either case: "a" gives "&", "g" ">", "l"
 /// "<" and "q" a double quote. So "&apos;" gives "&", and no HTML entity is known.

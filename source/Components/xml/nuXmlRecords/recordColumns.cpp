@@ -38,7 +38,7 @@ bool appendAttribute(std::string& target, const RecordOutline& outline, Index el
     for (Index at = outline[element].firstAttribute; at != outline[element].behindAttributes;
          ++at) {
         if (isOf(outline.attribute(at).name, name)) {
-            appendPlain(target, outline.attribute(at).value);
+            appendUnescaped(target, outline.attribute(at).value);
             return true;
         }
     }
@@ -53,7 +53,7 @@ void appendTexts(std::string& target, const RecordOutline& outline, Index elemen
         if (outline.text(at).isCData) {
             target.append(outline.text(at).text);
         } else {
-            appendPlain(target, outline.text(at).text);
+            appendUnescaped(target, outline.text(at).text);
         }
     }
 }

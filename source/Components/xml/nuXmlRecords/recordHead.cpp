@@ -61,8 +61,8 @@ std::optional<std::int64_t> findRecordTag(host::TStream& file, const std::string
     return std::nullopt;
 }
 
-std::optional<RecordPart> plainPart(host::TStream& file, const RecordPath& path,
-                                    const RecordShare& share) {
+std::optional<RecordPart> promisedPart(host::TStream& file, const RecordPath& path,
+                                       const RecordShare& share) {
     if (path.recordName().empty()) {
         throw host::Exception(messages::noRecordName);
     }

@@ -30,7 +30,7 @@ findRecordTag(host::TStream& file, const std::string& name, const RecordShare& s
 
 /// The part of a file that a share is, on the promise that what reads as the start tag of a record
 /// is one; nothing where no record can begin in it.
-[[nodiscard]] std::optional<RecordPart> plainPart(host::TStream& file, const RecordPath& path,
-                                                  const RecordShare& share);
+[[nodiscard]] std::optional<RecordPart> promisedPart(host::TStream& file, const RecordPath& path,
+                                                     const RecordShare& share);
 
 } // namespace nu

@@ -63,9 +63,9 @@ const char* appendReference(std::string& target, const char* mark, const char* e
     const std::string_view rest(mark, end);
     const std::size_t semicolon = rest.find(';');
     const std::string_view reference = rest.substr(0, semicolon == rest.npos ? 1 : semicolon + 1);
-    std::string plain;
-    appendPlain(plain, reference);
-    for (const char c : plain) {
+    std::string characters;
+    appendUnescaped(characters, reference);
+    for (const char c : characters) {
         if (c != '&' && stops[static_cast<unsigned char>(c)]) {
             appendEscape(target, c);
         } else {

@@ -17,7 +17,7 @@ inline constexpr std::u16string_view partEncoding =
     u"only documents in UTF-8 can be read in parts, this one is %s";
 inline constexpr std::u16string_view headTooLong =
     u"no record begins in the first %d bytes: parts need an index";
-inline constexpr std::u16string_view notPlain =
+inline constexpr std::u16string_view promiseBroken =
     u"\"<%s\" stands in a comment, a CDATA section, a record or away from the path: parts need an "
     u"index";
 inline constexpr std::u16string_view contextDiffers =

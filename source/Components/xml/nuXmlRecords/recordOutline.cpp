@@ -175,7 +175,7 @@ void RecordOutline::addText(Index element, std::string_view text, bool isCData) 
     parent.hasSolidText = parent.hasSolidText || !std::all_of(text.begin(), text.end(), isBlank);
 }
 
-void appendPlain(std::string& target, std::string_view text) {
+void appendUnescaped(std::string& target, std::string_view text) {
     for (;;) {
         const std::size_t mark = text.find('&');
         target.append(text.substr(0, mark));

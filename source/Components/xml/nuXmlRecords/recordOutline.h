@@ -77,6 +77,6 @@ private:
 };
 
 /// Appends what XML text means: references become characters.
-void appendPlain(std::string& target, std::string_view text);
+void appendUnescaped(std::string& target, std::string_view text);
 
 } // namespace nu

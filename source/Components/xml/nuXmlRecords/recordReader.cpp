@@ -93,7 +93,7 @@ RecordReader::RecordReader(host::TStream& file, std::u16string_view path, const 
 RecordReader::RecordReader(host::TStream& file, std::u16string_view path, const RecordShare& share,
                            const RecordOptions& options) {
     RecordPath records(path);
-    std::optional<RecordPart> part = plainPart(file, records, share);
+    std::optional<RecordPart> part = promisedPart(file, records, share);
     body_ = std::make_unique<Body>(file, std::move(records), std::move(part), options);
 }
 

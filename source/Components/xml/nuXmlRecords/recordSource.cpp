@@ -60,7 +60,7 @@ RecordSource::RecordSource(host::TStream& file, RecordPath path,
                            RecordPart part)
     : path_(std::move(path)), sizeLimit_(sizeLimit),
       part_(std::make_unique<RecordPart>(std::move(part))) {
-    if (part_->isPlain) {
+    if (part_->isPromised) {
         finder_.emplace(path_.recordName());
     }
     partStream_ = std::make_unique<PartStream>(file, part_->start, finder_ ? &*finder_ : nullptr);
@@ -123,7 +123,7 @@ bool RecordSource::seeks(std::string_view name, std::size_t depth, std::int64_t 
     const bool isRecord = path_.matches(name, depth);
     // Behind the share nothing is looked at, unless the promise has to be kept up to a record.
     return isRecord ||
-           (isPart() && !part_->isPlain && positionOf(offset, false) >= part_->share.behind);
+           (isPart() && !part_->isPromised && positionOf(offset, false) >= part_->share.behind);
 }
 
 ElementUse RecordSource::use(const ElementStart& start) {
@@ -153,10 +153,10 @@ void RecordSource::noteBorder(const ElementStart& start, std::int64_t position) 
         stop_ = borderAt(start, position);
     }
     // Behind the share it may be no record, unless nothing else is sought.
-    if (!first_.isThere() && (!isBehind || part_->isPlain)) {
+    if (!first_.isThere() && (!isBehind || part_->isPromised)) {
         first_ = borderAt(start, position);
     }
-    if (part_->isPlain) {
+    if (part_->isPromised) {
         keepPromise(position);
     }
 }
@@ -201,7 +201,7 @@ void RecordSource::declare(const ElementStart& start) {
 void RecordSource::keepPromise(std::int64_t position) {
     if (finder_->found().empty() || finder_->found().front() != position) {
         failAt(finder_->found().empty() ? position : finder_->found().front(),
-               host::formatMessage(messages::notPlain, {NuFromUtf8(finder_->name())}));
+               host::formatMessage(messages::promiseBroken, {NuFromUtf8(finder_->name())}));
     }
     finder_->found().pop_front();
     if (stop_.isThere() && stop_.around != first_.around) {
@@ -212,7 +212,7 @@ void RecordSource::keepPromise(std::int64_t position) {
 void RecordSource::keepPromiseAtEnd() {
     if (finder_ && !stop_.isThere() && !finder_->found().empty()) {
         failAt(finder_->found().front(),
-               host::formatMessage(messages::notPlain, {NuFromUtf8(finder_->name())}));
+               host::formatMessage(messages::promiseBroken, {NuFromUtf8(finder_->name())}));
     }
 }
 

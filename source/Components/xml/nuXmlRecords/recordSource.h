@@ -23,7 +23,7 @@ struct RecordPart {
     RecordShare share{};
     /// The caller promised that what reads as a start tag of a record is one. Where that is not
     /// so, some part meets it: the one that comes to it, or stops at it.
-    bool isPlain = false;
+    bool isPromised = false;
 };
 
 /// Where a record stands.

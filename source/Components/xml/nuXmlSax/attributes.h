@@ -18,11 +18,11 @@ public:
     /// Makes it an attribute as it stands in the buffer, which is no declaration unless classify
     /// finds out that it is.
     void set(std::int32_t level, std::u16string_view qName, std::u16string_view localName,
-             std::u16string_view value, bool isKnownPlain) noexcept {
+             std::u16string_view value, bool isKnownVerbatim) noexcept {
         level_ = level;
         isDefaultNamespace_ = false;
         isNamespaceDecl_ = false;
-        isKnownPlain_ = isKnownPlain;
+        isKnownVerbatim_ = isKnownVerbatim;
         qName_ = qName;
         localName_ = localName;
         value_ = value;
@@ -44,7 +44,7 @@ public:
     /// Stores the raw value, without its quotes. The span is not copied.
     void SetValue(PNuXmlChar value, host::SAXLength length) noexcept {
         value_ = span(value, length);
-        isKnownPlain_ = false;
+        isKnownVerbatim_ = false;
     }
     /// The depth of the element, the root being 1.
     void SetLevel(std::int32_t level) noexcept { level_ = level; }
@@ -59,7 +59,7 @@ public:
     [[nodiscard]] bool IsNamespaceDecl() const noexcept { return isNamespaceDecl_; }
     /// Whether the value was seen to hold none of & < > ' while it was scanned. False tells
     /// nothing.
-    [[nodiscard]] bool isKnownPlain() const noexcept { return isKnownPlain_; }
+    [[nodiscard]] bool isKnownVerbatim() const noexcept { return isKnownVerbatim_; }
 
     /// The name as it is written, prefix included.
     [[nodiscard]] NuXmlString GetQName() const { return NuXmlString(qName_); }
@@ -100,7 +100,7 @@ private:
     std::int32_t level_ = 0;
     bool isDefaultNamespace_ = false;
     bool isNamespaceDecl_ = false;
-    bool isKnownPlain_ = false;
+    bool isKnownVerbatim_ = false;
     std::u16string_view qName_;
     std::u16string_view localName_;
     std::u16string_view value_;

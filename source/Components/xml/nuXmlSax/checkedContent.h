@@ -170,7 +170,7 @@ private:
                                const markup::PassedKinds& kinds) {
         const std::string_view prefix =
             name.text.substr(name.prefixLength != 0 ? name.prefixLength : name.text.size());
-        if (name.attributeForm != CheckedName::Form::Declaration || !kinds.isPlain ||
+        if (name.attributeForm != CheckedName::Form::Declaration || !kinds.isVerbatim ||
             !mayBind(prefix, uri)) {
             return false;
         }

@@ -57,7 +57,7 @@ PlainEvents::Name* PlainEvents::find(std::string_view bytes) {
     }
     TNuSAXAttribute& attribute = attributes_->next();
     attribute.set(scopes_->depth + 1, name.units, name.local(), texts_.append(value, kinds.isAscii),
-                  kinds.isPlain);
+                  kinds.isVerbatim);
     if (name.meaning != ScopedName::Meaning::None) [[unlikely]] {
         attribute.classify();
         meaningful_.push_back({count, &name, value});

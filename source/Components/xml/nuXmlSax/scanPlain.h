@@ -198,9 +198,9 @@ inline PNuXmlChar SaxScanner<Source>::scanPlainAttribute(PNuXmlChar start,
 
     // 2. The value, and what comes after it.
     const PNuXmlChar value = nameEnd + 2;
-    bool isPlain = false;
+    bool isVerbatim = false;
     const PNuXmlChar valueEnd =
-        source_.template findFrom<StopSet::Quote, StopSet::Escaped>(value, isPlain);
+        source_.template findFrom<StopSet::Quote, StopSet::Escaped>(value, isVerbatim);
     if (valueEnd == last || *valueEnd != cNuQuote) {
         return nullptr;
     }
@@ -212,7 +212,7 @@ inline PNuXmlChar SaxScanner<Source>::scanPlainAttribute(PNuXmlChar start,
     // 3. The attribute.
     TNuSAXAttribute& attribute = attributes.next();
     attribute.set(reader_.depth_ + 1, text(start, nameEnd), text(localStart, nameEnd),
-                  text(value, valueEnd), isPlain);
+                  text(value, valueEnd), isVerbatim);
     if (mayBeMeaningful(*start)) [[unlikely]] {
         attribute.classify();
         hasMeaningfulAttribute_ = true;

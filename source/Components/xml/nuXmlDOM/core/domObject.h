@@ -16,7 +16,7 @@ class TNuDOMDocument;
 class TNuDOMNodeList;
 
 /// A counted handle to an object of the tree. The only thing that touches counts: an application
-/// keeps what it wants to keep in handles; plain pointers and references are good as long as the
+/// keeps what it wants to keep in handles; raw pointers and references are good as long as the
 /// tree stays as it is.
 template <class Object> using NuRef = host::Ref<Object>;
 
@@ -47,7 +47,7 @@ enum ObjectFlag : std::uint16_t {
     isWitness = 128,
     /// A node that is the parent of refused ones.
     hasRefused = 256,
-    /// An element that was given a child other than plain text and comments: without it a search
+    /// An element that was given a child other than text and comments: without it a search
     /// for elements need not look at the children.
     hadNamedChild = 512,
     /// A witness, or a node of a candidate below which one stands.

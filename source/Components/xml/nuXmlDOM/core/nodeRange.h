@@ -26,14 +26,14 @@ struct AnyName {
 class SameName {
 public:
     SameName() noexcept = default;
-    explicit SameName(const NodeName* plain) noexcept : plain_(plain) {}
+    explicit SameName(const NodeName* canonical) noexcept : canonical_(canonical) {}
     [[nodiscard]] bool operator()(const TNuDOMNode& node) const noexcept {
-        return NodeContext::name(node).plain == plain_;
+        return NodeContext::name(node).canonical == canonical_;
     }
     friend bool operator==(SameName, SameName) noexcept = default;
 
 private:
-    const NodeName* plain_ = nullptr;
+    const NodeName* canonical_ = nullptr;
 };
 
 } // namespace nu

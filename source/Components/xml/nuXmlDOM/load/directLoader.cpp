@@ -171,7 +171,7 @@ void DirectLoader::resolveAnew(Name& name, const TNuSaxNamespace* scope) {
     if (name.meaning != ScopedName::Meaning::None) [[unlikely]] {
         apply(name, value);
     }
-    if (!kinds.isPlain && !isCanonical(value)) [[unlikely]] {
+    if (!kinds.isVerbatim && !isCanonical(value)) [[unlikely]] {
         return addReplaced(name, value);
     }
     textFor(name).load(document_.parts().memory, value, kinds.isAscii);

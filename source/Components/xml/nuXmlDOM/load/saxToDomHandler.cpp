@@ -43,11 +43,11 @@ public:
         : document_(document), element_(element), before_(&nu::NodeContext::name(element)),
           number_(document.parts().names.nextLoadedElement()) {}
 
-    /// \param isKnownPlain whether escaping is known to leave the value as it is
+    /// \param isKnownVerbatim whether escaping is known to leave the value as it is
     [[gnu::always_inline]] void add(std::u16string_view qName, std::u16string_view value,
-                                    bool isKnownPlain) {
+                                    bool isKnownVerbatim) {
         // Most values are kept as they are written.
-        if (isKnownPlain || nu::isPlainText(value)) [[likely]] {
+        if (isKnownVerbatim || nu::isVerbatim(value)) [[likely]] {
             textFor(qName).assign(document_.parts().memory, value);
         } else {
             addReplaced(qName, value);
@@ -90,7 +90,7 @@ void addAttributes(AttributeLoader& loader, host::IBufferedAttributes& attribute
     // Those of the library's own readers can be had without calls.
     if (typeid(attributes) == typeid(TNuSAXAttributes)) [[likely]] {
         for (const TNuSAXAttribute& own : static_cast<TNuSAXAttributes&>(attributes).all()) {
-            loader.add(own.qNameSpan(), own.valueSpan(), own.isKnownPlain());
+            loader.add(own.qNameSpan(), own.valueSpan(), own.isKnownVerbatim());
         }
         return;
     }

@@ -196,7 +196,7 @@ NuXmlString TNuDOMElement::get_nodeValue() const {
 
 void TNuDOMElement::set_nodeValue(std::u16string_view value) {
     const nu::DocumentLifetime::Work work(OwnerDocument()->parts().lifetime);
-    // 1. The first plain text keeps its place, if a text is wanted at all.
+    // 1. The first text node keeps its place, if a text is wanted at all.
     TNuDOMText* kept = nullptr;
     if (!value.empty()) {
         for (TNuDOMText& text : TNuDOMRange<TNuDOMText>(children_.first())) {

@@ -23,7 +23,7 @@ template <class Test> TNuDOMAttribute* findIf(const TNuDOMElement& element, Test
 TNuDOMAttribute* findAttribute(const TNuDOMElement& element, std::u16string_view name,
                                TNuDOMSelectOptions options) {
     const nu::NameTest test(name, options, *element.OwnerDocument());
-    return test.isExact() ? nu::findAttribute(element, test.plain()) : findIf(element, test);
+    return test.isExact() ? nu::findAttribute(element, test.canonical()) : findIf(element, test);
 }
 
 TNuDOMAttribute* findAttribute(const TNuDOMElement& element, std::u16string_view localName,

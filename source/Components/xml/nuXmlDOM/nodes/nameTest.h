@@ -31,19 +31,20 @@ public:
             key_.remove_prefix(key_.find(cNuColon) + 1); // none found is -1: nothing is cut
         }
         if (isExact()) {
-            plain_ = const_cast<TNuDOMDocument&>(document).parts().names.find(key_);
+            canonical_ = const_cast<TNuDOMDocument&>(document).parts().names.find(key_);
         }
     }
 
-    /// Whether it is the qualified name that counts, letter by letter; plain() is that name then.
+    /// Whether it is the qualified name that counts, letter by letter; canonical() is that name
+    /// then.
     [[nodiscard]] bool isExact() const noexcept { return !isLocal_ && !isFolded_; }
     /// The name as the document has it; null when it has none such.
-    [[nodiscard]] const NodeName* plain() const noexcept { return plain_; }
+    [[nodiscard]] const NodeName* canonical() const noexcept { return canonical_; }
 
     [[nodiscard]] bool operator()(const TNuDOMNode& node) const noexcept {
         const NodeName& name = NodeContext::name(node);
         if (isExact()) {
-            return plain_ != nullptr && name.plain == plain_;
+            return canonical_ != nullptr && name.canonical == canonical_;
         }
         const std::u16string_view candidate = isLocal_ ? localName(node, name) : name.qualified();
         return isFolded_ ? NuEqualFolded(candidate, key_) : candidate == key_;
@@ -60,7 +61,7 @@ private:
     std::u16string_view key_;
     bool isLocal_;
     bool isFolded_;
-    const NodeName* plain_ = nullptr;
+    const NodeName* canonical_ = nullptr;
 };
 
 /// Whether two texts are equal, or differ in letter case only when that is allowed.

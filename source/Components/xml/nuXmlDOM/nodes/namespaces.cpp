@@ -27,11 +27,11 @@ const NodeName* declarationOf(const NodeName& name, const TNuDOMElement& element
 } // namespace
 
 const TNuDOMAttribute* findDeclaration(const NodeName& name, const TNuDOMElement& element) {
-    const NodeName* plain = declarationOf(name, element);
-    const TNuDOMElement* scope = plain != nullptr ? &element : nullptr;
+    const NodeName* canonical = declarationOf(name, element);
+    const TNuDOMElement* scope = canonical != nullptr ? &element : nullptr;
     // The nearest element with an attribute of that name decides.
     for (; scope != nullptr; scope = NodeLinks::parentElement(*scope)) {
-        if (const TNuDOMAttribute* found = findAttribute(*scope, plain)) {
+        if (const TNuDOMAttribute* found = findAttribute(*scope, canonical)) {
             return found;
         }
     }
@@ -39,8 +39,8 @@ const TNuDOMAttribute* findDeclaration(const NodeName& name, const TNuDOMElement
 }
 
 const TNuDOMAttribute* DeclarationSearch::find(const NodeName& name, const TNuDOMElement& element) {
-    const NodeName* plain = declarationOf(name, element);
-    if (plain == nullptr) {
+    const NodeName* canonical = declarationOf(name, element);
+    if (canonical == nullptr) {
         return nullptr;
     }
     // 1. Up to the declaration, or to an element for which it is known.
@@ -49,19 +49,19 @@ const TNuDOMAttribute* DeclarationSearch::find(const NodeName& name, const TNuDO
     for (const TNuDOMElement* scope = &element; scope != nullptr && found == nullptr;
          scope = NodeLinks::parentElement(*scope)) {
         if (!known_.empty()) {
-            const auto known = known_.find({plain, scope});
+            const auto known = known_.find({canonical, scope});
             if (known != known_.end()) {
                 found = known->second;
                 break;
             }
         }
-        found = findAttribute(*scope, plain);
+        found = findAttribute(*scope, canonical);
         ++levels;
     }
     // 2. After a long way it is kept where the neighbours and everything below will come by.
     constexpr std::size_t longWay = 16;
     if (levels > longWay) {
-        known_.emplace(Place(plain, NodeLinks::parentElement(element)), found);
+        known_.emplace(Place(canonical, NodeLinks::parentElement(element)), found);
     }
     return found;
 }

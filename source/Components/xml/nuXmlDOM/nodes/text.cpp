@@ -118,7 +118,7 @@ void TNuDOMText::replaceData(std::ptrdiff_t offset, std::ptrdiff_t count,
 
 NuRef<TNuDOMText> TNuDOMText::splitText(std::ptrdiff_t offset) {
     const NuXmlString data = get_data();
-    // Deliberate: what follows in a CDATA section becomes a plain text.
+    // Deliberate: what follows in a CDATA section becomes a text node.
     TNuDOMNode* parent = nu::NodeLinks::isLinked(*this) ? get_parentNode() : nullptr;
     const NuRef<TNuDOMCharacterData> rest = &OwnerDocument()->_CreateCharacterData(
         TNuDOMText::Class, tailOf(data, offset), parent, rdpAfter, this);

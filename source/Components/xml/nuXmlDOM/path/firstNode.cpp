@@ -15,7 +15,7 @@
 #include "nuXmlDOM/upkeep/documentParts.h"
 #include "nuXmlDOM/upkeep/treeWalk.h"
 
-// The first node at a path. The paths that values are asked for by are short and plain, "title" or
+// The first node at a path. The paths that values are asked for by are short and simple, "title" or
 // "book/@year", and asked often: these are followed as they stand.
 
 namespace {
@@ -26,7 +26,7 @@ bool isNameUnit(NuXmlChar unit) noexcept {
 }
 
 /// A path of a few names, the last of which may be that of an attribute.
-class PlainPath {
+class ShortPath {
 public:
     /// Whether the text is such a path.
     bool read(std::u16string_view text) noexcept {
@@ -89,7 +89,7 @@ private:
     static constexpr std::size_t limit = 8;
 
     [[nodiscard]] static TNuDOMNode* match(TNuDOMNode* child, const nu::NodeName* name) noexcept {
-        while (child != nullptr && nu::NodeContext::name(*child).plain != name) {
+        while (child != nullptr && nu::NodeContext::name(*child).canonical != name) {
             child = nu::NodeLinks::next(*child);
         }
         return child;
@@ -124,9 +124,9 @@ private:
 TNuDOMNode* TNuDOMNode::first(std::u16string_view path, TNuDOMSelectOptions options,
                               bool elementsOnly) const {
     auto& context = const_cast<TNuDOMNode&>(*this);
-    PlainPath plain;
-    if (options == TNuDOMSelectOptions() && nu::isPathContext(context) && plain.read(path)) {
-        return plain.find(context, elementsOnly);
+    ShortPath shortPath;
+    if (options == TNuDOMSelectOptions() && nu::isPathContext(context) && shortPath.read(path)) {
+        return shortPath.find(context, elementsOnly);
     }
     return TNuDOMPath(path, options).first(context, elementsOnly);
 }

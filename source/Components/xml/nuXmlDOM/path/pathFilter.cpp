@@ -36,7 +36,7 @@ std::u16string_view mismatchOf(TNuXPathFilter kind) noexcept {
 
 /// Whether the children that a filter means can be found by name alone.
 bool isByName(const PathProgram& program, const PathFilter& filter) noexcept {
-    return filter.isPlainName && !program.options.has(soCreate);
+    return filter.isChildName && !program.options.has(soCreate);
 }
 
 /// Keeps the candidate at a position counted from 1. A candidate that is there more than once
@@ -192,7 +192,7 @@ template <class Test> bool FilterTest::anyChild(TNuDOMNode& candidate, Test&& te
 PathNodes FilterTest::selectChildren(TNuDOMNode& candidate) const {
     std::shared_ptr<const PathProgram> program = filter_.child;
     if (program == nullptr) {
-        if (!filter_.isPlainName) {
+        if (!filter_.isChildName) {
             throw host::Exception(messages::invalidPathStep); // brackets too deep
         }
         program = readPath(filter_.name, program_.options);

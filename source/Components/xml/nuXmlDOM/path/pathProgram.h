@@ -71,8 +71,8 @@ struct PathFilter {
     PathLiteral literal;
     std::int32_t position = 0;
     /// Where the name is nothing but the name of a child element: no path is needed to find it.
-    bool isPlainName = false;
-    /// The path of the child; null for a plain name, and where brackets stand too deep.
+    bool isChildName = false;
+    /// The path of the child; null for a mere name, and where brackets stand too deep.
     std::shared_ptr<const PathProgram> child;
 };
 

@@ -73,12 +73,12 @@ private:
     struct Candidates {
         PathNodes nodes;
         std::size_t next = 0;
-        /// For plain steps, which need not gather them.
-        TNuDOMNode* nextPlain = nullptr;
+        /// For simple steps, which need not gather them.
+        TNuDOMNode* upcoming = nullptr;
 
         void find(StepSearch& search, TNuDOMNode& context) {
-            if (search.isPlain()) {
-                nextPlain = search.firstMatch(context);
+            if (search.isSimple()) {
+                upcoming = search.firstMatch(context);
                 return;
             }
             nodes.clear();
@@ -87,12 +87,12 @@ private:
         }
         /// The next of them; null at the end.
         TNuDOMNode* take(StepSearch& search) {
-            if (!search.isPlain()) {
+            if (!search.isSimple()) {
                 return next < nodes.size() ? nodes[next++] : nullptr;
             }
-            TNuDOMNode* const node = nextPlain;
+            TNuDOMNode* const node = upcoming;
             if (node != nullptr) {
-                nextPlain = search.nextMatch(*node);
+                upcoming = search.nextMatch(*node);
             }
             return node;
         }

@@ -267,9 +267,9 @@ private:
         if (filter.kind == TNuXPathFilter::ftChildName) {
             reader_.complain(complaintAboutWords(filter.name));
         }
-        filter.isPlainName =
+        filter.isChildName =
             !filter.name.empty() && filter.name.find_first_of(special) == filter.name.npos;
-        if (filter.isPlainName) {
+        if (filter.isChildName) {
             reader_.complain(complaintAboutName(filter.name));
         } else if (depth <= deepestBrackets) {
             const auto child = std::make_shared<PathProgram>();

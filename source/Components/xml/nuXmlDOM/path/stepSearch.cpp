@@ -48,8 +48,8 @@ StepSearch::StepSearch(const PathProgram& program, const PathStep& step, TNuDOMD
       seeksNamed_(step.test == PathTest::Name && !step.name.starts_with(u'#')),
       isNameExact_(seeksNamed_ && !program.options.has(soCaseInsensitive) &&
                    !program.options.has(soIgnoreNamespace)),
-      isPlain_((isNameExact_ || step.test == PathTest::EveryElement) && !step.isDeep &&
-               step.filters.empty() && step.mistake == PathMistake::None && !isCreating_) {
+      isSimple_((isNameExact_ || step.test == PathTest::EveryElement) && !step.isDeep &&
+                step.filters.empty() && step.mistake == PathMistake::None && !isCreating_) {
     if (isNameExact_) {
         name_ = document.parts().names.find(step.name);
     }
@@ -66,7 +66,7 @@ StepSearch::StepSearch(const PathProgram& program, const PathStep& step, TNuDOMD
 }
 
 void StepSearch::find(TNuDOMNode& context, PathNodes& found) {
-    if (isPlain_) {
+    if (isSimple_) {
         for (TNuDOMNode* node = matchBelow(context); node != nullptr;
              node = matchFrom(NodeLinks::next(*node))) {
             found.push_back(node);

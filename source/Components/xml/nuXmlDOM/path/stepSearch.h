@@ -25,7 +25,7 @@ public:
 
     /// Whether the step gives all children of one name, or all child elements. These may then be
     /// taken one by one, because nothing fails or changes on the way.
-    [[nodiscard]] bool isPlain() const noexcept { return isPlain_; }
+    [[nodiscard]] bool isSimple() const noexcept { return isSimple_; }
     /// The first of them; null for none.
     [[nodiscard]] TNuDOMNode* firstMatch(TNuDOMNode& context) {
         TNuDOMNode* const node = matchBelow(context);
@@ -76,7 +76,7 @@ private:
     bool seeksNamed_;
     /// Nodes of exactly one name are looked for: name_, which is null when there is none such.
     bool isNameExact_;
-    bool isPlain_;
+    bool isSimple_;
     const NodeName* name_ = nullptr;
     /// What hasName found out last, by the place of the name.
     struct Verdict {
@@ -93,7 +93,7 @@ private:
 
 /// Whether a node has exactly the name that is looked for.
 inline bool StepSearch::isNamed(const TNuDOMNode& node) const noexcept {
-    return NodeContext::name(node).plain == name_;
+    return NodeContext::name(node).canonical == name_;
 }
 
 inline TNuDOMNode* StepSearch::matchFrom(TNuDOMNode* child) noexcept {

@@ -88,19 +88,19 @@ const NodeName* NameTable::lookUp(const Key& key) {
     if (!key.hasLocal || (&key.uri == noURI_ && key.isSplitAtColon)) {
         return add(key, hash, nullptr);
     }
-    // The plain name comes first: names refer to it.
-    const Key plain{key.text, *noURI_, 0, true, true};
-    const std::uint32_t plainHash = hashOf(plain);
-    const NodeName* known = find(plain, plainHash);
-    return add(key, hash, known != nullptr ? known : add(plain, plainHash, nullptr));
+    // The canonical name comes first: names refer to it.
+    const Key canonical{key.text, *noURI_, 0, true, true};
+    const std::uint32_t canonicalHash = hashOf(canonical);
+    const NodeName* known = find(canonical, canonicalHash);
+    return add(key, hash, known != nullptr ? known : add(canonical, canonicalHash, nullptr));
 }
 
-const NodeName* NameTable::add(const Key& key, std::uint32_t hash, const NodeName* plain) {
+const NodeName* NameTable::add(const Key& key, std::uint32_t hash, const NodeName* canonical) {
     if (count_ * 2 >= places_.size()) {
         grow();
     }
     NodeName* name = make(key, hash);
-    name->plain = plain != nullptr ? plain : name;
+    name->canonical = canonical != nullptr ? canonical : name;
     enter(name);
     ++count_;
     hasDeclarations_ = hasDeclarations_ || name->isDeclaration;
@@ -219,7 +219,7 @@ const NodeName* NameTable::find(std::u16string_view qualified) const noexcept {
     const std::size_t mask = places_.size() - 1;
     for (std::size_t place = hash & mask; places_[place] != nullptr; place = (place + 1) & mask) {
         const NodeName& name = *places_[place];
-        if (name.hash == hash && name.hasLocal && name.plain == &name &&
+        if (name.hash == hash && name.hasLocal && name.canonical == &name &&
             name.qualified() == qualified) {
             return &name;
         }

@@ -85,7 +85,7 @@ public:
         return lookUp({std::u16string_view(other.text, other.length), getURI(other.creationURI()),
                        other.prefixLength, other.hasLocal, other.isSplitAtColon});
     }
-    /// The plain name that reads so, or null when no node of the document ever had such a name.
+    /// The canonical name that reads so, or null when no node of the document ever had such a name.
     [[nodiscard]] const NodeName* find(std::u16string_view qualified) const noexcept;
     /// The same for the name "prefix:local".
     [[nodiscard]] const NodeName* find(std::u16string_view prefix, std::u16string_view local) const;
@@ -142,8 +142,9 @@ private:
     [[nodiscard]] const NodeName* find(const Key& key, std::uint32_t hash) const noexcept;
     /// The name, which is entered where it is not known yet.
     [[nodiscard]] const NodeName* lookUp(const Key& key);
-    /// Enters a name that is not known; without `plain` it is the plain name itself.
-    [[nodiscard]] const NodeName* add(const Key& key, std::uint32_t hash, const NodeName* plain);
+    /// Enters a name that is not known; without `canonical` it is the canonical name itself.
+    [[nodiscard]] const NodeName* add(const Key& key, std::uint32_t hash,
+                                      const NodeName* canonical);
     [[nodiscard]] NodeName* make(const Key& key, std::uint32_t hash);
     void grow();
     void enter(NodeName* name) noexcept;

@@ -67,7 +67,7 @@ public:
     const char* utf8Text;
     /// The name that reads the same, split at the first colon and without a creation URI: two names
     /// read the same when these are equal.
-    const NodeName* plain;
+    const NodeName* canonical;
     std::uint32_t length;
     std::uint32_t prefixLength;
     std::uint32_t utf8Length;

@@ -18,8 +18,8 @@ class DocumentMemory;
 ///
 /// Text that is ASCII throughout (almost all is) takes one byte a character, and up to 7 bytes of
 /// text stand in the object. Other text is UTF-8 as it was loaded, where that takes no more memory,
-/// until somebody changes it or asks for a place in it, else UTF-16. The object is plain memory: it
-/// is released by its owner, and forgotten when the document's memory goes.
+/// until somebody changes it or asks for a place in it, else UTF-16. The object is trivial memory:
+/// it is released by its owner, and forgotten when the document's memory goes.
 class StoredText {
 public:
     /// In UTF-16 units. Those of text in UTF-8 are counted at every call.

@@ -21,7 +21,7 @@ std::u16string_view localNameOf(const TNuDOMAttribute& attribute) noexcept {
 
 template <class Key> Key keyOf(const TNuDOMAttribute& attribute) noexcept {
     if constexpr (std::is_pointer_v<Key>) {
-        return NodeContext::name(attribute).plain;
+        return NodeContext::name(attribute).canonical;
     } else {
         return localNameOf(attribute);
     }
@@ -84,8 +84,8 @@ template <class Key, class Hash> void AttributeIndex::Table<Key, Hash>::drop() n
 
 // Both
 
-TNuDOMAttribute* AttributeIndex::find(TNuDOMElement& element, const NodeName* plain) {
-    const auto* entry = names_.find(element, plain);
+TNuDOMAttribute* AttributeIndex::find(TNuDOMElement& element, const NodeName* canonical) {
+    const auto* entry = names_.find(element, canonical);
     return entry != nullptr ? entry->first : nullptr;
 }
 
@@ -200,19 +200,19 @@ TNuDOMAttribute* findAmongFew(const TNuDOMElement& element, bool& isAll, Test&& 
 
 } // namespace
 
-TNuDOMAttribute* findAttribute(const TNuDOMElement& element, const NodeName* plain) {
-    bool isAll = plain == nullptr;
+TNuDOMAttribute* findAttribute(const TNuDOMElement& element, const NodeName* canonical) {
+    bool isAll = canonical == nullptr;
     TNuDOMAttribute* found = nullptr;
     if (!isAll) {
-        found = findAmongFew(element, isAll, [plain](const TNuDOMAttribute& attribute) {
-            return NodeContext::name(attribute).plain == plain;
+        found = findAmongFew(element, isAll, [canonical](const TNuDOMAttribute& attribute) {
+            return NodeContext::name(attribute).canonical == canonical;
         });
     }
     if (found != nullptr || isAll) {
         return found;
     }
     auto& searched = const_cast<TNuDOMElement&>(element);
-    return NodeContext::lists(searched).attributeIndex.find(searched, plain);
+    return NodeContext::lists(searched).attributeIndex.find(searched, canonical);
 }
 
 TNuDOMAttribute* findAttribute(const TNuDOMElement& element, std::u16string_view localName,

@@ -17,8 +17,8 @@ public:
     /// Attributes that a search looks at one by one before it makes an index.
     static constexpr int few = 16;
 
-    /// The first attribute of the plain name; null without one.
-    [[nodiscard]] TNuDOMAttribute* find(TNuDOMElement& element, const NodeName* plain);
+    /// The first attribute of the canonical name; null without one.
+    [[nodiscard]] TNuDOMAttribute* find(TNuDOMElement& element, const NodeName* canonical);
     /// The first attribute of the local name, as TNuDOMAttribute::get_localName gives it; null
     /// without one. `isOnly` says that no other has that local name.
     [[nodiscard]] TNuDOMAttribute* find(TNuDOMElement& element, std::u16string_view localName,
@@ -65,8 +65,9 @@ private:
 /// The attribute of `element` before `attribute`, null before the first; the last one for null.
 [[nodiscard]] TNuDOMNode* attributeBefore(TNuDOMElement& element,
                                           const TNuDOMNode* attribute) noexcept;
-/// The first attribute of the plain name; null without one, and for null.
-[[nodiscard]] TNuDOMAttribute* findAttribute(const TNuDOMElement& element, const NodeName* plain);
+/// The first attribute of the canonical name; null without one, and for null.
+[[nodiscard]] TNuDOMAttribute* findAttribute(const TNuDOMElement& element,
+                                             const NodeName* canonical);
 /// The first attribute of the local name and the namespace that its prefix resolves to.
 [[nodiscard]] TNuDOMAttribute* findAttribute(const TNuDOMElement& element,
                                              std::u16string_view localName,

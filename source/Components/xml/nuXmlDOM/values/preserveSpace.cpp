@@ -24,7 +24,7 @@ const NodeName* findSpaceName(TNuDOMDocument& document) noexcept {
 const TNuDOMAttribute* findSpaceAttribute(const TNuDOMElement& element,
                                           const NodeName& name) noexcept {
     for (const TNuDOMAttribute& attribute : element.Attributes()) {
-        if (NodeContext::name(attribute).plain == &name) {
+        if (NodeContext::name(attribute).canonical == &name) {
             return &attribute;
         }
     }

@@ -24,7 +24,7 @@ inline constexpr std::size_t reach = 96;
 /// What searches tell about the bytes that they passed.
 struct PassedKinds {
     bool isAscii = true;
-    bool isPlain = true; ///< none of & < > '
+    bool isVerbatim = true; ///< none of & < > ', so that escaping leaves it as it is
 };
 
 /// A bit for each of 16 bytes, the first one lowest: which stop a search, and what they are.
@@ -99,14 +99,14 @@ template <ByteBlock (*classify)(const char*) noexcept>
         if (block.stops != 0) [[likely]] {
             const unsigned before = beforeFirst(block.stops);
             passed.isAscii = ((beyondAscii | (block.beyondAscii & before))) == 0;
-            passed.isPlain = ((escaped | (block.escaped & before))) == 0;
+            passed.isVerbatim = ((escaped | (block.escaped & before))) == 0;
             return place + std::countr_zero(block.stops);
         }
         beyondAscii |= block.beyondAscii;
         escaped |= block.escaped;
         if (place > limit) [[unlikely]] {
             passed.isAscii = beyondAscii == 0;
-            passed.isPlain = escaped == 0;
+            passed.isVerbatim = escaped == 0;
             return nullptr;
         }
     }
@@ -179,7 +179,7 @@ template <class Find>
     std::memcpy(copy, place, size);
     PassedKinds kinds;
     const char* const stop = find(copy, copy + size, kinds);
-    passed = {passed.isAscii && kinds.isAscii, passed.isPlain && kinds.isPlain};
+    passed = {passed.isAscii && kinds.isAscii, passed.isVerbatim && kinds.isVerbatim};
     return stop == nullptr || stop + scanBlock > copy + size ? nullptr : place + (stop - copy);
 }
 
