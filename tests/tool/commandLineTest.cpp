@@ -53,6 +53,14 @@ const Case usage[] = {
      "nuxml completion man | grep -q \"$(echo $option | sed 's/-/.-/g')\" || echo $option; done; "
      "done",
      0, "", ""},
+    {R"x(options() { sed 's/ *$//' | sort -u; }; nuxml completion fish | sed -n "s/.*_from \([a-z]*\)' -\([ls]\) )x"
+     R"x(\([^ ]*\)\( *-[rx]\)*.*/\1 \2 \3\4/p" | sed 's/ l / --/; s/ s / -/; s/ -[rx]$/ value/' | options )x"
+     R"x(>inFish; nuxml completion zsh | tee z | sed -n "s/^    \([a-z]*\))$/c \1/p; s/^ *'\*\(-[^[+=]*\))x"
+     R"x(\([+=]*\).*/\1 \2/p" | sed 's/ [+=]$/ value/' | awk '$1 == "c" {c = $2; next} {print c, $0}' | )x"
+     R"x(options | cmp - inFish && bash -n z && grep -c '^edit -[smc] value' inFish)x",
+     0, "3\n", ""},
+    {"nuxml completion fihs", 2, "",
+     "nuxml: one of bash, zsh, fish and man is needed (did you mean fish?); see"},
     {"nuxml completion bash | bash -n && nuxml completion man | man -l --warnings - 2>&1 >page && "
      "grep -q 'nuxml tame' page",
      0, "", ""},

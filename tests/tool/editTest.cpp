@@ -34,6 +34,11 @@ const ShellCase changes[] = {
      "<a k=\"\xC3\x83\xC2\xA9\">\n  <b/>\n  <c>1</c>\n</a>\n", ""},
     {R"(printf '<a>\r\n<b/>\r\n</a>' | nuxml edit --create a/c=1)", 0,
      "<a>\r\n  <b/>\r\n  <c>1</c>\r\n</a>", ""},
+    {R"(printf '<a>\r<b/>\r</a>\r' | nuxml edit --create a/c=1)", 0,
+     "<a>\r  <b/>\r  <c>1</c>\r</a>\r", ""},
+    // Renamed and moved: each node once, and only where that leads to a document.
+    {"nuxml edit -r '//b | //b=d' -m a/d/@k=a/c small.xml", 0, "<a><d>1</d><d/><c k=\"x\"/></a>",
+     ""},
     {R"(printf '<a>\n<b/>x <i>y</i>\n z</a>' | nuxml edit --create a/c=1)", 0,
      "<a><b/>x <i>y</i>\n z<c>1</c></a>", ""},
 };
@@ -93,6 +98,16 @@ const ShellCase forms[] = {
 TEST(Edit, KeepsTheForm) { expectShell(forms); }
 
 const ShellCase mistakes[] = {
+    {"printf '<a><b>1</b><c x=\"1\" y=\"2\"/></a>' >two; for change in 'r a/b=b c' 'r "
+     "a/b=xmlns:a:b' "
+     "'r a/b/#text=c' 'r a/c/@x=y' 'm a/b=a/q' 'm a/q=a/b'; do nuxml edit -${change%% *} "
+     "\"${change#* }\" two 2>&1 | cut -d \\; -f 1; done",
+     0,
+     "nuxml: \"b c\" is no name\nnuxml: \"xmlns:a:b\" is no name\n"
+     "nuxml: only elements and attributes are renamed\n"
+     "nuxml: there is an attribute \"y\" already\nnuxml: there is no element at a/q to move to\n"
+     "nuxml: two: nothing matched a/q\n",
+     ""},
     {"nuxml edit small.xml", 2, "",
      "nuxml: there is nothing to do: --set, --create, --rename, --move or --delete is missing; see "
      "\"nuxml help "

@@ -75,6 +75,31 @@ const Case cases[] = {
     {"nuxml format missing.xml", 4, "", "nuxml: cannot open missing.xml: "},
     {"nuxml format -o none/x library.xml", 4, "", "nuxml: cannot write none/x: Cannot create file"},
     {"nuxml format library.xml >/dev/full", 4, "", "nuxml: cannot write standard output: "},
+    {"nuxml tame -o none/x library.xml; nuxml tame a b; nuxml format --check -i w; printf '<a>' | "
+     "nuxml format --check; nuxml tame -o /dev/full library.xml",
+     4, "", "nuxml: cannot write /dev/full: Cannot create file \"/dev/full\". It is a device\n"},
+    {"script -qec 'printf \"<a>x</a>\" | nuxml format --compact - | nuxml edit --set a=y' "
+     "/dev/null "
+     "</dev/null",
+     0, "<a>y</a>\r\n", ""},
+    // A document in one look.
+    {R"(printf '<!DOCTYPE a [<!ENTITY e "v">]><!--c--><a><?p i?><![CDATA[x]]>&e;<b k="%060d" l="1"/>)"
+     R"(<b l="1"/><b l="2"/><c>&#32;</c></a>' 7 | nuxml tree)",
+     0,
+     "standard input: 5 elements, 4 attributes, 2 levels\na    1  \"xv\"\n"
+     "  b  3  @k=\"0000000000000000000000000000000\xE2\x80\xA6\"  @l=\"1\" \"2\"\n  c  1  \" \"\n",
+     ""},
+    {R"({ printf '<a'; seq -f ' a%g="1"' 400; echo '>'; seq 30000 | sed 's/.*/<n&><m>x<k\/><\/m><\/n&>/'; )"
+     "echo '<n1><m>x</m></n1></a>'; } >m; nuxml tree --lines=4 m | cut -c 1-24; nuxml tree "
+     "--lines=2 m",
+     2, "m: 90003 elements, 400 a\na     1  @a1=\"1\"  @a2=\"1\n  n1  2  + 1 more name b\n",
+     "nuxml: --lines is a number from 3 on, not 2; see"},
+    {"script -qec 'stty rows 8 cols 40; nuxml tree library.xml' /dev/null </dev/null | head -n 3 | "
+     "tr -d '\\033\\r'",
+     0,
+     "library.xml: 50 elements, 83 attributes, 4 levels\n[1;34mlibrary[0m    1  [36m@xmlns[0m  "
+     "[36m@xmlns:loan[0m\n  [1;34mopening[0m  1[2m  + 1 more name below[0m\n",
+     ""},
     {"nuxml format -i", 2, "", "nuxml: -i needs a file; see"},
     {"nuxml format -i -o x library.xml", 2, "", "nuxml: -i and -o exclude each other; see"},
     {"nuxml format library.xml -o", 2, "", "nuxml: the value of -o is missing; see"},

@@ -28,6 +28,32 @@ const ShellCase forms[] = {
 };
 TEST(RecordsCommand, ShowsRecordsInEveryForm) { expectShell(forms); }
 
+const ShellCase mistakes[] = {
+    {"nuxml records; for options in '--part 1/2 --jobs 2' '--plain --index-file=x --jobs 2' "
+     "--plain "
+     "'--part 3/2' '--part 1' '--limit 3q' '--limit 18014398509481984k' '--jobs 0' '--jobs 1025' "
+     "--csv '--json --count' '--index --json' '-c a,,b'; do nuxml records $options r a.xml; done "
+     "2>&1 "
+     "| cut -d \\; -f 1",
+     0,
+     "nuxml: --part and --jobs exclude each other\n"
+     "nuxml: --plain and --index-file exclude each other\n"
+     "nuxml: --plain and --index-file are for --part and --jobs\n"
+     "nuxml: --part is I/N, 1/4 to 4/4 for example, not 3/2\n"
+     "nuxml: --part is I/N, 1/4 to 4/4 for example, not 1\n"
+     "nuxml: --limit is a number of bytes, 512M for example, not 3q\n"
+     "nuxml: --limit is a number of bytes, 512M for example, not 18014398509481984k\n"
+     "nuxml: --jobs is a number from 1 to 1024, not 0\n"
+     "nuxml: --jobs is a number from 1 to 1024, not 1025\n"
+     "nuxml: --csv, --tsv and --header are for --columns\n"
+     "nuxml: --xml, --json, --columns and --count exclude each other\n"
+     "nuxml: --index takes one file, and --index-file\n"
+     "nuxml: \"a,,b\" are no columns: names, \"@\" and a name, or \".\", with commas between "
+     "them\n",
+     "nuxml: a path is missing; see \"nuxml help records\"\n"},
+};
+TEST(RecordsCommand, TellsMistakes) { expectShell(mistakes); }
+
 const ShellCase parts[] = {
     {R"({ printf '<a>'; seq -f '<r>%g</r><!--<r>-->' 200000; printf '</a>'; } >l.xml;)"
      R"( nuxml records r l.xml >one; nuxml records --jobs 3 r l.xml | cmp - one; sort one >sorted;)"

@@ -87,6 +87,52 @@ TEST(Select, ShowsPathsThatLeadBackInAnyDocument) {
     }
 }
 
+const ShellCase rows[] = {
+    {R"(printf '<a x="1"><b>t<b z="2"/></b><d/></a>' >a.xml; nuxml select --json 'a/@x | a/b/#text | a/d | )"
+     "a/..' a.xml; nuxml select --json --numbers -c @x,d,b a a.xml",
+     0,
+     "[\n\"1\",\n\"t\",\n\"\",\n{\"a\":{\"@x\":\"1\",\"b\":{\"#\":[\"t\",{\"b\":{\"@z\":\"2\"}}]},"
+     "\"d\":\"\"}}\n]\n[\n{\"@x\":1,\"d\":\"\",\"b\":\"t\"}\n]\n",
+     ""},
+    {"nuxml select -c . 'a/@x | //b' a.xml; nuxml select -c a,,b a a.xml", 2, "1\nt\n\n",
+     "nuxml: a column without a path; see \"nuxml help select\"\n"},
+};
+TEST(Select, ShowsNodesOfEveryKind) { expectShell(rows); }
+
+// Each part of a path with its count and its meaning, in three columns.
+const ShellCase explanations[] = {
+    {"nuxml explain '//node()/@* | text() | */.. | */. | a/#text | //@x | //b[first()]/b[last()] | "
+     "a[@x>=1] | a[@x<3] | a[b>\"x\"] | a[string()=\"t\"] | a[d]' a.xml | grep '^ ' | tr -s ' '",
+     0,
+     " //node() 5 elements, texts, comments and instructions anywhere\n"
+     " /@* 2 all attributes of them\n"
+     " text() 0 elements that hold text; \"#text\" are the texts; there is a\n"
+     " * 1 the document element\n /.. 1 the element that they stand in\n"
+     " * 1 the document element\n /. 1 the same\n"
+     " a 1 the document element, if it is \"a\"\n"
+     " /#text 0 nodes \"#text\" right below them; there is @x, b, d\n"
+     " //@x 1 attributes \"x\" with any prefix and in any letter case of elements anywhere\n"
+     " //b 2 elements \"b\" anywhere\n [first()] 1 the first of them\n"
+     " /b 1 elements \"b\" right below them\n [last()] 1 the last of them\n"
+     " a 1 the document element, if it is \"a\"\n"
+     " [@x>=1] 1 those whose attribute \"x\" is greater than or equal to the integer 1\n"
+     " a 1 the document element, if it is \"a\"\n"
+     " [@x<3] 1 those whose attribute \"x\" is less than the integer 3\n"
+     " a 1 the document element, if it is \"a\"\n"
+     " [b>\"x\"] 0 those whose element at \"b\" is greater than the text \"x\"\n"
+     " a 1 the document element, if it is \"a\"\n"
+     " [string()=\"t\"] 0 those whose own text is the text \"t\", in any letter case\n"
+     " a 1 the document element, if it is \"a\"\n [d] 1 those with an element at \"d\"\n",
+     ""},
+    {"nuxml explain q a.xml none.xml; nuxml explain 'a[@x=]' a.xml", 2,
+     "a.xml:\n  q         0  the document element, if it is \"q\"; there is a\n"
+     "a.xml:\n  a             1  the document element, if it is \"a\"\n  [@x=]  \n",
+     "nuxml: cannot open none.xml: No such file or directory\n"
+     "nuxml: a.xml: the path a[@x=]: '' is not a valid integer value\n"
+     "nuxml: a filter compares text when its value stands in quotes: [@name='text']\n"},
+};
+TEST(Select, ExplainsPaths) { expectShell(explanations); }
+
 const ShellCase failures[] = {
     {"nuxml select", 2, "", "nuxml: a path is missing; see \"nuxml help select\"\n"},
     {"nuxml select --xml --count a library.xml", 2, "",

@@ -122,18 +122,35 @@ const ShellCase conversions[] = {
      ""},
     {"echo '[1,2]' | nuxml convert --compact --root=l | tail -c 36", 0,
      "<l><item>1</item><item>2</item></l>\n", ""},
-    {"for json in '[1]' '{\"a b\":1}' '{\"a\":}' '{\"a\":1' '{\"a\":01}' '{\"a\":\"\\u0000\"}' "
-     "'{\"a\":1} x' '{\"a\":{\"@b\":[1]}}'; do echo \"$json\" | nuxml convert; done",
-     3, "",
-     "standard input:1:1: error: the JSON is no object with one member, the document element; "
-     "--root=NAME makes one around it\n"
-     "standard input:1:2: error: \"a b\" is no name of XML\n"
-     "standard input:1:6: error: a value is missing\n"
-     "standard input:2:1: error: a comma or \"}\" is missing\n"
-     "standard input:1:6: error: \"01\" is no value of JSON\n"
-     "standard input:1:6: error: a string holds a character that XML cannot have\n"
-     "standard input:1:9: error: something follows the end of the JSON\n"
-     "standard input:1:12: error: the member \"@b\" must be a text\n"},
+    {R"x(for json in '[1]' '{"a b":1}' '{"a":}' '{"a":1' '{"a":01}' '{"a":1.}' '{"a":-1e}' '{"a":"\u0000"}' )x"
+     R"x('{"a":"\ufffe"}' '{"a":"\ud83d"}' '{"a":"\q"}' '{"a":"\u12"}' '{"a":"b' '{1:2}' '{"a" 1}' )x"
+     R"x('{"a":1} x' '{"a":{"@b":[1]}}' '{"#b":1}' '{"a":{"#":1}}' '{"a":{"#":[[1]]}}' '{"a":{"#comment":"--"}}' )x"
+     R"x('{"a":{"?b":"?>"}}' '{"a":1,"b":2}' "$(printf '{"a":"\351"}')" "$(printf '{"a":"\1"}')"; )x"
+     "do echo \"$json\" | nuxml convert; done 2>&1 | sed 's/^standard input:\\([0-9:]*\\): "
+     "error//'",
+     0,
+     ": the JSON is no object with one member, the document element; --root=NAME makes one around "
+     "it\n: \"a b\" is no name of XML\n: a value is missing\n: a comma or \"}\" is missing\n"
+     ": \"01\" is no value of JSON\n: \"1.\" is no value of JSON\n: \"-1e\" is no value of JSON\n"
+     ": a string holds a character that XML cannot have\n"
+     ": a string holds a character that XML cannot have\n"
+     ": a string holds a character that XML cannot have\n: a string holds an unknown escape\n"
+     ": a string holds an unknown escape\n: a string has no end\n"
+     ": the name of a member in quotation marks is missing\n: a colon is missing\n"
+     ": something follows the end of the JSON\n: the member \"@b\" must be a text\n"
+     ": there is no member \"#b\"\n: \"#\" must be an array\n: an array cannot stand in \"#\"\n"
+     ": a comment cannot hold \"--\" or end with \"-\"\n: an instruction cannot hold \"?>\"\n"
+     ": the JSON is no object with one member, the document element; --root=NAME makes one around "
+     "it\n: a string is not UTF-8\n: a string holds a control character\n",
+     ""},
+    {R"x(printf '\357\273\277 \n{"a":\n{"b":tru}}' | nuxml convert; printf '{"a":[-1.5e-3,"\\"\\\\\\/\\b"]}' )x"
+     R"x(| nuxml convert; printf '\357\273\277{"a":{"b":[-1.5e-3,"\\"\\\\\\/\\n\\u20ac"]}}' | nuxml convert --compact | )x"
+     "tail -c +39; nuxml convert a b; nuxml convert --root='a b' m.xml",
+     2, "<a><b>-1.5e-3</b><b>&quot;\\/\n\xE2\x82\xAC</b></a>\n",
+     "standard input:3:6: error: \"tru\" is no value of JSON\n"
+     "standard input:1:15: error: a string holds a character that XML cannot have\n"
+     "nuxml: more than one file; see \"nuxml help convert\"\n"
+     "nuxml: \"a b\" is no name; see \"nuxml help convert\"\n"},
     // Depth is no matter.
     {"{ yes '{\"a\":' | head -n 99999; echo '\"x\"'; yes '}' | head -n 99999; } | tr -d '\\n' "
      ">deep.json; "

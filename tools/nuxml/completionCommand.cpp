@@ -31,6 +31,10 @@ std::vector<OptionName> namesOf(const OptionText& option) {
         }
         form.remove_prefix(comma == form.npos ? form.size() : comma + 2);
     }
+    // What stands behind the last one is meant for all of them.
+    for (OptionName& name : names) {
+        name.value = names.back().value;
+    }
     return names;
 }
 

@@ -16,7 +16,7 @@ namespace {
 /// For each ASCII character: 0 to write it as it is, 'u' for its number, or the letter behind "\".
 using EscapeTable = std::array<char, 128>;
 
-constexpr EscapeTable makeTable(Escapes escapes) {
+consteval EscapeTable makeTable(Escapes escapes) {
     EscapeTable table{};
     if (escapes == Escapes::None) {
         return table;

@@ -17,7 +17,7 @@ bool endsOnLineOfItsOwn(std::string_view text) {
     }
     const std::size_t before = text.substr(0, endTag).find_last_not_of(" \t\r\n");
     return before != text.npos && text[before] == '>' &&
-           text.substr(before, endTag - before).find('\n') != text.npos;
+           text.substr(before, endTag - before).find_first_of("\r\n") != text.npos;
 }
 
 } // namespace
@@ -36,7 +36,8 @@ void LayoutFinder::see(std::string_view piece) {
 SourceLayout LayoutFinder::layout() const {
     std::string tail = tail_;
     tail.erase(std::remove(tail.begin(), tail.end(), '\0'), tail.end()); // of UTF-16
-    return {hasLF_ || hasCR_, endsOnLineOfItsOwn(tail), hasCR_, tail.ends_with('\n')};
+    return {hasLF_ || hasCR_, endsOnLineOfItsOwn(tail), hasCR_,
+            tail.ends_with('\n') || tail.ends_with('\r')};
 }
 
 } // namespace tool

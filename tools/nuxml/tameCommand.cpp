@@ -82,8 +82,10 @@ ExitCode runTame(Console& console, Arguments arguments) {
             return exitDone; // the output knows whether that is a fault
         }
         console.complain("cannot write " + std::string(target), error.Message());
+    } catch (const host::EFileOpenError& error) { // the input is open already
+        console.complain("cannot write " + std::string(target), error.Message());
     } catch (const host::EStreamError& error) {
-        console.complain(std::string(shown), error.Message());
+        console.complain("cannot read " + std::string(shown), error.Message());
     }
     return exitInputOutput;
 }
