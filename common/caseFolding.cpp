@@ -27,7 +27,7 @@ struct FoldingTable {
     std::array<std::uint8_t, 256> blockOf{};
     std::array<std::array<std::uint16_t, 256>, blockCount> distances{};
 
-    constexpr FoldingTable() {
+    consteval FoldingTable() {
         std::uint8_t filled = 0;
         for (const nu::CaseFoldingRange& range : nu::caseFoldingRanges) {
             for (unsigned unit = range.first; unit <= range.last; unit += range.step) {

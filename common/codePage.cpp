@@ -25,7 +25,7 @@ constexpr std::uint32_t codePageWindows1252 = 1252;
 class NarrowingTable {
 public:
     constexpr NarrowingTable() = default;
-    constexpr explicit NarrowingTable(const CodePage& page) {
+    consteval explicit NarrowingTable(const CodePage& page) {
         for (unsigned byte = 0x80; byte < 0x100; ++byte) {
             const char16_t unit = page.upper[byte - 0x80];
             if (unit == host::replacementCharacter) {
@@ -59,13 +59,15 @@ private:
     std::array<std::uint8_t, placeCount> bytes_{};
 };
 
-constexpr std::array<NarrowingTable, nu::codePages.size()> narrowingTables = [] {
+consteval auto makeNarrowingTables() {
     std::array<NarrowingTable, nu::codePages.size()> tables{};
     for (std::size_t index = 0; index < tables.size(); ++index) {
         tables[index] = NarrowingTable(nu::codePages[index]);
     }
     return tables;
-}();
+}
+
+constexpr std::array narrowingTables = makeNarrowingTables();
 
 const CodePage* findSingleBytePage(std::uint32_t number) noexcept {
     const auto* const found = std::lower_bound(

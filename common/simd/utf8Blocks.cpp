@@ -25,7 +25,7 @@ constexpr std::ptrdiff_t decodeMargin = 64;
 using Shuffle = std::array<std::uint8_t, 16>;
 
 // For eight 16-bit lanes: moves the lanes whose bit is set to the front.
-constexpr std::array<Shuffle, 256> makeLaneShuffles() {
+consteval std::array<Shuffle, 256> makeLaneShuffles() {
     std::array<Shuffle, 256> table{};
     for (unsigned mask = 0; mask < 256; ++mask) {
         std::size_t filled = 0;
@@ -42,7 +42,7 @@ constexpr std::array<Shuffle, 256> makeLaneShuffles() {
 
 // For four 32-bit lanes holding up to three bytes of a sequence: moves the bytes in use to the
 // front. Bits 0 to 3 say which lanes use byte 1, bits 4 to 7 which use byte 0; all use byte 2.
-constexpr std::array<Shuffle, 256> makeSequenceShuffles() {
+consteval std::array<Shuffle, 256> makeSequenceShuffles() {
     std::array<Shuffle, 256> table{};
     for (unsigned mask = 0; mask < 256; ++mask) {
         std::size_t filled = 0;

@@ -1,4 +1,4 @@
-#include "common/utf8.h"
+#include "common/simd/utf8Check.h"
 
 #include "common/simd/wideBlock.h"
 
@@ -16,7 +16,7 @@ namespace {
 // 32 places and the cost independent of what the text holds.
 
 // A set of half bytes: bit n says whether it holds n.
-constexpr unsigned halves(unsigned first, unsigned last) { return (2u << last) - (1u << first); }
+consteval unsigned halves(unsigned first, unsigned last) { return (2u << last) - (1u << first); }
 
 constexpr unsigned anyHalf = halves(0x0, 0xF);
 constexpr unsigned continuation = halves(0x8, 0xB);
@@ -50,7 +50,7 @@ constexpr char secondContinuation = '\x80'; // the last fault's bit
 // For each value of a half byte the faults whose set holds it.
 using FaultTable = std::array<std::uint8_t, 16>;
 
-constexpr FaultTable makeTable(unsigned Fault::*half) {
+consteval FaultTable makeTable(unsigned Fault::*half) {
     FaultTable table{};
     for (unsigned value = 0; value < table.size(); ++value) {
         for (unsigned fault = 0; fault < faults.size(); ++fault) {
@@ -148,24 +148,7 @@ bool checkByGroups(std::string_view) noexcept { return false; }
 
 #endif
 
-namespace {
-
-bool checkByDecoding(std::string_view bytes) noexcept {
-    // Into memory that stays in the nearest cache.
-    constexpr std::size_t pieceSize = 4096;
-    char16_t units[pieceSize];
-    while (!bytes.empty()) {
-        const std::size_t decoded = NuDecodeUtf8Prefix(bytes.substr(0, pieceSize), units).Bytes;
-        if (decoded == 0) {
-            return false;
-        }
-        bytes.remove_prefix(decoded);
-    }
-    return true;
-}
-
-} // namespace
-
 bool NuIsUtf8(std::string_view bytes) noexcept {
-    return nu::simd::hasWideBlocks() ? checkByGroups(bytes) : checkByDecoding(bytes);
+    return nu::simd::hasWideBlocks() ? checkByGroups(bytes)
+                                     : nu::simd::detail::isUtf8ByDecoding(bytes);
 }

@@ -1,4 +1,5 @@
 #include "common/utf8.h"
+#include "common/simd/utf8Check.h"
 
 #include <gtest/gtest.h>
 
@@ -112,6 +113,7 @@ void checkDecoders(std::string_view text) {
         ASSERT_EQ(NuUtf16Length(exact), *count) << hex(text);
     }
     ASSERT_EQ(NuIsUtf8(exact), count.has_value()) << hex(text);
+    ASSERT_EQ(nu::simd::detail::isUtf8ByDecoding(exact), count.has_value()) << hex(text);
     const TNuUtf8Prefix prefix = NuDecodeUtf8Prefix(exact, units);
     ASSERT_EQ(prefix.Bytes, expected.goodBytes) << hex(text);
     ASSERT_EQ(std::u16string_view(units, prefix.Units),

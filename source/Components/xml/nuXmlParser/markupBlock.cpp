@@ -7,6 +7,7 @@
 #include "common/expects.h"
 #include "common/simd/block.h"
 #include "common/simd/wideBlock.h"
+#include "nuXmlParser/markupBlockNarrow.h"
 #include "nuXmlParser/scan.h"
 
 namespace nu {
@@ -14,45 +15,13 @@ namespace nu {
 namespace {
 
 using Masks = MarkupBlock::Masks;
-
-std::uint64_t& maskFor(Masks& masks, StopSet set) noexcept {
-    return masks[static_cast<std::size_t>(set)];
-}
-
-/// Makes `ends`, and so every NUL among them, stops of every set.
-void addEnds(Masks& masks, std::uint64_t ends) noexcept {
-    for (std::uint64_t& mask : masks) {
-        mask |= ends;
-    }
-}
-
-std::uint64_t maskOf(simd::Block matches, unsigned shift) noexcept {
-    return std::uint64_t{matches.mask()} << shift;
-}
-
-void classifyUnits(PNuXmlChar units, std::uint64_t end, Masks& masks) noexcept {
-    using simd::isAnyOf;
-    masks = {};
-    for (unsigned shift = 0; shift < MarkupBlock::length; shift += simd::blockSize) {
-        const auto bytes = simd::Block::loadUnits(units + shift);
-        maskFor(masks, StopSet::Less) |= maskOf(isAnyOf<cNuLtA>(bytes), shift);
-        maskFor(masks, StopSet::Quote) |= maskOf(isAnyOf<cNuQuoteA>(bytes), shift);
-        maskFor(masks, StopSet::Name) |=
-            maskOf(isAnyOf<cNuSpaceA, cNuGtA, cNuSlashA, cNuColonA, cNuEqualA>(bytes), shift);
-        maskFor(masks, StopSet::Solid) |= maskOf(bytes.isAtMost(cNuSpaceA), shift);
-        maskFor(masks, StopSet::Escaped) |=
-            maskOf(isAnyOf<cNuAmpA, cNuLtA, cNuGtA, cNuAposA>(bytes), shift);
-        end |= maskOf(isAnyOf<'\0'>(bytes), shift);
-    }
-    maskFor(masks, StopSet::Solid) ^= ~std::uint64_t{0};
-    addEnds(masks, end);
-}
+using detail::maskFor;
 
 #if defined(__x86_64__)
 
 /// For isAnyOfWide: each wanted byte at the place that its lower half names. Any byte that has
 /// another lower half is as good as none.
-constexpr std::array<char, 16> placeByLowerHalf(std::initializer_list<char> wanted) {
+consteval std::array<char, 16> placeByLowerHalf(std::initializer_list<char> wanted) {
     std::array<char, 16> places{1};
     for (const char byte : wanted) {
         places[static_cast<std::size_t>(byte & 0xF)] = byte;
@@ -82,7 +51,7 @@ constexpr std::array<char, 16> escaped = placeByLowerHalf({cNuAmpA, cNuLtA, cNuG
            static_cast<std::uint64_t>(static_cast<unsigned>(_mm256_movemask_epi8(second))) << 32;
 }
 
-/// The same as classifyUnits, 32 units at a time.
+/// The same as classifyNarrow, 32 units at a time.
 [[gnu::target("avx2")]] void classifyUnitsWide(PNuXmlChar units, std::uint64_t end,
                                                Masks& masks) noexcept {
     const __m256i first = packUnitsWide(units);
@@ -109,7 +78,7 @@ constexpr std::array<char, 16> escaped = placeByLowerHalf({cNuAmpA, cNuLtA, cNuG
 #else
 
 void classifyUnitsWide(PNuXmlChar units, std::uint64_t end, Masks& masks) noexcept {
-    classifyUnits(units, end, masks);
+    detail::classifyNarrow(units, end, masks);
 }
 
 #endif
@@ -120,7 +89,7 @@ void classifyBlock(PNuXmlChar units, std::uint64_t end, Masks& masks) noexcept {
     if (hasWideBlocks) {
         classifyUnitsWide(units, end, masks);
     } else {
-        classifyUnits(units, end, masks);
+        detail::classifyNarrow(units, end, masks);
     }
 }
 
