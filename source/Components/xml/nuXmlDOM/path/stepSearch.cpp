@@ -94,7 +94,7 @@ inline bool StepSearch::isKept(TNuDOMNode& node) const {
     return keep_ != Keep::tested || (*test_)(node);
 }
 
-inline void StepSearch::add(TNuDOMNode& node, PathNodes& found) const {
+[[gnu::always_inline]] inline void StepSearch::add(TNuDOMNode& node, PathNodes& found) const {
     if (keep_ == Keep::last) {
         found.resize(first_);
     }
@@ -109,21 +109,27 @@ void StepSearch::match(TNuDOMNode& context, PathNodes& found) {
             return;
         }
     }
-    if (step_.isDeep && seeksNamed_) {
-        const bool isDone =
-            isNameExact_
-                ? matchInTreeOrder(context, found, [&](auto& node) { return isNamed(node); })
-                : matchInTreeOrder(context, found, [&](auto& node) { return hasName(node); });
-        if (isDone) {
-            return;
-        }
-    }
-    matchHere(context, found);
-    if (step_.isDeep) {
-        for (TNuDOMNode* node = nextElement(context, context, visits_); node != nullptr;
+    if (!step_.isDeep) {
+        matchHere(context, found);
+    } else if (isNameExact_) {
+        matchBelowNamed(context, found, [&](auto& node) { return isNamed(node); });
+    } else if (seeksNamed_) {
+        matchBelowNamed(context, found, [&](auto& node) { return hasName(node); });
+    } else if (step_.test == PathTest::EveryElement) {
+        matchByParents(context, found, [](auto& node) { return is<TNuDOMElement>(node); });
+    } else {
+        for (TNuDOMNode* node = &context; node != nullptr;
              node = nextElement(*node, context, visits_)) {
             matchHere(*node, found);
         }
+    }
+}
+
+/// Finds the nodes of a name below `context`.
+template <class Test>
+void StepSearch::matchBelowNamed(TNuDOMNode& context, PathNodes& found, Test&& test) {
+    if (!matchInTreeOrder(context, found, test)) {
+        matchByParents(context, found, test);
     }
 }
 
@@ -169,6 +175,40 @@ bool StepSearch::matchInTreeOrder(TNuDOMNode& context, PathNodes& found, Test&& 
         node = next;
     }
     return true;
+}
+
+/// Finds the nodes among the children of `context`, then among those of each element below it in
+/// the order of the document. One walk: what an element has below it waits until its turn comes.
+template <class Test>
+void StepSearch::matchByParents(TNuDOMNode& context, PathNodes& found, Test&& test) {
+    const auto wait = [&](TNuDOMNode& parent) {
+        if (TNuDOMNode* child = firstOfNamed(parent)) {
+            waiting_.push_back(child);
+        }
+    };
+    waiting_.clear();
+    wait(context);
+    std::uint64_t visits = 1;
+    while (!waiting_.empty()) {
+        // 1. All children of the next element; each counts for itself and for what it has.
+        TNuDOMNode* child = waiting_.back();
+        waiting_.pop_back();
+        const auto firstOfLevel = static_cast<std::ptrdiff_t>(waiting_.size());
+        for (; child != nullptr; child = NodeLinks::next(*child)) {
+            fetchFarAhead(*child);
+            visits += 2;
+            if (test(*child) && isKept(*child)) {
+                add(*child, found);
+            }
+            if (is<TNuDOMElement>(*child)) {
+                ++visits;
+                wait(*child);
+            }
+        }
+        // 2. Below the first of them it goes on.
+        std::reverse(waiting_.begin() + firstOfLevel, waiting_.end());
+    }
+    visits_ += visits;
 }
 
 void StepSearch::matchHere(TNuDOMNode& context, PathNodes& found) {

@@ -55,7 +55,9 @@ private:
         visits_ = 0;
     }
     void match(TNuDOMNode& context, PathNodes& found);
+    template <class Test> void matchBelowNamed(TNuDOMNode& context, PathNodes& found, Test&& test);
     template <class Test> bool matchInTreeOrder(TNuDOMNode& context, PathNodes& found, Test&& test);
+    template <class Test> void matchByParents(TNuDOMNode& context, PathNodes& found, Test&& test);
     void matchHere(TNuDOMNode& context, PathNodes& found);
     void addAttributes(TNuDOMNode& context, PathNodes& found);
     [[nodiscard]] bool isKept(TNuDOMNode& node) const;
@@ -89,6 +91,8 @@ private:
     std::optional<FilterTest> test_;
     /// Where in the found nodes those of the current context begin.
     std::size_t first_ = 0;
+    /// First children that wait until it is their turn.
+    PathNodes waiting_;
 };
 
 /// Whether a node has exactly the name that is looked for.
