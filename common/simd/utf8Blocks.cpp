@@ -1,12 +1,12 @@
 #include "common/simd/utf8Blocks.h"
 
+#include <array>
+#include <cstdint>
+
 #include "common/simd/block.h"
 #include "common/simd/wideBlock.h"
 
 #if defined(__x86_64__)
-
-#include <array>
-#include <cstdint>
 
 namespace nu {
 namespace {

@@ -9,12 +9,16 @@
 #include <csignal>
 #include <cstdio>
 #include <optional>
+#include <string>
 #include <system_error>
 
+#include "host/runtime/descriptor.h"
 #include "host/runtime/digits.h"
 #include "host/runtime/exception.h"
 #include "host/runtime/fileAttributes.h"
+#include "host/runtime/fileStream.h"
 #include "host/runtime/format.h"
+#include "host/runtime/unfinishedFile.h"
 #include "host/runtime/unicode.h"
 
 namespace host {
@@ -96,7 +100,44 @@ int synchroniseFolder(int folder) noexcept {
 
 } // namespace
 
-FileReplacement::FileReplacement(const std::filesystem::path& name) : name_(name) {
+/// What is done for a file that takes the place of another.
+class FileReplacement::Work {
+public:
+    explicit Work(const std::filesystem::path& name);
+
+    [[nodiscard]] TStream& stream() noexcept { return *stream_; }
+    void commit();
+
+private:
+    bool takeOpenOutput(const std::filesystem::path& link);
+    void openFormer(const std::filesystem::path& place);
+    void makeNew();
+    int makeUnnamed() const;
+    void giveName();
+    void takePlace();
+    [[noreturn]] void raiseNotCreated(std::u16string_view reason) const;
+    [[noreturn]] void raiseNotCreated(int error) const;
+    [[noreturn]] void raiseNotReplaced(std::u16string_view reason) const;
+
+    std::filesystem::path name_; ///< as the caller knows it, for messages
+    Descriptor folder_;          ///< where the file is, behind all links
+    std::string leaf_;           ///< its name there
+    Descriptor former_;          ///< the old file, if there is one
+    UnfinishedFile unfinished_;
+    int written_ = -1; ///< the new file, which the stream owns; -1 for an output open already
+    std::optional<TFileStream> stream_;
+};
+
+FileReplacement::FileReplacement(const std::filesystem::path& name)
+    : work_(std::make_unique<Work>(name)), stream_(&work_->stream()) {}
+
+FileReplacement::~FileReplacement() = default;
+
+void FileReplacement::commit() { work_->commit(); }
+
+void FileReplacement::removeUnfinished() noexcept { removeUnfinishedFiles(); }
+
+FileReplacement::Work::Work(const std::filesystem::path& name) : name_(name) {
     // 1. The place of the file, behind all links.
     std::filesystem::path place = name;
     struct stat status = {};
@@ -131,10 +172,8 @@ FileReplacement::FileReplacement(const std::filesystem::path& name) : name_(name
     makeNew();
 }
 
-FileReplacement::~FileReplacement() = default;
-
 /// True when the link is an open output of this program, which is then the stream.
-bool FileReplacement::takeOpenOutput(const std::filesystem::path& link) {
+bool FileReplacement::Work::takeOpenOutput(const std::filesystem::path& link) {
     const std::optional<int> descriptor = parseDigits<int>(link.filename().string());
     if (!descriptor || !isAmongDescriptors(link)) {
         return false;
@@ -148,7 +187,7 @@ bool FileReplacement::takeOpenOutput(const std::filesystem::path& link) {
     return true;
 }
 
-void FileReplacement::openFormer(const std::filesystem::path& place) {
+void FileReplacement::Work::openFormer(const std::filesystem::path& place) {
     leaf_ = place.filename().string();
     struct stat status = {};
     const bool isThere = ::stat(place.c_str(), &status) == 0;
@@ -182,7 +221,7 @@ void FileReplacement::openFormer(const std::filesystem::path& place) {
 }
 
 /// Makes the new file, and writes it through the descriptor that it was made with.
-void FileReplacement::makeNew() {
+void FileReplacement::Work::makeNew() {
     written_ = makeUnnamed();
     for (int attempt = 0; written_ < 0; ++attempt) {
         if (attempt > 0 && (errno != EEXIST || attempt == mostAttempts)) {
@@ -200,7 +239,7 @@ void FileReplacement::makeNew() {
 }
 
 /// A file without a name that can be given one later, or -1.
-int FileReplacement::makeUnnamed() const {
+int FileReplacement::Work::makeUnnamed() const {
     Descriptor made(::openat(folder_.number(), ".", O_RDWR | O_TMPFILE | O_CLOEXEC,
                              former_.isOpen() ? 0600 : 0666));
     return made.isOpen() && ::access(descriptorName(made.number()).c_str(), F_OK) == 0
@@ -208,7 +247,7 @@ int FileReplacement::makeUnnamed() const {
                : -1;
 }
 
-void FileReplacement::commit() {
+void FileReplacement::Work::commit() {
     stream_->Flush();
     if (written_ < 0) {
         stream_->Close();
@@ -238,7 +277,7 @@ void FileReplacement::commit() {
 }
 
 /// A name of its own for a file that has none, because a name can be replaced only by another one.
-void FileReplacement::giveName() {
+void FileReplacement::Work::giveName() {
     const std::string source = descriptorName(written_);
     for (int attempt = 0; attempt < mostAttempts; ++attempt) {
         unfinished_.chooseName(folder_.number());
@@ -255,7 +294,7 @@ void FileReplacement::giveName() {
     raiseNotReplaced(reasonOf(error));
 }
 
-void FileReplacement::takePlace() {
+void FileReplacement::Work::takePlace() {
     const SignalsHeld held;
     if (unfinished_.name() == nullptr) {
         giveName();
@@ -274,16 +313,14 @@ void FileReplacement::takePlace() {
     unfinished_.forget();
 }
 
-void FileReplacement::removeUnfinished() noexcept { removeUnfinishedFiles(); }
-
-void FileReplacement::raiseNotCreated(std::u16string_view reason) const {
+void FileReplacement::Work::raiseNotCreated(std::u16string_view reason) const {
     throw EFileOpenError(
         formatMessage(u"Cannot create file \"%s\". %s", {utf8ToUtf16(name_.string()), reason}));
 }
 
-void FileReplacement::raiseNotCreated(int error) const { raiseNotCreated(reasonOf(error)); }
+void FileReplacement::Work::raiseNotCreated(int error) const { raiseNotCreated(reasonOf(error)); }
 
-void FileReplacement::raiseNotReplaced(std::u16string_view reason) const {
+void FileReplacement::Work::raiseNotReplaced(std::u16string_view reason) const {
     throw EWriteError(formatMessage(former_.isOpen() ? u"Cannot replace file \"%s\". %s"
                                                      : u"Cannot create file \"%s\". %s",
                                     {utf8ToUtf16(name_.string()), reason}));

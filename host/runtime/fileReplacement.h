@@ -1,13 +1,10 @@
 #pragma once
 
 #include <filesystem>
-#include <optional>
-#include <string>
+#include <memory>
 
-#include "host/runtime/descriptor.h"
 #include "host/runtime/export.h"
-#include "host/runtime/fileStream.h"
-#include "host/runtime/unfinishedFile.h"
+#include "host/runtime/stream.h"
 
 namespace host {
 
@@ -45,23 +42,10 @@ public:
     NUXML_API static void removeUnfinished() noexcept;
 
 private:
-    bool takeOpenOutput(const std::filesystem::path& link);
-    void openFormer(const std::filesystem::path& place);
-    void makeNew();
-    int makeUnnamed() const;
-    void giveName();
-    void takePlace();
-    [[noreturn]] void raiseNotCreated(std::u16string_view reason) const;
-    [[noreturn]] void raiseNotCreated(int error) const;
-    [[noreturn]] void raiseNotReplaced(std::u16string_view reason) const;
+    class Work;
 
-    std::filesystem::path name_; ///< as the caller knows it, for messages
-    Descriptor folder_;          ///< where the file is, behind all links
-    std::string leaf_;           ///< its name there
-    Descriptor former_;          ///< the old file, if there is one
-    UnfinishedFile unfinished_;
-    int written_ = -1; ///< the new file, which the stream owns; -1 for an output open already
-    std::optional<TFileStream> stream_;
+    std::unique_ptr<Work> work_;
+    TStream* stream_; ///< of the work
 };
 
 } // namespace host

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "common/expects.h"
 #include "host/runtime/exception.h"
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/domMessages.h"
@@ -241,12 +242,16 @@ namespace {
 void reorderChildren(TNuDOMElement& element, bool isTree, const std::vector<TNuDOMNode*>& order) {
     std::vector<TNuDOMElement*>& kept = keepElementOrder(element);
     if (!isTree) {
-        std::transform(order.begin(), order.end(), kept.begin(),
-                       [](TNuDOMNode* node) { return static_cast<TNuDOMElement*>(node); });
+        expects(order.size() == kept.size());
+        std::transform(order.begin(), order.end(), kept.begin(), [](TNuDOMNode* node) {
+            expects(is<TNuDOMElement>(*node));
+            return static_cast<TNuDOMElement*>(node);
+        });
         return;
     }
     NodeChain& chain = *childrenOf(element);
     for (TNuDOMNode* node : order) {
+        expects(is<TNuDOMElement>(*node));
         chain.remove(*node);
         chain.append(*node);
     }
@@ -258,6 +263,7 @@ template <class Base, LiveMembers shown>
 void LiveList<Base, shown>::reorder(std::vector<TNuDOMNode*> order) {
     // The paths to the keys begin at elements, so the members are some, and their parent is one,
     // as a document has but one of them.
+    expects(is<TNuDOMElement>(*this->Node()));
     reorderChildren(static_cast<TNuDOMElement&>(*this->Node()), shown == LiveMembers::childNodes,
                     order);
     index_.drop();
