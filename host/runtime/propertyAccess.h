@@ -10,10 +10,8 @@
 /// \file
 /// How a property is reached while a program runs: through a member, or a getter and a setter.
 
-namespace host {
-
 /// \cond internal
-namespace detail {
+namespace host::detail {
 
 template <class Type, class Class> std::type_identity<Class> classOfPointer(Type Class::*);
 template <auto Member> using MemberClass = typename decltype(classOfPointer(Member))::type;
@@ -76,7 +74,5 @@ template <auto Test> bool isStored(const void* self) {
     return static_cast<bool>(access<Test>(*fromRoot<Class>(self)));
 }
 
-} // namespace detail
+} // namespace host::detail
 /// \endcond
-
-} // namespace host

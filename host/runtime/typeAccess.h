@@ -17,10 +17,8 @@
 /// How values of a published type are reached while a program runs: one class of operations for
 /// each kind of place for an object and for each kind of container.
 
-namespace host {
-
 /// \cond internal
-namespace detail {
+namespace host::detail {
 
 /// host::classOf, which comes later.
 template <class Class> const TClassInfo& classInfoOf() noexcept;
@@ -270,7 +268,5 @@ template <class Optional> struct OptionalAccess {
     static constexpr OptionalOperations operations{get, emplace, reset};
 };
 
-} // namespace detail
+} // namespace host::detail
 /// \endcond
-
-} // namespace host

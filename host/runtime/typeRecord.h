@@ -23,10 +23,8 @@
 /// From a C++ type to the constant that describes it. All of it is done while the compiler runs; a
 /// type that cannot be published stops it with the reason.
 
-namespace host {
-
 /// \cond internal
-namespace detail {
+namespace host::detail {
 
 template <class Type> struct TypeRecord;
 
@@ -203,7 +201,5 @@ template <class Type> struct KeptAs { using type = Type; };
 template <> struct KeptAs<std::u16string_view> { using type = std::u16string; };
 template <> struct KeptAs<std::string_view> { using type = std::string; };
 
-} // namespace detail
+} // namespace host::detail
 /// \endcond
-
-} // namespace host
