@@ -243,6 +243,8 @@ TEST(Conforming, passesPlainTextAsItDoesStepByStep) {
         "<b p:c=\"1\" q:c=\"1\" xmlns:q=\"v\"/>",
         "</p:q>",
         "<b c=\"1  2\"/>",
+        "<a b=\"2 3\" z=\"4  5\">",
+        "<a b=\" 2\"  />",
         "<!-- -->",
         "<![CDATA[",
         "<?t d?>",
@@ -255,8 +257,9 @@ TEST(Conforming, passesPlainTextAsItDoesStepByStep) {
     TNuConformingOptions options;
     options.whiteSpace = cwReader;
     for (int round = 0; round < 10'000; ++round) {
-        std::string document =
-            random() % 3 == 0 ? "<!DOCTYPE a[<!ATTLIST b c NMTOKENS #IMPLIED>]><a>" : "<a>";
+        std::string document = random() % 3 == 0 ? "<!DOCTYPE a[<!ATTLIST b c NMTOKENS #IMPLIED>"
+                                                   "<!ATTLIST a y CDATA '&lt;' b ID #IMPLIED>]><a>"
+                                                 : "<a>";
         for (auto count = random() % 24; count > 0; --count) {
             document += pieces[random() % std::size(pieces)];
         }
@@ -352,15 +355,20 @@ TEST(Conforming, refusesEntitiesThatGrowWithoutBound) {
         laughs += "\">";
     }
     std::string quadratic = "<a>";
+    std::string defaults = "<a>";
     for (int count = 0; count < 20'000; ++count) {
         quadratic += "&e;";
+        defaults += "<b/>";
     }
+    const std::string large(100'000, 'x');
     const std::string message = "entities expand to more than 100 times the document";
     for (const std::string& bomb :
          {subset(laughs, "<a>&l11;</a>"), subset(laughs, "<a b=\"&l11;\"/>"),
           subset(laughs + "<!ATTLIST a b CDATA \"&l11;\">", "<a/>"),
-          subset("<!ENTITY e '" + std::string(100'000, 'x') + "'>", quadratic + "</a>")}) {
+          subset("<!ENTITY e '" + large + "'>", quadratic + "</a>"),
+          subset("<!ATTLIST b c CDATA '" + large + "'>", defaults + "</a>")}) {
         EXPECT_NE(staged(bomb).find(message), std::string::npos);
+        EXPECT_NE(support::conformingOutline(bomb).fault.find(message), std::string::npos);
     }
 }
 

@@ -122,7 +122,8 @@ inline std::string randomDocument(Random& random) {
     return text + (random(2) == 0 ? std::string(70, ' ') : "");
 }
 
-/// The same kinds of content in elements that are closed, as the conforming stage wants it.
+/// The same kinds of content in elements that are closed, as the conforming stage wants it; some
+/// documents declare attributes.
 inline std::string randomWellFormed(Random& random) {
     static constexpr std::string_view names[] = {"a", "b", "item", "p:a", "P:b", "Größe", "名前"};
     static constexpr std::string_view attributes[] = {
@@ -134,6 +135,24 @@ inline std::string randomWellFormed(Random& random) {
         "漢字", ">", "x>y", "<!-- c\n -->", "<!--漢-->", "<![CDATA[d]]>", "<?pi data?>"};
     std::string text =
         random(2) == 0 ? "<?xml version=\"1.0\" encoding=\"utf-8\"?>" : "\xEF\xBB\xBF";
+    static constexpr std::string_view declarations[] = {
+        " a CDATA 'x'",         " b NMTOKENS ' 1 2 '",
+        " c NMTOKENS #IMPLIED", " d CDATA '&lt;漢&#10;'",
+        " p:c CDATA 'p'",       " P:c ID 'P'",
+        " xmlns CDATA 'v'",     " xmlns:p CDATA 'p'",
+        " xmlnsfoo CDATA ''",   " xml:space (preserve|default) 'preserve'"};
+    if (random(4) == 0) {
+        text += "<!DOCTYPE root [";
+        for (std::size_t left = random(3); left > 0; --left) {
+            text.append("<!ATTLIST ").append(names[random(4)]);
+            for (std::size_t index = random(10); index < std::size(declarations);
+                 index += 1 + random(5)) {
+                text += declarations[index];
+            }
+            text += ">";
+        }
+        text += "]>";
+    }
     text += "<root xmlns:p=\"p\" xmlns:P=\"q\">";
     std::vector<std::string_view> open{"root"};
     for (std::size_t left = random(80); left > 0; --left) {

@@ -5,7 +5,7 @@
 
 namespace nu {
 
-CheckedName checkedName(std::string_view name, const ConformingSupply& stage) {
+CheckedName checkedName(std::string_view name) {
     using Form = CheckedName::Form;
     CheckedName checked;
     const bool isName =
@@ -18,10 +18,7 @@ CheckedName checkedName(std::string_view name, const ConformingSupply& stage) {
     checked.prefixLength = static_cast<std::uint32_t>(prefix.empty() ? 0 : prefix.size() + 1);
     // What is said of these prefixes is for the stage.
     const bool declares = isNamespaceDeclaration(name);
-    checked.use = stage.useOfTags(name);
-    checked.elementForm = prefix == declarationPrefixA || checked.use == markup::TagUse::Looked
-                              ? Form::Refused
-                              : Form::Plain;
+    checked.elementForm = prefix == declarationPrefixA ? Form::Refused : Form::Plain;
     checked.attributeForm = declares ? Form::Declaration : Form::Plain;
     return checked;
 }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "nuXmlParser/conforming/conformingSupply.h"
+#include "nuXmlParser/conforming/declaredTags.h"
 #include "nuXmlParser/markup/plainContent.h"
 #include "nuXmlParser/markup/tagChecks.h"
 #include "nuXmlSax/namespaceList.h"
@@ -18,20 +19,22 @@ struct CheckedName {
 
     Form elementForm = Form::Unknown;
     Form attributeForm = Form::Unknown;
-    markup::TagUse use = markup::TagUse::AsIs; ///< as an element
-    std::uint32_t prefixLength = 0;            ///< with the colon; 0 without a prefix
-    std::uint64_t lastTag = 0;                 ///< the last tag that had it as an attribute
+    std::uint32_t declaredTag = 0;  ///< of an element: what is declared for its tags
+    std::uint32_t prefixLength = 0; ///< with the colon; 0 without a prefix
+    std::uint64_t lastTag = 0;      ///< the last tag that had it as an attribute
 };
 
-/// Looks at a name of either kind. \param stage knows which elements have declared attributes
-[[nodiscard]] CheckedName checkedName(std::string_view name, const ConformingSupply& stage);
+/// Looks at a name of either kind, all but what is declared for it.
+[[nodiscard]] CheckedName checkedName(std::string_view name);
 
 /// Stands before a sink of markup::PlainContent, refuses what is not well-formed or has to be
 /// changed by the conforming stage, and tells the stage of the elements that stay open. So content
 /// is checked and taken in one pass.
 ///
-/// The names of `Sink` are CheckedNames with the `PrefixScope* scope` of their prefix, and it is
-/// told of the end of an element that was begun before by `bool endOuterElement(name)`.
+/// The names of `Sink` are CheckedNames with the `PrefixScope* scope` of their prefix. It finds one
+/// by `Name* find(bytes)`, null where it is not plain, and is told of the end of an element that
+/// was begun before by `bool endOuterElement(name)`. Values of attributes may also stand outside of
+/// the bytes, where the document type declares them.
 template <class Sink> class CheckedContent {
 public:
     using Name = typename Sink::Name;
@@ -90,7 +93,12 @@ private:
             }
         }
         checks_.begin();
-        use_ = name.use;
+        declared_ = nullptr;
+        hasTokens_ = false;
+        if (name.declaredTag != 0) [[unlikely]] {
+            declared_ = declaredTags_.find(name.declaredTag);
+            hasTokens_ = declared_->declaration->hasTokens();
+        }
         elements_.push_back({&name, less});
         if (!sink_.startTag(name, less)) [[unlikely]] {
             elements_.pop_back();
@@ -108,7 +116,7 @@ private:
         if (!checks_.add(name)) [[unlikely]] {
             return false;
         }
-        if (use_ == markup::TagUse::SpaceCounts && value.find(' ') != value.npos) [[unlikely]] {
+        if (hasTokens_ && declared_->changes(name, value)) [[unlikely]] {
             return false;
         }
         if (name.prefixLength != 0 && name.attributeForm == CheckedName::Form::Plain &&
@@ -124,7 +132,8 @@ private:
     [[gnu::always_inline]] bool endStartTag(bool isEmptyElement, const char* end) {
         // The declarations of the tag count for all names in it.
         const auto isDeclared = [](const Name& name) { return name.scope->newest() != nullptr; };
-        if (!checks_.arePrefixesPlain(*elements_.back().name, isDeclared)) [[unlikely]] {
+        if ((declared_ != nullptr && !addDefaults()) ||
+            !checks_.arePrefixesPlain(*elements_.back().name, isDeclared)) [[unlikely]] {
             abandonStartTag();
             return false;
         }
@@ -155,15 +164,26 @@ private:
         return true;
     }
 
-    [[nodiscard]] bool isPlain(const CheckedName::Form& form, Name& name) const {
+    [[nodiscard]] bool isPlain(const CheckedName::Form& form, Name& name) {
         if (form == CheckedName::Form::Unknown) {
-            const CheckedName checked = checkedName(name.text, *stage_);
-            name.elementForm = checked.elementForm;
-            name.attributeForm = checked.attributeForm;
-            name.use = checked.use;
-            name.prefixLength = checked.prefixLength;
+            static_cast<CheckedName&>(name) = checkedName(name.text);
+            name.declaredTag = declaredTags_.add(stage_->declarationOf(name.text));
         }
         return form == CheckedName::Form::Plain;
+    }
+    /// Adds what the tag lacks; false where that is not plain. Declarations of namespaces are for
+    /// the stage.
+    [[gnu::noinline]] bool addDefaults() {
+        declared_->findNames([this](std::string_view name) { return sink_.find(name); });
+        std::size_t cost = 0;
+        const auto addMissing = [&](const typename DeclaredTag<Name>::Default& missing) {
+            cost += missing.attribute->cost();
+            return missing.name != nullptr && isPlain(missing.name->attributeForm, *missing.name) &&
+                   addAttribute(*missing.name, missing.attribute->value(),
+                                missing.attribute->kinds());
+        };
+        return declared_->forEachMissing(checks_.number(), addMissing) &&
+               (cost == 0 || stage_->allowsDefaults(cost, elements_.back().less));
     }
     /// Whether the attribute is a declaration that stands as it is.
     [[nodiscard]] bool declare(const Name& name, std::string_view uri,
@@ -197,10 +217,12 @@ private:
     ConformingSupply* stage_ = nullptr;
     // Of the tag at hand.
     markup::TagChecks<Name> checks_;
-    markup::TagUse use_ = markup::TagUse::AsIs;
+    DeclaredTag<Name>* declared_ = nullptr;
+    bool hasTokens_ = false; ///< values may have to be changed
     std::vector<Element>
         elements_; ///< those that were begun here and are open, and the tag at hand
     std::vector<Declaration> declarations_;
+    DeclaredTags<Name> declaredTags_;
 };
 
 } // namespace nu

@@ -37,9 +37,14 @@ public:
 
     /// More of the text from a place on than showed; empty where enough shows, or nothing more can.
     [[nodiscard]] std::string_view moreFrom(const char* place);
-    /// What becomes of tags of an element of that name.
-    [[nodiscard]] markup::TagUse useOfTags(std::string_view element) const {
-        return normaliser_->tags().useOfTags(element);
+    /// What is declared for the attributes of an element; null without anything.
+    [[nodiscard]] ElementDeclaration* declarationOf(std::string_view element) {
+        return normaliser_->tags().memory().declarationOf(element);
+    }
+    /// Defaults of so many bytes are added to the tag at `less`, unless that is more than may come
+    /// out of the document.
+    [[nodiscard]] bool allowsDefaults(std::size_t cost, const char* less) {
+        return normaliser_->entities().spendIfAllowed(cost, less);
     }
     /// The name of the innermost element of those that are told.
     [[nodiscard]] std::string_view innermost() const noexcept { return normaliser_->innermost(); }

@@ -188,7 +188,7 @@ void DocumentTypeRules::readAttributeList(DeclarationText text) {
         text.needSpace();
         readDefault(text, attribute);
         if (doDeclarationsCount_) {
-            declarations_[elementName].declare(std::move(attribute));
+            declarations_[elementName].declare(attribute);
         }
     }
 }

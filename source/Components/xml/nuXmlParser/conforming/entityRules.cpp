@@ -81,10 +81,21 @@ void EntityRules::writeLeft(std::string_view name, std::string& text) const {
     }
 }
 
+bool EntityRules::isTooMuch(const char* at) const noexcept {
+    const std::int64_t source = texts_.offsetOf(at);
+    return source + spent_ >= limit_.from && source + spent_ > limit_.factor * source;
+}
+
+bool EntityRules::spendIfAllowed(std::size_t bytes, const char* at) noexcept {
+    spent_ += static_cast<std::int64_t>(bytes);
+    const bool isAllowed = !isTooMuch(at);
+    spent_ -= isAllowed ? 0 : static_cast<std::int64_t>(bytes);
+    return isAllowed;
+}
+
 void EntityRules::spend(std::size_t bytes, const char* at) {
     spent_ += static_cast<std::int64_t>(bytes);
-    const std::int64_t source = texts_.offsetOf(at);
-    if (source + spent_ >= limit_.from && source + spent_ > limit_.factor * source) {
+    if (isTooMuch(at)) {
         texts_.failWith(host::formatMessage(messages::entitiesTooLarge, {limit_.factor}), at);
     }
 }

@@ -17,6 +17,8 @@ public:
           attributes_(limits.Attributes), nameLength_(limits.NameLength),
           shortTag_(std::min(limits.Attributes, mostCounted) * shortestAttribute) {}
 
+    static constexpr std::size_t shortestAttribute = 5; ///< ` a=""`
+
     [[nodiscard]] std::size_t depth() const noexcept { return depth_; }
     [[nodiscard]] std::size_t attributes() const noexcept { return attributes_; }
     [[nodiscard]] std::size_t nameLength() const noexcept { return nameLength_; }
@@ -31,7 +33,6 @@ public:
     }
 
 private:
-    static constexpr std::size_t shortestAttribute = 5; // ` a=""`
     static constexpr std::size_t mostCounted =
         std::numeric_limits<std::size_t>::max() / shortestAttribute;
 

@@ -17,9 +17,10 @@ Normaliser::Normaliser(SourceText& source, OutputText& output, const TNuConformi
                 options.namespaces),
       tags_(texts_, elements_, entities_, limits_, options.namespaces),
       watch_(source, output, texts_, elements_, tags_.bindings()),
-      plain_(texts_, elements_, tags_.memory(), watch_, limits_, options.namespaces, passesSpace()),
+      plain_({texts_, output, elements_, entities_, tags_.memory(), watch_, limits_},
+             options.namespaces, passesSpace()),
       markup_(texts_, limits_, reader, options.namespaces),
-      documentType_(texts_, entities_, tags_.declarations, markup_, limits_, form,
+      documentType_(texts_, entities_, tags_.memory().declarations, markup_, limits_, form,
                     options.namespaces) {}
 
 bool Normaliser::run(std::size_t enough) {

@@ -58,7 +58,7 @@ public:
     }
     [[nodiscard]] std::string_view innermost() const noexcept { return elements_.innermost(); }
     [[nodiscard]] TagRules& tags() noexcept { return tags_; }
-    [[nodiscard]] const TagRules& tags() const noexcept { return tags_; }
+    [[nodiscard]] EntityRules& entities() noexcept { return entities_; }
 
 private:
     void begin();

@@ -7,22 +7,22 @@
 namespace nu {
 
 bool PlainRules::pass() {
-    const char* const begin = texts_.place;
+    const char* const begin = shared_.texts.place;
     // What is passed by is counted by whoever reads it, or by nobody.
     PassedBytes passed{nullptr, begin};
     markup::PlainContent content(*this);
-    if (begin == texts_.end) {
+    if (begin == shared_.texts.end) {
         return false;
     }
     if (*begin == '<') {
-        content.read({begin, texts_.end}, passed);
+        content.read({begin, shared_.texts.end}, passed);
     } else {
-        content.readBehindTag({begin, texts_.end}, passed);
+        content.readBehindTag({begin, shared_.texts.end}, passed);
     }
     if (passed.end == begin) {
         return false;
     }
-    texts_.place = passed.end + (*passed.end == '>' ? 1 : 0);
+    shared_.texts.place = passed.end + (*passed.end == '>' ? 1 : 0);
     return true;
 }
 
@@ -30,15 +30,15 @@ bool PlainRules::pass() {
 
 /// Only names that were looked at before are known.
 PlainRules::Name* PlainRules::element(std::string_view bytes) noexcept {
-    Name* const name = memory_.names.findAt(bytes.data(), bytes.size());
+    Name* const name = shared_.memory.names.findAt(bytes.data(), bytes.size());
     if (name != nullptr) {
-        memory_.guess.follow(*name);
+        shared_.memory.guess.follow(*name);
     }
     return name;
 }
 
 PlainRules::Name* PlainRules::attribute(Name& before, std::string_view bytes) noexcept {
-    Name* const name = memory_.names.findAt(bytes.data(), bytes.size());
+    Name* const name = shared_.memory.names.findAt(bytes.data(), bytes.size());
     if (name != nullptr) {
         before.followers[markup::ByteName::Attribute] = name;
     }
@@ -49,23 +49,28 @@ PlainRules::Name* PlainRules::attribute(Name& before, std::string_view bytes) no
     element_ = &name;
     less_ = less;
     hasBindings_ = false;
-    memory_.checks.begin();
-    return name.use != markup::TagUse::Looked && !watch_.isTaken();
+    shared_.memory.checks.begin();
+    declared_ = nullptr;
+    hasTokens_ = false;
+    if (name.declaredTag != 0) [[unlikely]] {
+        declared_ = shared_.memory.declared.find(name.declaredTag);
+        hasTokens_ = declared_->declaration->hasTokens();
+    }
+    return !shared_.watch.isTaken();
 }
 
 [[gnu::always_inline]] inline bool PlainRules::addAttribute(Name& name, std::string_view value,
                                                             const markup::PassedKinds& /*kinds*/) {
-    if (!memory_.checks.add(name)) [[unlikely]] {
+    if (!shared_.memory.checks.add(name)) [[unlikely]] {
         return false;
     }
-    if (element_->use == markup::TagUse::SpaceCounts && value.find(' ') != value.npos)
-        [[unlikely]] {
+    if (hasTokens_ && declared_->changes(name, value)) [[unlikely]] {
         return false;
     }
     if (name.isDeclaration) [[unlikely]] {
         return bind(name, value);
     }
-    return name.prefixLength == 0 || memory_.checks.addPrefixed(name);
+    return name.prefixLength == 0 || shared_.memory.checks.addPrefixed(name);
 }
 
 /// Only what was bound before, perhaps to another URI, is surely no reserved name.
@@ -78,54 +83,90 @@ bool PlainRules::bind(const Name& name, std::string_view uri) {
     if (name.scope == 0 || uri.find('&') != uri.npos || !mayBind(prefix, uri)) {
         return false;
     }
-    memory_.bindings.bind(prefix, uri, elements_.depth() + 1);
+    shared_.memory.bindings.bind(prefix, uri, shared_.elements.depth() + 1);
     hasBindings_ = true;
     return true;
 }
 
 void PlainRules::abandonStartTag() noexcept {
     if (hasBindings_) {
-        memory_.bindings.unbind(elements_.depth() + 1);
+        shared_.memory.bindings.unbind(shared_.elements.depth() + 1);
     }
 }
 
 [[gnu::always_inline]] inline bool PlainRules::endStartTag(bool isEmptyElement, const char* end) {
     // The declarations of the tag count for all names in it.
-    const auto isDeclared = [this](Name& name) { return memory_.isDeclared(name); };
-    if (!limits_.allowsKnownTag(elements_.depth(), end - less_) ||
-        (hasNamespaces_ && !memory_.checks.arePrefixesPlain(*element_, isDeclared)) ||
-        (watch_.isSought(element_->text, less_) && !use())) [[unlikely]] {
+    const auto isDeclared = [this](Name& name) { return shared_.memory.isDeclared(name); };
+    defaults_.clear();
+    if (!shared_.limits.allowsKnownTag(shared_.elements.depth(), end - less_) ||
+        (declared_ != nullptr && !findDefaults(end - less_)) ||
+        (hasNamespaces_ && !shared_.memory.checks.arePrefixesPlain(*element_, isDeclared)) ||
+        (shared_.watch.isSought(element_->text, less_) && !use())) [[unlikely]] {
         abandonStartTag();
         return false;
     }
+    if (!defaults_.empty()) [[unlikely]] {
+        writeDefaults(end);
+    }
     if (isEmptyElement) {
         abandonStartTag(); // of its declarations nothing is left
-        memory_.guess.leave(element_);
-        watch_.endElement(end + 2);
+        shared_.memory.guess.leave(element_);
+        shared_.watch.endElement(end + 2);
     } else {
-        elements_.open(*element_, texts_.offsetOf(less_));
-        memory_.guess.enter(*element_);
+        shared_.elements.open(*element_, shared_.texts.offsetOf(less_));
+        shared_.memory.guess.enter(*element_);
     }
     return true;
 }
 
+/// Whether what the tag lacks can be added to it. Declarations of namespaces are better looked at,
+/// and where much waits to go out that comes first.
+bool PlainRules::findDefaults(std::ptrdiff_t tagLength) {
+    std::size_t cost = 0;
+    const bool canAdd =
+        declared_->hasNames &&
+        declared_->forEachMissing(shared_.memory.checks.number(), [&](const auto& missing) {
+            defaults_.push_back(missing.attribute);
+            cost += missing.attribute->cost();
+            const Name& name = *missing.name;
+            return !name.isDeclaration &&
+                   (name.prefixLength == 0 || shared_.memory.checks.addPrefixed(*missing.name));
+        });
+    const auto longest =
+        tagLength + static_cast<std::ptrdiff_t>(defaults_.size() * LimitRules::shortestAttribute);
+    return canAdd && (defaults_.empty() ||
+                      (shared_.output.text().size() < mostOutput &&
+                       shared_.limits.allowsKnownTag(shared_.elements.depth(), longest) &&
+                       shared_.entities.spendIfAllowed(cost, less_)));
+}
+
+/// Where the tag has white space before its end they stand before it.
+void PlainRules::writeDefaults(const char* end) {
+    while (isSpace(end[-1])) {
+        --end;
+    }
+    for (const AttributeDefault* attribute : defaults_) {
+        shared_.texts.insert(end, attribute->text());
+    }
+}
+
 bool PlainRules::use() {
-    texts_.place = less_;
-    watch_.use(element_->text);
-    return !watch_.hasStopped();
+    shared_.texts.place = less_;
+    shared_.watch.use(element_->text);
+    return !shared_.watch.hasStopped();
 }
 
 // Ends and texts
 
 /// The end of a root is for the rules that go step by step.
 [[gnu::always_inline]] inline bool PlainRules::endElement(bool /*isInnermost*/, const char* end) {
-    if (elements_.depth() <= 1 || watch_.isTaken()) [[unlikely]] {
+    if (shared_.elements.depth() <= 1 || shared_.watch.isTaken()) [[unlikely]] {
         return false;
     }
-    memory_.guess.leave(elements_.innermostKnown());
-    memory_.bindings.unbind(elements_.depth());
-    elements_.close();
-    watch_.endElement(end + 1);
+    shared_.memory.guess.leave(shared_.elements.innermostKnown());
+    shared_.memory.bindings.unbind(shared_.elements.depth());
+    shared_.elements.close();
+    shared_.watch.endElement(end + 1);
     return true;
 }
 
@@ -134,7 +175,7 @@ bool PlainRules::use() {
 PlainRules::addText(std::string_view text, const markup::PassedKinds& /*kinds*/) const noexcept {
     return (passesSpace_ || !isSpace(text.front()) ||
             !std::all_of(text.begin(), text.end(), isSpace)) &&
-           !watch_.isTaken();
+           !shared_.watch.isTaken();
 }
 
 } // namespace nu

@@ -37,11 +37,9 @@ template <class Read> void TagRules::complete(Read&& read, std::u16string_view c
     }
 }
 
-void TagRules::forgetNames() noexcept {
+void TagRules::forgetNames() {
     elements_.forgetNames();
-    memory_.guess.leave(nullptr);
-    declaredName_ = nullptr;
-    memory_.names.clear();
+    memory_.forgetNames();
 }
 
 void TagRules::readStartTag() {
@@ -51,7 +49,6 @@ void TagRules::readStartTag() {
     }
     complete([this] { return tag_.readStartTag(texts_.place, texts_.end); },
              messages::tagNotClosed);
-    ++tagNumber_;
 
     // 2. The values of its attributes, with what is declared for them.
     applyDeclarations();
@@ -115,32 +112,20 @@ void TagRules::checkLimits() {
     }
 }
 
-/// What is declared for the element, or null. Tags of one name often come in a row.
-ElementDeclaration* TagRules::findDeclaration() {
-    if (declarations.empty() || declaredName_ == tag_.known) {
-        return declaration_;
-    }
-    const auto found = declarations.find(tag_.nameText());
-    declaredName_ = tag_.known;
-    return declaration_ = found == declarations.end() ? nullptr : &found->second;
-}
-
 void TagRules::applyDeclarations() {
     defaults_.clear();
-    ElementDeclaration* const declaration = findDeclaration();
     bool hasTokens = false;
-    if (declaration != nullptr) {
-        for (std::size_t index = 0; index < tag_.attributes.size(); ++index) {
+    if (auto* const declared = memory_.declared.find(tag_.known->declaredTag)) {
+        hasTokens = declared->declaration->hasTokens();
+        for (std::size_t index = 0; hasTokens && index < tag_.attributes.size(); ++index) {
             TagAttribute& attribute = tag_.attributes[index];
-            if (const auto* declared = declaration->findAt(attribute.nameText(), index)) {
-                declaration->noteSpecified(*declared, tagNumber_);
-                attribute.isTokens = declared->isTokens;
-                hasTokens = hasTokens || declared->isTokens;
-            }
+            attribute.isTokens = declared->declaration->isTokensAt(attribute.nameText(), index);
         }
-        declaration->forEachMissing(tagNumber_, [this](const AttributeDeclaration& missing) {
-            entities_.spend(missing.name.size() + missing.value.size(), texts_.place);
-            defaults_.push_back(&missing);
+        declared->findNames([this](std::string_view name) { return memory_.meetDefault(name); });
+        declared->forEachMissing(memory_.checks.number(), [this](const auto& missing) {
+            entities_.spend(missing.attribute->cost(), texts_.place);
+            defaults_.push_back(missing.attribute);
+            return true;
         });
     }
     values_.clear();
@@ -191,11 +176,11 @@ void TagRules::applyNamespaces() {
         }
     }
     bool hasPrefixes = tag_.known->prefixLength != 0 || !tag_.prefixed.empty();
-    for (const AttributeDeclaration* declared : defaults_) {
-        if (isNamespaceDeclaration(declared->name)) {
-            bind(declared->name, declared->value, texts_.place);
+    for (const AttributeDefault* declared : defaults_) {
+        if (isNamespaceDeclaration(declared->name())) {
+            bind(declared->name(), declared->value(), texts_.place);
         } else {
-            hasPrefixes = hasPrefixes || declared->name.find(':') != std::string::npos;
+            hasPrefixes = hasPrefixes || declared->name().find(':') != std::string_view::npos;
         }
     }
 
@@ -209,8 +194,8 @@ void TagRules::applyNamespaces() {
             checkPrefix(*attribute.known, attribute.name);
         }
     }
-    for (const AttributeDeclaration* declared : defaults_) {
-        checkPrefix(declared->name, true, texts_.place);
+    for (const AttributeDefault* declared : defaults_) {
+        checkPrefix(declared->name(), true, texts_.place);
     }
     checkExpandedTwice();
 }
@@ -280,8 +265,8 @@ void TagRules::checkExpandedTwice() {
     for (const TagAttribute& attribute : tag_.attributes) {
         check(attribute.nameText(), attribute.name);
     }
-    for (const AttributeDeclaration* declared : defaults_) {
-        check(declared->name, texts_.place);
+    for (const AttributeDefault* declared : defaults_) {
+        check(declared->name(), texts_.place);
     }
 }
 
@@ -370,11 +355,9 @@ void TagRules::writeSpace(const char* from, const char* to) {
 }
 
 void TagRules::writeDefaults(const char* at) {
-    std::string text;
-    for (const AttributeDeclaration* declared : defaults_) {
-        text.append(" ").append(declared->name).append("=\"").append(declared->value).append("\"");
+    for (const AttributeDefault* declared : defaults_) {
+        texts_.insert(at, declared->text());
     }
-    texts_.insert(at, text);
     texts_.keepBreaks(breaksForValue_);
     texts_.putBreaks(at);
 }

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "common/textHash.h"
-#include "nuXmlParser/conforming/attributeDeclarations.h"
+#include "nuXmlParser/conforming/declaredTags.h"
 #include "nuXmlParser/conforming/entityRules.h"
 #include "nuXmlParser/conforming/limitRules.h"
 #include "nuXmlParser/conforming/openElements.h"
@@ -24,11 +24,7 @@ public:
     TagRules(TextStack& texts, OpenElements& elements, EntityRules& entities,
              const LimitRules& limits, bool hasNamespaces)
         : texts_(texts), elements_(elements), entities_(entities), limits_(limits),
-          hasNamespaces_(hasNamespaces),
-          tag_(memory_.names, memory_.guess, memory_.checks, declarations, limits) {}
-
-    /// What attribute lists declare.
-    ElementDeclarations declarations;
+          hasNamespaces_(hasNamespaces), tag_(memory_, limits) {}
 
     /// Reads and checks the start tag at the place of the text, whose "<" it is; then passes it.
     void readStartTag();
@@ -43,10 +39,6 @@ public:
 
     // Elements that somebody else passed, see ConformingSupply
 
-    /// What becomes of tags of an element for what is declared.
-    [[nodiscard]] markup::TagUse useOfTags(std::string_view element) const {
-        return nu::useOfTags(declarations, element);
-    }
     void openPassed(std::string_view name, const char* less) {
         elements_.open(name, texts_.source().offsetOf(less));
         memory_.guess.leave(nullptr);
@@ -82,11 +74,10 @@ private:
         memory_.bindings.unbind(elements_.depth());
         elements_.close();
     }
-    void forgetNames() noexcept;
+    void forgetNames();
     void checkLimits();
     void applyDeclarations();
     void writeValues();
-    [[nodiscard]] ElementDeclaration* findDeclaration();
     void checkTwice();
     void applyNamespaces();
     void bind(std::string_view name, std::string_view value, const char* at);
@@ -111,13 +102,10 @@ private:
 
     // The tag at hand.
     TagText tag_;
-    const markup::TagName* declaredName_ = nullptr; ///< whose declaration was last looked up
-    ElementDeclaration* declaration_ = nullptr;     ///< which is this, or none
-    std::vector<Written> written_;                  ///< empty where all values stand as they are
+    std::vector<Written> written_; ///< empty where all values stand as they are
     std::string values_;
-    std::vector<const AttributeDeclaration*> defaults_; ///< those that are not specified
-    std::uint64_t tagNumber_ = 0;
-    std::int64_t breaksForValue_ = 0; ///< line breaks that go behind the next value
+    std::vector<const AttributeDefault*> defaults_; ///< those that are not specified
+    std::int64_t breaksForValue_ = 0;               ///< line breaks that go behind the next value
     std::unordered_set<ExpandedName, ExpandedHash> seenNames_;
 };
 

@@ -78,21 +78,20 @@ TagText::Result TagText::readName(const char* start, const char* textEnd) {
 
 /// Gives what is known of a name, from now on if not before.
 TagText::Result TagText::meet(markup::TagName*& met, std::string_view text) {
-    met = names_.find(text);
+    met = memory_.names.find(text);
     if (met != nullptr) {
         return Result::Complete;
     }
     if (!limits_.allowsName(text)) {
         return failLimit(messages::nameBeyondLimit, text.data(), limits_.nameLength());
     }
-    met = &names_.add(text);
-    met->use = useOfTags(declarations_, text);
+    met = &memory_.meet(text);
     return Result::Complete;
 }
 
 TagText::Result TagText::readElementName(const char* start, const char* textEnd) {
     const bool isFar = textEnd - start > static_cast<std::ptrdiff_t>(markup::reach);
-    known = isFar ? guessed(guess_.next(), start) : nullptr;
+    known = isFar ? guessed(memory_.guess.next(), start) : nullptr;
     if (known != nullptr) {
         name = start;
         nameEnd = start + known->text.size();
@@ -103,7 +102,7 @@ TagText::Result TagText::readElementName(const char* start, const char* textEnd)
         result = meet(known, nameText());
     }
     if (result == Result::Complete) {
-        guess_.follow(*known);
+        memory_.guess.follow(*known);
     }
     return result;
 }
@@ -114,7 +113,7 @@ TagText::Result TagText::readStartTag(const char* less, const char* textEnd) {
     hasPlainForm = hasPlainValues = true;
     prefixed.clear();
     hasDeclarations = false;
-    number_ = checks_.begin();
+    number_ = memory_.checks.begin();
     // 1. The name.
     if (const Result result = readElementName(less + 1, textEnd); result != Result::Complete) {
         return result;

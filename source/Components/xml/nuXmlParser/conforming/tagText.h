@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "nuXmlParser/conforming/attributeDeclarations.h"
 #include "nuXmlParser/conforming/limitRules.h"
+#include "nuXmlParser/conforming/tagMemory.h"
 #include "nuXmlParser/markup/byteBlock.h"
 #include "nuXmlParser/markup/tagChecks.h"
 #include "nuXmlParser/markup/tagName.h"
@@ -50,12 +50,8 @@ public:
         Faulty    ///< not well-formed; `fault` says why
     };
 
-    /// \param declarations names of elements that they change are not plain
-    TagText(markup::TagNames& names, markup::NameGuess& guess,
-            markup::TagChecks<markup::TagName>& checks, const ElementDeclarations& declarations,
-            const LimitRules& limits) noexcept
-        : names_(names), guess_(guess), checks_(checks), declarations_(declarations),
-          limits_(limits) {}
+    TagText(TagMemory& memory, const LimitRules& limits) noexcept
+        : memory_(memory), limits_(limits) {}
 
     /// Takes the start tag at `less` apart. Its names are known from then on.
     Result readStartTag(const char* less, const char* textEnd);
@@ -93,10 +89,7 @@ private:
     Result fail(std::u16string_view message, const char* place, std::string_view text = {});
     Result failLimit(std::u16string_view message, const char* place, std::size_t limit);
 
-    markup::TagNames& names_;
-    markup::NameGuess& guess_;
-    markup::TagChecks<markup::TagName>& checks_;
-    const ElementDeclarations& declarations_;
+    TagMemory& memory_;
     const LimitRules& limits_;
     std::string limit_; ///< that of the fault
     std::uint64_t number_ = 0;

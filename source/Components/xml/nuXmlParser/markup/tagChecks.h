@@ -40,6 +40,8 @@ public:
         prefixedCount_ = 0;
         return ++tag_;
     }
+    /// The number of the tag at hand.
+    [[nodiscard]] std::uint64_t number() const noexcept { return tag_; }
     /// It has an attribute of this name; false where it had one before.
     [[nodiscard]] bool add(Name& name) noexcept {
         const bool isFirst = name.lastTag != tag_;

@@ -17,25 +17,17 @@
 
 namespace nu::markup {
 
-/// What is declared for the attributes of an element means to its tags.
-enum class TagUse : std::uint8_t {
-    AsIs,        ///< nothing
-    SpaceCounts, ///< values that hold spaces may have to be changed
-    Looked       ///< each has to be looked at
-};
-
 /// A name of an element or attribute.
 struct TagName : ByteName {
     TagName(std::string_view text, std::uint64_t hash) noexcept
         : ByteName(text, hash), prefixLength(text.find(':') + 1),
           isDeclaration(isNamespaceDeclaration(text)) {}
 
-    std::size_t prefixLength; ///< with the colon; 0 without a prefix
-    bool isDeclaration;       ///< of a namespace, as an attribute
-    /// What becomes of the tags of an element of that name. Whoever knows better says so.
-    TagUse use = TagUse::AsIs;
-    std::uint64_t lastTag = 0; ///< the number of the last tag that had it as an attribute
-    std::uint64_t scope = 0;   ///< where its prefix was last seen declared, see its user
+    std::size_t prefixLength;      ///< with the colon; 0 without a prefix
+    bool isDeclaration;            ///< of a namespace, as an attribute
+    std::uint32_t declaredTag = 0; ///< of an element: what is declared for its tags, see its user
+    std::uint64_t lastTag = 0;     ///< the number of the last tag that had it as an attribute
+    std::uint64_t scope = 0;       ///< where its prefix was last seen declared, see its user
     TagName* followers[3] = {};
 };
 
