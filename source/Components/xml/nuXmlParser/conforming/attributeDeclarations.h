@@ -32,7 +32,7 @@ public:
         text_.append(markup::reach, '\0');
         for (const char c : value) {
             kinds_.isAscii = kinds_.isAscii && static_cast<unsigned char>(c) < 0x80;
-            kinds_.isPlain = kinds_.isPlain && c != '&' && c != '<' && c != '>' && c != '\'';
+            kinds_.isVerbatim = kinds_.isVerbatim && c != '&' && c != '<' && c != '>' && c != '\'';
         }
     }
 
