@@ -6,6 +6,7 @@
 
 #include "common/utf8.h"
 #include "host/runtime/exception.h"
+#include "host/runtime/streamMessages.h"
 #include "host/runtime/utf8Sequence.h"
 
 namespace {
@@ -129,7 +130,7 @@ std::size_t TNuUTF8StreamAdapter::readUnits(std::size_t room) {
 std::size_t TNuUTF8StreamAdapter::readBytes(std::size_t offset, std::size_t count) {
     const std::size_t got = stream_->Read(bytes_.get() + offset, count);
     if (got > count) {
-        throw host::EReadError(u"Stream read error");
+        throw host::EReadError(host::messages::readError);
     }
     return got;
 }
@@ -185,7 +186,7 @@ std::size_t TNuUTF8StreamAdapter::Write(const void* buffer, std::size_t count) {
 
 std::int64_t TNuUTF8StreamAdapter::Seek(std::int64_t offset, host::SeekOrigin origin) {
     if (offset != 0 || origin != host::SeekOrigin::Current) {
-        throw host::EStreamError(u"Stream seek error");
+        throw host::EStreamError(host::messages::seekError);
     }
     return transferred_;
 }

@@ -6,6 +6,7 @@
 #include "host/com/boundary.h"
 #include "host/com/implements.h"
 #include "host/runtime/exception.h"
+#include "host/runtime/streamMessages.h"
 
 namespace host {
 
@@ -27,7 +28,7 @@ std::int64_t copyUpTo(TStream& source, TStream& target, std::int64_t count) {
             break;
         }
         if (got > piece) {
-            throw EReadError(u"Stream read error");
+            throw EReadError(messages::readError);
         }
         target.WriteBuffer(block.get(), got);
         copied += static_cast<std::int64_t>(got);
@@ -105,7 +106,7 @@ std::size_t TInterfaceStream::Read(void* buffer, std::size_t count) {
     std::size_t got = 0;
     checkCall([&] { return stream_->Read(buffer, count, got); });
     if (got > count) {
-        throw EReadError(u"Stream read error");
+        throw EReadError(messages::readError);
     }
     return got;
 }
@@ -114,7 +115,7 @@ std::size_t TInterfaceStream::Write(const void* buffer, std::size_t count) {
     std::size_t taken = 0;
     checkCall([&] { return stream_->Write(buffer, count, taken); });
     if (taken > count) {
-        throw EWriteError(u"Stream write error");
+        throw EWriteError(messages::writeError);
     }
     return taken;
 }

@@ -12,6 +12,7 @@
 
 #include "host/runtime/exception.h"
 #include "host/runtime/format.h"
+#include "host/runtime/streamMessages.h"
 #include "host/runtime/unicode.h"
 
 namespace host {
@@ -25,7 +26,7 @@ std::u16string systemReason(int error) {
 }
 
 [[noreturn]] void throwWriteError(int error) {
-    throw EWriteError(formatMessage(u"Stream write error: %s", {systemReason(error)}));
+    throw EWriteError(formatMessage(messages::writeErrorBecause, {systemReason(error)}));
 }
 
 int systemFlags(unsigned mode) {
@@ -171,7 +172,7 @@ std::int64_t TFileStream::Seek(std::int64_t offset, SeekOrigin origin) {
     }
     std::int64_t target = 0;
     if (__builtin_add_overflow(base, offset, &target) || target < 0) {
-        throw EStreamError(u"Stream seek error");
+        throw EStreamError(messages::seekError);
     }
     const bool insideBlock =
         target >= blockStart_ && target - blockStart_ <= static_cast<std::int64_t>(blockFill_);
@@ -179,7 +180,7 @@ std::int64_t TFileStream::Seek(std::int64_t offset, SeekOrigin origin) {
         blockPosition_ = static_cast<std::size_t>(target - blockStart_);
     } else if (target != logicalPosition()) {
         if (isSequential_) {
-            throw EStreamError(u"Stream seek error");
+            throw EStreamError(messages::seekError);
         }
         Flush();
         blockStart_ = target;
@@ -240,7 +241,7 @@ std::size_t TFileStream::readFromSystem(std::byte* target, std::size_t count) {
             return static_cast<std::size_t>(got);
         }
         if (errno != EINTR) {
-            throw EReadError(formatMessage(u"Stream read error: %s", {systemReason(errno)}));
+            throw EReadError(formatMessage(messages::readErrorBecause, {systemReason(errno)}));
         }
     }
 }

@@ -9,6 +9,7 @@
 #include <new>
 
 #include "host/runtime/exception.h"
+#include "host/runtime/streamMessages.h"
 
 namespace host {
 
@@ -48,7 +49,7 @@ std::int64_t TCustomMemoryStream::Seek(std::int64_t offset, SeekOrigin origin) {
     }
     std::int64_t target = 0;
     if (__builtin_add_overflow(base, offset, &target) || target < 0) {
-        throw EStreamError(u"Stream seek error");
+        throw EStreamError(messages::seekError);
     }
     position_ = static_cast<std::size_t>(target);
     return target;
@@ -100,7 +101,7 @@ std::size_t TMemoryStream::Write(const void* buffer, std::size_t count) {
 
 void TMemoryStream::SetSize(std::int64_t size) {
     if (size < 0) {
-        throw EStreamError(u"Stream seek error");
+        throw EStreamError(messages::seekError);
     }
     const auto newSize = static_cast<std::size_t>(size);
     const std::size_t formerSize = size_;

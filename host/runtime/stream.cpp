@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "host/runtime/exception.h"
+#include "host/runtime/streamMessages.h"
 
 namespace host {
 
@@ -20,9 +21,7 @@ std::int64_t TStream::GetSize() {
     return size;
 }
 
-void TStream::SetSize(std::int64_t /*size*/) {
-    throw EStreamError(u"The size of this stream cannot be set");
-}
+void TStream::SetSize(std::int64_t /*size*/) { throw EStreamError(messages::sizeFixed); }
 
 void TStream::Flush() {}
 
@@ -31,7 +30,7 @@ void TStream::ReadBuffer(void* buffer, std::size_t count) {
     while (count > 0) {
         const std::size_t got = Read(target, count);
         if (got == 0 || got > count) {
-            throw EReadError(u"Stream read error");
+            throw EReadError(messages::readError);
         }
         target += got;
         count -= got;
@@ -43,7 +42,7 @@ void TStream::WriteBuffer(const void* buffer, std::size_t count) {
     while (count > 0) {
         const std::size_t taken = Write(source, count);
         if (taken == 0 || taken > count) {
-            throw EWriteError(u"Stream write error");
+            throw EWriteError(messages::writeError);
         }
         source += taken;
         count -= taken;

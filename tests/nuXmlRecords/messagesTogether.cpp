@@ -6,5 +6,7 @@
 #include "nuXmlDOM/core/domMessages.h"
 #include "nuXmlDOM/path/pathMessages.h"
 #include "nuXmlParser/conforming/conformingMessages.h"
+#include "nuXmlParser/conversionErrors.h"
+#include "nuXmlParser/parserErrors.h"
 #include "nuXmlRecords/recordMessages.h"
 #include "nuXmlSax/messages.h"

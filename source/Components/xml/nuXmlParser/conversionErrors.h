@@ -11,6 +11,9 @@
 
 namespace nu::messages {
 
+/// Of an assertion that names nothing else.
+inline constexpr std::u16string_view assertionFailure = u"Assertion failure";
+
 inline constexpr std::u16string_view noInteger = u"'%s' is not a valid integer value";
 inline constexpr std::u16string_view noBoolean = u"'%s' is not a valid boolean value";
 inline constexpr std::u16string_view noFloating = u"'%s' is not a valid floating point value";

@@ -7,6 +7,7 @@
 
 #include "host/runtime/exception.h"
 #include "nuXmlParser/chars.h"
+#include "nuXmlParser/conversionErrors.h"
 #include "nuXmlParser/scan.h"
 #include "nuXmlParser/textRewriter.h"
 
@@ -66,7 +67,8 @@ struct StreamTarget {
 
 void NuStrToXML(const char16_t* text, std::size_t length, TNuStringStream& target) {
     if (target.StringType() != cNuXmlStringType) {
-        host::failAssertion(u"Assertion failure", u"source\\Components\\xml\\uNuXMLParser", 458);
+        host::failAssertion(nu::messages::assertionFailure,
+                            u"source\\Components\\xml\\uNuXMLParser", 458);
     }
     if (length == 0) {
         return;

@@ -6,6 +6,7 @@
 #include "common/codePage.h"
 #include "common/utf8.h"
 #include "host/runtime/exception.h"
+#include "host/runtime/streamMessages.h"
 #include "host/runtime/utf8Sequence.h"
 
 namespace nu {
@@ -40,7 +41,7 @@ void StreamDecoder::readBlock() {
     rest_ = {block, rest_.size()};
     const std::size_t got = stream_.Read(block + rest_.size(), room);
     if (got > room) {
-        throw host::EReadError(u"Stream read error");
+        throw host::EReadError(host::messages::readError);
     }
     hasEnded_ = got == 0;
     rest_ = {block, rest_.size() + got};

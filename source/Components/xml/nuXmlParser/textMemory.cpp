@@ -6,6 +6,7 @@
 
 #include "common/utf8.h"
 #include "host/runtime/exception.h"
+#include "host/runtime/streamMessages.h"
 
 namespace nu {
 
@@ -41,7 +42,7 @@ TextMemory TextMemory::read(host::TStream& stream, std::size_t size) {
         const std::size_t room = memory.capacity_ - memory.used_;
         const std::size_t got = stream.Read(memory.data() + memory.used_, room);
         if (got == 0 || got > room) {
-            throw host::EReadError(u"Stream read error");
+            throw host::EReadError(host::messages::readError);
         }
         memory.used_ += got;
     }

@@ -7,6 +7,7 @@
 #include "common/utf8.h"
 #include "host/runtime/exception.h"
 #include "host/runtime/format.h"
+#include "host/runtime/streamMessages.h"
 #include "nuXmlParser/conforming/sourceText.h"
 #include "nuXmlParser/conforming/xmlFault.h"
 #include "nuXmlRecords/recordMessages.h"
@@ -87,7 +88,7 @@ bool MarkupWalk::readMore(const char*& keep) {
     const auto length = static_cast<std::size_t>(end_ - from);
     const auto offset = static_cast<std::size_t>(keep - from);
     if (length > longestMarkup) {
-        fail(u"it is too long", from);
+        fail(messages::tagTooLong, from);
     }
     std::memmove(window_.data(), from, length);
     base_ += from - begin();
@@ -97,7 +98,7 @@ bool MarkupWalk::readMore(const char*& keep) {
     // 3. The block.
     const std::size_t got = file_.Read(window_.data() + length, blockSize);
     if (got > blockSize) {
-        throw host::EReadError(u"Stream read error");
+        throw host::EReadError(host::messages::readError);
     }
     hasEnded_ = got == 0;
     keep = begin() + offset;
@@ -115,7 +116,7 @@ bool MarkupWalk::walkTo(std::int64_t position) {
         }
         if (place_ == end_) {
             if (depth() > 0) {
-                fail(u"the document ends inside of an element", place_);
+                fail(messages::endsInsideElement, place_);
             }
             return false;
         }
@@ -139,7 +140,7 @@ bool MarkupWalk::walkTo(std::int64_t position) {
 
 void MarkupWalk::passEndTag(const char* less) {
     if (depth() == 0) {
-        fail(u"an end tag without a start tag", less);
+        fail(messages::endTagAlone, less);
     }
     const std::string_view name = elements_.innermost();
     while (static_cast<std::size_t>(end_ - less) < name.size() + 3 && readMore(less)) {
@@ -147,7 +148,7 @@ void MarkupWalk::passEndTag(const char* less) {
     const char* const behind = less + 2 + name.size();
     if (std::memcmp(less + 2, name.data(), name.size()) != 0 ||
         (*behind != '>' && !isTagSpace(*behind))) {
-        fail(u"the end tag does not match the start tag", less);
+        fail(messages::endTagDiffers, less);
     }
     elements_.close();
     tagPositions_.pop_back();
@@ -163,7 +164,7 @@ const char* MarkupWalk::completeTag(const char*& less) {
     const char* greater = findTagEnd(less + 1, end_);
     while (greater == nullptr) {
         if (!readMore(less)) {
-            fail(u"the tag is not closed", less);
+            fail(messages::tagStaysOpen, less);
         }
         greater = findTagEnd(less + 1, end_);
     }
@@ -174,7 +175,7 @@ void MarkupWalk::passTag(const char* less) {
     const char* const greater = completeTag(less);
     const std::string_view name(less + 1, findNameEnd(less + 1));
     if (name.empty()) {
-        fail(u"a tag without a name", less);
+        fail(messages::tagWithoutName, less);
     }
     if (greater[-1] != '/') {
         tagPositions_.push_back(base_ + (less - begin()));
@@ -194,7 +195,7 @@ void MarkupWalk::passSpecial(const char* less) {
     } else if (depth() == 0 && rest.starts_with("<!DOCTYPE")) {
         passDocumentType(less);
     } else {
-        fail(u"this cannot follow \"<!\"", less);
+        fail(messages::cannotFollow, less);
     }
 }
 
@@ -209,7 +210,7 @@ void MarkupWalk::passBehind(const char* place, std::string_view mark) {
         // The beginning of the mark may stand at the end.
         place += rest.size() - std::min(rest.size(), mark.size() - 1);
         if (!readMore(place)) {
-            fail(u"it is not closed", place);
+            fail(messages::markupStaysOpen, place);
         }
     }
 }
@@ -218,7 +219,7 @@ void MarkupWalk::passDocumentType(const char* less) {
     const char* behind = findDocumentTypeEnd(less, end_);
     while (behind == nullptr) {
         if (!readMore(less)) {
-            fail(u"the document type is not closed", less);
+            fail(messages::typeStaysOpen, less);
         }
         behind = findDocumentTypeEnd(less, end_);
     }

@@ -1,6 +1,7 @@
 #include "nuXmlRecords/partStream.h"
 
 #include "host/runtime/exception.h"
+#include "host/runtime/streamMessages.h"
 
 namespace nu {
 
@@ -21,12 +22,12 @@ std::size_t PartStream::Read(void* buffer, std::size_t count) {
 }
 
 std::size_t PartStream::Write(const void* /*buffer*/, std::size_t /*count*/) {
-    throw host::EStreamError(u"This stream cannot be written to");
+    throw host::EStreamError(host::messages::notWritable);
 }
 
 std::int64_t PartStream::Seek(std::int64_t offset, host::SeekOrigin origin) {
     if (origin != host::SeekOrigin::Current || offset != 0) {
-        throw host::EStreamError(u"Stream seek error");
+        throw host::EStreamError(host::messages::seekError);
     }
     return position_;
 }

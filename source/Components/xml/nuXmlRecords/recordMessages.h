@@ -31,4 +31,15 @@ inline constexpr std::u16string_view indexOfAnother =
     u"the index was made of another state of the file: %s";
 inline constexpr std::u16string_view indexMarkup = u"markup that an index cannot be made of: %s";
 
+// What is wrong with markup that is walked over
+inline constexpr std::u16string_view tagTooLong = u"it is too long";
+inline constexpr std::u16string_view endsInsideElement = u"the document ends inside of an element";
+inline constexpr std::u16string_view endTagAlone = u"an end tag without a start tag";
+inline constexpr std::u16string_view endTagDiffers = u"the end tag does not match the start tag";
+inline constexpr std::u16string_view tagStaysOpen = u"the tag is not closed";
+inline constexpr std::u16string_view tagWithoutName = u"a tag without a name";
+inline constexpr std::u16string_view cannotFollow = u"this cannot follow \"<!\"";
+inline constexpr std::u16string_view markupStaysOpen = u"it is not closed";
+inline constexpr std::u16string_view typeStaysOpen = u"the document type is not closed";
+
 } // namespace nu::messages

@@ -58,6 +58,7 @@ inline constexpr std::u16string_view dtdHandlersNotSupported =
     u"DTDhandlers are not supported in this version of Velt XML.";
 inline constexpr std::u16string_view entityResolversNotSupported =
     u"EntityResolvers are not supported in this version of Velt XML.";
+inline constexpr std::u16string_view noLexicalHandler = u"The value is no lexical handler";
 inline constexpr std::u16string_view notSupported = u"The Keldon SAX parser does not support %s";
 // Fatal errors of limits
 inline constexpr std::u16string_view tooDeep = u"The elements are nested deeper than %d levels!";

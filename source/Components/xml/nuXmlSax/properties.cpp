@@ -1,5 +1,6 @@
 #include "nuXmlSax/properties.h"
 
+#include "nuXmlSax/messages.h"
 #include "nuXmlSax/reader.h"
 
 TNuSaxProperty::TNuSaxProperty(TNuSAXXMLReader& reader, std::u16string_view name)
@@ -11,7 +12,7 @@ TNuSaxIntfProperty::~TNuSaxIntfProperty() noexcept(false) = default;
 void TNuSaxIntfProperty::setValue(const host::Ref<host::IUnknown>& value) {
     const auto handler = value.as<host::IBufferedLexicalHandler>();
     if (value && !handler) {
-        throw host::ESAXException(u"The value is no lexical handler");
+        throw host::ESAXException(nu::messages::noLexicalHandler);
     }
     Reader().setLexicalHandler(handler);
     value_ = value;

@@ -14,7 +14,6 @@ inline constexpr std::u16string_view ownerRequired = u"A owner document is requi
 inline constexpr std::u16string_view invalidOptions = u"Invalid combination of options";
 inline constexpr std::u16string_view rootNodeNotSet =
     u"Setting the parentnode should trigger setting the RootNode!";
-inline constexpr std::u16string_view assertionFailure = u"Assertion failure";
 
 // ENuDomHierarchyRequest
 inline constexpr std::u16string_view noParentOf =

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/runtime/exception.h"
+#include "host/runtime/streamMessages.h"
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/domMessages.h"
@@ -27,14 +28,14 @@ public:
             count = std::ssize(old_);
         }
         if (count < 0 || count > left()) {
-            throw host::EReadError(u"Stream read error");
+            throw host::EReadError(host::messages::readError);
         }
         text_ += old_.substr(static_cast<std::size_t>(place_), static_cast<std::size_t>(count));
         place_ += count;
     }
     void skip(std::ptrdiff_t count) {
         if (count < -place_ || count > left()) {
-            throw host::EReadError(u"Stream read error");
+            throw host::EReadError(host::messages::readError);
         }
         place_ += count;
     }
@@ -62,7 +63,7 @@ bool hasRefusedGroup(std::u16string_view text) {
 
 std::size_t checkedPlace(std::ptrdiff_t offset) {
     if (offset < 0) {
-        throw host::EStreamError(u"Stream seek error");
+        throw host::EStreamError(host::messages::seekError);
     }
     return static_cast<std::size_t>(offset);
 }

@@ -13,6 +13,7 @@
 #include "nuXmlDOM/upkeep/documentParts.h"
 #include "nuXmlDOM/upkeep/heldNodes.h"
 #include "nuXmlDOM/upkeep/liveLists.h"
+#include "nuXmlParser/conversionErrors.h"
 
 namespace {
 

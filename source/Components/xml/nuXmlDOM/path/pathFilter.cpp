@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "host/runtime/exception.h"
-#include "host/runtime/format.h"
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/domErrors.h"
 #include "nuXmlDOM/core/nodeKinds.h"
@@ -12,6 +11,7 @@
 #include "nuXmlDOM/path/pathMessages.h"
 #include "nuXmlDOM/path/pathSelection.h"
 #include "nuXmlDOM/path/pathTree.h"
+#include "nuXmlParser/conversionErrors.h"
 
 namespace nu {
 
@@ -86,8 +86,7 @@ bool compareOrdered(PathOperator comparison, const Value& left, const Value& rig
 
 std::int64_t integerOrFail(std::optional<std::int64_t> integer, std::u16string_view text) {
     if (!integer) {
-        throw host::EConvertError(
-            host::formatMessage(u"'%s' is not a valid integer value", {text}));
+        failConversion(messages::noInteger, text);
     }
     return *integer;
 }

@@ -1,6 +1,7 @@
 #include "nuXmlParser/conforming/byteSource.h"
 
 #include "host/runtime/exception.h"
+#include "host/runtime/streamMessages.h"
 
 namespace nu {
 
@@ -14,7 +15,7 @@ bool ByteSource::readMore() {
     filled_ = kept.size();
     const std::size_t got = stream_->Read(block_.data() + filled_, blockSize_);
     if (got > blockSize_) {
-        throw host::EReadError(u"Stream read error");
+        throw host::EReadError(host::messages::readError);
     }
     filled_ += got;
     hasEnded_ = got == 0;

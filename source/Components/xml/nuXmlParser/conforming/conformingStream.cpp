@@ -1,6 +1,7 @@
 #include "nuXmlParser/conforming/conformingStream.h"
 
 #include "host/runtime/exception.h"
+#include "host/runtime/streamMessages.h"
 #include "nuXmlParser/conforming/conformingPass.h"
 
 TNuConformingStream::TNuConformingStream(host::TStream& source, const TNuConformingOptions& options)
@@ -29,7 +30,7 @@ std::size_t TNuConformingStream::Read(void* buffer, std::size_t count) {
 }
 
 std::size_t TNuConformingStream::Write(const void* /*buffer*/, std::size_t /*count*/) {
-    throw host::EStreamError(u"This stream cannot be written to");
+    throw host::EStreamError(host::messages::notWritable);
 }
 
 std::int64_t TNuConformingStream::Seek(std::int64_t offset, host::SeekOrigin origin) {
@@ -37,14 +38,14 @@ std::int64_t TNuConformingStream::Seek(std::int64_t offset, host::SeekOrigin ori
     const bool isRemembered = position_ <= static_cast<std::int64_t>(head_.size()) && target >= 0 &&
                               target <= static_cast<std::int64_t>(head_.size());
     if (origin == host::SeekOrigin::End || (target != position_ && !isRemembered)) {
-        throw host::EStreamError(u"Stream seek error");
+        throw host::EStreamError(host::messages::seekError);
     }
     position_ = target;
     return position_;
 }
 
 std::int64_t TNuConformingStream::GetSize() {
-    throw host::EStreamError(u"The size of this stream is not known");
+    throw host::EStreamError(host::messages::sizeUnknown);
 }
 
 const TNuSourceForm& TNuConformingStream::Form() const noexcept { return pass_->form(); }
