@@ -320,8 +320,17 @@ TEST(RoundTrip, givesTheSameTextForAllKindsAndOptions) {
         EXPECT_EQ(back.Text, all.Text);
         EXPECT_EQ(back.ByName.size(), all.ByName.size());
 
+        Everything set;
+
         for (const host::TPropInfo& property : host::classOf<Everything>.properties) {
             const host::Variant value = host::GetProperty(host::instance(all), property);
+            if (property.type->kind < host::ValueKind::Object && !value.IsEmpty() &&
+                !value.IsNull()) {
+                host::SetProperty(host::instance(set), property, value);
+                EXPECT_EQ(writer.GetPropElement(property.name,
+                                                host::GetProperty(host::instance(set), property)),
+                          writer.GetPropElement(property.name, value));
+            }
             if (!value.IsEmpty() && !value.IsNull() &&
                 !host::HasDefault(host::instance(all), property)) {
                 const NuXmlString element = writer.GetPropElement(property.name, value);
@@ -362,9 +371,14 @@ class Forest : public host::Published<Forest> {
 public:
     std::vector<Twig> Twigs;
     std::vector<std::vector<Twig>> Groups;
+    std::optional<Twig> Perhaps;
+    std::map<int, std::vector<std::unique_ptr<Twig>>> Kept;
+    std::unique_ptr<Twig> held = std::make_unique<Twig>();
+    [[nodiscard]] Twig* GetHeld() const { return held.get(); }
     Twig* First = nullptr;
     static constexpr auto published = host::publish<Forest>(
-        u"TForest", host::ref<&Forest::First>(), prop<&Forest::Twigs>(), prop<&Forest::Groups>());
+        u"TForest", host::ref<&Forest::First>(), prop<&Forest::Twigs>(), prop<&Forest::Groups>(),
+        prop<&Forest::Perhaps>(), prop<&Forest::Kept>(), prop<&Forest::GetHeld>());
 };
 
 TEST(RoundTrip, resolvesReferencesWhereverTheirObjectsMove) {
@@ -384,6 +398,27 @@ TEST(RoundTrip, resolvesReferencesWhereverTheirObjectsMove) {
     }
     EXPECT_EQ(back.First, &back.Twigs[99]);
     EXPECT_EQ(back.Groups[2][4].Leads, &back.Twigs[99]);
+
+    // In an optional, in a map of lists, and in what only a getter leads to.
+    forest.Perhaps.emplace();
+    auto kept = std::make_unique<Twig>();
+    Twig* const targets[] = {&*forest.Perhaps, kept.get(), forest.held.get()};
+    forest.Kept[3].push_back(std::move(kept));
+    for (std::size_t index = 0; index < 3; ++index) {
+        targets[index]->Name = u"target " + std::u16string(1, static_cast<char16_t>(u'0' + index));
+        forest.First = targets[index];
+        TNuSerializer(back).DeSerialize(TNuSerializer(forest).Serialize(u"F"), dsStrict);
+        Leaf* const found[] = {&*back.Perhaps, back.Kept.at(3).front().get(), back.held.get()};
+        EXPECT_EQ(back.First, found[index]);
+        EXPECT_EQ(found[index]->Name, targets[index]->Name);
+    }
+    TNuSerializer(back).DeSerialize(u"<F><First nil=\"true\"/></F>");
+    EXPECT_EQ(back.First, nullptr);
+    EXPECT_THROW(TNuSerializer(back).DeSerialize(u"<F><Held type=\"TForest\"/></F>"),
+                 host::Exception);
+    back.held.reset();
+    TNuSerializer(back).DeSerialize(u"<F><Held><Name>x</Name></Held></F>");
+    EXPECT_EQ(back.held, nullptr);
 
     // A name that nobody has, or only somebody of another class
     constexpr auto lost = u"<F><First>nobody</First></F>";

@@ -95,6 +95,151 @@ TEST(Records, AreDeliveredInEveryForm) {
     }
 }
 
+// Random records against what their trees say in the simplest way.
+
+std::string escaped(std::string_view text, std::string_view stops, std::string_view letters) {
+    std::string result;
+    for (const char c : text) {
+        const std::size_t index = stops.find(c);
+        result += index == stops.npos ? std::string(1, c) : std::string("\\") + letters[index];
+    }
+    return result;
+}
+
+std::string textOf(const TNuDOMElement& element, bool& isSolid) {
+    std::u16string text;
+    for (const TNuDOMNode& child : element.ChildNodes()) {
+        const bool isText = child.get_nodeType() == host::TEXT_NODE ||
+                            child.get_nodeType() == host::CDATA_SECTION_NODE;
+        text += isText ? child.get_nodeValue() : u"";
+        isSolid = isSolid ||
+                  (isText && child.get_xml().find_first_not_of(u" \t\r\n") != std::u16string::npos);
+    }
+    return NuToUtf8(text);
+}
+
+std::string jsonOf(const TNuDOMElement& element) {
+    const auto quoted = [](std::string_view text) {
+        return '"' + escaped(text, "\"\\\n\r\t", "\"\\nrt") + '"';
+    };
+    std::string members;
+    const auto add = [&](const std::string& key, const std::string& value) {
+        members += (members.empty() ? "\"" : ",\"") + key + "\":" + value;
+    };
+    for (const TNuDOMAttribute& attribute : element.Attributes()) {
+        add('@' + NuToUtf8(attribute.get_nodeName()), quoted(NuToUtf8(attribute.get_nodeValue())));
+    }
+    bool isSolid = false;
+    const std::string text = textOf(element, isSolid);
+    if (members.empty() && element.ChildElements().empty()) {
+        return quoted(text);
+    }
+    if (isSolid || (element.ChildElements().empty() && !text.empty())) {
+        add("#text", quoted(text));
+    }
+    std::vector<std::pair<std::u16string, std::vector<std::string>>> names;
+    for (const TNuDOMElement& child : element.ChildElements()) {
+        const auto known = std::find_if(names.begin(), names.end(), [&](const auto& entry) {
+            return entry.first == child.get_nodeName();
+        });
+        (known == names.end() ? names.emplace_back(child.get_nodeName(), std::vector<std::string>())
+                              : *known)
+            .second.push_back(jsonOf(child));
+    }
+    for (const auto& [name, values] : names) {
+        std::string all;
+        for (const std::string& value : values) {
+            all += (all.empty() ? "" : ",") + value;
+        }
+        add(NuToUtf8(name), values.size() > 1 ? '[' + all + ']' : all);
+    }
+    return '{' + members + '}';
+}
+
+/// Columns go by local names.
+std::string attributeOf(const TNuDOMElement& element, std::u16string_view localName) {
+    for (const TNuDOMAttribute& attribute : element.Attributes()) {
+        if (attribute.get_localName() == localName) {
+            return NuToUtf8(attribute.get_nodeValue());
+        }
+    }
+    return {};
+}
+
+std::string rowOf(const TNuDOMElement& record) {
+    bool isSolid = false;
+    const std::string text = textOf(record, isSolid);
+    std::string cells[3] = {record.ChildElements().empty() || isSolid ? text : "",
+                            attributeOf(record, u"k"), ""};
+    bool isFirst = true;
+    for (const TNuDOMElement& child : record.ChildElements(u"n1")) {
+        for (const TNuDOMElement& inner : child.ChildElements(u"n2")) {
+            bool isInnerSolid = false;
+            const std::string value = textOf(inner, isInnerSolid);
+            cells[2] += (isFirst ? "" : "; ") +
+                        (inner.ChildElements().empty() || isInnerSolid ? value : std::string());
+            isFirst = false;
+        }
+    }
+    for (std::string& cell : cells) {
+        cell = escaped(cell, "\\\n\r\t", "\\nrt");
+    }
+    return cells[0] + '\t' + cells[1] + '\t' + cells[2] + '\n';
+}
+
+void addRandomElement(std::mt19937& random, std::string& xml, const std::string& name, int depth) {
+    constexpr std::string_view pieces[] = {"x",     " ",        "\n",      "\t",     "&amp;",
+                                           "&#10;", "&#13;",    "&quot;",  "\\",     "\xC3\xA9",
+                                           "&lt;",  "<!--c-->", "<?p q?>", "&#x80;", "a long text"};
+    const auto addText = [&](std::size_t kinds) {
+        for (std::size_t count = random() % 3; count > 0; --count) {
+            xml += pieces[random() % kinds];
+        }
+    };
+    xml += '<' + name;
+    for (const char* attribute : {" k=\"", " l=\"", " p:k=\""}) {
+        if (random() % 4 == 0) {
+            xml += attribute;
+            addText(11);
+            xml += '"';
+        }
+    }
+    xml += '>';
+    // Now and then more names than are compared one by one.
+    const unsigned names = random() % 8 == 0 ? 300 : 3;
+    for (std::size_t count = depth == 3 ? 0 : random() % (names == 3 ? 5 : 250); count > 0;
+         --count) {
+        addText(std::size(pieces));
+        xml += random() % 9 == 0 ? "<![CDATA[&<\"]]>" : "";
+        addRandomElement(random, xml, "n" + std::to_string(random() % names),
+                         names == 3 ? depth + 1 : 3);
+    }
+    addText(std::size(pieces));
+    xml += "</" + name + '>';
+}
+
+TEST(Records, OfAnyContentAreWhatTheirTreesSay) {
+    std::mt19937 random(17);
+    std::string document = "<all xmlns:p='u'>";
+    for (int number = 0; number < 400; ++number) {
+        addRandomElement(random, document, "r", 0);
+    }
+    document += "</all>";
+    host::TMemoryViewStream stream(document);
+    RecordReader records(stream, u"all/r");
+    while (records.Next()) {
+        std::string json;
+        records.AppendJson(json);
+        TNuDOMElement& tree = *records.Document().GetRootNode();
+        tree.removeAttribute(u"xmlns:p");
+        ASSERT_EQ(json, jsonOf(tree)) << records.Xml();
+        std::string row;
+        records.AppendRow(row, nu::RecordColumns(u".,@k,n1/n2"), nu::RowForm::Tsv);
+        ASSERT_EQ(row, rowOf(tree)) << records.Xml();
+    }
+    EXPECT_EQ(records.Number(), 400);
+}
+
 TEST(Records, TellTheirPlaceAndServeTreesAndObjects) {
     const std::string document = "\xEF\xBB\xBF<a>\r\n <!--\r<r>--><r>1</r>\n\n<r><t>2</t></r></a>";
     host::TMemoryViewStream stream(document);
@@ -376,7 +521,31 @@ TEST(RecordParts, RefuseWhatTheyCannotReadRight) {
         host::TMemoryViewStream cut(std::string_view(bytes).substr(0, at));
         EXPECT_THROW(static_cast<void>(nu::RecordIndex::Load(cut)), host::Exception) << at;
     }
-    // 3. Other encodings, and a path that tells no name.
+    // 3. What cannot be gone over, with its place; what only looks like the end of a document type.
+    constexpr const char* faults[][2] = {
+        {"<a></a></a>", "1:8: an end tag without a start tag"},
+        {"<a>\n<b></a>", "2:4: the end tag does not match the start tag"},
+        {"<a b='>'", "1:1: the tag is not closed"},
+        {"<a><></a>", "1:4: a tag without a name"},
+        {"<a><!x></a>", "1:4: this cannot follow \"<!\""},
+        {"<a><!-- ->", "1:9: it is not closed"},
+        {"<a><![CDATA[ ]>", "1:14: it is not closed"},
+        {"<!DOCTYPE a [<?x ]> ?><!-- ]> --><!ENTITY e ']>'>",
+         "1:1: the document type is not closed"},
+        {"<a><b/>", "1:8: the document ends inside of an element"},
+    };
+    for (const auto& [text, message] : faults) {
+        host::TMemoryViewStream faulty{std::string_view(text)};
+        try {
+            static_cast<void>(nu::RecordIndex::Build(faulty));
+            ADD_FAILURE() << text;
+        } catch (const host::Exception& fault) {
+            constexpr std::string_view common = "markup that an index cannot be made of: ";
+            std::string told = fault.what();
+            EXPECT_EQ(told.erase(told.find(common), common.size()), message) << text;
+        }
+    }
+    // 4. Other encodings, and a path that tells no name.
     const std::string latin = "<?xml version='1.0' encoding='latin1'?><a/>";
     host::TMemoryViewStream other(latin);
     EXPECT_THROW(static_cast<void>(nu::RecordIndex::Build(other)), host::Exception);

@@ -29,7 +29,8 @@ template <class Work> long failEverywhere(Work&& work) {
         const long before = blocks();
         work();
         host::SetErrorInfo(nullptr);
-        EXPECT_TRUE(failingCount < 0 || blocks() == before) << blocks() - before << " leaked";
+        const long leaked = blocks() - before;
+        EXPECT_TRUE(failingCount < 0 || leaked == 0) << leaked << " blocks leaked";
         if (::testing::Test::HasFailure() || (failingCount >= 0 && !wasReached)) {
             return failingCount;
         }
