@@ -4,6 +4,9 @@
 
 #if defined(__x86_64__)
 
+#include <array>
+#include <cstdint>
+
 namespace {
 
 // Nearly everything that can be wrong with UTF-8 shows in two adjacent bytes, and to name the pairs
