@@ -40,7 +40,7 @@ template <class Unit>
         return std::uint64_t{unit(units[index])};
     };
     for (; left >= 4; left -= 4, units += 4) {
-        hash = mixHash(keys, hash ^ at(0) ^ at(1) << 16 ^ at(2) << 32 ^ at(3) << 48);
+        hash = mixHash(keys, hash ^ (at(0) | at(1) << 16 | at(2) << 32 | at(3) << 48));
     }
     std::uint64_t rest = 0;
     for (std::size_t index = 0; index < left; ++index) {

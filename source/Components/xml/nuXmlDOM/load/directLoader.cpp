@@ -143,7 +143,7 @@ void DirectLoader::resolveAnew(Name& name, const TNuSaxNamespace* scope) {
     if (uri == nullptr) {
         uri = &document_.parts().names.getURI(scope->URI);
     }
-    name.element = document_.parts().names.get(name.attribute->qualified(), *uri);
+    name.element = document_.parts().names.getForm(*name.attribute, *uri);
     name.scopeNumber = scope->Number;
 }
 

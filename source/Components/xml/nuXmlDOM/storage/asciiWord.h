@@ -17,6 +17,15 @@ inline std::uint64_t loadFour(const char16_t* units) noexcept {
     return four;
 }
 
+/// One in each of four units, and the highest bit of each.
+inline constexpr std::uint64_t eachOfFour = 0x0001000100010001u;
+inline constexpr std::uint64_t highestOfFour = 0x8000800080008000u;
+
+/// Whether one of four units is zero.
+inline bool hasZeroOfFour(std::uint64_t four) noexcept {
+    return ((four - eachOfFour) & ~four & highestOfFour) != 0;
+}
+
 /// The low bytes of four units, the first one lowest.
 inline std::uint32_t packFour(std::uint64_t four) noexcept {
     four = (four | four >> 8) & 0x0000FFFF0000FFFFu;

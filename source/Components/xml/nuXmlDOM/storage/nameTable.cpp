@@ -8,6 +8,7 @@
 #include <string>
 
 #include "common/utf8.h"
+#include "nuXmlDOM/storage/asciiText.h"
 #include "nuXmlParser/namespaceNames.h"
 
 namespace nu {
@@ -29,33 +30,42 @@ const NuXmlChar* keep(DocumentMemory& memory, std::u16string_view text) {
     return copy;
 }
 
-/// What making a name has to know of its text.
+/// What making a name has to know of its text beside its ends.
 struct NameText {
-    explicit NameText(std::u16string_view text) noexcept {
-        unsigned all = 0;
-        for (std::size_t index = 0; index < text.size(); ++index) {
-            const NuXmlChar unit = text[index];
-            all |= unit;
-            hasSpace |= unit == cNuSpace;
-            if (unit == cNuColon && colon == NodeName::noPrefix) {
-                colon = static_cast<std::uint32_t>(index);
-            }
+    NameText(std::u16string_view text, const TextEnds& ends) noexcept {
+        // 1. Most names are so short that their ends are all of them, and have neither.
+        constexpr std::size_t shortLength = 8;
+        if (text.size() <= shortLength && !mayHave(ends, cNuSpace) && !mayHave(ends, cNuColon)) {
+            return;
         }
-        isAscii = all < 0x80;
+        // 2. The others unit by unit.
+        hasSpace = text.find(cNuSpace) != text.npos;
+        if (const std::size_t found = text.find(cNuColon); found != text.npos) {
+            colon = static_cast<std::uint32_t>(found);
+        }
     }
 
-    bool isAscii = true;
     bool hasSpace = false;
     std::uint32_t colon = NodeName::noPrefix; ///< the first one
+
+private:
+    static bool mayHave(const TextEnds& ends, NuXmlChar unit) noexcept {
+        return hasZeroOfFour(ends.first ^ eachOfFour * unit) ||
+               hasZeroOfFour(ends.last ^ eachOfFour * unit);
+    }
 };
 
 } // namespace
 
+std::uint32_t NameTable::hashOf(std::u16string_view text) const noexcept {
+    return static_cast<std::uint32_t>(hashText(keys_, text));
+}
+
 /// Names that read the same come in many forms, too: whatever tells two apart is hashed.
-std::uint32_t NameTable::hashOf(const Key& key) const noexcept {
-    std::uint64_t hash = hashText(keys_, key.text);
+std::uint32_t NameTable::hashOf(const Key& key, std::uint32_t textHash) const noexcept {
+    std::uint64_t hash = textHash;
     if (&key.uri != noURI_) {
-        hash = mixHash(keys_, hash ^ key.uri.hash);
+        hash = mixHash(keys_, hash ^ std::uint64_t{key.uri.hash} << 32);
     }
     if (!key.isSplitAtColon) {
         hash = mixHash(keys_, hash ^ key.prefixLength);
@@ -65,15 +75,21 @@ std::uint32_t NameTable::hashOf(const Key& key) const noexcept {
 
 bool NameTable::matches(const NodeName& name, const Key& key) noexcept {
     return std::u16string_view(name.text, name.length) == key.text &&
-           name.hasLocal == key.hasLocal &&
-           (key.isSplitAtColon ? name.isSplitAtColon : name.prefixLength == key.prefixLength) &&
+           name.hasLocal == key.hasLocal && isForm(name, key);
+}
+
+/// The same for who knows already that they read the same.
+bool NameTable::isForm(const NodeName& name, const Key& key) noexcept {
+    return (key.isSplitAtColon ? name.isSplitAtColon : name.prefixLength == key.prefixLength) &&
            name.uri == &key.uri;
 }
 
-const NodeName* NameTable::find(const Key& key, std::uint32_t hash) const noexcept {
+/// The name of that hash for which `test` holds, or null.
+template <class Test>
+const NodeName* NameTable::findWhere(std::uint32_t hash, Test&& test) const noexcept {
     const std::size_t mask = places_.size() - 1;
     for (std::size_t place = hash & mask; places_[place] != nullptr; place = (place + 1) & mask) {
-        if (places_[place]->hash == hash && matches(*places_[place], key)) {
+        if (places_[place]->hash == hash && test(*places_[place])) {
             return places_[place];
         }
     }
@@ -81,71 +97,110 @@ const NodeName* NameTable::find(const Key& key, std::uint32_t hash) const noexce
 }
 
 const NodeName* NameTable::lookUp(const Key& key) {
-    const std::uint32_t hash = hashOf(key);
+    const std::uint32_t textHash = hashOf(key.text);
+    const std::uint32_t hash = hashOf(key, textHash);
+    const auto find = [this](const Key& wanted, std::uint32_t itsHash) {
+        return findWhere(itsHash, [&](const NodeName& name) { return matches(name, wanted); });
+    };
     if (const NodeName* known = find(key, hash)) {
         return known;
     }
     if (!key.hasLocal || (&key.uri == noURI_ && key.isSplitAtColon)) {
-        return add(key, hash, nullptr);
+        return add(key, hash);
     }
     // The canonical name comes first: names refer to it.
     const Key canonical{key.text, *noURI_, 0, true, true};
-    const std::uint32_t canonicalHash = hashOf(canonical);
-    const NodeName* known = find(canonical, canonicalHash);
-    return add(key, hash, known != nullptr ? known : add(canonical, canonicalHash, nullptr));
+    const NodeName* known = find(canonical, textHash);
+    return addForm(known != nullptr ? *known : *add(canonical, textHash), key, hash);
 }
 
-const NodeName* NameTable::add(const Key& key, std::uint32_t hash, const NodeName* canonical) {
-    if (count_ * 2 >= places_.size()) {
-        grow();
-    }
-    NodeName* name = make(key, hash);
-    name->canonical = canonical != nullptr ? canonical : name;
+const NodeName* NameTable::getForm(const NodeName& canonical, const NameURI& uri) {
+    const Key key{canonical.qualified(), uri, 0, true, true};
+    const std::uint32_t hash = hashOf(key, canonical.hash);
+    const NodeName* known = findWhere(hash, [&](const NodeName& name) {
+        return name.canonical == &canonical && isForm(name, key);
+    });
+    return known != nullptr ? known : addForm(canonical, key, hash);
+}
+
+/// Enters a name that is not known and is the canonical name itself.
+const NodeName* NameTable::add(const Key& key, std::uint32_t hash) {
+    reserve();
+    NodeName& name = make(key, hash);
+    name.canonical = &name;
     enter(name);
-    ++count_;
-    hasDeclarations_ = hasDeclarations_ || name->isDeclaration;
-    return name;
+    return &name;
 }
 
-NodeName* NameTable::make(const Key& key, std::uint32_t hash) {
-    checkLength(key.text);
-    // 1. Nearly all names are ASCII: as UTF-8 they have as many bytes as units.
-    const NameText known(key.text);
-    const std::string utf8 = known.isAscii ? std::string() : NuToUtf8(key.text);
-    const std::size_t utf8Length = !key.hasLocal   ? 0
-                                   : known.isAscii ? key.text.size()
-                                                   : utf8.size();
-
-    // 2. The name and its texts are one piece of memory.
-    const std::size_t textSize = key.text.size() * sizeof(NuXmlChar);
-    auto* name = static_cast<NodeName*>(memory_.allocate(sizeof(NodeName) + textSize + utf8Length));
-    new (name) NodeName{};
-    auto* const units = reinterpret_cast<NuXmlChar*>(name + 1);
-    auto* const bytes = reinterpret_cast<char*>(units + key.text.size());
-    std::copy(key.text.begin(), key.text.end(), units);
-    if (known.isAscii && key.hasLocal) {
-        std::transform(key.text.begin(), key.text.end(), bytes,
-                       [](NuXmlChar unit) { return static_cast<char>(unit); });
-    } else {
-        utf8.copy(bytes, utf8Length);
+/// Enters another form of a name: it reads the same, so it has the same texts.
+const NodeName* NameTable::addForm(const NodeName& canonical, const Key& key, std::uint32_t hash) {
+    reserve();
+    auto& name = *new (memory_.allocate(sizeof(NodeName))) NodeName(canonical);
+    name.uri = &key.uri;
+    name.hash = hash;
+    name.loadedElement = 0;
+    name.loadedAttribute = nullptr;
+    name.loadedFollowers = {};
+    if (!key.isSplitAtColon) {
+        name.isSplitAtColon = false;
+        name.prefixLength = key.prefixLength;
+        noteDeclaration(name);
     }
+    enter(name);
+    return &name;
+}
 
-    // 3. What is known of it.
+void NameTable::noteDeclaration(NodeName& name) noexcept {
+    name.isDeclaration =
+        name.hasPrefix() ? name.prefix() == declarationPrefix : name.local() == declarationPrefix;
+}
+
+NodeName& NameTable::make(const Key& key, std::uint32_t hash) {
+    checkLength(key.text);
+    const std::size_t length = key.text.size();
+    const std::size_t textSize = length * sizeof(NuXmlChar);
+    const auto allocate = [&](std::size_t utf8Length) {
+        return new (memory_.allocate(sizeof(NodeName) + textSize + utf8Length)) NodeName{};
+    };
+
+    // 1. The name and its texts are one piece of memory. Nearly all names are ASCII: as UTF-8 they
+    //    have as many bytes as units.
+    std::size_t utf8Length = key.hasLocal ? length : 0;
+    NodeName* name = allocate(utf8Length);
+    if (key.hasLocal && !narrowAscii(key.text, reinterpret_cast<char*>(name + 1) + textSize))
+        [[unlikely]] {
+        memory_.release(name, sizeof(NodeName) + textSize + utf8Length);
+        const std::string utf8 = NuToUtf8(key.text);
+        utf8Length = utf8.size();
+        name = allocate(utf8Length);
+        utf8.copy(reinterpret_cast<char*>(name + 1) + textSize, utf8Length);
+    }
+    auto* const units = reinterpret_cast<NuXmlChar*>(name + 1);
+    std::copy(key.text.begin(), key.text.end(), units);
+
+    // 2. What is known of it.
+    name->ends = key.text.empty() ? TextEnds() : endsOf(key.text);
+    const NameText known(key.text, name->ends);
     name->document = &document_;
     name->text = units;
-    name->length = static_cast<std::uint32_t>(key.text.size());
+    name->length = static_cast<std::uint32_t>(length);
     name->prefixLength = key.isSplitAtColon ? known.colon : key.prefixLength;
     name->uri = &key.uri;
-    name->utf8Text = bytes;
+    name->utf8Text = reinterpret_cast<char*>(units + length);
     name->utf8Length = static_cast<std::uint32_t>(utf8Length);
     name->hash = hash;
-    name->ends = key.text.empty() ? TextEnds() : endsOf(key.text);
     name->hasLocal = key.hasLocal;
     name->isSplitAtColon = key.isSplitAtColon;
     name->hasSpace = known.hasSpace;
-    name->isDeclaration = name->hasPrefix() ? name->prefix() == declarationPrefix
-                                            : name->local() == declarationPrefix;
-    return name;
+    noteDeclaration(*name);
+    return *name;
+}
+
+/// Room for one more name.
+void NameTable::reserve() {
+    if (count_ * 2 >= places_.size()) {
+        grow();
+    }
 }
 
 void NameTable::grow() {
@@ -153,18 +208,24 @@ void NameTable::grow() {
     places.swap(places_);
     for (NodeName* name : places) {
         if (name != nullptr) {
-            enter(name);
+            place(*name);
         }
     }
 }
 
-void NameTable::enter(NodeName* name) noexcept {
+void NameTable::enter(NodeName& name) noexcept {
+    place(name);
+    ++count_;
+    hasDeclarations_ = hasDeclarations_ || name.isDeclaration;
+}
+
+void NameTable::place(NodeName& name) noexcept {
     const std::size_t mask = places_.size() - 1;
-    std::size_t place = name->hash & mask;
+    std::size_t place = name.hash & mask;
     while (places_[place] != nullptr) {
         place = (place + 1) & mask;
     }
-    places_[place] = name;
+    places_[place] = &name;
 }
 
 NameTable::NameTable(DocumentMemory& memory, TNuDOMDocument& document)
@@ -215,16 +276,9 @@ const NodeName* NameTable::get(bool hasPrefix, std::u16string_view prefix, bool 
 }
 
 const NodeName* NameTable::find(std::u16string_view qualified) const noexcept {
-    const std::uint32_t hash = hashOf({qualified, *noURI_, 0, true, true});
-    const std::size_t mask = places_.size() - 1;
-    for (std::size_t place = hash & mask; places_[place] != nullptr; place = (place + 1) & mask) {
-        const NodeName& name = *places_[place];
-        if (name.hash == hash && name.hasLocal && name.canonical == &name &&
-            name.qualified() == qualified) {
-            return &name;
-        }
-    }
-    return nullptr;
+    return findWhere(hashOf(qualified), [&](const NodeName& name) {
+        return name.hasLocal && name.canonical == &name && name.qualified() == qualified;
+    });
 }
 
 const NodeName* NameTable::find(std::u16string_view prefix, std::u16string_view local) const {

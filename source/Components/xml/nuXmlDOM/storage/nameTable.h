@@ -77,6 +77,8 @@ public:
     [[nodiscard]] const NodeName* getRare(std::u16string_view qualified) {
         return getFromTable(qualified, *noURI_);
     }
+    /// The name with a creation URI that reads as `canonical`, which has none.
+    [[nodiscard]] const NodeName* getForm(const NodeName& canonical, const NameURI& uri);
     /// The name of these parts.
     [[nodiscard]] const NodeName* get(bool hasPrefix, std::u16string_view prefix, bool hasLocal,
                                       std::u16string_view local, const NameURI& uri);
@@ -137,17 +139,24 @@ private:
     };
 
     [[nodiscard]] static bool matches(const NodeName& name, const Key& key) noexcept;
+    [[nodiscard]] static bool isForm(const NodeName& name, const Key& key) noexcept;
     [[nodiscard]] const NameURI& makeURI(std::u16string_view uri);
-    [[nodiscard]] std::uint32_t hashOf(const Key& key) const noexcept;
-    [[nodiscard]] const NodeName* find(const Key& key, std::uint32_t hash) const noexcept;
+    /// The hash of the canonical name that reads so.
+    [[nodiscard]] std::uint32_t hashOf(std::u16string_view text) const noexcept;
+    [[nodiscard]] std::uint32_t hashOf(const Key& key, std::uint32_t textHash) const noexcept;
+    template <class Test>
+    [[nodiscard]] const NodeName* findWhere(std::uint32_t hash, Test&& test) const noexcept;
     /// The name, which is entered where it is not known yet.
     [[nodiscard]] const NodeName* lookUp(const Key& key);
-    /// Enters a name that is not known; without `canonical` it is the canonical name itself.
-    [[nodiscard]] const NodeName* add(const Key& key, std::uint32_t hash,
-                                      const NodeName* canonical);
-    [[nodiscard]] NodeName* make(const Key& key, std::uint32_t hash);
+    [[nodiscard]] const NodeName* add(const Key& key, std::uint32_t hash);
+    [[nodiscard]] const NodeName* addForm(const NodeName& canonical, const Key& key,
+                                          std::uint32_t hash);
+    [[nodiscard]] NodeName& make(const Key& key, std::uint32_t hash);
+    static void noteDeclaration(NodeName& name) noexcept;
+    void reserve();
     void grow();
-    void enter(NodeName* name) noexcept;
+    void enter(NodeName& name) noexcept;
+    void place(NodeName& name) noexcept;
 
     DocumentMemory& memory_;
     TNuDOMDocument& document_;
