@@ -21,6 +21,10 @@ nu::PrefixScope& TNuSaxNamespaceList::prefixScope(std::u16string_view prefix) {
     if (prefix.empty()) {
         return default_;
     }
+    nu::PrefixScope* const recent = recent_[recentPlace(prefix)];
+    if (recent != nullptr && recent->text_ == prefix) {
+        return *recent;
+    }
     if (nu::PrefixScope* scope = find(prefix)) {
         return *scope;
     }

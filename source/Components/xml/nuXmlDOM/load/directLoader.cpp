@@ -5,6 +5,7 @@
 #include <iterator>
 #include <limits>
 
+#include "common/simd/block.h"
 #include "common/utf8.h"
 #include "nuXmlDOM/core/elementLinks.h"
 #include "nuXmlDOM/core/nodeContext.h"
@@ -65,7 +66,10 @@ void DirectLoader::read(std::string_view bytes, PassedBytes& passed, const Reade
     guess_ = &unknown_;
     handler_.remember([&] {
         if (scopes.stage != nullptr) {
-            checked_.read(bytes, passed, *scopes.stage);
+            if (!checked_) {
+                checked_.emplace(*this);
+            }
+            checked_->read(bytes, passed, *scopes.stage);
         } else {
             markup::PlainContent(*this).read(bytes, passed);
         }
@@ -88,27 +92,27 @@ DirectLoader::Name* DirectLoader::find(std::string_view bytes) {
     if (bytes.size() > limits_.NameLength && NuUtf16Length(bytes) > limits_.NameLength) {
         return nullptr;
     }
-    // 1. Control characters would have to be dropped.
+    // 1. Control characters would have to be dropped. Nearly all names are ASCII, each unit a byte.
     std::array<char16_t, markup::ByteName::longestGuess> shortUnits;
     NuXmlString longUnits;
     char16_t* units = shortUnits.data();
     if (bytes.size() > shortUnits.size()) {
-        longUnits.resize(bytes.size());
+        longUnits.resize(bytes.size() + simd::blockSize);
         units = longUnits.data();
     }
-    unsigned all = 0;
-    bool hasControl = false;
-    for (std::size_t index = 0; index < bytes.size(); ++index) {
-        const auto byte = static_cast<unsigned char>(bytes[index]);
-        units[index] = byte;
-        all |= byte;
-        hasControl |= byte < cNuSpaceA;
+    bool isAscii = true;
+    for (std::size_t start = 0; start < bytes.size(); start += simd::blockSize) {
+        const auto block = simd::Block::load(bytes.data() + start);
+        const std::size_t left = bytes.size() - start;
+        const unsigned own = left < simd::blockSize ? (1U << left) - 1 : 0xFFFFU;
+        if ((block.isAtMost(cNuSpaceA - 1).mask() & own) != 0) {
+            return nullptr;
+        }
+        isAscii = isAscii && (block.mask() & own) == 0;
+        block.widen(units + start);
     }
-    if (hasControl) {
-        return nullptr;
-    }
-    // 2. Nearly all names are ASCII, each unit a byte.
-    const std::size_t length = all < 0x80 ? bytes.size() : NuDecodeUtf8Prefix(bytes, units).Units;
+    // 2. The others are decoded.
+    const std::size_t length = isAscii ? bytes.size() : NuDecodeUtf8Prefix(bytes, units).Units;
     return &names_.add(bytes, hash, *document_.parts().names.getRare({units, length}),
                        scopes_->namespaces, handler_.Reader().IsBehindStage());
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -103,7 +104,7 @@ private:
     std::vector<const NameURI*> uris_; ///< by the numbers of their declarations
     NuXmlString uri_;         ///< of the last declaration; its memory serves again and again
     bool hasMeaning_ = false; ///< an attribute has changed the scopes
-    CheckedContent<DirectLoader> checked_{*this};
+    std::optional<CheckedContent<DirectLoader>> checked_; ///< once it is asked for
 };
 
 } // namespace nu

@@ -229,10 +229,8 @@ void NameTable::place(NodeName& name) noexcept {
 }
 
 NameTable::NameTable(DocumentMemory& memory, TNuDOMDocument& document)
-    : memory_(memory), document_(document), keys_(hashKeys()), places_(32), noURI_(&makeURI({})),
-      nameless_(get(false, {}, false, {}, *noURI_)) {
-    recent_.fill(nameless_);
-}
+    : memory_(memory), document_(document), keys_(hashKeys()), places_(64), noURI_(&makeURI({})),
+      nameless_(get(false, {}, false, {}, *noURI_)) {}
 
 const NameURI& NameTable::getURI(std::u16string_view uri) {
     if (uri.empty()) {

@@ -52,12 +52,12 @@ public:
         }
         const TextEnds ends = endsOf(qualified);
         const std::size_t place = recentPlace(ends, qualified, uri);
-        if (readsSame(*recent_[place], ends, qualified, uri)) [[likely]] {
+        if (isRecent(place, ends, qualified, uri)) [[likely]] {
             return recent_[place];
         }
         // The place beside it belongs to the name that was last turned out of this one.
         std::swap(recent_[place], recent_[place ^ 1]);
-        if (!readsSame(*recent_[place], ends, qualified, uri)) [[unlikely]] {
+        if (!isRecent(place, ends, qualified, uri)) [[unlikely]] {
             recent_[place] = getFromTable(qualified, uri);
         }
         return recent_[place];
@@ -128,6 +128,10 @@ private:
         return name.ends == ends && name.length == length && name.uri == &uri &&
                (length <= 8 || areEqual(name.text + 4, qualified.data() + 4, length - 8));
     }
+    [[nodiscard]] bool isRecent(std::size_t place, const TextEnds& ends,
+                                std::u16string_view qualified, const NameURI& uri) const noexcept {
+        return recent_[place] != nullptr && readsSame(*recent_[place], ends, qualified, uri);
+    }
     [[nodiscard]] const NodeName* getFromTable(std::u16string_view qualified, const NameURI& uri);
 
     struct Key {
@@ -165,7 +169,7 @@ private:
     std::vector<NodeName*> places_;
     std::unordered_map<std::u16string_view, const NameURI*, TextHash> uris_;
     const NameURI* noURI_;
-    std::array<const NodeName*, recentCount> recent_;
+    std::array<const NodeName*, recentCount> recent_{};
     std::size_t count_ = 0;
     bool hasDeclarations_ = false;
     std::uint64_t loadedElements_ = 0;

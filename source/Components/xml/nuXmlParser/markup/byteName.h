@@ -7,6 +7,7 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <span>
 #include <string_view>
 #include <type_traits>
 #include <utility>
@@ -57,6 +58,10 @@ template <class Name> class ByteNames {
     static_assert(std::is_trivially_destructible_v<Name>);
 
 public:
+    ByteNames() = default;
+    ByteNames(const ByteNames&) = delete;
+    ByteNames& operator=(const ByteNames&) = delete;
+
     /// Of a text that is not empty and behind whose start 8 bytes can be read.
     [[nodiscard]] std::uint64_t hashOf(std::string_view text) const noexcept {
         const auto eightAt = [](const char* place) {
@@ -107,22 +112,16 @@ public:
     template <class... Arguments>
     Name& add(std::string_view text, std::uint64_t hash, Arguments&&... arguments) {
         if (2 * (count_ + 1) > slots_.size()) {
-            std::vector<Name*> slots(2 * slots_.size());
-            slots.swap(slots_);
-            for (Name* name : slots) {
-                if (name != nullptr) {
-                    enter(*name);
-                }
-            }
+            grow();
         }
         if (used_ == room_) {
-            blocks_.push_back(std::make_unique_for_overwrite<std::byte[]>(
-                std::max(firstRoom, count_) * sizeof(Name)));
-            room_ = std::max(firstRoom, count_);
+            blocks_.push_back(std::make_unique_for_overwrite<std::byte[]>(count_ * sizeof(Name)));
+            block_ = blocks_.back().get();
+            room_ = count_;
             used_ = 0;
         }
-        auto* place = blocks_.back().get() + used_ * sizeof(Name);
-        Name& name = *new (place) Name(text, hash, std::forward<Arguments>(arguments)...);
+        Name& name = *new (block_ + used_ * sizeof(Name))
+                         Name(text, hash, std::forward<Arguments>(arguments)...);
         ++used_;
         ++count_;
         enter(name);
@@ -134,6 +133,16 @@ private:
     static constexpr std::size_t firstRoom = 16;
 
     [[nodiscard]] std::size_t mask() const noexcept { return slots_.size() - 1; }
+    void grow() {
+        std::vector<Name*> slots(2 * slots_.size());
+        const std::span<Name*> former = std::exchange(slots_, slots);
+        for (Name* name : former) {
+            if (name != nullptr) {
+                enter(*name);
+            }
+        }
+        moreSlots_.swap(slots);
+    }
     void enter(Name& name) noexcept {
         std::size_t place = name.hash & mask();
         while (slots_[place] != nullptr) {
@@ -143,12 +152,17 @@ private:
     }
 
     const HashKeys& keys_ = hashKeys();
-    std::vector<Name*> slots_ = std::vector<Name*>(firstSlots);
     std::size_t count_ = 0;
+    std::span<Name*> slots_ = firstSlots_;
+    std::vector<Name*> moreSlots_; ///< where the first do not do
     /// Names stand where they are made; a block has room for as many as there were before.
     std::vector<std::unique_ptr<std::byte[]>> blocks_;
-    std::size_t room_ = 0; ///< of the last block
+    std::byte* block_ = firstBlock_.data(); ///< the last one
+    std::size_t room_ = firstRoom;
     std::size_t used_ = 0;
+    // What a short document takes lies here, so that it allocates nothing.
+    std::array<Name*, firstSlots> firstSlots_{};
+    alignas(Name) std::array<std::byte, firstRoom * sizeof(Name)> firstBlock_;
 };
 
 } // namespace nu::markup
