@@ -1,12 +1,17 @@
 #include <algorithm>
 #include <memory>
+#include <new>
+#include <utility>
 
+#include "host/com/implements.h"
 #include "host/runtime/memoryStream.h"
 #include "host/sax/SaxHelpers.h"
 #include "nuXmlParser/conforming/conformingPass.h"
 #include "nuXmlParser/conforming/conformingStream.h"
+#include "nuXmlParser/conforming/conformingSupply.h"
 #include "nuXmlParser/namespaceNames.h"
 #include "nuXmlParser/textMemory.h"
+#include "nuXmlSax/plainEvents.h"
 #include "nuXmlSax/reader.h"
 
 /// \file
@@ -24,6 +29,26 @@ nu::SpaceStack::Always spaceKeptBy(TNuConformingWhiteSpace whiteSpace) noexcept 
         break;
     }
     return nu::SpaceStack::Always::All;
+}
+
+/// Notices that there was anything to tell.
+class FaultNoticer final : public host::Implements<host::IErrorHandler> {
+public:
+    void warning(host::ISAXParseError& /*error*/) override { hasHeard = true; }
+    void error(host::ISAXParseError& /*error*/) override { hasHeard = true; }
+    void fatalError(host::ISAXParseError& /*error*/) override { hasHeard = true; }
+
+    bool hasHeard = false;
+};
+
+/// What is left of a stream whose bytes lie in memory.
+std::string_view restInMemory(host::TStream& stream) {
+    const auto& memory = dynamic_cast<host::TCustomMemoryStream&>(stream);
+    const auto start = static_cast<std::size_t>(stream.GetPosition());
+    const auto size = static_cast<std::size_t>(stream.GetSize());
+    return start >= size ? std::string_view("")
+                         : std::string_view(reinterpret_cast<const char*>(memory.Memory()) + start,
+                                            size - start);
 }
 
 } // namespace
@@ -79,6 +104,87 @@ void TNuSAXXMLReader::parseInMemory(host::TStream& stream) {
         stream.SetPosition(start);
         parseInBlocks(stream);
     }
+}
+
+/// Checks a document in memory and reads it in the same pass. False, with nothing done, where that
+/// cannot be.
+bool TNuSAXXMLReader::parseInOnePass(host::TStream& stream) {
+    // Limits of the stage count what it passes itself.
+    if (!conforming_->namespaces || !(conforming_->limits == TNuSaxLimits())) {
+        return false;
+    }
+    return (directContent_ != nullptr && takeInOnePass(stream)) ||
+           (directContent_ == nullptr && tellInOnePass(stream));
+}
+
+/// Tells events, up to a fault where there is one.
+bool TNuSAXXMLReader::tellInOnePass(host::TStream& stream) {
+    // Behind a fault that is passed on nothing is checked.
+    if (conforming_->onFault == cfPassOn) {
+        return false;
+    }
+    nu::ConformingSupply stage(restInMemory(stream), *conforming_);
+    if (!stage.open()) {
+        return false;
+    }
+    nu::PlainEvents events(*this);
+    directContent_ = &events;
+    stage_ = &stage;
+    const auto endPass = [&] {
+        directContent_ = nullptr;
+        stage_ = nullptr;
+        sourceForm_ = stage.form();
+    };
+    try {
+        scanChecked(stream, stage);
+    } catch (...) {
+        endPass();
+        throw;
+    }
+    endPass();
+    return true;
+}
+
+/// Lets a document be taken, if everything that was taken can be undone. Where anything is wrong it
+/// is, and what is wrong is told with the events.
+bool TNuSAXXMLReader::takeInOnePass(host::TStream& stream) {
+    if (!directContent_->canUndo()) {
+        return false;
+    }
+    // 1. Nobody hears of anything yet.
+    const auto noticer = host::makeRef<FaultNoticer>();
+    const host::Ref<host::IErrorHandler> heard = std::exchange(errorHandler_, noticer.get());
+    const std::int32_t depthBefore = depth_;
+    const auto endPass = [&] {
+        stage_ = nullptr;
+        errorHandler_ = heard;
+    };
+    try {
+        // 2. The pass.
+        nu::ConformingSupply stage(restInMemory(stream), *conforming_);
+        if (!stage.open()) {
+            endPass();
+            return false;
+        }
+        stage_ = &stage;
+        scanChecked(stream, stage);
+        sourceForm_ = stage.form();
+    } catch (const std::bad_alloc&) {
+        endPass();
+        throw;
+    } catch (...) {
+        noticer->hasHeard = true; // it comes again
+    }
+    endPass();
+
+    // 3. As if nothing had been.
+    if (noticer->hasHeard) {
+        std::exchange(directContent_, nullptr)->undo();
+        depth_ = depthBefore;
+        namespaces_.Clear();
+        enterStage();
+    }
+    return !noticer->hasHeard;
 }
 
 /// Reads a document that is known to be well-formed by then: the source's own bytes if there was

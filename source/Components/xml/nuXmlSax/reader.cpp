@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <exception>
-#include <new>
+#include <limits>
+#include <memory>
 #include <typeinfo>
 #include <utility>
 
@@ -20,7 +21,6 @@
 #include "nuXmlParser/smallStreamParser.h"
 #include "nuXmlSax/eventHandlers.h"
 #include "nuXmlSax/messages.h"
-#include "nuXmlSax/plainEvents.h"
 #include "nuXmlSax/properties.h"
 #include "nuXmlSax/scanAttributes.h"
 #include "nuXmlSax/scanDocument.h"
@@ -52,24 +52,10 @@ private:
 /// Text that stays in the nearer caches from its decoding to its last use.
 constexpr std::size_t windowLength = 32 * 1024;
 
-/// Notices that there was anything to tell.
-class FaultNoticer final : public host::Implements<host::IErrorHandler> {
-public:
-    void warning(host::ISAXParseError& /*error*/) override { hasHeard = true; }
-    void error(host::ISAXParseError& /*error*/) override { hasHeard = true; }
-    void fatalError(host::ISAXParseError& /*error*/) override { hasHeard = true; }
-
-    bool hasHeard = false;
-};
-
-/// What is left of a stream whose bytes lie in memory.
-std::string_view restInMemory(host::TStream& stream) {
-    const auto& memory = dynamic_cast<host::TCustomMemoryStream&>(stream);
-    const auto start = static_cast<std::size_t>(stream.GetPosition());
-    const auto size = static_cast<std::size_t>(stream.GetSize());
-    return start >= size ? std::string_view("")
-                         : std::string_view(reinterpret_cast<const char*>(memory.Memory()) + start,
-                                            size - start);
+/// A fault as handlers hear of it, at the place that the source has come to.
+host::Ref<host::TSAXParseError> faultAt(TNuXmlBaseParser& source, std::u16string_view message) {
+    return host::makeRef<host::TSAXParseError>(message, u"", u"", source.LineNumber(),
+                                               source.ColumnNumber());
 }
 
 template <class Source> using OwnedParser = std::unique_ptr<Source, ParserFreer>;
@@ -212,6 +198,11 @@ void TNuSAXXMLReader::scanSmall(std::unique_ptr<host::TStream> owned, host::TStr
          std::move(owned));
 }
 
+/// The stage checks what is read as it is read.
+void TNuSAXXMLReader::scanChecked(host::TStream& stream, nu::ConformingSupply& stage) {
+    scan(new TNuXmlSmallStreamParser(&stream, errorHandler_, windowLength, stage), nullptr);
+}
+
 /// The stream goes with the character source, or with the caller's if that could not be made: in
 /// any case before anybody is told of a fault in it.
 template <class Source>
@@ -222,87 +213,6 @@ void TNuSAXXMLReader::scan(Source* newSource, std::unique_ptr<host::TStream> own
         static_cast<void>(owned.release());
     }
     nu::SaxScanner<Source>(*this, *source).scanDocument();
-}
-
-/// Checks a document in memory and reads it in the same pass. False, with nothing done, where that
-/// cannot be.
-bool TNuSAXXMLReader::parseInOnePass(host::TStream& stream) {
-    // Limits of the stage count what it passes itself.
-    if (!conforming_->namespaces || !(conforming_->limits == TNuSaxLimits())) {
-        return false;
-    }
-    return (directContent_ != nullptr && takeInOnePass(stream)) ||
-           (directContent_ == nullptr && tellInOnePass(stream));
-}
-
-/// Tells events, up to a fault where there is one.
-bool TNuSAXXMLReader::tellInOnePass(host::TStream& stream) {
-    // Behind a fault that is passed on nothing is checked.
-    if (conforming_->onFault == cfPassOn) {
-        return false;
-    }
-    nu::ConformingSupply stage(restInMemory(stream), *conforming_);
-    if (!stage.open()) {
-        return false;
-    }
-    nu::PlainEvents events(*this);
-    directContent_ = &events;
-    stage_ = &stage;
-    const auto endPass = [&] {
-        directContent_ = nullptr;
-        stage_ = nullptr;
-        sourceForm_ = stage.form();
-    };
-    try {
-        scan(new TNuXmlSmallStreamParser(&stream, errorHandler_, windowLength, stage), nullptr);
-    } catch (...) {
-        endPass();
-        throw;
-    }
-    endPass();
-    return true;
-}
-
-/// Lets a document be taken, if everything that was taken can be undone. Where anything is wrong it
-/// is, and what is wrong is told with the events.
-bool TNuSAXXMLReader::takeInOnePass(host::TStream& stream) {
-    if (!directContent_->canUndo()) {
-        return false;
-    }
-    // 1. Nobody hears of anything yet.
-    const auto noticer = host::makeRef<FaultNoticer>();
-    const host::Ref<host::IErrorHandler> heard = std::exchange(errorHandler_, noticer.get());
-    const std::int32_t depthBefore = depth_;
-    const auto endPass = [&] {
-        stage_ = nullptr;
-        errorHandler_ = heard;
-    };
-    try {
-        // 2. The pass.
-        nu::ConformingSupply stage(restInMemory(stream), *conforming_);
-        if (!stage.open()) {
-            endPass();
-            return false;
-        }
-        stage_ = &stage;
-        scan(new TNuXmlSmallStreamParser(&stream, noticer, windowLength, stage), nullptr);
-        sourceForm_ = stage.form();
-    } catch (const std::bad_alloc&) {
-        endPass();
-        throw;
-    } catch (...) {
-        noticer->hasHeard = true; // it comes again
-    }
-    endPass();
-
-    // 3. As if nothing had been.
-    if (noticer->hasHeard) {
-        std::exchange(directContent_, nullptr)->undo();
-        depth_ = depthBefore;
-        namespaces_.Clear();
-        enterStage();
-    }
-    return !noticer->hasHeard;
 }
 
 template <class Handler, class Interface>
@@ -420,30 +330,26 @@ void TNuSAXXMLReader::replaceHandler(host::Ref<Interface>& place,
 
 void TNuSAXXMLReader::Warning(TNuXmlBaseParser& source, std::u16string_view message) {
     if (errorHandler_) {
-        errorHandler_->warning(*host::makeRef<host::TSAXParseError>(
-            message, u"", u"", source.LineNumber(), source.ColumnNumber()));
+        errorHandler_->warning(*faultAt(source, message));
     }
 }
 
 void TNuSAXXMLReader::Error(TNuXmlBaseParser& source, std::u16string_view message) {
     if (errorHandler_) {
-        errorHandler_->error(*host::makeRef<host::TSAXParseError>(
-            message, u"", u"", source.LineNumber(), source.ColumnNumber()));
+        errorHandler_->error(*faultAt(source, message));
     }
 }
 
 void TNuSAXXMLReader::FatalError(TNuXmlBaseParser& source, std::u16string_view message) {
     if (errorHandler_) {
-        errorHandler_->fatalError(*host::makeRef<host::TSAXParseError>(
-            message, u"", u"", source.LineNumber(), source.ColumnNumber()));
+        errorHandler_->fatalError(*faultAt(source, message));
     }
     throw ENuSaxFatalError(message, source.LineNumber(), source.ColumnNumber());
 }
 
 void TNuSAXXMLReader::RaiseEOF(TNuXmlBaseParser& source) {
     if (errorHandler_) {
-        errorHandler_->fatalError(*host::makeRef<host::TSAXParseError>(
-            nu::messages::endOfDocument, u"", u"", source.LineNumber(), source.ColumnNumber()));
+        errorHandler_->fatalError(*faultAt(source, nu::messages::endOfDocument));
     }
     throw ENuSaxFatalError(nu::messages::abort, source.LineNumber(), source.ColumnNumber());
 }

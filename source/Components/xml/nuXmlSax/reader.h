@@ -191,6 +191,7 @@ private:
     [[nodiscard]] NUXML_LOCAL bool isLarge(host::TStream* stream) const;
     NUXML_LOCAL void scanSmall(std::unique_ptr<host::TStream> owned, host::TStream* stream);
     NUXML_LOCAL void scanLarge(std::unique_ptr<host::TStream> owned, host::TStream* stream);
+    NUXML_LOCAL void scanChecked(host::TStream& stream, nu::ConformingSupply& stage);
     template <class Source> void scan(Source* newSource, std::unique_ptr<host::TStream> owned);
     [[noreturn]] NUXML_LOCAL void reportForeignException();
     NUXML_LOCAL void finishParse();
