@@ -152,6 +152,9 @@ private:
     }
 
     const HashKeys& keys_ = hashKeys();
+    // What a short document takes lies here, so that it allocates nothing.
+    std::array<Name*, firstSlots> firstSlots_{};
+    alignas(Name) std::array<std::byte, firstRoom * sizeof(Name)> firstBlock_;
     std::size_t count_ = 0;
     std::span<Name*> slots_ = firstSlots_;
     std::vector<Name*> moreSlots_; ///< where the first do not do
@@ -160,9 +163,6 @@ private:
     std::byte* block_ = firstBlock_.data(); ///< the last one
     std::size_t room_ = firstRoom;
     std::size_t used_ = 0;
-    // What a short document takes lies here, so that it allocates nothing.
-    std::array<Name*, firstSlots> firstSlots_{};
-    alignas(Name) std::array<std::byte, firstRoom * sizeof(Name)> firstBlock_;
 };
 
 } // namespace nu::markup
