@@ -76,6 +76,7 @@ void ObjectBuilder::startInList(Frame& frame, const ElementStart& element) {
         skipUnknown(messages::noPlace, element, {});
         return;
     }
+    // A list that grows may move its elements, and the places in them that wait for references.
     const host::ListOperations& list = *frame.target.type->list;
     const auto first = [&] {
         host::Cursor cursor;
@@ -308,6 +309,7 @@ void ObjectBuilder::startObject(Frame& frame, Instance object, TNuSerializer* se
     if (objects_ >= ObjectChain::maximumDepth) {
         throw host::Exception(host::formatMessage(messages::nestedTooDeeply, {path()}));
     }
+    // 1. What reads it: the serializer that was given or is registered, if it changes anything.
     frame.serializer = serializer;
     frame.wantsTree = false;
     ClassNotes& notes = notesOf(*object.info);
@@ -325,11 +327,13 @@ void ObjectBuilder::startObject(Frame& frame, Instance object, TNuSerializer* se
     } else if (serializer != nullptr) {
         frame.wantsTree = serializer->wantsElement();
     }
+    // 2. Its frame.
     frame.kind = Frame::Kind::Object;
     ++objects_;
     frame.object = object;
     frame.expected = 0;
     frame.count = 0;
+    // 3. Which properties come is noted where one that does not come matters.
     frame.seen.clear();
     if (isStrict() || (frame.resetsMissing && notes.hasDefaults)) {
         frame.seen.assign(object.info->properties.size(), false);

@@ -29,9 +29,9 @@ NuXmlString widened(std::string_view bytes) {
     return text;
 }
 
-/// Whether escaping the value again would give what was unescaped: where only what escaping itself
-/// writes stands in it.
-bool isCanonical(std::string_view value) noexcept {
+/// Whether a value that is unescaped and escaped again comes back as it was: where no references
+/// stand in it but those that escaping itself writes.
+bool isAsEscaped(std::string_view value) noexcept {
     static constexpr std::string_view references[] = {"&amp;", "&lt;", "&gt;", "&quot;", "&apos;"};
     for (std::size_t place = value.find_first_of("&<>'"); place != value.npos;
          place = value.find_first_of("&<>'", place + 1)) {
@@ -65,6 +65,7 @@ void DirectLoader::read(std::string_view bytes, PassedBytes& passed, const Reade
     unknown_ = nullptr;
     guess_ = &unknown_;
     handler_.remember([&] {
+        // With a stage nobody has checked these bytes before, so that they are checked here.
         if (scopes.stage != nullptr) {
             if (!checked_) {
                 checked_.emplace(*this);
@@ -175,7 +176,7 @@ void DirectLoader::resolveAnew(Name& name, const TNuSaxNamespace* scope) {
     if (name.meaning != ScopedName::Meaning::None) [[unlikely]] {
         apply(name, value);
     }
-    if (!kinds.isVerbatim && !isCanonical(value)) [[unlikely]] {
+    if (!kinds.isVerbatim && !isAsEscaped(value)) [[unlikely]] {
         return addReplaced(name, value);
     }
     textFor(name).load(document_.parts().memory, value, kinds.isAscii);

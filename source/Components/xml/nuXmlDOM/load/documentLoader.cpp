@@ -1,6 +1,8 @@
 #include "nuXmlDOM/load/documentLoader.h"
 
+#include <exception>
 #include <optional>
+#include <string>
 
 #include "common/stringStream.h"
 #include "host/com/implements.h"
@@ -43,6 +45,7 @@ private:
 template <class Parse>
 void build(TNuDOMDocument& document, TNuDOMNode& parent, const nu::Loading& loading,
            Parse&& parse) {
+    // 1. The reader, and what makes nodes of what it tells.
     TNuSAXXMLReader reader;
     const auto handler = host::makeRef<TNuSaxToDomHandler>(reader, document, &parent);
     reader.setContentHandler(handler);
@@ -51,16 +54,18 @@ void build(TNuDOMDocument& document, TNuDOMNode& parent, const nu::Loading& load
     if (loading.options != nullptr) {
         reader.SetConforming(*loading.options);
     }
+    // 2. Who hears of faults.
     if (loading.report != nullptr) {
         loading.report->Clear();
         reader.setErrorHandler(
             host::makeRef<ReportingHandler>(*loading.report, *handler, loading.file));
     }
-    // Nobody else listens, so what is plain goes straight into the tree.
+    // 3. Nobody else listens to a whole document, so what is plain goes straight into the tree.
     std::optional<nu::DirectLoader> loader;
     if (&parent == &document) {
         reader.setDirectContent(&loader.emplace(*handler, document, loading.report != nullptr));
     }
+    // 4. The parse. What leaves it tells the file.
     try {
         parse(reader);
     } catch (const ENuSaxHandledAbort&) {

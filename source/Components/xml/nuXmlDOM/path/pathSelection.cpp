@@ -123,11 +123,18 @@ private:
 /// and ".." come on top of that: both lead one level further up than in XPath.
 TNuDOMNode& startOf(const PathAlternative& alternative, TNuDOMNode& context,
                     TNuDOMDocument& document) {
-    const int levels = alternative.start == PathStart::Parent        ? 1
-                       : alternative.start == PathStart::Grandparent ? 2
-                                                                     : 0;
-    if (alternative.start == PathStart::Document) {
+    int levels = 0;
+    switch (alternative.start) {
+    case PathStart::Document:
         return document;
+    case PathStart::Context:
+        break;
+    case PathStart::Parent:
+        levels = 1;
+        break;
+    case PathStart::Grandparent:
+        levels = 2;
+        break;
     }
     TNuDOMNode* start = &context;
     for (int level = 0; level < levels; ++level) {

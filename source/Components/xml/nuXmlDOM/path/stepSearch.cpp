@@ -278,7 +278,8 @@ void StepSearch::addAttributes(TNuDOMNode& context, PathNodes& found) {
     }
 }
 
-/// The same by the options of the path. Many nodes have one name, so it is compared once.
+/// Whether a node has the name of the step by the options of the path. Many nodes have one name, so
+/// what came out for it last is kept.
 bool StepSearch::hasName(const TNuDOMNode& node) {
     const NodeName& own = NodeContext::name(node);
     const bool isLocal = program_.options.has(soIgnoreNamespace);

@@ -88,12 +88,13 @@ public:
 private:
     /// Writes the start of an element; gives its first child, null when that was all.
     const TNuDOMNode* openElement(const TNuDOMElement& element) {
-        // What the element says about space is about what is inside of it, not about text beside
+        // 1. What the element says about space is about what is inside of it, not about text beside
         // it.
         const bool isInText = preserves_ && characters_.keepsContent();
         if (spaceName_ != nullptr) {
             enterSpace(element);
         }
+        // 2. The tag, on a line of its own where that changes nothing.
         const auto& name = characters_.name(NodeContext::name(element));
         if (isBroken() && !isInText) {
             if (out_.breaksBeforeElement()) {
@@ -107,6 +108,7 @@ private:
         for (const TNuDOMAttribute& attribute : element.Attributes()) {
             writeAttribute(attribute);
         }
+        // 3. Its end, or what is inside of it.
         const TNuDOMNode* child = element.get_firstChild();
         if (child == nullptr) {
             out_.put("/>");
