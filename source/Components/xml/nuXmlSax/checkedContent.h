@@ -40,7 +40,7 @@ public:
     using Name = typename Sink::Name;
     static constexpr bool isXml = true;
 
-    explicit CheckedContent(Sink& sink) noexcept : sink_(sink) {}
+    explicit CheckedContent(Sink& sink) : sink_(sink) {}
 
     void read(std::string_view bytes, PassedBytes& passed, ConformingSupply& stage) {
         stage_ = &stage;
