@@ -113,6 +113,8 @@ TEST(Conforming, writesWhatTheReaderReadsAsItIsMeant) {
         {subset("<!ENTITY e '&#34;\t'>", "<a b='&e;'/>"), "<!DOCTYPE a ><a b=\"&quot; \"/>"},
         {subset("<!ATTLIST a b NMTOKENS ' x  y ' c CDATA #IMPLIED>", "<a c=' z '/>"),
          "<!DOCTYPE a ><a c=\" z \" b=\"x y\"/>"},
+        {subset("<!ATTLIST a xmlnsfoo CDATA '&#65;' xmlns CDATA '&#65;'>", "<a/>"),
+         "<!DOCTYPE a ><a xmlnsfoo=\"&#65;\" xmlns=\"A\"/>"},
         {subset("<!ATTLIST a b ID #IMPLIED>", "<a b='  1 &#32; 2 '/>"),
          "<!DOCTYPE a ><a b=\"1 2\"/>"},
         {subset("<!ENTITY % p '<!ENTITY e \"1\"><!ENTITY e \"2\">'>%p;", "<a>&e;&f;</a>"),

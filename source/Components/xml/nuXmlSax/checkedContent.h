@@ -44,6 +44,7 @@ public:
 
     void read(std::string_view bytes, PassedBytes& passed, ConformingSupply& stage) {
         stage_ = &stage;
+        depthLeft_ = stage.limits().depth() - stage.depth();
         elements_.clear();
         declarations_.clear();
         // What ends with the text that shows goes on with more of it.
@@ -132,7 +133,8 @@ private:
     [[gnu::always_inline]] bool endStartTag(bool isEmptyElement, const char* end) {
         // The declarations of the tag count for all names in it.
         const auto isDeclared = [](const Name& name) { return name.scope->newest() != nullptr; };
-        if ((declared_ != nullptr && !addDefaults()) ||
+        if (!isWithinLimits(end - elements_.back().less) ||
+            (declared_ != nullptr && !addDefaults(end - elements_.back().less)) ||
             !checks_.arePrefixesPlain(*elements_.back().name, isDeclared)) [[unlikely]] {
             abandonStartTag();
             return false;
@@ -155,6 +157,7 @@ private:
                 return false;
             }
             stage_->closeElement();
+            ++depthLeft_;
             return true;
         }
         if (!sink_.endElement(isInnermost, end)) [[unlikely]] {
@@ -164,26 +167,37 @@ private:
         return true;
     }
 
+    /// Whether limits of the stage allow the tag at hand. A longer one than has to be counted is
+    /// for somebody who does.
+    [[nodiscard]] [[gnu::always_inline]] bool isWithinLimits(std::ptrdiff_t length) const noexcept {
+        return elements_.size() <= depthLeft_ && stage_->limits().allowsTag(length);
+    }
     [[nodiscard]] bool isPlain(const CheckedName::Form& form, Name& name) {
         if (form == CheckedName::Form::Unknown) {
             static_cast<CheckedName&>(name) = checkedName(name.text);
+            if (!stage_->limits().allowsName(name.text)) {
+                name.elementForm = name.attributeForm = CheckedName::Form::Refused;
+            }
             name.declaredTag = declaredTags_.add(stage_->declarationOf(name.text));
         }
         return form == CheckedName::Form::Plain;
     }
     /// Adds what the tag lacks; false where that is not plain. Declarations of namespaces are for
     /// the stage.
-    [[gnu::noinline]] bool addDefaults() {
+    [[gnu::noinline]] bool addDefaults(std::ptrdiff_t tagLength) {
         declared_->findNames([this](std::string_view name) { return sink_.find(name); });
         std::size_t cost = 0;
+        std::ptrdiff_t written = 0;
         const auto addMissing = [&](const typename DeclaredTag<Name>::Default& missing) {
             cost += missing.attribute->cost();
+            written += static_cast<std::ptrdiff_t>(missing.attribute->text().size());
             return missing.name != nullptr && isPlain(missing.name->attributeForm, *missing.name) &&
                    addAttribute(*missing.name, missing.attribute->value(),
                                 missing.attribute->kinds());
         };
         return declared_->forEachMissing(checks_.number(), addMissing) &&
-               (cost == 0 || stage_->allowsDefaults(cost, elements_.back().less));
+               (cost == 0 || (stage_->limits().allowsTag(tagLength + written) &&
+                              stage_->allowsDefaults(cost, elements_.back().less)));
     }
     /// Whether the attribute is a declaration that stands as it is.
     [[nodiscard]] bool declare(const Name& name, std::string_view uri,
@@ -215,6 +229,7 @@ private:
 
     Sink& sink_;
     ConformingSupply* stage_ = nullptr;
+    std::size_t depthLeft_ = 0; ///< that limits of the stage allow inside of what it was told
     // Of the tag at hand.
     markup::TagChecks<Name> checks_;
     DeclaredTag<Name>* declared_ = nullptr;

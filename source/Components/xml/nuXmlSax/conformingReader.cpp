@@ -109,10 +109,6 @@ void TNuSAXXMLReader::parseInMemory(host::TStream& stream) {
 /// Checks a document in memory and reads it in the same pass. False, with nothing done, where that
 /// cannot be.
 bool TNuSAXXMLReader::parseInOnePass(host::TStream& stream) {
-    // Limits of the stage count what it passes itself.
-    if (!conforming_->namespaces || !(conforming_->limits == TNuSaxLimits())) {
-        return false;
-    }
     return (directContent_ != nullptr && takeInOnePass(stream)) ||
            (directContent_ == nullptr && tellInOnePass(stream));
 }

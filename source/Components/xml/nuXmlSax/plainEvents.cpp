@@ -152,10 +152,11 @@ void PlainEvents::applyAttributes() {
     return true;
 }
 
-/// The end of a root is for the scanners to see.
+/// The end of a root is for the scanners to see, and that of an element whose prefix is not
+/// declared, which draws a warning.
 bool PlainEvents::endOuterElement(std::string_view name) {
     Name* const found = scopes_->depth > 1 ? find(name) : nullptr;
-    if (found == nullptr) {
+    if (found == nullptr || (found->hasColon() && found->scope->newest() == nullptr)) {
         return false;
     }
     guess_ = &found->followers[markup::ByteName::Sibling];

@@ -37,6 +37,9 @@ public:
 
     /// More of the text from a place on than showed; empty where enough shows, or nothing more can.
     [[nodiscard]] std::string_view moreFrom(const char* place);
+    /// What the document may ask for, and the elements that are told: how many there are.
+    [[nodiscard]] const LimitRules& limits() const noexcept { return normaliser_->limits(); }
+    [[nodiscard]] std::size_t depth() const noexcept { return normaliser_->depth(); }
     /// What is declared for the attributes of an element; null without anything.
     [[nodiscard]] ElementDeclaration* declarationOf(std::string_view element) {
         return normaliser_->tags().memory().declarationOf(element);

@@ -17,8 +17,6 @@ public:
           attributes_(limits.Attributes), nameLength_(limits.NameLength),
           shortTag_(std::min(limits.Attributes, mostCounted) * shortestAttribute) {}
 
-    static constexpr std::size_t shortestAttribute = 5; ///< ` a=""`
-
     [[nodiscard]] std::size_t depth() const noexcept { return depth_; }
     [[nodiscard]] std::size_t attributes() const noexcept { return attributes_; }
     [[nodiscard]] std::size_t nameLength() const noexcept { return nameLength_; }
@@ -26,13 +24,18 @@ public:
     [[nodiscard]] bool allowsName(std::string_view name) const noexcept {
         return name.size() <= nameLength_ || isShort(name);
     }
-    /// Whether a tag of known names may begin an element inside of `depth` others. A longer one
-    /// than has to be counted is for somebody who does.
+    /// Whether a tag of so many bytes has no more attributes than it may. A longer one than has to
+    /// be counted is for somebody who does.
+    [[nodiscard]] bool allowsTag(std::ptrdiff_t length) const noexcept {
+        return static_cast<std::size_t>(length) <= shortTag_;
+    }
+    /// The same, and whether it may begin an element inside of `depth` others.
     [[nodiscard]] bool allowsKnownTag(std::size_t depth, std::ptrdiff_t length) const noexcept {
-        return depth < depth_ && static_cast<std::size_t>(length) <= shortTag_;
+        return depth < depth_ && allowsTag(length);
     }
 
 private:
+    static constexpr std::size_t shortestAttribute = 5; // ` a=""`
     static constexpr std::size_t mostCounted =
         std::numeric_limits<std::size_t>::max() / shortestAttribute;
 

@@ -59,6 +59,9 @@ public:
     [[nodiscard]] std::string_view innermost() const noexcept { return elements_.innermost(); }
     [[nodiscard]] TagRules& tags() noexcept { return tags_; }
     [[nodiscard]] EntityRules& entities() noexcept { return entities_; }
+    [[nodiscard]] const LimitRules& limits() const noexcept { return limits_; }
+    /// How many elements are open.
+    [[nodiscard]] std::size_t depth() const noexcept { return elements_.depth(); }
 
 private:
     void begin();

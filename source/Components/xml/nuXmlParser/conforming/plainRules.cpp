@@ -123,21 +123,19 @@ void PlainRules::abandonStartTag() noexcept {
 /// and where much waits to go out that comes first.
 bool PlainRules::findDefaults(std::ptrdiff_t tagLength) {
     std::size_t cost = 0;
-    const bool canAdd =
-        declared_->hasNames &&
-        declared_->forEachMissing(shared_.memory.checks.number(), [&](const auto& missing) {
-            defaults_.push_back(missing.attribute);
-            cost += missing.attribute->cost();
-            const Name& name = *missing.name;
-            return !name.isDeclaration &&
-                   (name.prefixLength == 0 || shared_.memory.checks.addPrefixed(*missing.name));
-        });
-    const auto longest =
-        tagLength + static_cast<std::ptrdiff_t>(defaults_.size() * LimitRules::shortestAttribute);
-    return canAdd && (defaults_.empty() ||
-                      (shared_.output.text().size() < mostOutput &&
-                       shared_.limits.allowsKnownTag(shared_.elements.depth(), longest) &&
-                       shared_.entities.spendIfAllowed(cost, less_)));
+    std::ptrdiff_t written = 0;
+    const auto find = [&](const DeclaredTag<Name>::Default& missing) {
+        defaults_.push_back(missing.attribute);
+        cost += missing.attribute->cost();
+        written += static_cast<std::ptrdiff_t>(missing.attribute->text().size());
+        Name& name = *missing.name;
+        return !name.isDeclaration &&
+               (name.prefixLength == 0 || shared_.memory.checks.addPrefixed(name));
+    };
+    return declared_->hasNames && declared_->forEachMissing(shared_.memory.checks.number(), find) &&
+           (cost == 0 || (shared_.output.text().size() < mostOutput &&
+                          shared_.limits.allowsTag(tagLength + written) &&
+                          shared_.entities.spendIfAllowed(cost, less_)));
 }
 
 /// Where the tag has white space before its end they stand before it.

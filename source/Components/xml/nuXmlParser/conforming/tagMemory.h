@@ -23,6 +23,9 @@ struct TagMemory {
 
     /// What is declared for an element; null without anything.
     [[nodiscard]] ElementDeclaration* declarationOf(std::string_view element) {
+        if (declarations.empty()) {
+            return nullptr;
+        }
         const auto found = declarations.find(element);
         return found == declarations.end() ? nullptr : &found->second;
     }
