@@ -45,7 +45,9 @@ public:
     void read(std::string_view bytes, PassedBytes& passed, ConformingSupply& stage) {
         stage_ = &stage;
         depthLeft_ = stage.limits().depth() - stage.depth();
+        constexpr std::size_t usualDepth = 16;
         elements_.clear();
+        elements_.reserve(usualDepth);
         declarations_.clear();
         // What ends with the text that shows goes on with more of it.
         for (; !bytes.empty(); bytes = stage.moreFrom(passed.end)) {

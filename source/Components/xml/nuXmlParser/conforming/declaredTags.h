@@ -2,7 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
+#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -61,16 +61,16 @@ public:
             (declaration->defaults().empty() && !declaration->hasTokens())) {
             return 0;
         }
-        tags_.push_back({declaration});
+        tags_.push_back(std::make_unique<DeclaredTag<Name>>(DeclaredTag<Name>{declaration}));
         return static_cast<std::uint32_t>(tags_.size());
     }
     [[nodiscard]] DeclaredTag<Name>* find(std::uint32_t number) noexcept {
-        return number == 0 ? nullptr : &tags_[number - 1];
+        return number == 0 ? nullptr : tags_[number - 1].get();
     }
     void clear() noexcept { tags_.clear(); }
 
 private:
-    std::deque<DeclaredTag<Name>> tags_; ///< which stay where they are
+    std::vector<std::unique_ptr<DeclaredTag<Name>>> tags_; ///< which stay where they are
 };
 
 } // namespace nu
