@@ -80,6 +80,13 @@ TEST(Component, NamesAreUniqueForOneOwner) {
     EXPECT_EQ(owner.FindComponent(u"case"), nullptr);
     EXPECT_THROW(first.InsertComponent(owner), host::Exception);
     EXPECT_THROW(owner.InsertComponent(owner), host::Exception);
+    // Whoever comes from another owner takes the name along.
+    foreign.SetName(u"Moved");
+    owner.InsertComponent(foreign);
+    owner.InsertComponent(foreign);
+    EXPECT_EQ(owner.FindComponent(u"moved"), &foreign);
+    EXPECT_EQ(other.FindComponent(u"moved"), nullptr);
+    EXPECT_EQ(owner.Components().size(), 3U);
 }
 
 TEST(Component, ControlsStandInParentsWithoutBelongingToThem) {
@@ -91,7 +98,11 @@ TEST(Component, ControlsStandInParentsWithoutBelongingToThem) {
     label.SetParent(&panel);
     EXPECT_THROW(panel.SetParent(&button), host::Exception);
     EXPECT_THROW(panel.SetParent(&panel), host::Exception);
+    button.SetParent(&label);
+    button.SetParent(&label);
+    EXPECT_EQ(panel.Controls().size(), 1U);
     delete &button;
+    EXPECT_TRUE(label.Controls().empty());
     ASSERT_EQ(panel.Controls().size(), 1U);
     EXPECT_EQ(panel.Controls()[0], &label);
     delete &panel;

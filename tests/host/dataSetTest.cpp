@@ -52,8 +52,8 @@ TEST(CsvDataSet, TextComesBackAndIsWrittenInOneForm) {
         CsvDataSet table;
         table.LoadText(expected.text);
         EXPECT_EQ(saved(table), expected.written) << expected.text;
-        CsvDataSet again;
-        again.LoadText(expected.written);
+        host::TMemoryStream stream(expected.written);
+        CsvDataSet again(stream);
         EXPECT_EQ(saved(again), expected.written);
     }
     CsvDataSet table;

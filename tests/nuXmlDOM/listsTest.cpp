@@ -243,4 +243,65 @@ TEST(Lists, changeTheTreeThatTheyShow) {
     }
 }
 
+// More than are compared one by one: by name, by namespace and from a list that stands for itself,
+// against going over them, while they come and go.
+TEST(Lists, findAmongManyAttributes) {
+    support::Random random(3);
+    const auto document = TNuDOMDocument::Create();
+    TNuDOMElement& root = document->CreateRootNode(u"r");
+    const char16_t* const prefixes[] = {u"", u"p:", u"q:"};
+    root.setAttribute(u"xmlns:p", u"u");
+    root.setAttribute(u"xmlns:q", u"v");
+    const auto name = [&] {
+        const std::size_t number = random(60);
+        return prefixes[random(3)] + std::u16string(1, static_cast<char16_t>(u'A' + number));
+    };
+    for (int step = 0; step < 4000; ++step) {
+        const std::u16string changed = name();
+        random(3) == 0 ? root.removeAttribute(changed) : root.setAttribute(changed, 1);
+        const auto snapshot = TNuDOMAttrList::Create(&root, document.get(), false);
+        for (TNuDOMAttribute& attribute : root.Attributes()) {
+            snapshot->Add(attribute);
+        }
+        const std::u16string sought = name();
+        const std::u16string local = sought.substr(sought.find(u':') + 1);
+        const char16_t* const uri = sought.size() == 1 ? u"" : sought[0] == u'p' ? u"u" : u"v";
+        TNuDOMAttribute* byName = nullptr;
+        TNuDOMAttribute* byUri = nullptr;
+        for (TNuDOMAttribute& attribute : root.Attributes()) {
+            byName = attribute.get_nodeName() == sought ? &attribute : byName;
+            // A declaration of the prefix has its name, and no namespace.
+            const bool isFirst = byUri == nullptr && attribute.get_localName() == local;
+            byUri = isFirst && attribute.get_namespaceURI() == uri ? &attribute : byUri;
+        }
+        ASSERT_EQ(root.getAttributeNode(sought), byName);
+        ASSERT_EQ(root.getAttributeNodeNS(uri, local), byUri);
+        ASSERT_EQ(snapshot->getNamedItem(sought), byName);
+        ASSERT_EQ(snapshot->getNamedItemNS(uri, local), byUri);
+    }
+}
+
+TEST(Lists, tellPlacesInAnyOrder) {
+    support::Random random(4);
+    const auto document = TNuDOMDocument::Create();
+    TNuDOMElement& root = document->CreateRootNode(u"r");
+    Nodes nodes;
+    for (int step = 0; step < 20000; ++step) {
+        const std::size_t place = random(nodes.size() + 1);
+        if (nodes.size() < 300 || random(40) == 0) {
+            TNuDOMNode* reference = place < nodes.size() ? nodes[place] : nullptr;
+            nodes.insert(
+                nodes.begin() + static_cast<std::ptrdiff_t>(place),
+                &root.InsertElement(u"e", reference != nullptr ? rdpBefore : rdpLast, reference));
+        } else if (place < nodes.size() && random(40) == 0) {
+            nodes[place]->_delete();
+            nodes.erase(nodes.begin() + static_cast<std::ptrdiff_t>(place));
+        } else if (place < nodes.size()) {
+            ASSERT_EQ(root.get_childNodes().IndexOf(*nodes[place]),
+                      static_cast<std::ptrdiff_t>(place));
+        }
+    }
+    ASSERT_EQ(nodesOf(root.get_childNodes()), nodes);
+}
+
 } // namespace
