@@ -118,11 +118,17 @@ void StepSearch::match(TNuDOMNode& context, PathNodes& found) {
     } else if (step_.test == PathTest::EveryElement) {
         matchByParents(context, found, [](auto& node) { return is<TNuDOMElement>(node); });
     } else {
-        for (TNuDOMNode* node = &context; node != nullptr;
-             node = nextElement(*node, context, visits_)) {
-            matchHere(*node, found);
-        }
+        matchAtEach(context, found);
     }
+}
+
+/// Finds what the step gives from `context` and from each element below it.
+void StepSearch::matchAtEach(TNuDOMNode& context, PathNodes& found) {
+    std::uint64_t visits = 0;
+    for (TNuDOMNode* node = &context; node != nullptr; node = nextElement(*node, context, visits)) {
+        matchHere(*node, found);
+    }
+    visits_ += visits;
 }
 
 /// Finds the nodes of a name below `context`.

@@ -58,6 +58,7 @@ private:
     template <class Test> void matchBelowNamed(TNuDOMNode& context, PathNodes& found, Test&& test);
     template <class Test> bool matchInTreeOrder(TNuDOMNode& context, PathNodes& found, Test&& test);
     template <class Test> void matchByParents(TNuDOMNode& context, PathNodes& found, Test&& test);
+    void matchAtEach(TNuDOMNode& context, PathNodes& found);
     void matchHere(TNuDOMNode& context, PathNodes& found);
     void addAttributes(TNuDOMNode& context, PathNodes& found);
     [[nodiscard]] bool isKept(TNuDOMNode& node) const;
