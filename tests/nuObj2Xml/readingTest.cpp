@@ -227,6 +227,7 @@ TEST(Reading, saysWhatIsWrongAndWhere) {
     host::UnregisterClass(host::classOf<Stranger>);
     host::UnregisterClass(host::classOf<Rigid>);
     EXPECT_EQ(read(u"<D type=\"a:TPersistent\"/>"), drawing(u""));
+    EXPECT_EQ(read(u"\u0100noise<D/>"), drawing(u""));
     EXPECT_EQ(read(u"<D type=\"tns:TShape\"/>"), u"The given object does not inherit from TShape!");
     EXPECT_EQ(read(u""), u"The text holds no element!");
     Drawing half;

@@ -69,7 +69,11 @@ void DirectObjects::read(std::string_view bytes, PassedBytes& passed, const Read
     lookAround();
     events_.guarded([&] {
         const WithoutPlaces withoutPlaces(builder_);
-        markup::PlainContent(*this).read(bytes, passed);
+        if (scopes.stage != nullptr) {
+            checked_.read(bytes, passed, *scopes.stage);
+        } else {
+            markup::PlainContent(*this).read(bytes, passed);
+        }
         settle();
     });
 }

@@ -8,6 +8,7 @@
 
 #include "nuObj2Xml/objectBuilder.h"
 #include "nuXmlParser/markup/plainContent.h"
+#include "nuXmlSax/checkedContent.h"
 #include "nuXmlSax/directContent.h"
 #include "nuXmlSax/scopedName.h"
 
@@ -23,14 +24,17 @@ public:
     DirectObjects(ObjectEvents& events, ObjectBuilder& builder);
 
     void read(std::string_view bytes, PassedBytes& passed, const ReaderScopes& scopes) override;
+    /// What was read before a fault stays in the objects.
+    [[nodiscard]] BeforeChecked beforeChecked() const override { return BeforeChecked::Everything; }
 
 private:
     friend class markup::PlainContent<DirectObjects>;
+    friend class CheckedContent<DirectObjects>;
 
     /// What an attribute of a name says.
     enum class Word : std::uint8_t { None, Type, Nil, Namespace, Space };
 
-    struct Name : ScopedName {
+    struct Name : ScopedName, CheckedName {
         Name(std::string_view bytes, std::uint64_t hash, std::u16string_view units,
              TNuSaxNamespaceList& namespaces, bool isExact);
 
@@ -68,6 +72,7 @@ private:
     bool endStartTag(bool isEmptyElement, const char* /*end*/);
     void endEmptyElement() noexcept { closeScopes(); }
     bool endElement(bool isInnermost, const char* /*end*/);
+    bool endOuterElement(std::string_view /*name*/) { return endElement(true, nullptr); }
     bool addText(std::string_view text, const markup::PassedKinds& kinds);
     static constexpr bool addComment(std::string_view /*text*/, bool /*isAscii*/) noexcept {
         return true;
@@ -117,6 +122,7 @@ private:
     NuXmlString text_;           ///< the same with references replaced
     bool hasText_ = false;
     bool isReplaced_ = false;
+    CheckedContent<DirectObjects> checked_{*this};
 };
 
 } // namespace nu

@@ -141,7 +141,7 @@ public:
     }
 
 protected:
-    Target open(const nu::ElementStart& /*element*/, std::size_t /*depth*/) override {
+    Target open(const nu::StartedElement& /*element*/, std::size_t /*depth*/) override {
         return {object_, nullptr, false};
     }
 
@@ -165,7 +165,7 @@ public:
     std::unique_ptr<host::TComponent> made;
 
 private:
-    Target open(const nu::ElementStart& element, std::size_t /*depth*/) override {
+    Target open(const nu::StartedElement& element, std::size_t /*depth*/) override {
         if (element.className.empty()) {
             throw host::Exception(nu::messages::noClass);
         }

@@ -23,7 +23,7 @@ ObjectBuilder::ObjectBuilder(TNuDeserializeOptions options) noexcept : options_(
 ObjectBuilder::~ObjectBuilder() = default;
 
 void ObjectBuilder::begin(host::Instance object, TNuSerializer* serializer, bool isNew,
-                          const ElementStart& element) {
+                          const StartedElement& element) {
     if (!element.className.empty() && !isRelated(element.className, *object.info)) {
         throw host::Exception(host::formatMessage(messages::doesNotInherit, {element.className}));
     }
@@ -32,7 +32,7 @@ void ObjectBuilder::begin(host::Instance object, TNuSerializer* serializer, bool
     startObject(frame, object, serializer);
 }
 
-void ObjectBuilder::startElement(const ElementStart& element) {
+void ObjectBuilder::startElement(const StartedElement& element) {
     Frame& frame = *frames_[depth_ - 1];
     switch (frame.kind) {
     case Frame::Kind::Object:
@@ -185,7 +185,7 @@ void ObjectBuilder::pop() noexcept {
 void ObjectBuilder::skip(std::u16string_view name) { push(name); }
 
 /// Passes over an element that stands for nothing; `message` is for who is strict.
-void ObjectBuilder::skipUnknown(std::u16string_view message, const ElementStart& element,
+void ObjectBuilder::skipUnknown(std::u16string_view message, const StartedElement& element,
                                 std::u16string_view className) {
     if (isStrict()) {
         fail(host::formatMessage(message, {element.name, className}));

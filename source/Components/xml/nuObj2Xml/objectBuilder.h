@@ -16,7 +16,7 @@
 namespace nu {
 
 /// What a start tag tells. Valid during the call that passes it.
-struct ElementStart {
+struct StartedElement {
     std::u16string_view name;      ///< Without a prefix.
     std::u16string_view className; ///< Of the type attribute, without a prefix; empty without one.
     bool isNil = false;
@@ -48,9 +48,9 @@ public:
     /// registered. `isNew` tells that nobody else has seen the object: what is missing gets its
     /// default. Throws host::Exception when the element's class and the object's are not related.
     void begin(host::Instance object, TNuSerializer* serializer, bool isNew,
-               const ElementStart& element);
+               const StartedElement& element);
     /// An element inside of it.
-    void startElement(const ElementStart& element);
+    void startElement(const StartedElement& element);
     /// A run of text. In a CDATA section nothing is a reference.
     void characters(std::u16string_view text, bool isCData);
     /// All the text so far of the value that began just now, without references. What `text` holds
@@ -93,19 +93,21 @@ private:
     Frame& pushLasting(std::u16string_view name, std::size_t index = 0);
     void pop() noexcept;
     void skip(std::u16string_view name);
-    void skipUnknown(std::u16string_view message, const ElementStart& element,
+    void skipUnknown(std::u16string_view message, const StartedElement& element,
                      std::u16string_view className);
 
-    void startInObject(Frame& frame, const ElementStart& element);
-    void startInItems(Frame& frame, const ElementStart& element);
-    void startInList(Frame& frame, const ElementStart& element);
-    void startInMap(Frame& frame, const ElementStart& element);
-    void startInMapItem(Frame& frame, const ElementStart& element);
-    bool startItem(Frame& frame, const ElementStart& element, std::u16string_view itemsElement);
-    void startProperty(Frame& frame, const host::TPropInfo& property, const ElementStart& element);
-    void startReadOnly(Frame& frame, const host::TPropInfo& property, const ElementStart& element);
-    void startValue(Frame& frame, host::ValueRef target, const ElementStart& element);
-    void startSlot(Frame& frame, host::ValueRef target, const ElementStart& element);
+    void startInObject(Frame& frame, const StartedElement& element);
+    void startInItems(Frame& frame, const StartedElement& element);
+    void startInList(Frame& frame, const StartedElement& element);
+    void startInMap(Frame& frame, const StartedElement& element);
+    void startInMapItem(Frame& frame, const StartedElement& element);
+    bool startItem(Frame& frame, const StartedElement& element, std::u16string_view itemsElement);
+    void startProperty(Frame& frame, const host::TPropInfo& property,
+                       const StartedElement& element);
+    void startReadOnly(Frame& frame, const host::TPropInfo& property,
+                       const StartedElement& element);
+    void startValue(Frame& frame, host::ValueRef target, const StartedElement& element);
+    void startSlot(Frame& frame, host::ValueRef target, const StartedElement& element);
     void startObject(Frame& frame, host::Instance object, TNuSerializer* serializer);
 
     const host::TPropInfo* findProperty(Frame& frame, std::u16string_view name);

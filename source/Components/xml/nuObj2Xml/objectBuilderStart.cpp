@@ -24,7 +24,7 @@ using host::TPropInfo;
 using host::ValueKind;
 using host::ValueRef;
 
-void ObjectBuilder::startInObject(Frame& frame, const ElementStart& element) {
+void ObjectBuilder::startInObject(Frame& frame, const StartedElement& element) {
     if (const TPropInfo* const property = findProperty(frame, element.name)) {
         startProperty(frame, *property, element);
         return;
@@ -48,14 +48,14 @@ void ObjectBuilder::startInObject(Frame& frame, const ElementStart& element) {
     skipUnknown(messages::noProperty, element, frame.object.info->name);
 }
 
-void ObjectBuilder::startInItems(Frame& frame, const ElementStart& element) {
+void ObjectBuilder::startInItems(Frame& frame, const StartedElement& element) {
     if (!startItem(frame, element, frame.name)) {
         skipUnknown(messages::noPlace, element, {});
     }
 }
 
 /// Reads an element as an item if the serializer takes it as one.
-bool ObjectBuilder::startItem(Frame& frame, const ElementStart& element,
+bool ObjectBuilder::startItem(Frame& frame, const StartedElement& element,
                               std::u16string_view itemsElement) {
     const TNuSerializerItem item =
         frame.serializer->ItemToRead({element.name, element.className, itemsElement});
@@ -71,7 +71,7 @@ bool ObjectBuilder::startItem(Frame& frame, const ElementStart& element,
     return true;
 }
 
-void ObjectBuilder::startInList(Frame& frame, const ElementStart& element) {
+void ObjectBuilder::startInList(Frame& frame, const StartedElement& element) {
     if (element.name != itemName) {
         skipUnknown(messages::noPlace, element, {});
         return;
@@ -96,7 +96,7 @@ void ObjectBuilder::startInList(Frame& frame, const ElementStart& element) {
     startValue(inside, {place, frame.target.type->element}, element);
 }
 
-void ObjectBuilder::startInMap(Frame& frame, const ElementStart& element) {
+void ObjectBuilder::startInMap(Frame& frame, const StartedElement& element) {
     if (element.name != itemName) {
         skipUnknown(messages::noPlace, element, {});
         return;
@@ -110,7 +110,7 @@ void ObjectBuilder::startInMap(Frame& frame, const ElementStart& element) {
 }
 
 /// Only a key that has been read tells where the value goes.
-void ObjectBuilder::startInMapItem(Frame& frame, const ElementStart& element) {
+void ObjectBuilder::startInMapItem(Frame& frame, const StartedElement& element) {
     const host::ValueType& type = *frame.target.type;
     if (element.name == keyName && frame.count == 0) {
         frame.count = 1;
@@ -153,7 +153,7 @@ const TPropInfo* ObjectBuilder::findProperty(Frame& frame, std::u16string_view n
 }
 
 void ObjectBuilder::startProperty(Frame& frame, const TPropInfo& property,
-                                  const ElementStart& element) {
+                                  const StartedElement& element) {
     void* const self = frame.object.object;
     const host::ValueType& type = *property.type;
     if (!property.isWritable()) {
@@ -179,7 +179,7 @@ void ObjectBuilder::startProperty(Frame& frame, const TPropInfo& property,
 
 /// Values are passed over; an object is read where it is.
 void ObjectBuilder::startReadOnly(Frame& frame, const TPropInfo& property,
-                                  const ElementStart& element) {
+                                  const StartedElement& element) {
     const host::ValueType& type = *property.type;
     if (type.kind == ValueKind::Object || type.kind == ValueKind::Slot) {
         const host::PropertyValue value(property, frame.object.object);
@@ -198,7 +198,7 @@ void ObjectBuilder::startReadOnly(Frame& frame, const TPropInfo& property,
 }
 
 /// Makes the frame that of a value of any type.
-void ObjectBuilder::startValue(Frame& frame, ValueRef target, const ElementStart& element) {
+void ObjectBuilder::startValue(Frame& frame, ValueRef target, const StartedElement& element) {
     frame.target = target;
     if (element.isNil && !isTextKind(target.type->kind)) {
         makeNil(frame, target);
@@ -277,7 +277,7 @@ void ObjectBuilder::makeNil(Frame& frame, ValueRef target) {
     }
 }
 
-void ObjectBuilder::startSlot(Frame& frame, ValueRef target, const ElementStart& element) {
+void ObjectBuilder::startSlot(Frame& frame, ValueRef target, const StartedElement& element) {
     const host::SlotOperations& slot = *target.type->slot;
     const Instance present = slot.get(target.value);
     const bool canChange = target.type->kind == ValueKind::Slot;

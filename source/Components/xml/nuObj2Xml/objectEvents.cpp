@@ -106,7 +106,7 @@ void ObjectEvents::setDocumentLocator(host::ILocator& locator) {
 // Elements
 
 /// Inside of an object, or perhaps an object.
-void ObjectEvents::begin(const ElementStart& element) {
+void ObjectEvents::begin(const StartedElement& element) {
     if (builder_.isOpen()) {
         builder_.startElement(element);
         return;
@@ -133,10 +133,10 @@ void ObjectEvents::end(TNuDOMElement* tree) {
 }
 
 /// What the attributes say of type and value. The list is that of the reader, which is ours.
-ElementStart ObjectEvents::startOf(std::u16string_view localName,
-                                   host::IBufferedAttributes& attributes) {
+StartedElement ObjectEvents::startOf(std::u16string_view localName,
+                                     host::IBufferedAttributes& attributes) {
     // A name that begins with a colon, as an empty prefix leaves it, has none for the reader.
-    ElementStart element{localName.substr(localName.rfind(cNuColon) + 1), {}, false};
+    StartedElement element{localName.substr(localName.rfind(cNuColon) + 1), {}, false};
     int typeCertainty = 0;
     int nilCertainty = 0;
     for (const TNuSAXAttribute& attribute : static_cast<TNuSAXAttributes&>(attributes).all()) {

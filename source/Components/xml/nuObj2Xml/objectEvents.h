@@ -61,7 +61,7 @@ protected:
     };
     /// Asked for every element outside of objects, which is the `depth`-th from the outermost on:
     /// the object that it is, or none.
-    virtual Target open(const ElementStart& element, std::size_t depth) = 0;
+    virtual Target open(const StartedElement& element, std::size_t depth) = 0;
     /// An object was read. Throw ENuSaxHandledAbort to read no more.
     virtual void close(host::Instance object) = 0;
     /// An element outside of objects ends; `depth` is what open was told.
@@ -85,10 +85,10 @@ private:
             throw;
         }
     }
-    void begin(const ElementStart& element);
+    void begin(const StartedElement& element);
     void end(TNuDOMElement* tree);
-    [[nodiscard]] ElementStart startOf(std::u16string_view localName,
-                                       host::IBufferedAttributes& attributes);
+    [[nodiscard]] StartedElement startOf(std::u16string_view localName,
+                                         host::IBufferedAttributes& attributes);
     void startTree();
     std::unique_ptr<Tree> endTree();
     template <class Operation> void tellTrees(Operation operation);

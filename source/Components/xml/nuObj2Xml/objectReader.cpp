@@ -38,7 +38,7 @@ public:
     [[nodiscard]] std::size_t count() const noexcept { return count_; }
 
 private:
-    Target open(const ElementStart& element, std::size_t depth) override {
+    Target open(const StartedElement& element, std::size_t depth) override {
         if (!isObject(element, depth)) {
             return {};
         }
@@ -59,7 +59,7 @@ private:
 
     /// Whether an element outside of objects is one. One name counts anywhere; of more each has to
     /// be at its depth.
-    bool isObject(const ElementStart& element, std::size_t depth) {
+    bool isObject(const StartedElement& element, std::size_t depth) {
         if (steps_.size() == 1) {
             return isSame(element.name, steps_[0]);
         }

@@ -122,7 +122,7 @@ public:
     [[nodiscard]] bool hasRead() const noexcept { return hasRead_; }
 
 private:
-    Target open(const nu::ElementStart& /*element*/, std::size_t /*depth*/) override {
+    Target open(const nu::StartedElement& /*element*/, std::size_t /*depth*/) override {
         return {object_, &serializer_, false};
     }
     void close(host::Instance /*object*/) override {

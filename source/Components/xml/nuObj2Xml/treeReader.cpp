@@ -20,7 +20,7 @@ public:
         }
     }
 
-    [[nodiscard]] ElementStart start() const noexcept {
+    [[nodiscard]] StartedElement start() const noexcept {
         const std::u16string_view type = type_.value;
         return {name_, type.substr(type.find(cNuColon) + 1), meansNil(nil_.value)};
     }

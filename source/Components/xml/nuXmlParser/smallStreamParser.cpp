@@ -278,13 +278,15 @@ bool TNuXmlSmallStreamParser::decodeMore() {
 
     // 3. More text.
     auto* units = reinterpret_cast<NuXmlChar*>(memory_.data());
-    const std::ptrdiff_t used = lastPtr_ + 1 - units - (isMoreMarked_ ? 1 : 0);
+    const std::ptrdiff_t last = lastPtr_ - units;
+    const std::ptrdiff_t used = last + 1 - (isMoreMarked_ ? 1 : 0);
     nu::expects(used > 0 && static_cast<std::size_t>(used) <= windowLength_);
     const std::size_t room = windowLength_ - static_cast<std::size_t>(used) - markRoom();
     lastPtr_ = units + used - 1 +
                decoder_.decode(units + used, std::min(room, std::max(kept, stepLength_)));
     markMore();
-    return true;
+    // The mark may have been replaced by the one character that was left.
+    return lastPtr_ - units > last;
 }
 
 /// Whether all that is left to decode, or that the supply gave, has room behind the text in the

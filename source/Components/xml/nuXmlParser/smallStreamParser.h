@@ -79,7 +79,8 @@ public:
     /// The text from the current character on stays in memory; pointers to it are good until more
     /// is decoded.
     void keepFromHere() noexcept { keep_ = currPtr_; }
-    /// Decodes more text, which moves what is kept. False when there is no more.
+    /// Decodes more text, which moves what is kept. False when nothing more stands behind what was
+    /// the last character.
     bool extendWindow() { return (decoder_.hasMore() || takeSupply()) && decodeMore(); }
     /// What ReadRawChar does to the counters for the character at `place`, whether it is a line
     /// feed or no control character.
@@ -94,6 +95,9 @@ public:
     nu::PassedBytes& startPassing(std::string_view bytes) noexcept;
     /// Delivers the character at the end of what was passed.
     void continueBehindPassed();
+    /// Decodes the tag whose "<" is all that is at hand of what a supply gives; false where it is
+    /// not.
+    bool extendByTag() { return isMoreMarked_ && readPtr_ == lastPtr_ && extendWindow(); }
     /// From now on decoding more moves nothing, so that places in the text stay good until
     /// continueBehindPassed.
     void stayInPlace();
@@ -122,11 +126,9 @@ private:
     /// Decodes more text behind `place`, which stays on its character.
     bool extendAt(PNuXmlChar& place) {
         const std::ptrdiff_t offset = place - keep_;
-        if (!extendWindow()) {
-            return false;
-        }
+        const bool isMore = extendWindow();
         place = keep_ + offset;
-        return true;
+        return isMore;
     }
     PNuXmlChar readBeyondControls();
     bool takeSupply();

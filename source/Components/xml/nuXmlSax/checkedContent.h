@@ -49,9 +49,13 @@ public:
         elements_.clear();
         elements_.reserve(usualDepth);
         declarations_.clear();
+        isRefused_ = false;
         // What ends with the text that shows goes on with more of it.
-        for (; !bytes.empty(); bytes = stage.moreFrom(passed.end)) {
-            markup::PlainContent(*this).read(bytes, passed);
+        while (!bytes.empty() && !isRefused_) {
+            markup::PlainContent content(*this);
+            content.read(bytes, passed);
+            bytes =
+                content.endsInText() ? stage.muchMoreFrom(passed.end) : stage.moreFrom(passed.end);
         }
         tellStage();
     }
@@ -83,9 +87,11 @@ private:
     [[nodiscard]] bool keepsSpace() const noexcept { return sink_.keepsSpace(); }
     [[nodiscard]] bool keepsInline() const noexcept { return sink_.keepsInline(); }
     bool addText(std::string_view text, const markup::PassedKinds& kinds) {
-        return sink_.addText(text, kinds);
+        return isTaken(sink_.addText(text, kinds));
     }
-    bool addComment(std::string_view text, bool isAscii) { return sink_.addComment(text, isAscii); }
+    bool addComment(std::string_view text, bool isAscii) {
+        return isTaken(sink_.addComment(text, isAscii));
+    }
     /// White space before the end of a tag without attributes.
     [[nodiscard]] static constexpr bool addNothing() noexcept { return false; }
 
@@ -103,7 +109,7 @@ private:
             hasTokens_ = declared_->declaration->hasTokens();
         }
         elements_.push_back({&name, less});
-        if (!sink_.startTag(name, less)) [[unlikely]] {
+        if (!isTaken(sink_.startTag(name, less))) [[unlikely]] {
             elements_.pop_back();
             return false;
         }
@@ -126,7 +132,7 @@ private:
             !checks_.addPrefixed(name)) [[unlikely]] {
             return false;
         }
-        return sink_.addAttribute(name, value, kinds);
+        return isTaken(sink_.addAttribute(name, value, kinds));
     }
     void abandonStartTag() {
         dropInnermost();
@@ -141,7 +147,7 @@ private:
             abandonStartTag();
             return false;
         }
-        if (!sink_.endStartTag(isEmptyElement, end)) [[unlikely]] {
+        if (!isTaken(sink_.endStartTag(isEmptyElement, end))) [[unlikely]] {
             dropInnermost();
             return false;
         }
@@ -155,20 +161,27 @@ private:
         if (elements_.empty()) [[unlikely]] {
             // The name as it stands in the text, which stays there.
             const std::size_t size = stage_->innermost().size();
-            if (!sink_.endOuterElement({end - size, size})) {
+            if (!isTaken(sink_.endOuterElement({end - size, size}))) {
                 return false;
             }
             stage_->closeElement();
             ++depthLeft_;
             return true;
         }
-        if (!sink_.endElement(isInnermost, end)) [[unlikely]] {
+        if (!isTaken(sink_.endElement(isInnermost, end))) [[unlikely]] {
             return false;
         }
         dropInnermost();
         return true;
     }
 
+    /// What the sink refuses is nothing that more text would help with, and it is asked but once.
+    [[nodiscard]] [[gnu::always_inline]] bool isTaken(bool isTakenBySink) noexcept {
+        if (!isTakenBySink) [[unlikely]] {
+            isRefused_ = true;
+        }
+        return isTakenBySink;
+    }
     /// Whether limits of the stage allow the tag at hand. A longer one than has to be counted is
     /// for somebody who does.
     [[nodiscard]] [[gnu::always_inline]] bool isWithinLimits(std::ptrdiff_t length) const noexcept {
@@ -232,6 +245,7 @@ private:
     Sink& sink_;
     ConformingSupply* stage_ = nullptr;
     std::size_t depthLeft_ = 0; ///< that limits of the stage allow inside of what it was told
+    bool isRefused_ = false;
     // Of the tag at hand.
     markup::TagChecks<Name> checks_;
     DeclaredTag<Name>* declared_ = nullptr;

@@ -9,8 +9,10 @@
 #include "nuXmlParser/conforming/conformingPass.h"
 #include "nuXmlParser/conforming/conformingStream.h"
 #include "nuXmlParser/conforming/conformingSupply.h"
+#include "nuXmlParser/conforming/streamText.h"
 #include "nuXmlParser/namespaceNames.h"
 #include "nuXmlParser/textMemory.h"
+#include "nuXmlSax/directContent.h"
 #include "nuXmlSax/plainEvents.h"
 #include "nuXmlSax/reader.h"
 
@@ -40,16 +42,6 @@ public:
 
     bool hasHeard = false;
 };
-
-/// What is left of a stream whose bytes lie in memory.
-std::string_view restInMemory(host::TStream& stream) {
-    const auto& memory = dynamic_cast<host::TCustomMemoryStream&>(stream);
-    const auto start = static_cast<std::size_t>(stream.GetPosition());
-    const auto size = static_cast<std::size_t>(stream.GetSize());
-    return start >= size ? std::string_view("")
-                         : std::string_view(reinterpret_cast<const char*>(memory.Memory()) + start,
-                                            size - start);
-}
 
 } // namespace
 
@@ -109,8 +101,25 @@ void TNuSAXXMLReader::parseInMemory(host::TStream& stream) {
 /// Checks a document in memory and reads it in the same pass. False, with nothing done, where that
 /// cannot be.
 bool TNuSAXXMLReader::parseInOnePass(host::TStream& stream) {
-    return (directContent_ != nullptr && takeInOnePass(stream)) ||
-           (directContent_ == nullptr && tellInOnePass(stream));
+    using nu::DirectContent;
+    // UTF-16 has to become UTF-8 first.
+    if (nu::isWideText(stream)) {
+        return false;
+    }
+    if (directContent_ != nullptr) {
+        switch (directContent_->beforeChecked()) {
+        case DirectContent::BeforeChecked::Nothing:
+            return false;
+        case DirectContent::BeforeChecked::Everything:
+            return readInOnePass(stream);
+        case DirectContent::BeforeChecked::Undoable:
+            if (takeInOnePass(stream)) {
+                return true;
+            }
+        }
+    }
+    // What was undone is told.
+    return directContent_ == nullptr && tellInOnePass(stream);
 }
 
 /// Tells events, up to a fault where there is one.
@@ -119,15 +128,30 @@ bool TNuSAXXMLReader::tellInOnePass(host::TStream& stream) {
     if (conforming_->onFault == cfPassOn) {
         return false;
     }
-    nu::ConformingSupply stage(restInMemory(stream), *conforming_);
+    nu::PlainEvents events(*this);
+    directContent_ = &events;
+    const auto endPass = [&] { directContent_ = nullptr; };
+    try {
+        const bool isRead = readInOnePass(stream);
+        endPass();
+        return isRead;
+    } catch (...) {
+        endPass();
+        throw;
+    }
+}
+
+/// Lets content be taken up to a fault, behind which all is told where faults are passed on.
+bool TNuSAXXMLReader::readInOnePass(host::TStream& stream) {
+    nu::ConformingSupply stage(*nu::restInMemory(stream), *conforming_);
     if (!stage.open()) {
         return false;
     }
-    nu::PlainEvents events(*this);
-    directContent_ = &events;
+    stage.onPassedFault = [this](const ENuXmlFault& fault) {
+        tellFault(fault, &host::IErrorHandler::error);
+    };
     stage_ = &stage;
     const auto endPass = [&] {
-        directContent_ = nullptr;
         stage_ = nullptr;
         sourceForm_ = stage.form();
     };
@@ -141,12 +165,9 @@ bool TNuSAXXMLReader::tellInOnePass(host::TStream& stream) {
     return true;
 }
 
-/// Lets a document be taken, if everything that was taken can be undone. Where anything is wrong it
-/// is, and what is wrong is told with the events.
+/// Lets a document be taken whose content can be undone. Where anything is wrong it is, and what is
+/// wrong is told with the events.
 bool TNuSAXXMLReader::takeInOnePass(host::TStream& stream) {
-    if (!directContent_->canUndo()) {
-        return false;
-    }
     // 1. Nobody hears of anything yet.
     const auto noticer = host::makeRef<FaultNoticer>();
     const host::Ref<host::IErrorHandler> heard = std::exchange(errorHandler_, noticer.get());
@@ -156,8 +177,10 @@ bool TNuSAXXMLReader::takeInOnePass(host::TStream& stream) {
         errorHandler_ = heard;
     };
     try {
-        // 2. The pass.
-        nu::ConformingSupply stage(restInMemory(stream), *conforming_);
+        // 2. The pass, up to a fault.
+        TNuConformingOptions options = *conforming_;
+        options.onFault = cfStop;
+        nu::ConformingSupply stage(*nu::restInMemory(stream), options);
         if (!stage.open()) {
             endPass();
             return false;

@@ -35,10 +35,15 @@ public:
     /// Where NULs stand at the end of the bytes there is no more text.
     virtual void read(std::string_view bytes, PassedBytes& passed, const ReaderScopes& scopes) = 0;
 
-    /// Whether everything that was taken and told since the parse began can be undone, so that a
-    /// document may be taken before it is known to be well-formed.
-    [[nodiscard]] virtual bool canUndo() const { return false; }
-    /// Does that: the parse begins anew, without this object.
+    /// What may be taken of a document before it is known to be well-formed.
+    enum class BeforeChecked : std::uint8_t {
+        Nothing,
+        Everything, ///< what came before a fault stays
+        Undoable    ///< the same if all of it can be undone
+    };
+    [[nodiscard]] virtual BeforeChecked beforeChecked() const { return BeforeChecked::Nothing; }
+    /// Undoes everything that was taken and told since the parse began, which begins anew without
+    /// this object.
     virtual void undo() {}
 
 protected:

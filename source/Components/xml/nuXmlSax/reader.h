@@ -182,6 +182,7 @@ private:
     NUXML_LOCAL bool parseInOnePass(host::TStream& stream);
     NUXML_LOCAL bool takeInOnePass(host::TStream& stream);
     NUXML_LOCAL bool tellInOnePass(host::TStream& stream);
+    NUXML_LOCAL bool readInOnePass(host::TStream& stream);
     NUXML_LOCAL bool parseWhole(host::TStream& stream);
     NUXML_LOCAL void parseInBlocks(host::TStream& stream);
     NUXML_LOCAL void enterStage();

@@ -80,7 +80,7 @@ template <class Source> void SaxScanner<Source>::scanContent() {
             if (!isDirect || reader_.stage_ != nullptr) {
                 scanPlainContent();
             }
-            if (needsMoreText() && (isDirect ? stayInPlace() : source_.extendWindow())) {
+            if (needsMoreText() && extendsText(isDirect)) {
                 continue;
             }
         }
@@ -128,13 +128,20 @@ template <class Source> void SaxScanner<Source>::readDirectly() {
     }
 }
 
-/// Where bytes are read directly the rest of the text is not decoded for a tag. False: there is
-/// nothing new to look at.
-template <class Source> bool SaxScanner<Source>::stayInPlace() {
+/// Makes the tag at hand whole; true where there is something new to look at. Where bytes are read
+/// directly the rest of the text is not decoded for a tag, and what a stage makes is not asked for
+/// beyond it: a fault would come before what stands in front of it.
+template <class Source> bool SaxScanner<Source>::extendsText(bool isDirect) {
     if constexpr (Source::hasBytesAtHand) {
-        source_.stayInPlace();
+        if (isDirect || reader_.stage_ != nullptr) {
+            const bool isMore = !isDirect && source_.extendByTag();
+            if (!isMore) {
+                source_.stayInPlace();
+            }
+            return isMore;
+        }
     }
-    return false;
+    return source_.extendWindow();
 }
 
 /// A tag that is not plain, or not all there, is scanned with the whole rest of the text at hand,

@@ -53,7 +53,7 @@ private:
     void scanMarkup();
     [[nodiscard]] bool readsDirectly() const noexcept;
     void readDirectly();
-    bool stayInPlace();
+    bool extendsText(bool isDirect);
     bool needsMoreText();
     void skipOutsideText();
     /// Whether white space between two places is kept because it has no line break.

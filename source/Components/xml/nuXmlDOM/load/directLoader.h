@@ -23,8 +23,9 @@ public:
     DirectLoader(TNuSaxToDomHandler& handler, TNuDOMDocument& document, bool isHeard);
 
     void read(std::string_view bytes, PassedBytes& passed, const ReaderScopes& scopes) override;
-    /// Where nothing was in the document before.
-    [[nodiscard]] bool canUndo() const override { return wasEmpty_; }
+    [[nodiscard]] BeforeChecked beforeChecked() const override {
+        return wasEmpty_ ? BeforeChecked::Undoable : BeforeChecked::Nothing;
+    }
     void undo() override;
 
 private:

@@ -4,8 +4,7 @@
 #include <limits>
 
 #include "common/codePage.h"
-#include "common/stringStream.h"
-#include "host/runtime/memoryStream.h"
+#include "nuXmlParser/conforming/streamText.h"
 #include "nuXmlParser/textDecoder.h"
 
 namespace nu {
@@ -15,29 +14,8 @@ namespace {
 constexpr std::string_view mark = "\xEF\xBB\xBF";
 constexpr std::size_t everything = std::numeric_limits<std::size_t>::max();
 
-/// What is left of a stream whose bytes lie in memory; nothing for any other.
-std::optional<std::string_view> restInMemory(host::TStream& stream) {
-    const auto* const memory = dynamic_cast<host::TCustomMemoryStream*>(&stream);
-    if (memory == nullptr) {
-        return std::nullopt;
-    }
-    const std::int64_t start = stream.GetPosition();
-    const std::int64_t size = std::max<std::int64_t>(stream.GetSize() - start, 0);
-    stream.Seek(0, host::SeekOrigin::End);
-    const auto* const bytes = reinterpret_cast<const char*>(memory->Memory());
-    return size == 0 ? std::string_view("")
-                     : std::string_view(bytes + start, static_cast<std::size_t>(size));
-}
-
 ByteSource byteSourceOf(std::optional<std::string_view> memory, host::TStream& stream) {
     return memory ? ByteSource(*memory) : ByteSource(stream, ConformingPass::blockSize);
-}
-
-/// A stream of text that is UTF-16 by its kind: what it declares was written for its bytes
-/// elsewhere.
-bool isWideText(host::TStream& stream) {
-    const auto* const text = dynamic_cast<const TNuStringStream*>(&stream);
-    return text != nullptr && text->StringType() == 2;
 }
 
 } // namespace
@@ -50,7 +28,10 @@ ConformingPass::ConformingPass(host::TStream& stream, const TNuConformingOptions
         options_.keepEncodingName = true;
     }
     const std::optional<std::string_view> memory = restInMemory(stream);
-    memory_ = memory.value_or(std::string_view());
+    if (memory) {
+        memory_ = *memory;
+        stream.Seek(0, host::SeekOrigin::End);
+    }
     source_ = SourceText(byteSourceOf(memory, stream));
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <string>
 
 namespace nu {
 
@@ -36,9 +37,13 @@ std::string_view ConformingSupply::next() {
     while (output_.text().empty() && !hasEnded_ && !failure_) {
         try {
             hasEnded_ = !run();
-        } catch (const ENuXmlFault&) {
-            failure_ = std::current_exception();
-            normaliser_->texts().write();
+        } catch (const ENuXmlFault& fault) {
+            if (options_.onFault == cfPassOn) {
+                passOn(fault);
+            } else {
+                failure_ = std::current_exception();
+                normaliser_->texts().write();
+            }
         }
     }
     if (output_.text().empty() && failure_) {
@@ -61,6 +66,23 @@ bool ConformingSupply::run() {
     return normaliser_->runBlock(blockSize);
 }
 
+/// Everything behind a fault comes at once: nobody knows where its tags end.
+void ConformingSupply::passOn(const ENuXmlFault& fault) {
+    TextStack& texts = normaliser_->texts();
+    texts.leaveAll();
+    std::string rest;
+    while (source_.passOn(texts.notWritten(), rest)) {
+    }
+    // To whom this is given a NUL is the end, which then comes behind the last character.
+    std::erase(rest, '\0');
+    output_.append(rest);
+    output_.append('\0');
+    hasEnded_ = true;
+    if (onPassedFault) {
+        onPassedFault(fault);
+    }
+}
+
 bool ConformingSupply::promisesMore() const noexcept { return !hasEnded_; }
 
 std::string_view ConformingSupply::textFrom(NuXmlChar last) const noexcept {
@@ -76,10 +98,23 @@ std::string_view ConformingSupply::textFrom(NuXmlChar last) const noexcept {
 }
 
 std::string_view ConformingSupply::moreFrom(const char* place) {
-    constexpr std::ptrdiff_t enough = 16 * 1024;
+    return showFrom(place, 16 * 1024);
+}
+
+std::string_view ConformingSupply::muchMoreFrom(const char* place) {
+    // What is looked at again as more of it shows is looked at little more than once in all.
+    constexpr std::ptrdiff_t growth = 8;
+    return showFrom(place, growth * (normaliser_->texts().end - place));
+}
+
+/// The text from a place on, if more than showed had to show for it to be that long.
+std::string_view ConformingSupply::showFrom(const char* place, std::ptrdiff_t enough) {
     TextStack& texts = normaliser_->texts();
-    return texts.end - place < enough && texts.showAhead() ? std::string_view(place, texts.end)
-                                                           : std::string_view();
+    bool isMore = false;
+    while (texts.end - place < enough && texts.showAhead()) {
+        isMore = true;
+    }
+    return isMore ? std::string_view(place, texts.end) : std::string_view();
 }
 
 void ConformingSupply::pass(const char* end) {

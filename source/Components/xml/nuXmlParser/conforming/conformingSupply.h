@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <exception>
+#include <functional>
 #include <optional>
 #include <string_view>
 
@@ -10,6 +11,7 @@
 #include "nuXmlParser/conforming/outputText.h"
 #include "nuXmlParser/conforming/sourceForm.h"
 #include "nuXmlParser/conforming/sourceText.h"
+#include "nuXmlParser/conforming/xmlFault.h"
 #include "nuXmlParser/textSupply.h"
 
 namespace nu {
@@ -25,6 +27,8 @@ public:
     /// To be called first. False, and this object of no use, where the text is not UTF-8. Throws
     /// ENuXmlFault.
     [[nodiscard]] bool open();
+    /// With cfPassOn, who is told of the fault.
+    std::function<void(const ENuXmlFault&)> onPassedFault;
     /// What is known of the source when all is read.
     [[nodiscard]] const TNuSourceForm& form();
 
@@ -37,6 +41,8 @@ public:
 
     /// More of the text from a place on than showed; empty where enough shows, or nothing more can.
     [[nodiscard]] std::string_view moreFrom(const char* place);
+    /// The same where what begins there does not end in what shows, however much that is.
+    [[nodiscard]] std::string_view muchMoreFrom(const char* place);
     /// What the document may ask for, and the elements that are told: how many there are.
     [[nodiscard]] const LimitRules& limits() const noexcept { return normaliser_->limits(); }
     [[nodiscard]] std::size_t depth() const noexcept { return normaliser_->depth(); }
@@ -66,6 +72,8 @@ private:
     static constexpr std::ptrdiff_t mostGain = 2048;
 
     [[nodiscard]] bool run();
+    void passOn(const ENuXmlFault& fault);
+    [[nodiscard]] std::string_view showFrom(const char* place, std::ptrdiff_t enough);
 
     TNuConformingOptions options_;
     SourceText source_;

@@ -68,6 +68,10 @@ public:
         }
     }
 
+    /// Whether text began where that stopped, and not one of its bytes is the end of it, or keeps
+    /// it from being plain.
+    [[nodiscard]] bool endsInText() const noexcept { return endsInText_; }
+
 private:
     /// False where that is not enough to read anything.
     bool setLimit(std::string_view bytes) noexcept {
@@ -127,6 +131,7 @@ private:
         if (isText || Sink::isXml) {
             // 3. Text. A ">" right behind a tag is none.
             end = findTextEnd(Sink::isXml ? start : solid, kinds);
+            endsInText_ = end == nullptr;
             if (end == nullptr || *end != cNuLtA || *start == cNuGtA) {
                 return nullptr;
             }
@@ -399,6 +404,7 @@ private:
     Sink& sink_;
     const char* limit_ = nullptr; ///< behind which nothing but the end of a text is looked for
     const char* end_ = nullptr;
+    bool endsInText_ = false;
 };
 
 } // namespace nu::markup
