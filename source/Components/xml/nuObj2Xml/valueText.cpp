@@ -18,6 +18,15 @@ namespace {
 
 using host::ValueKind;
 
+void appendNumbers(const std::vector<std::int32_t>& numbers, NuXmlString& text) {
+    for (const std::int32_t number : numbers) {
+        if (!text.empty()) {
+            text.push_back(cNuSpace);
+        }
+        host::NumberText(number).appendTo(text);
+    }
+}
+
 TNuDataType integerType(const host::ValueType& type) noexcept {
     switch (type.size) {
     case 1:
@@ -133,12 +142,7 @@ void ValueWriter<Unit>::write(const host::ValueType& type, const void* value) {
         break;
     case ValueKind::Int32Array:
         scratch_.clear();
-        for (const std::int32_t number : *static_cast<const std::vector<std::int32_t>*>(value)) {
-            if (!scratch_.empty()) {
-                scratch_.push_back(cNuSpace);
-            }
-            host::NumberText(number).appendTo(scratch_);
-        }
+        appendNumbers(*static_cast<const std::vector<std::int32_t>*>(value), scratch_);
         out_.appendWide(scratch_);
         break;
     case ValueKind::StringArray:
