@@ -374,6 +374,41 @@ TEST(Conforming, refusesEntitiesThatGrowWithoutBound) {
     }
 }
 
+TEST(Conforming, countsTheDefaultsOfEachTagOnce) {
+    // Tags that are first looked at as a whole beside others of the same length that never are.
+    const std::vector<std::pair<std::string, std::string>> tags = {
+        {"<b c=\"\"/>", "<b c=''/>"},
+        {"<b c=\"\"></b>", "<b c=''></b>"},
+        {"<b p:x=\"\" q:x=\"\"/>", "<b p:x='' q:x=''/>"},
+        {"<b xmlns=\"u\"/>", "<b xmlns='u'/>"},
+        {"<b xmlns:r=\"u\" r:x=\"\" p:x=\"\"/>", "<b xmlns:r='u' r:x='' p:x=''/>"},
+    };
+    TNuConformingOptions options;
+    options.amplification = 3;
+    options.amplificationFrom = 1000;
+    for (const auto& [asWhole, bySteps] : tags) {
+        const auto fault = [&options](const std::string& tag, auto&& read) {
+            std::string document =
+                subset("<!ATTLIST b d CDATA '" + std::string(200, 'x') + "'>",
+                       "<a xmlns:p=\"1\" xmlns:q=\"2\"><p:c x=\"\"/><q:c x=\"\"/>");
+            for (int count = 0; count < 500; ++count) {
+                document += "\n" + tag;
+            }
+            return read(document + "</a>", options);
+        };
+        const auto inTwoPasses = [](const auto& document, const auto& limited) {
+            return staged(document, limited);
+        };
+        const auto inOnePass = [](const auto& document, const auto& limited) {
+            const support::Outline outline = support::conformingOutline(document, limited);
+            return std::to_string(outline.faultLine) + ' ' + outline.fault;
+        };
+        EXPECT_EQ(fault(asWhole, inTwoPasses), fault(bySteps, inTwoPasses)) << asWhole;
+        EXPECT_EQ(fault(asWhole, inOnePass), fault(bySteps, inOnePass)) << asWhole;
+        EXPECT_NE(fault(asWhole, inOnePass).find("3 times"), std::string::npos) << asWhole;
+    }
+}
+
 #ifdef NUXML_HAS_EXPAT
 
 TEST(Conforming, tellsWhatExpatTells) {

@@ -151,6 +151,10 @@ private:
             dropInnermost();
             return false;
         }
+        if (declared_ != nullptr && defaultsCost_ != 0) [[unlikely]] {
+            // Not before: a tag that is refused is counted by the stage.
+            stage_->addDefaults(defaultsCost_, elements_.back().less);
+        }
         return true;
     }
     [[gnu::always_inline]] void endEmptyElement() {
@@ -201,18 +205,19 @@ private:
     /// the stage.
     [[gnu::noinline]] bool addDefaults(std::ptrdiff_t tagLength) {
         declared_->findNames([this](std::string_view name) { return sink_.find(name); });
-        std::size_t cost = 0;
+        defaultsCost_ = 0;
         std::ptrdiff_t written = 0;
         const auto addMissing = [&](const typename DeclaredTag<Name>::Default& missing) {
-            cost += missing.attribute->cost();
+            defaultsCost_ += missing.attribute->cost();
             written += static_cast<std::ptrdiff_t>(missing.attribute->text().size());
             return missing.name != nullptr && isPlain(missing.name->attributeForm, *missing.name) &&
                    addAttribute(*missing.name, missing.attribute->value(),
                                 missing.attribute->kinds());
         };
         return declared_->forEachMissing(checks_.number(), addMissing) &&
-               (cost == 0 || (stage_->limits().allowsTag(tagLength + written) &&
-                              stage_->allowsDefaults(cost, elements_.back().less)));
+               (defaultsCost_ == 0 ||
+                (stage_->limits().allowsTag(tagLength + written) &&
+                 stage_->allowsDefaults(defaultsCost_, elements_.back().less)));
     }
     /// Whether the attribute is a declaration that stands as it is.
     [[nodiscard]] bool declare(const Name& name, std::string_view uri,
@@ -249,7 +254,8 @@ private:
     // Of the tag at hand.
     markup::TagChecks<Name> checks_;
     DeclaredTag<Name>* declared_ = nullptr;
-    bool hasTokens_ = false; ///< values may have to be changed
+    bool hasTokens_ = false;       ///< values may have to be changed
+    std::size_t defaultsCost_ = 0; ///< of those that the tag lacks, where any are declared
     std::vector<Element>
         elements_; ///< those that were begun here and are open, and the tag at hand
     std::vector<Declaration> declarations_;

@@ -50,10 +50,13 @@ public:
     [[nodiscard]] ElementDeclaration* declarationOf(std::string_view element) {
         return normaliser_->tags().memory().declarationOf(element);
     }
-    /// Defaults of so many bytes are added to the tag at `less`, unless that is more than may come
-    /// out of the document.
+    /// Whether defaults of so many bytes may be added to the tag at `less`.
     [[nodiscard]] bool allowsDefaults(std::size_t cost, const char* less) {
-        return normaliser_->entities().spendIfAllowed(cost, less);
+        return normaliser_->entities().mayBeSpent(cost, less);
+    }
+    /// They were added, and may be.
+    void addDefaults(std::size_t cost, const char* less) {
+        normaliser_->entities().spend(cost, less);
     }
     /// The name of the innermost element of those that are told.
     [[nodiscard]] std::string_view innermost() const noexcept { return normaliser_->innermost(); }

@@ -81,23 +81,17 @@ void EntityRules::writeLeft(std::string_view name, std::string& text) const {
     }
 }
 
-bool EntityRules::isTooMuch(const char* at) const noexcept {
+bool EntityRules::mayBeSpent(std::size_t bytes, const char* at) const noexcept {
     const std::int64_t source = texts_.offsetOf(at);
-    return source + spent_ >= limit_.from && source + spent_ > limit_.factor * source;
-}
-
-bool EntityRules::spendIfAllowed(std::size_t bytes, const char* at) noexcept {
-    spent_ += static_cast<std::int64_t>(bytes);
-    const bool isAllowed = !isTooMuch(at);
-    spent_ -= isAllowed ? 0 : static_cast<std::int64_t>(bytes);
-    return isAllowed;
+    const std::int64_t all = source + spent_ + static_cast<std::int64_t>(bytes);
+    return all < limit_.from || all <= limit_.factor * source;
 }
 
 void EntityRules::spend(std::size_t bytes, const char* at) {
-    spent_ += static_cast<std::int64_t>(bytes);
-    if (isTooMuch(at)) {
+    if (!mayBeSpent(bytes, at)) {
         texts_.failWith(host::formatMessage(messages::entitiesTooLarge, {limit_.factor}), at);
     }
+    spent_ += static_cast<std::int64_t>(bytes);
 }
 
 void EntityRules::writeValue(std::string_view raw, bool isTokens, bool isUri, std::string& value) {

@@ -46,13 +46,10 @@ public:
 
     /// So much more has come out of entities and defaults.
     void spend(std::size_t bytes, const char* at);
-    /// The same where that is allowed; false, and nothing is spent, where it is too much.
-    [[nodiscard]] bool spendIfAllowed(std::size_t bytes, const char* at) noexcept;
+    /// Whether so much more may come out of them in the document up to that place.
+    [[nodiscard]] bool mayBeSpent(std::size_t bytes, const char* at) const noexcept;
 
 private:
-    /// Whether what was spent is too much for the document up to that place.
-    [[nodiscard]] bool isTooMuch(const char* at) const noexcept;
-
     struct Level {
         Entity* entity;
         const char* place;

@@ -106,6 +106,8 @@ void PlainRules::abandonStartTag() noexcept {
         return false;
     }
     if (!defaults_.empty()) [[unlikely]] {
+        // Not before: a tag that is refused is counted by the rules that go step by step.
+        shared_.entities.spend(defaultsCost_, less_);
         writeDefaults(end);
     }
     if (isEmptyElement) {
@@ -122,20 +124,20 @@ void PlainRules::abandonStartTag() noexcept {
 /// Whether what the tag lacks can be added to it. Declarations of namespaces are better looked at,
 /// and where much waits to go out that comes first.
 bool PlainRules::findDefaults(std::ptrdiff_t tagLength) {
-    std::size_t cost = 0;
+    defaultsCost_ = 0;
     std::ptrdiff_t written = 0;
     const auto find = [&](const DeclaredTag<Name>::Default& missing) {
         defaults_.push_back(missing.attribute);
-        cost += missing.attribute->cost();
+        defaultsCost_ += missing.attribute->cost();
         written += static_cast<std::ptrdiff_t>(missing.attribute->text().size());
         Name& name = *missing.name;
         return !name.isDeclaration &&
                (name.prefixLength == 0 || shared_.memory.checks.addPrefixed(name));
     };
     return declared_->hasNames && declared_->forEachMissing(shared_.memory.checks.number(), find) &&
-           (cost == 0 || (shared_.output.text().size() < mostOutput &&
-                          shared_.limits.allowsTag(tagLength + written) &&
-                          shared_.entities.spendIfAllowed(cost, less_)));
+           (defaults_.empty() || (shared_.output.text().size() < mostOutput &&
+                                  shared_.limits.allowsTag(tagLength + written) &&
+                                  shared_.entities.mayBeSpent(defaultsCost_, less_)));
 }
 
 /// Where the tag has white space before its end they stand before it.

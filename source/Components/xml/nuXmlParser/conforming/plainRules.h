@@ -87,6 +87,7 @@ private:
     DeclaredTag<Name>* declared_ = nullptr;
     bool hasTokens_ = false;                        ///< values may have to be changed
     std::vector<const AttributeDefault*> defaults_; ///< those that are not specified
+    std::size_t defaultsCost_ = 0;                  ///< of them, where there are any
 };
 
 } // namespace nu
