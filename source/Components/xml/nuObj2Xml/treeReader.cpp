@@ -1,6 +1,7 @@
 #include "nuObj2Xml/treeReader.h"
 
 #include "nuObj2Xml/instanceAttributes.h"
+#include "nuXmlDOM/core/document.h"
 
 namespace nu {
 
@@ -54,6 +55,19 @@ TNuDOMNode* takeLeaf(ObjectBuilder& builder, TNuDOMNode& node) {
     return NodeLinks::next(node);
 }
 
+/// Ends an element. A serializer that wants to see it gets a copy, to do with as it likes: the tree
+/// is still being walked.
+void endElement(ObjectBuilder& builder, const TNuDOMElement& element) {
+    if (!builder.wantsTree()) {
+        builder.endElement(nullptr);
+        return;
+    }
+    const auto document = TNuDOMDocument::Create();
+    const auto copy = document->CreateCopy(element);
+    document->appendChild(*copy);
+    builder.endElement(copy.get());
+}
+
 } // namespace
 
 void readElement(ObjectBuilder& builder, TNuDOMElement& element, host::Instance object,
@@ -69,7 +83,7 @@ void readElement(ObjectBuilder& builder, TNuDOMElement& element, host::Instance 
         } else if (next != nullptr) {
             next = takeLeaf(builder, *next);
         } else {
-            builder.endElement(builder.wantsTree() ? open : nullptr);
+            endElement(builder, *open);
             next = open != &element ? NodeLinks::next(*open) : nullptr;
             open = open != &element ? NodeLinks::parentElement(*open) : nullptr;
         }
