@@ -548,6 +548,8 @@ TEST(PathTest, ComplainsOfWhatNoPathCanMean) {
              Complaint{u"a[b or c]", u"the path language has no operator or"},
              Complaint{u"a|b", u"the path language wants a blank on each side of |"},
              Complaint{u"a / b", u"no name has a blank in it, as \"a \" has"},
+             Complaint{u"a[b[c]", u"Unterminated Filter!"},
+             Complaint{u"a[.b='x']", u"Invalid Path"},
          }) {
         EXPECT_EQ(TNuDOMPath(row.path).Complaint(), row.text) << NuToUtf8(row.path);
     }

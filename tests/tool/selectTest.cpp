@@ -162,8 +162,9 @@ const ShellCase failures[] = {
     {"nuxml select \"//book[contains(title,'x')]\" library.xml", 2, "",
      "nuxml: //book[contains(title,'x')]: the path language has no function contains(); see "
      "\"nuxml help select\"\n"},
-    {"nuxml select 'library[x' library.xml library.xml", 2, "",
-     "nuxml: library.xml: the path library[x: Unterminated Filter!\n"},
+    {"nuxml select 'none/library[x' library.xml; nuxml explain 'a['", 2, "",
+     "nuxml: none/library[x: Unterminated Filter!; see \"nuxml help select\"\n"
+     "nuxml: a[: Unterminated Filter!; see \"nuxml help explain\"\n"},
     {"nuxml select '//shelf[@id=1]' library.xml", 2, "",
      "nuxml: library.xml: the path //shelf[@id=1]: 'lit' is not a valid integer value\n"
      "nuxml: a filter compares text when its value stands in quotes: [@name='text']\n"},

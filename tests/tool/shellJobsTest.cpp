@@ -80,7 +80,7 @@ const Job jobs[] = {
      "  /e          0  elements \"e\" right below them; there is b\n"
      "  [1]         0  number 1 of them; behind \"//\" of all, else of each parent\n"
      "//b\n  //b         2  elements \"b\" anywhere\n",
-     "nuxml: tiny.xml: the path a/b[: Unterminated Filter!\n"},
+     "nuxml: a/b[: Unterminated Filter!; see \"nuxml help select\"\n"},
     {"missing file, no match",
      "nuxml select //x none.xml; echo $?; nuxml select --json //x tiny.xml",
      "xmlstarlet sel -t -v //x none.xml; echo $?; xmlstarlet sel -t -v //x tiny.xml", 1, "4\n[]\n",

@@ -32,8 +32,8 @@ public:
     [[nodiscard]] TNuDOMSelectOptions Options() const noexcept;
     /// What the path asks for and the path language does not have, in a few words ("the path
     /// language has no function contains()"); empty without such a thing. A selection takes it for
-    /// a name, or a value, that no node has, and finds nothing. Mistakes that throw are not told
-    /// here.
+    /// a name, or a value, that no node has, and finds nothing. Of a mistake, such as a bracket
+    /// that stays open, it is what a selection that gets there throws.
     [[nodiscard]] NuXmlString Complaint() const;
 
     /// \name Selecting from an element or a document

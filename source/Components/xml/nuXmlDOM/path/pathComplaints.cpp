@@ -6,7 +6,6 @@
 #include "common/caseFolding.h"
 #include "host/runtime/format.h"
 #include "nuXmlDOM/path/pathMessages.h"
-#include "nuXmlDOM/path/pathProgram.h"
 
 namespace nu {
 
@@ -85,6 +84,20 @@ NuXmlString complaintAboutComparison(std::u16string_view comparison) {
         return complaintAboutCall(literal);
     }
     return complaintAboutWords(literal);
+}
+
+std::u16string_view textOf(PathMistake mistake) noexcept {
+    switch (mistake) {
+    case PathMistake::None:
+        break;
+    case PathMistake::InvalidPath:
+        return messages::invalidPathStep;
+    case PathMistake::OpenQuote:
+        return messages::unterminatedFilterValue;
+    case PathMistake::OpenBracket:
+        return messages::unterminatedFilter;
+    }
+    return {};
 }
 
 NuXmlString complaintAboutWords(std::u16string_view text) {

@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "nuXmlDOM/path/pathProgram.h"
 #include "nuXmlParser/chars.h"
 
 /// \file
@@ -16,6 +17,8 @@ namespace nu {
 [[nodiscard]] NuXmlString complaintAboutName(std::u16string_view name);
 /// About "name operator literal" in a filter: operators and words that there are not.
 [[nodiscard]] NuXmlString complaintAboutComparison(std::u16string_view comparison);
+/// What a selection says that gets to a mistake.
+[[nodiscard]] std::u16string_view textOf(PathMistake mistake) noexcept;
 /// About "and" and "or" outside of quotes.
 [[nodiscard]] NuXmlString complaintAboutWords(std::u16string_view text);
 

@@ -137,7 +137,7 @@ struct PathProgram {
     std::u16string_view text;
     TNuDOMSelectOptions options;
     std::vector<PathAlternative> alternatives;
-    /// What the path asks for and no path can mean, so that it selects nothing; empty without that.
+    /// What the path asks for and no path can mean, or the first mistake in it; empty without that.
     NuXmlString complaint;
 };
 

@@ -141,7 +141,7 @@ public:
         for (std::size_t open = bracket; open != std::u16string_view::npos;) {
             const Brackets brackets = findClose(open);
             if (brackets.mistake != PathMistake::None) {
-                result.mistake = brackets.mistake;
+                fail(brackets.mistake, result);
                 return result;
             }
             const std::u16string_view filter = step_.substr(open, brackets.close + 1 - open);
@@ -183,6 +183,11 @@ private:
         return result;
     }
 
+    void fail(PathMistake mistake, PathStep& result) const {
+        result.mistake = mistake;
+        reader_.complain(NuXmlString(textOf(mistake)));
+    }
+
     void readTest(std::u16string_view test, PathStep& result) const {
         reader_.complain(complaintAboutTest(test));
         if (options_.has(soIgnoreNamespace)) {
@@ -194,7 +199,7 @@ private:
         } else if (test.starts_with(u'.')) {
             result.test = test.starts_with(u"..") ? PathTest::Parent : PathTest::Self;
             if (test != u"." && test != u"..") {
-                result.mistake = PathMistake::InvalidPath;
+                fail(PathMistake::InvalidPath, result);
             }
         } else if (test.empty() || test == u"*") {
             result.test = PathTest::EveryElement;

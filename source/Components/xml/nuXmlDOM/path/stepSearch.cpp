@@ -6,25 +6,13 @@
 #include "nuXmlDOM/core/nodeContext.h"
 #include "nuXmlDOM/core/nodeKinds.h"
 #include "nuXmlDOM/core/nodeLinks.h"
+#include "nuXmlDOM/path/pathComplaints.h"
 #include "nuXmlDOM/path/pathMessages.h"
 #include "nuXmlDOM/upkeep/documentParts.h"
 
 namespace nu {
 
 namespace {
-
-void failMistake(PathMistake mistake) {
-    switch (mistake) {
-    case PathMistake::None:
-        return;
-    case PathMistake::InvalidPath:
-        throw host::Exception(messages::invalidPathStep);
-    case PathMistake::OpenQuote:
-        throw host::Exception(messages::unterminatedFilterValue);
-    case PathMistake::OpenBracket:
-        throw host::Exception(messages::unterminatedFilter);
-    }
-}
 
 bool hasText(TNuDOMNode& child, std::uint64_t& visits) {
     auto* element = as<TNuDOMElement>(&child);
@@ -74,7 +62,9 @@ void StepSearch::find(TNuDOMNode& context, PathNodes& found) {
         settleVisits();
         return;
     }
-    failMistake(step_.mistake);
+    if (step_.mistake != PathMistake::None) {
+        throw host::Exception(textOf(step_.mistake));
+    }
     first_ = found.size();
     // 1. What the step matches, by its first filter if possible.
     match(context, found);
