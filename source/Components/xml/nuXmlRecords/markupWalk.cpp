@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <optional>
 #include <utility>
 
 #include "common/utf8.h"
@@ -199,7 +200,9 @@ void MarkupWalk::passSpecial(const char* less) {
     }
 }
 
+/// Goes behind the mark that ends the markup that it stands at, of which `place` is the content.
 void MarkupWalk::passBehind(const char* place, std::string_view mark) {
+    std::optional<SourcePlace> beginning; // which may be gone when there is no more
     for (;;) {
         const std::string_view rest(place, end_);
         const std::size_t found = rest.find(mark);
@@ -209,8 +212,11 @@ void MarkupWalk::passBehind(const char* place, std::string_view mark) {
         }
         // The beginning of the mark may stand at the end.
         place += rest.size() - std::min(rest.size(), mark.size() - 1);
+        if (!beginning) {
+            beginning = this->place();
+        }
         if (!readMore(place)) {
-            fail(messages::markupStaysOpen, place);
+            fail(messages::markupStaysOpen, *beginning);
         }
     }
 }
@@ -254,7 +260,10 @@ std::size_t MarkupWalk::takeUnchanged() noexcept {
 
 void MarkupWalk::fail(std::u16string_view what, const char* at) {
     place_ = at;
-    const SourcePlace where = place();
+    fail(what, place());
+}
+
+void MarkupWalk::fail(std::u16string_view what, const SourcePlace& where) {
     throw ENuXmlFault(host::formatMessage(messages::indexMarkup, {what}), where.line, where.column);
 }
 

@@ -52,6 +52,7 @@ private:
     void passDocumentType(const char* less);
     void keepTags(std::int64_t position);
     [[noreturn]] void fail(std::u16string_view what, const char* at);
+    [[noreturn]] static void fail(std::u16string_view what, const SourcePlace& where);
 
     host::TStream& file_;
     std::vector<char> window_; ///< longer than the text by what block operations look at
