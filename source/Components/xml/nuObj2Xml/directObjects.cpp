@@ -104,17 +104,20 @@ DirectObjects::Name* DirectObjects::attribute(Name& before, std::string_view byt
 
 // Start tags
 
-[[gnu::always_inline]] inline bool DirectObjects::startTag(Name& name, const char* /*less*/) {
+[[gnu::always_inline]] inline bool DirectObjects::startTag(Name& name, const char* less) {
     elementName_ = &name;
+    less_ = less;
     type_ = {};
     nil_ = {};
     hasMeaning_ = false;
     hasDeclarations_ = false;
+    dependsOnScopes_ = name.hasColon();
     return true;
 }
 
 [[gnu::always_inline]] inline bool DirectObjects::addAttribute(Name& name, std::string_view value,
                                                                const markup::PassedKinds& kinds) {
+    dependsOnScopes_ = dependsOnScopes_ || name.hasColon() || name.word > Word::Type;
     switch (name.word) {
     case Word::None:
         return true;
@@ -157,10 +160,14 @@ void DirectObjects::abandonStartTag() {
 }
 
 [[gnu::always_inline]] inline bool DirectObjects::endStartTag(bool isEmptyElement,
-                                                              const char* /*end*/) {
+                                                              const char* end) {
     if (!startElement() || (isEmptyElement && !endEmpty())) [[unlikely]] {
         abandonStartTag();
         return false;
+    }
+    if (leaf_ != nullptr && !dependsOnScopes_ && !isEmptyElement) {
+        const char* const behindName = less_ + 1 + elementName_->text.size();
+        elementName_->setTag({behindName, static_cast<std::size_t>(end + 1 - behindName)});
     }
     open_.push_back(elementName_);
     ++scopes_->depth;
@@ -220,6 +227,28 @@ std::u16string_view DirectObjects::className() {
         assignUtf8(className_, type_.value.substr(type_.value.find(cNuColonA) + 1));
     }
     return className_;
+}
+
+// Leaves
+
+[[gnu::always_inline]] inline DirectObjects::Name* DirectObjects::nextLeaf() const noexcept {
+    Name* const name = *guess_;
+    const bool isLeaf = name != nullptr && name->hasTag() && name->leaf != nullptr &&
+                        name->owner == object_.info && leaf_ == nullptr;
+    return isLeaf ? name : nullptr;
+}
+
+[[gnu::always_inline]] inline bool DirectObjects::takeLeaf(Name& name, std::string_view text,
+                                                           const markup::PassedKinds& kinds) {
+    leaf_ = name.leaf;
+    leafName_ = &name;
+    isReplaced_ = false;
+    const bool isRead = addLeafText(text, kinds.isVerbatim) && readLeafText();
+    leaf_ = nullptr;
+    if (isRead) [[likely]] {
+        guess_ = &name.followers[markup::ByteName::Sibling];
+    }
+    return isRead;
 }
 
 // Ends and texts

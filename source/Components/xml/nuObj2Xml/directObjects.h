@@ -34,7 +34,7 @@ private:
     /// What an attribute of a name says.
     enum class Word : std::uint8_t { None, Type, Nil, Namespace, Space };
 
-    struct Name : ScopedName, CheckedName {
+    struct Name : ScopedName, CheckedName, markup::LeafName {
         Name(std::string_view bytes, std::uint64_t hash, std::u16string_view units,
              TNuSaxNamespaceList& namespaces, bool isExact);
 
@@ -65,11 +65,13 @@ private:
     [[nodiscard]] bool keepsInline() const noexcept { return scopes_->space.keepsInline(); }
     [[nodiscard]] Name* element(std::string_view bytes);
     [[nodiscard]] Name* attribute(Name& before, std::string_view bytes);
+    [[nodiscard]] Name* nextLeaf() const noexcept;
+    bool takeLeaf(Name& name, std::string_view text, const markup::PassedKinds& kinds);
     bool startTag(Name& name, const char* less);
     [[nodiscard]] static constexpr bool addNothing() noexcept { return true; }
     bool addAttribute(Name& name, std::string_view value, const markup::PassedKinds& kinds);
     void abandonStartTag();
-    bool endStartTag(bool isEmptyElement, const char* /*end*/);
+    bool endStartTag(bool isEmptyElement, const char* end);
     void endEmptyElement() noexcept { closeScopes(); }
     bool endElement(bool isInnermost, const char* /*end*/);
     bool endOuterElement(std::string_view /*name*/) { return endElement(true, nullptr); }
@@ -103,12 +105,14 @@ private:
 
     // Of the tag at hand.
     Name* elementName_ = nullptr;
+    const char* less_ = nullptr;
     Found type_;
     Found nil_;
     bool hasMeaning_ = false; ///< one of these was looked at
     bool hasDeclarations_ = false;
-    std::string_view classBytes_; ///< the last type attribute
-    NuXmlString className_;       ///< the class that it names
+    bool dependsOnScopes_ = false; ///< prefixes, or nil, may make the same tag mean something else
+    std::string_view classBytes_;  ///< the last type attribute
+    NuXmlString className_;        ///< the class that it names
 
     // What the builder is in.
     host::Instance object_; ///< whose element is the innermost; none inside of anything else

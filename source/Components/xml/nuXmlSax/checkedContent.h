@@ -86,6 +86,17 @@ private:
     [[nodiscard]] std::string_view outerName() const noexcept { return stage_->innermost(); }
     [[nodiscard]] bool keepsSpace() const noexcept { return sink_.keepsSpace(); }
     [[nodiscard]] bool keepsInline() const noexcept { return sink_.keepsInline(); }
+    /// What is declared for the element of a leaf may ask for more than its tag tells.
+    [[nodiscard]] Name* nextLeaf() const noexcept {
+        Name* const name = sink_.nextLeaf();
+        return name != nullptr && name->elementForm == CheckedName::Form::Plain &&
+                       name->declaredTag == 0 && elements_.size() < depthLeft_
+                   ? name
+                   : nullptr;
+    }
+    bool takeLeaf(Name& name, std::string_view text, const markup::PassedKinds& kinds) {
+        return sink_.takeLeaf(name, text, kinds);
+    }
     bool addText(std::string_view text, const markup::PassedKinds& kinds) {
         return isTaken(sink_.addText(text, kinds));
     }

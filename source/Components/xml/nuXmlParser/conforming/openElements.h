@@ -19,10 +19,10 @@ public:
     [[nodiscard]] std::size_t depth() const noexcept { return elements_.size(); }
     /// An element begins whose start tag stands at `offset` of the source's text.
     void open(markup::TagName& name, std::int64_t offset) {
-        const std::size_t blockSize = name.head.size();
+        const std::size_t blockSize = name.head.bytes.size();
         makeRoom(name.text.size() + blockSize);
         const bool isShort = name.text.size() <= blockSize;
-        std::memcpy(names_.data() + used_, isShort ? name.head.data() : name.text.data(),
+        std::memcpy(names_.data() + used_, isShort ? name.head.bytes.data() : name.text.data(),
                     isShort ? blockSize : name.text.size());
         elements_.push_back({&name, used_, offset, inWindow});
         used_ += name.text.size();

@@ -19,6 +19,23 @@
 
 namespace nu::markup {
 
+/// Bytes to be compared with others as far as a block reaches, in one go.
+struct BlockHead {
+    explicit BlockHead(std::string_view text) noexcept
+        : beyond(text.size() < scanBlock ? 0xFFFFU & ~((1U << text.size()) - 1) : 0) {
+        std::memcpy(bytes.data(), text.data(), std::min(text.size(), bytes.size()));
+    }
+
+    /// Whether they stand at `place`, behind which a block can be read.
+    [[nodiscard]] bool standsAt(const char* place) const noexcept {
+        const auto equal = simd::Block::load(place).equals(simd::Block::load(bytes.data()));
+        return (equal.mask() | beyond) == 0xFFFF;
+    }
+
+    std::array<char, scanBlock> bytes{};
+    unsigned beyond; ///< ones for what of the block is behind the text
+};
+
 /// A name as it stands in the bytes of a document, prepared for being met again.
 struct ByteName {
     /// What may come behind a name: its first attribute or, behind an attribute, the next one; the
@@ -30,15 +47,11 @@ struct ByteName {
 
     /// \param text stays where it is as long as the name is used
     ByteName(std::string_view text, std::uint64_t hash) noexcept
-        : text(text), hash(hash),
-          beyond(text.size() < scanBlock ? 0xFFFFU & ~((1U << text.size()) - 1) : 0) {
-        std::memcpy(head.data(), text.data(), std::min(text.size(), head.size()));
-    }
+        : head(text), text(text), hash(hash) {}
 
     /// Whether the bytes at `place`, behind which longestGuess can be read, begin with the name.
     [[nodiscard]] bool standsAt(const char* place) const noexcept {
-        const auto equal = simd::Block::load(place).equals(simd::Block::load(head.data()));
-        if ((equal.mask() | beyond) != 0xFFFF) {
+        if (!head.standsAt(place)) {
             return false;
         }
         return text.size() <= scanBlock || (text.size() <= longestGuess &&
@@ -46,10 +59,23 @@ struct ByteName {
                                                         text.size() - scanBlock) == 0);
     }
 
-    std::array<char, scanBlock> head{};
+    BlockHead head;
     std::string_view text;
     std::uint64_t hash;
-    unsigned beyond; ///< ones for what of the head is behind the name
+};
+
+/// A further base of names whose elements may be taken as a whole: how the last start tag that
+/// could be met again went on behind the name, up to its ">".
+struct LeafName {
+    [[nodiscard]] bool hasTag() const noexcept { return tagSize != 0; }
+    /// \param rest what stands behind the name; forgotten where that is more than a block
+    void setTag(std::string_view rest) noexcept {
+        tag = BlockHead(rest);
+        tagSize = rest.size() <= scanBlock ? rest.size() : 0;
+    }
+
+    BlockHead tag{""};
+    std::size_t tagSize = 0;
 };
 
 /// The names of a document that were met so far: `Name` is a ByteName with what its user knows of

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstring>
 #include <string_view>
+#include <type_traits>
 
 #include "nuXmlParser/chars.h"
 #include "nuXmlParser/markup/byteBlock.h"
@@ -44,11 +45,18 @@ namespace nu::markup {
 /// - `keepsSpace()`: whether white space alone is text; `keepsInline()`: whether it is where it has
 ///   no line break.
 ///
+/// Where `Name` is a LeafName, an element of nothing but a short text whose tags read as those of
+/// the last one of its name is handed on in one, by
+/// - `Name* nextLeaf()`: nextElement() where it has a tag that means the same again, else null;
+/// - `bool takeLeaf(name, text, kinds)`.
+///
 /// False where that cannot be taken here, and nothing came of it: the scanners that go step by step
-/// take it instead. Behind all texts at least 16 bytes more can be read.
+/// take it instead, or what is a leaf is read in its parts. Behind all texts at least 16 bytes more
+/// can be read.
 template <class Sink> class PlainContent {
 public:
     using Name = typename Sink::Name;
+    static constexpr bool takesLeaves = std::is_base_of_v<LeafName, Name>;
 
     explicit PlainContent(Sink& sink) noexcept : sink_(sink) {}
 
@@ -151,16 +159,18 @@ private:
 
     /// The "<" behind text, or what keeps it from being plain.
     [[gnu::always_inline]] const char* findTextEnd(const char* place, PassedKinds& kinds) const {
-        const auto find = [](const char* from, const char* limit, PassedKinds& found) noexcept {
-            if constexpr (Sink::isXml) {
-                return findStopBehindReferences<classifyXmlText>(from, limit, found);
-            } else {
-                return findStop<Sink::classifyText>(from, limit, found);
-            }
-        };
-        const char* const end = find(place, limit_, kinds);
+        const char* const end = findText(place, limit_, kinds);
         // A long one often ends where its document does.
-        return end != nullptr ? end : findStopNearEnd(std::max(place, limit_), end_, kinds, find);
+        return end != nullptr ? end
+                              : findStopNearEnd(std::max(place, limit_), end_, kinds, findText);
+    }
+    [[gnu::always_inline]] static const char* findText(const char* place, const char* limit,
+                                                       PassedKinds& kinds) noexcept {
+        if constexpr (Sink::isXml) {
+            return findStopBehindReferences<classifyXmlText>(place, limit, kinds);
+        } else {
+            return findStop<Sink::classifyText>(place, limit, kinds);
+        }
     }
 
     bool isInlineSpace(std::string_view space) const noexcept {
@@ -172,6 +182,11 @@ private:
         // 1. The name.
         if (less > limit_) [[unlikely]] {
             return nullptr;
+        }
+        if constexpr (takesLeaves) {
+            if (const char* const end = readLeaf(less, passed)) {
+                return end;
+            }
         }
         const char* const start = less + 1;
         Name* name = sink_.nextElement();
@@ -209,6 +224,35 @@ private:
             ++place;
         }
         return place;
+    }
+
+    /// Takes the element at `less` where it is a leaf as it often comes, and gives the place of the
+    /// ">" of its end tag.
+    [[gnu::always_inline]] const char* readLeaf(const char* less, PassedBytes& passed) {
+        // 1. The start tag reads as the last one.
+        Name* const name = sink_.nextLeaf();
+        if (name == nullptr || !name->standsAt(less + 1)) {
+            return nullptr;
+        }
+        const char* const tag = less + 1 + name->text.size();
+        const char* const start = tag + name->tagSize;
+        if (!name->tag.standsAt(tag) || start > limit_) {
+            return nullptr;
+        }
+        // 2. Text begins right behind it. A long one is better looked at once only.
+        constexpr std::ptrdiff_t longest = 256;
+        if (!isSolid(*start) || *start == cNuGtA) {
+            return nullptr;
+        }
+        PassedKinds kinds;
+        const char* const end = findText(start, std::min(limit_, start + longest), kinds);
+        // 3. So does the end tag behind that.
+        if (end == nullptr || end > limit_ || *end != cNuLtA || end[1] != cNuSlashA ||
+            !name->standsAt(end + 2) || end[2 + name->text.size()] != cNuGtA) {
+            return nullptr;
+        }
+        passed.end = end + 2 + name->text.size();
+        return sink_.takeLeaf(*name, text(start, end), kinds) ? passed.end : nullptr;
     }
 
     static bool endsElementName(const char* place) noexcept {
