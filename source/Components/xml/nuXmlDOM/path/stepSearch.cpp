@@ -191,7 +191,7 @@ void StepSearch::matchByParents(TNuDOMNode& context, PathNodes& found, Test&& te
         waiting_.pop_back();
         const auto firstOfLevel = static_cast<std::ptrdiff_t>(waiting_.size());
         for (; child != nullptr; child = NodeLinks::next(*child)) {
-            fetchFarAhead(*child);
+            fetchAhead(*child);
             visits += 2;
             if (test(*child) && isKept(*child)) {
                 add(*child, found);
