@@ -23,8 +23,9 @@ constexpr std::u16string_view words[] = {
     u"/a/", u"root/", u" | ", u"/b/", u"node()", u"d.e",   u"_f-1", u"[@k]",     u"last",
 };
 
-/// Paths such as "//a/..//a" give the more nodes the longer they are.
-constexpr TNuDOMLimits limits = {.SelectedNodes = 10'000};
+/// Paths such as "//a/..//a" give the more nodes the longer they are, and filters that create what
+/// they look for make more of them.
+constexpr TNuDOMLimits limits = {.SelectedNodes = 10'000, .VisitedNodes = 100'000};
 
 struct Step {
     std::u16string path;
