@@ -16,6 +16,8 @@ bool fails() noexcept { return allocationsLeft >= 0 && allocationsLeft-- == 0; }
 
 // Sanitizers have their own allocator, and look for leaks themselves.
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+// The libraries have to use these, too, although symbols are hidden where nothing else is said.
+#pragma GCC visibility push(default)
 extern "C" {
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
@@ -41,6 +43,7 @@ void free(void* block) {
     __libc_free(block);
 }
 }
+#pragma GCC visibility pop
 #endif
 
 void* operator new(std::size_t size) {
