@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -19,6 +20,7 @@
 namespace {
 
 using String = std::u16string;
+using View = std::u16string_view;
 
 void require(bool isTrue, int line = __builtin_LINE()) {
     if (!isTrue) {
@@ -48,7 +50,11 @@ struct Model {
     bool isLost = false;
 
     bool is(host::DOMNodeType other) const { return type == other; }
-    bool hasChildren() const { return is(host::ELEMENT_NODE) || is(host::DOCUMENT_NODE); }
+    bool isNamed(View other) const {
+        const std::size_t before = prefix ? prefix->size() + 1 : 0;
+        return other.size() == before + local.size() && other.substr(before) == local &&
+               (!prefix || (other[before - 1] == u':' && other.substr(0, before - 1) == *prefix));
+    }
     String name() const { return prefix ? *prefix + u":" + local : local; }
     Model* root() const { return elements.empty() ? nullptr : elements.front(); }
     bool isHeld() const {
@@ -157,7 +163,7 @@ private:
     static constexpr std::size_t stepsPerCheck = 16;
 
     std::size_t pick(std::size_t count) { return data_ != end_ ? *data_++ % count : 0; }
-    template <std::size_t count> String pick(const char16_t* const (&texts)[count]) {
+    template <std::size_t count> View pick(const View (&texts)[count]) {
         return texts[pick(count)];
     }
     Model& pickNode() {
@@ -169,8 +175,8 @@ private:
         Model& node = pickNode();
         return node.is(host::ELEMENT_NODE) ? &node : nullptr;
     }
-    String pickName() { return pick({u"a", u"b", u"p:a", u"k", u"xmlns", u"xmlns:p"}); }
-    String pickValue() {
+    View pickName() { return pick({u"a", u"b", u"p:a", u"k", u"xmlns", u"xmlns:p"}); }
+    View pickValue() {
         return pick({u"", u"x", u"a&b\"'<", u"12345678", u"123456789", u"\u20ACuro"});
     }
 
@@ -188,15 +194,15 @@ private:
         }
         return model;
     }
-    static void rename(Model& model, std::u16string_view name) {
+    static void rename(Model& model, View name) {
         const std::size_t colon = name.find(u':');
         model.prefix =
             colon != name.npos ? std::optional<String>(name.substr(0, colon)) : std::nullopt;
         model.local = name.substr(colon + 1);
     }
-    static void restore(Model& model, const String& value) {
+    static void restore(Model& model, View value) {
         const bool isEscaped = model.is(host::TEXT_NODE) || model.is(host::ATTRIBUTE_NODE);
-        model.stored = isEscaped ? NuStrToXML(value) : value;
+        model.stored = isEscaped ? NuStrToXML(value) : String(value);
     }
     /// Takes over what stands below a node that was just read.
     void addBelow(Model& model) {
@@ -223,23 +229,29 @@ private:
             removeFrom(parent->elements, &node);
         }
     }
+    /// Whether a node of this kind may stand below `parent` as that is now.
+    static bool canHold(const Model& parent, const Model& node) {
+        if (!parent.is(host::DOCUMENT_NODE)) {
+            return parent.is(host::ELEMENT_NODE) && !node.is(host::DOCUMENT_NODE);
+        }
+        return node.is(host::ELEMENT_NODE)
+                   ? parent.root() == nullptr
+                   : node.is(host::COMMENT_NODE) || node.is(host::PROCESSING_INSTRUCTION_NODE);
+    }
     /// Puts a node that has no place below `parent`; false when it cannot stand there.
     static bool place(Model& node, Model& parent, TNuDOMPosition position, const Model* reference) {
         const bool isElement = node.is(host::ELEMENT_NODE);
         const bool isDocument = parent.is(host::DOCUMENT_NODE);
+        if (!canHold(parent, node)) {
+            return false;
+        }
         if (isDocument && isElement) {
-            if (parent.root() != nullptr) {
-                return false;
-            }
             parent.elements.push_back(&node);
             node.parent = &parent;
             return true;
         }
-        const bool isAllowed =
-            isDocument ? node.is(host::COMMENT_NODE) || node.is(host::PROCESSING_INSTRUCTION_NODE)
-                       : parent.is(host::ELEMENT_NODE);
         const bool isRelative = position == rdpBefore || position == rdpAfter;
-        if (!isAllowed || (isRelative && reference == nullptr)) {
+        if (isRelative && reference == nullptr) {
             return false;
         }
         Nodes& chain = parent.chainOf(node);
@@ -395,20 +407,28 @@ private:
     }
     void link() {
         Model& node = pickNode();
-        Model& parent = pickNode();
-        const auto position = static_cast<TNuDOMPosition>(pick(4));
-        Model* reference = pick(4) != 0 ? &pickNode() : nullptr;
-        if (reference == nullptr && !parent.children.empty()) {
-            reference = parent.children[pick(parent.children.size())];
-        } else if (pick(8) == 0) {
-            reference = nullptr;
+        Model& chosen = pickNode();
+        const std::size_t form = pick(64);
+        const auto position = static_cast<TNuDOMPosition>(form % 4);
+        // Now and then any nodes, which is mostly refused: that is slow and tells little.
+        if (form < 4) {
+            return link(node, chosen, position, pick(4) != 0 ? &pickNode() : nullptr);
         }
+        if (Model* parent = parentFor(node, chosen)) {
+            const bool isElement = node.is(host::ELEMENT_NODE);
+            const Nodes& others = isElement ? parent->elements : parent->chainOf(node);
+            Model* reference = others.empty() ? nullptr : others[pick(others.size())];
+            const bool isAlone = reference == nullptr || reference == &node;
+            link(node, *parent, isAlone ? rdpLast : position, reference);
+        }
+    }
+    void link(Model& node, Model& parent, TNuDOMPosition position, const Model* reference) {
         // 1. What is wrong in itself changes nothing.
         bool isDone = false;
         if (!node.is(host::DOCUMENT_NODE) && !isInside(&parent, node)) {
             leave(node);
             moveTo(node, parent.document);
-            isDone = parent.hasChildren() && place(node, parent, position, reference);
+            isDone = place(node, parent, position, reference);
         }
         // 2. The same in the document.
         bool isRefused = false;
@@ -420,6 +440,17 @@ private:
         }
         require(isDone != isRefused);
         node.isLost = node.parent == nullptr && !node.isHeld();
+    }
+    /// Where `node` can stand: `chosen`, or what is nearest above it.
+    static Model* parentFor(const Model& node, Model& chosen) {
+        for (Model* parent = &chosen; parent != nullptr; parent = parent->parent) {
+            const bool isOccupied = !canHold(*parent, node) && parent->root() != nullptr;
+            Model* free = parent->is(host::DOCUMENT_NODE) && isOccupied ? parent->root() : parent;
+            if (canHold(*free, node) && !isInside(free, node)) {
+                return free;
+            }
+        }
+        return nullptr;
     }
     void remove(Model& node) {
         if (node.is(host::DOCUMENT_NODE)) {
@@ -440,12 +471,12 @@ private:
         }
         const bool isNamed = node.is(host::ELEMENT_NODE) || node.is(host::ATTRIBUTE_NODE);
         if (isNamed && pick(2) == 0) {
-            const String prefix = pick({u"", u"p", u"q", u"xmlns"});
+            const View prefix = pick({u"", u"p", u"q", u"xmlns"});
             node.prefix = prefix.empty() ? std::nullopt : std::optional<String>(prefix);
             node.node->set_prefix(prefix);
             return;
         }
-        const String value = pickValue();
+        const View value = pickValue();
         if (node.is(host::ELEMENT_NODE)) {
             setText(node, value);
         } else {
@@ -455,7 +486,7 @@ private:
             node.node->set_nodeValue(value);
         }
     }
-    void setText(Model& element, const String& value) {
+    void setText(Model& element, View value) {
         Model* kept = nullptr;
         for (Model* child : Nodes(element.children)) {
             const bool isText = child->is(host::TEXT_NODE);
@@ -561,9 +592,9 @@ private:
             restore(*known, name);
         }
     }
-    static Model* attributeOf(const Model& element, const String& name) {
+    static Model* attributeOf(const Model& element, View name) {
         for (Model* attribute : element.attributes) {
-            if (attribute->name() == name) {
+            if (attribute->isNamed(name)) {
                 return attribute;
             }
         }
@@ -581,7 +612,7 @@ private:
     }
     void inspect() {
         Model* model = pickElement();
-        const String name = pickName();
+        const View name = pickName();
         if (model == nullptr) {
             return;
         }
@@ -592,7 +623,7 @@ private:
                 (attribute != nullptr ? attribute->node : nullptr));
         const TNuDOMNode* child = nullptr;
         for (const Model* other : model->elements) {
-            child = child == nullptr && other->name() == name ? other->node : child;
+            child = child == nullptr && other->isNamed(name) ? other->node : child;
         }
         require(element.GetChildElement(name) == child);
         // 2. By namespace and local name.
