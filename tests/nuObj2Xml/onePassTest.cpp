@@ -116,7 +116,9 @@ constexpr std::string_view marks[] = {
 std::string randomPlan(support::Random& random) {
     const auto pick = [&](const auto& list) { return list[random(std::size(list))]; };
     std::string text = random(3) == 0 ? "<?xml version='1.0'?>\n" : "";
-    text += random(4) == 0 ? "<!DOCTYPE r [<!ENTITY e '<Title>by name</Title>'>]>" : "";
+    text += random(4) == 0   ? "<!DOCTYPE r [<!ENTITY e '<Title>by name</Title>'>]>"
+            : random(8) == 0 ? "<!DOCTYPE r [<!ATTLIST Title nil CDATA 'true'>]>"
+                             : "";
     const bool hasMany = random(2) == 0;
     text += hasMany ? "<r>" : "";
     for (std::size_t objects = hasMany ? random(4) : 1; objects > 0; --objects) {
@@ -125,7 +127,16 @@ std::string randomPlan(support::Random& random) {
             text += random(5) != 0 ? pieces[random(std::size(pieces) - 4)] : pick(pieces);
         }
         // Longer than what is checked at once.
-        text += random(8) == 0 ? "<Title>" + std::string(random(120'000), 'l') + "</Title>" : "";
+        if (random(8) == 0) {
+            constexpr std::string_view parts[] = {"l", "a &lt; \u00E9", "&quot;\u6F22\u6F22",
+                                                  "&Eacute;"};
+            const std::string_view part = pick(parts);
+            text += "<Title>";
+            for (std::size_t count = random(120'000 / part.size()); count > 0; --count) {
+                text += part;
+            }
+            text += "</Title>";
+        }
         text += "</Plan>";
     }
     text += hasMany ? "</r>" : "";
@@ -203,11 +214,13 @@ TEST(OnePass, readsWhatTwoPassesRead) {
         host::TMemoryViewStream units{std::string_view(wide)};
         std::string once = NuToUtf8(outcome(bytes, readsMany, options));
         std::string twice = NuToUtf8(outcome(units, readsMany, options));
-        if (isWellFormed(text)) {
-            ++wellFormed;
-        } else if (once.find("text beside elements") != once.npos) {
+        const bool isFaultless = isWellFormed(text);
+        wellFormed += isFaultless ? 1 : 0;
+        if (!isFaultless && once.find("text beside elements") != once.npos) {
             continue;
-        } else {
+        }
+        // In two passes what is added by declaration counts as columns.
+        if (!isFaultless || text.find("<!ATTLIST") != text.npos) {
             once = withoutPlaces(once);
             twice = withoutPlaces(twice);
         }

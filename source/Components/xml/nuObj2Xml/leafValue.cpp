@@ -110,10 +110,19 @@ bool readSlowly(const ValueType& type, NuXmlString& text, void* value) {
     }
 }
 
+/// Long texts are decoded piece by piece: a string clears what it makes room for, and memory that
+/// is seen for the first time costs more than decoding, so that it is better touched once only.
+constexpr std::size_t pieceSize = 4096;
+
 /// Reads unescaped UTF-8 into a value.
 bool readBytes(const ValueType& type, std::string_view bytes, NuXmlString& scratch, void* value) {
     if (type.kind == ValueKind::String) {
-        assignUtf8(*static_cast<std::u16string*>(value), bytes);
+        auto& text = *static_cast<std::u16string*>(value);
+        if (bytes.size() <= pieceSize) {
+            assignReplaced(text, bytes); // there is nothing to replace, and this is quicker
+        } else {
+            assignUtf8(text, bytes);
+        }
         return true;
     }
     if (type.kind == ValueKind::Utf8String) {
@@ -153,10 +162,6 @@ template <class Read> bool readInto(const TPropInfo& property, void* self, Read 
     return readAndSet<std::uint64_t>(property, self, read);
 }
 
-/// Long texts are decoded piece by piece: a string clears what it makes room for, and memory that
-/// is seen for the first time costs more than decoding, so that it is better touched once only.
-constexpr std::size_t pieceSize = 4096;
-
 void appendUtf8(NuXmlString& text, std::string_view bytes) {
     char16_t piece[pieceSize];
     while (!bytes.empty()) {
@@ -184,16 +189,30 @@ void assignUtf8(NuXmlString& text, std::string_view bytes) {
 }
 
 void assignReplaced(NuXmlString& text, std::string_view bytes) {
+    if (bytes.empty()) {
+        text.clear();
+        return;
+    }
+    char16_t piece[pieceSize + unescapeReach];
+    if (bytes.size() <= pieceSize) {
+        text.assign(piece, unescapeUtf8(bytes, piece));
+        return;
+    }
     text.clear();
-    text.reserve(bytes.size());
+    text.reserve(bytes.size() + unescapeReach);
     while (!bytes.empty()) {
         // No reference goes on behind a space, so the text can be cut there.
         const std::size_t space =
             bytes.size() <= pieceSize ? bytes.npos : bytes.rfind(cNuSpaceA, pieceSize - 1);
         const std::size_t cut = space == bytes.npos ? bytes.size() : space + 1;
-        const std::size_t before = text.size();
-        appendUtf8(text, bytes.substr(0, cut));
-        unescapeFrom(text, before);
+        if (cut <= pieceSize) {
+            text.append(piece, unescapeUtf8(bytes.substr(0, cut), piece));
+        } else {
+            const std::size_t before = text.size();
+            text.resize(before + cut + unescapeReach);
+            const char16_t* const end = unescapeUtf8(bytes, text.data() + before);
+            text.resize(static_cast<std::size_t>(end - text.data()));
+        }
         bytes.remove_prefix(cut);
     }
 }

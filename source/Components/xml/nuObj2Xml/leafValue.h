@@ -12,6 +12,7 @@ bool isLeaf(const host::TPropInfo& property) noexcept;
 
 /// Reads a property that is a leaf out of unescaped UTF-8. False, and the property unchanged,
 /// for a text that is no value of it. Throws what a setter does.
+/// \param bytes behind which unescapeReach more can be read
 /// \param scratch memory that serves again and again
 bool readLeaf(const host::TPropInfo& property, void* self, std::string_view bytes,
               NuXmlString& scratch);
@@ -20,8 +21,8 @@ bool readLeaf(const host::TPropInfo& property, void* self, NuXmlString& text);
 
 /// Makes it the text that UTF-8, which is known to be well-formed, stands for.
 void assignUtf8(NuXmlString& text, std::string_view bytes);
-/// The same with references replaced. Throws host::EConvertError as NuXMLToStr does; the text is
-/// unspecified then.
+/// The same with references replaced, of bytes behind which unescapeReach more can be read. Throws
+/// host::EConvertError as NuXMLToStr does; the text is unspecified then.
 void assignReplaced(NuXmlString& text, std::string_view bytes);
 
 } // namespace nu

@@ -1,8 +1,12 @@
 #include "nuXmlParser/unescape.h"
 
+#include <algorithm>
+#include <bit>
 #include <cstring>
 
 #include "common/codePage.h"
+#include "common/utf8.h"
+#include "host/runtime/utf8Sequence.h"
 #include "nuXmlParser/chars.h"
 #include "nuXmlParser/htmlEntities.h"
 #include "nuXmlParser/referenceNumber.h"
@@ -108,6 +112,102 @@ void unescape(const Unit* place, const Unit* end, Rewriter& rewriter) {
     }
 }
 
+/// Unescapes the text from `start` on, where it stands. Gives its new end.
+char16_t* unescapeInPlace(char16_t* start, const char16_t* end) {
+    const char16_t* const first = start;
+    const char16_t* const place = nu::findOneOf<cNuAmpA>(first, end);
+    if (place == end) {
+        return start + (end - first);
+    }
+    InPlaceRewriter<char16_t> rewriter(start + (place - first), end);
+    unescape<WideDecoder>(place, end, rewriter);
+    return rewriter.target();
+}
+
+/// A text of UTF-8 on its way to UTF-16, see unescapeUtf8.
+class Utf8Unescaper {
+public:
+    Utf8Unescaper(std::string_view bytes, char16_t* units) noexcept
+        : place_(bytes.data()), end_(place_ + bytes.size()), units_(units) {}
+
+    char16_t* run() {
+        for (;;) {
+            widenPlain();
+            if (place_ == end_) {
+                return units_;
+            }
+            if (*place_ != cNuAmpA) {
+                decodeBeyondAscii();
+            } else if (!replaceUsual()) {
+                replaceOther();
+            }
+        }
+    }
+
+private:
+    /// Up to the next reference, or character beyond ASCII. What a block writes behind them is
+    /// written over.
+    void widenPlain() noexcept {
+        static_assert(nu::unescapeReach == nu::scanBlock);
+        for (;;) {
+            const auto block = nu::simd::Block::load(place_);
+            const unsigned stops = nu::simd::isAnyOf<cNuAmpA>(block).mask() | block.mask();
+            block.widen(units_);
+            const auto left = static_cast<std::size_t>(end_ - place_);
+            const std::size_t plain =
+                std::min({std::size_t(std::countr_zero(stops)), nu::scanBlock, left});
+            place_ += plain;
+            units_ += plain;
+            if (plain != nu::scanBlock) {
+                return;
+            }
+        }
+    }
+    /// One character, or all up to the next reference where that is worth it.
+    void decodeBeyondAscii() noexcept {
+        constexpr std::ptrdiff_t worth = 64;
+        if (end_ - place_ >= worth &&
+            nu::findOneOf<cNuAmpA>(place_, place_ + worth) == place_ + worth) {
+            const char* const stop = nu::findOneOf<cNuAmpA>(place_ + worth, end_);
+            units_ += NuDecodeUtf8Prefix({place_, stop}, units_).Units;
+            place_ = stop;
+            return;
+        }
+        const auto bytesAt = [](const char* at) {
+            return reinterpret_cast<const unsigned char*>(at);
+        };
+        const auto sequence = host::readUtf8Sequence(bytesAt(place_), bytesAt(end_));
+        units_ = host::appendCodePoint(units_, sequence.codePoint);
+        place_ += sequence.length;
+    }
+    /// A reference that texts are written with.
+    bool replaceUsual() noexcept {
+        const auto is = [rest = std::string_view(place_, end_), this](std::string_view reference,
+                                                                      char unit) {
+            if (!rest.starts_with(reference)) {
+                return false;
+            }
+            *units_++ = static_cast<unsigned char>(unit);
+            place_ += reference.size();
+            return true;
+        };
+        return is("&lt;", cNuLtA) || is("&gt;", cNuGtA) || is("&amp;", cNuAmpA) ||
+               is("&quot;", cNuQuoteA) || is("&apos;", cNuAposA);
+    }
+    /// Up to what ends any other reference, or keeps it from being one.
+    void replaceOther() {
+        const char* const stop = nu::findOneOf<cNuSemiColonA, cNuSpaceA>(place_, end_);
+        const char* const behind = stop != end_ && *stop == cNuSemiColonA ? stop + 1 : stop;
+        const std::size_t size = NuDecodeUtf8Prefix({place_, behind}, units_).Units;
+        units_ = unescapeInPlace(units_, units_ + size);
+        place_ = behind;
+    }
+
+    const char* place_;
+    const char* end_;
+    char16_t* units_;
+};
+
 template <class Decoder, class Unit> auto unescaped(std::basic_string_view<Unit> text) {
     const Unit* const end = text.data() + text.size();
     const Unit* const place = nu::findOneOf<cNuAmpA>(text.data(), end);
@@ -129,12 +229,10 @@ std::u16string NuXMLToStr(std::u16string_view text) { return unescaped<WideDecod
 std::string NuXMLToStr(std::string_view text) { return unescaped<NarrowDecoder>(text); }
 
 void nu::unescapeFrom(std::u16string& text, std::size_t start) {
-    char16_t* const end = text.data() + text.size();
-    const char16_t* const first = text.data() + start;
-    const char16_t* const place = findOneOf<cNuAmpA>(first, static_cast<const char16_t*>(end));
-    if (place != end) {
-        InPlaceRewriter<char16_t> rewriter(text.data() + (place - text.data()), end);
-        unescape<WideDecoder>(place, static_cast<const char16_t*>(end), rewriter);
-        text.resize(static_cast<std::size_t>(rewriter.target() - text.data()));
-    }
+    const char16_t* const end = unescapeInPlace(text.data() + start, text.data() + text.size());
+    text.resize(static_cast<std::size_t>(end - text.data()));
+}
+
+char16_t* nu::unescapeUtf8(std::string_view bytes, char16_t* units) {
+    return Utf8Unescaper(bytes, units).run();
 }

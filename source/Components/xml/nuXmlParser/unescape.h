@@ -29,6 +29,12 @@ namespace nu {
 /// The text is unspecified from there on when that throws.
 void unescapeFrom(std::u16string& text, std::size_t start);
 
+/// The same for well-formed UTF-8, decoded and unescaped in one go. Gives the end of the text.
+/// \param bytes behind which unescapeReach more can be read
+/// \param units room for one for each byte, and unescapeReach more
+char16_t* unescapeUtf8(std::string_view bytes, char16_t* units);
+inline constexpr std::size_t unescapeReach = 16;
+
 } // namespace nu
 
 /// The unescaped form of 8-bit text. Character references work as in UTF-16 text and are written in

@@ -50,27 +50,40 @@ std::size_t allowedAscii(std::string_view bytes) noexcept {
     return place;
 }
 
-/// Bytes from the front of well-formed text in which no character begins that is not allowed.
-std::size_t surelyAllowed(std::string_view bytes) noexcept {
-    std::size_t place = 0;
-    for (; place + groupSize + 2 <= bytes.size(); place += groupSize) {
-        auto found = simd::Block::all(0);
-        auto all = simd::Block::all(0);
+/// Whether a character that is not allowed begins in a group of bytes, of which two more are looked
+/// at.
+bool isRefusedIn(const char* group) noexcept {
+    auto found = simd::Block::all(0);
+    auto leads = simd::Block::all(0); // of sequences that may be noncharacters
+    for (std::size_t offset = 0; offset < groupSize; offset += simd::blockSize) {
+        const auto block = simd::Block::load(group + offset);
+        found = found | controls(block);
+        leads = leads | block.equals(simd::Block::all(0xEF));
+    }
+    if (leads.mask() != 0) {
         for (std::size_t offset = 0; offset < groupSize; offset += simd::blockSize) {
-            const auto block = simd::Block::load(bytes.data() + place + offset);
-            found = found | controls(block);
-            all = all | block;
-        }
-        if (all.mask() != 0) {
-            for (std::size_t offset = 0; offset < groupSize; offset += simd::blockSize) {
-                found = found | noncharacters(bytes.data() + place + offset);
-            }
-        }
-        if (found.mask() != 0) {
-            break;
+            found = found | noncharacters(group + offset);
         }
     }
-    return place;
+    return found.mask() != 0;
+}
+
+/// Bytes from the front of well-formed text in which no character begins that is not allowed.
+std::size_t surelyAllowed(std::string_view bytes) noexcept {
+    constexpr std::size_t looked = groupSize + 2;
+    if (bytes.size() < looked) {
+        return 0;
+    }
+    // The last group lies over the one before, so that hardly anything is left.
+    const std::size_t last = bytes.size() - looked;
+    for (std::size_t place = 0;; place = std::min(place + groupSize, last)) {
+        if (isRefusedIn(bytes.data() + place)) {
+            return place;
+        }
+        if (place == last) {
+            return last + groupSize;
+        }
+    }
 }
 
 /// Character by character, from the one on that `from` is in.
