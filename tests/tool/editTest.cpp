@@ -59,9 +59,10 @@ const ShellCase files[] = {
     // An output that is open is written to where it stands; what is no file is refused.
     {"nuxml edit -o /dev/stdout --delete a/b small.xml | cat; { printf 'first '; nuxml edit -o "
      "/dev/stdout --delete a/b small.xml; printf ' last'; } >whole; cat whole; mkfifo queue; nuxml "
-     "edit -o queue --set a/c=9 other.xml",
+     "edit -o queue --set a/c=9 other.xml; nuxml edit -i --set a/c=9 queue; nuxml tame -i queue",
      4, "<a><c>8</c></a>first <a><c>8</c></a> last",
-     "nuxml: cannot write queue: Cannot create file \"queue\". It is a pipe\n"},
+     "nuxml: cannot write queue: Cannot create file \"queue\". It is a pipe\n"
+     "nuxml: queue: only a file can be replaced\nnuxml: queue: only a file can be replaced\n"},
     {"cp library.xml copy; (ulimit -f 0; nuxml edit -o copy --set a/c=9 small.xml 2>&1 || echo $?) "
      "| cat; cmp library.xml copy; ls -A | grep -c '^\\.'",
      1, "nuxml: cannot write copy: Stream write error: File too large\n4\n0\n", ""},

@@ -46,6 +46,16 @@ std::string_view targetOf(std::string_view source, bool isInPlace,
     return isInPlace ? source : given.value_or(standardInput);
 }
 
+void checkReplaced(const Destination& destination) {
+    if (destination.source == standardInput || destination.source != destination.target) {
+        return;
+    }
+    std::error_code error;
+    if (std::filesystem::is_other(destination.source, error)) {
+        throw InputError(std::string(destination.source) + ": only a file can be replaced");
+    }
+}
+
 namespace {
 
 /// Whether the document type of the source, if there was one, can be written as it stood.

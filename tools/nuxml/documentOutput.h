@@ -23,6 +23,10 @@ struct Destination {
 std::string_view targetOf(std::string_view source, bool isInPlace,
                           std::optional<std::string_view> given);
 
+/// Throws InputError for a source that is to be replaced and is no file: one would wait for what
+/// comes out of a pipe, in vain.
+void checkReplaced(const Destination& destination);
+
 /// Writes a document in its own encoding, with its document type and its line ends.
 ///
 /// To a file only when nothing speaks against it: that the reading was complained about, that the

@@ -28,6 +28,7 @@ public:
         ExitCode worst = exitDone;
         for (const Destination& job : jobs_) {
             try {
+                checkReplaced(job);
                 worst = std::max(worst, run(job));
             } catch (const InputError& error) {
                 console.complain(error.what());

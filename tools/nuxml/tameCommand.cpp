@@ -64,6 +64,7 @@ ExitCode runTame(Console& console, Arguments arguments) {
     }
     const std::string_view source = operands.empty() ? standardInput : operands[0].text;
     const std::string_view target = targetOf(source, isInPlace, given);
+    checkReplaced({source, target});
     TNuConformingOptions options = *reading.conforming();
     options.keepLines = false;
     options.keepEncodingName = false;
