@@ -12,6 +12,8 @@ class TNuDOMElement;
 /// ```
 /// The attributes type and nil have the prefix of XML Schema instances where that namespace is
 /// declared, on the element or around it, and types the one of XML Schema; else they have none.
+///
+/// A data set must leave the tree alone while it is asked and filled.
 
 /// Puts an element "row" into `rows` for every record, behind what is there, and into that an
 /// element for each field, named like the field, with the type of the field; without a value it has

@@ -18,6 +18,6 @@ NUXML_API void NuSerialize(TNuConstObjectRef object, TNuDOMElement& element);
 
 /// Reads the properties of an object from the child elements of `element`, whose name does not
 /// matter. Without a type attribute it may be of any class. Fails as TNuSerializer::DeSerialize
-/// does, with the path and no line; what was read before stays.
+/// does, with the path and no line; what was read before stays. Setters must leave the tree alone.
 NUXML_API void NuDeserialize(TNuDOMElement& element, TNuObjectRef object,
                              TNuDeserializeOptions options = {});

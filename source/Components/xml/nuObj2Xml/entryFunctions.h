@@ -61,7 +61,8 @@ NUXML_API void NuDeSerializeObject(TNuObjectRef object, std::u16string_view xml,
 /// memory meanwhile unless they are there already; nu::ReadObjects reads documents of any size.
 NUXML_API void NuDeSerializeObject(TNuObjectRef object, host::TStream& stream,
                                    TNuDeserializeOptions options = {});
-/// Reads it from an element of a tree. Errors tell the path alone, for the tree knows no lines.
+/// Reads it from an element of a tree, which setters must leave alone. Errors tell the path alone,
+/// for the tree knows no lines.
 NUXML_API void NuDeSerializeObject(TNuObjectRef object, TNuDOMElement& element,
                                    TNuDeserializeOptions options = {});
 /// Reads it from a file. Throws host::EFileOpenError as well.
