@@ -2,20 +2,17 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
 #include <cstring>
 
-#include "host/runtime/stream.h"
+#include "sinkStream.h"
 
 namespace tool {
 
-/// Compares what is written to it with another stream, from the place of that on. A stream that is
-/// only written to, and always looks empty.
-class ComparingStream final : public host::TStream {
+/// Compares what is written to it with another stream, from the place of that on.
+class ComparingStream final : public SinkStream {
 public:
     explicit ComparingStream(host::TStream& other) noexcept : other_(other) {}
 
-    std::size_t Read(void* /*buffer*/, std::size_t /*count*/) override { return 0; }
     std::size_t Write(const void* buffer, std::size_t count) override {
         const auto* bytes = static_cast<const char*>(buffer);
         for (std::size_t left = count; isSame_ && left > 0;) {
@@ -26,8 +23,6 @@ public:
         }
         return count;
     }
-    std::int64_t Seek(std::int64_t /*offset*/, host::SeekOrigin /*origin*/) override { return 0; }
-    std::int64_t GetSize() override { return 0; }
 
     /// Whether all that was written is all that the other one has.
     [[nodiscard]] bool isSame() { return isSame_ && other_.Read(block_.data(), 1) == 0; }

@@ -8,7 +8,8 @@
 namespace tool {
 
 /// A receiver of everything that a reader tells about a document, which does nothing about what its
-/// heirs do not care for. `More` are further interfaces, error handlers for example.
+/// heirs do not care for; all of them want elements and text. `More` are further interfaces, error
+/// handlers for example.
 template <class... More>
 class DocumentHandler
     : public host::Implements<INuSaxContentHandler, host::IBufferedLexicalHandler, More...> {
@@ -19,12 +20,6 @@ public:
     void EndProlog() override {}
     void startPrefixMapping(std::u16string_view /*prefix*/, std::u16string_view /*uri*/) override {}
     void endPrefixMapping(std::u16string_view /*prefix*/) override {}
-    void startElement(std::u16string_view /*uri*/, std::u16string_view /*localName*/,
-                      std::u16string_view /*qName*/,
-                      host::IBufferedAttributes& /*attributes*/) override {}
-    void endElement(std::u16string_view /*uri*/, std::u16string_view /*localName*/,
-                    std::u16string_view /*qName*/) override {}
-    void characters(std::u16string_view /*text*/) override {}
     void ignorableWhitespace(std::u16string_view /*text*/) override {}
     void processingInstruction(std::u16string_view /*target*/,
                                std::u16string_view /*data*/) override {}

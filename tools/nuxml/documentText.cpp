@@ -15,12 +15,9 @@ namespace {
 constexpr std::u16string_view utf8Name = u"UTF-8";
 
 /// Takes everything and keeps nothing.
-class NoStream final : public host::TStream {
+class NoStream final : public SinkStream {
 public:
-    std::size_t Read(void* /*buffer*/, std::size_t /*count*/) override { return 0; }
     std::size_t Write(const void* /*buffer*/, std::size_t count) override { return count; }
-    std::int64_t Seek(std::int64_t /*offset*/, host::SeekOrigin /*origin*/) override { return 0; }
-    std::int64_t GetSize() override { return 0; }
 };
 
 /// Whether a page has all that can be written in it only as it is. Most pages have it, and only

@@ -1,10 +1,6 @@
 #include "lineEndStream.h"
 
-#include "host/runtime/exception.h"
-
 namespace tool {
-
-std::size_t LineEndStream::Read(void* /*buffer*/, std::size_t /*count*/) { return 0; }
 
 std::size_t LineEndStream::Write(const void* buffer, std::size_t count) {
     if (isWide_) {
@@ -13,13 +9,6 @@ std::size_t LineEndStream::Write(const void* buffer, std::size_t count) {
         pass(std::string_view(static_cast<const char*>(buffer), count));
     }
     return count;
-}
-
-std::int64_t LineEndStream::Seek(std::int64_t offset, host::SeekOrigin origin) {
-    if (offset != 0 || origin == host::SeekOrigin::End) {
-        throw host::EStreamError(u"Stream seek error");
-    }
-    return 0;
 }
 
 void LineEndStream::finish() {

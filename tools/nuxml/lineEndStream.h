@@ -1,24 +1,21 @@
 #pragma once
 
-#include <cstdint>
+#include <cstddef>
 #include <string_view>
 
-#include "host/runtime/stream.h"
+#include "sinkStream.h"
 
 namespace tool {
 
 /// Passes text on with the line ends that are wanted: "\r\n" and "\n" become them, in bytes or in
-/// UTF-16. A stream that is only written to, and always looks empty.
-class LineEndStream final : public host::TStream {
+/// UTF-16.
+class LineEndStream final : public SinkStream {
 public:
     /// \param isWide whether it gets UTF-16, low byte first, in whole units
     LineEndStream(host::TStream& target, std::u16string_view lineEnd, bool isWide)
         : target_(target), lineEnd_(lineEnd), isWide_(isWide) {}
 
-    std::size_t Read(void* buffer, std::size_t count) override;
     std::size_t Write(const void* buffer, std::size_t count) override;
-    std::int64_t Seek(std::int64_t offset, host::SeekOrigin origin) override;
-    std::int64_t GetSize() override { return 0; }
 
     /// Hands on what waits for the end of a line.
     void finish();
