@@ -40,6 +40,31 @@ enum class ValueKind : std::uint8_t {
     Reference,   ///< a pointer to an object that is published elsewhere, by name
 };
 
+/// How what a value holds is reached.
+enum class ValueContent : std::uint8_t {
+    Text,      ///< a value of one piece, which has a text
+    Object,    ///< the object itself
+    Slot,      ///< ValueType::slot
+    Optional,  ///< ValueType::optional
+    List,      ///< ValueType::list
+    Map,       ///< ValueType::map
+    Reference, ///< ValueType::reference
+};
+
+/// How what values of a kind hold is reached.
+[[nodiscard]] constexpr ValueContent contentOf(ValueKind kind) noexcept {
+    constexpr unsigned first = static_cast<unsigned>(ValueKind::Object);
+    const auto place = static_cast<unsigned>(kind);
+    return place < first ? ValueContent::Text : static_cast<ValueContent>(place - first + 1);
+}
+static_assert(contentOf(ValueKind::StringArray) == ValueContent::Text &&
+              contentOf(ValueKind::Object) == ValueContent::Object &&
+              contentOf(ValueKind::Slot) == ValueContent::Slot &&
+              contentOf(ValueKind::Optional) == ValueContent::Optional &&
+              contentOf(ValueKind::List) == ValueContent::List &&
+              contentOf(ValueKind::Map) == ValueContent::Map &&
+              contentOf(ValueKind::Reference) == ValueContent::Reference);
+
 /// An object of a described class. Nothing is owned.
 ///
 /// The object is given as a `void*` to its part of the uppermost class: host::TObject, or for a

@@ -21,6 +21,7 @@ namespace nu {
 using host::Instance;
 using host::OwnedValue;
 using host::TPropInfo;
+using host::ValueContent;
 using host::ValueKind;
 using host::ValueRef;
 
@@ -233,39 +234,26 @@ void ObjectBuilder::startValue(Frame& frame, ValueRef target, const StartedEleme
 /// A missing value of what is no text: a place becomes empty, as far as it can.
 void ObjectBuilder::makeNil(Frame& frame, ValueRef target) {
     const host::ValueType& type = *target.type;
-    switch (type.kind) {
-    case ValueKind::Optional:
+    switch (host::contentOf(type.kind)) {
+    case ValueContent::Optional:
         type.optional->reset(target.value);
         break;
-    case ValueKind::Slot:
+    case ValueContent::Slot:
         type.slot->clear(target.value);
         break;
-    case ValueKind::List:
+    case ValueContent::List:
         type.list->clear(target.value);
         break;
-    case ValueKind::Map:
+    case ValueContent::Map:
         type.map->clear(target.value);
         break;
-    case ValueKind::Reference:
+    case ValueContent::Reference:
         frame.kind = Frame::Kind::Value;
         frame.isNil = true;
         text_.clear();
         return;
-    case ValueKind::Boolean:
-    case ValueKind::Integer:
-    case ValueKind::Enumeration:
-    case ValueKind::Set:
-    case ValueKind::Single:
-    case ValueKind::Double:
-    case ValueKind::Currency:
-    case ValueKind::DateTime:
-    case ValueKind::String:
-    case ValueKind::Utf8String:
-    case ValueKind::Variant:
-    case ValueKind::Bytes:
-    case ValueKind::Int32Array:
-    case ValueKind::StringArray:
-    case ValueKind::Object:
+    case ValueContent::Text:
+    case ValueContent::Object:
         if (isStrict()) {
             failConversion(messages::noNilAllowed);
         }

@@ -10,6 +10,7 @@
 namespace nu {
 
 using host::Instance;
+using host::ValueContent;
 using host::ValueKind;
 using host::ValueRef;
 
@@ -96,25 +97,25 @@ void ObjectWalk::addContent(ValueRef value) {
         return; // numbers and texts, perhaps very many
     }
     host::Cursor cursor;
-    switch (type.kind) {
-    case ValueKind::Object:
-    case ValueKind::Slot:
+    switch (host::contentOf(type.kind)) {
+    case ValueContent::Object:
+    case ValueContent::Slot:
         if (const Instance object = type.slot->get(value.value)) {
             waiting_.push_back({object, {}});
         }
         break;
-    case ValueKind::Optional:
+    case ValueContent::Optional:
         if (const void* const inner = type.optional->get(value.value)) {
             add(inner);
         }
         break;
-    case ValueKind::List:
+    case ValueContent::List:
         type.list->begin(value.value, cursor);
         while (const void* const element = type.list->next(value.value, cursor)) {
             add(element);
         }
         break;
-    case ValueKind::Map: {
+    case ValueContent::Map: {
         const void* element = nullptr;
         type.map->begin(value.value, cursor);
         while (type.map->next(value.value, cursor, element) != nullptr) {
@@ -122,21 +123,8 @@ void ObjectWalk::addContent(ValueRef value) {
         }
         break;
     }
-    case ValueKind::Boolean:
-    case ValueKind::Integer:
-    case ValueKind::Enumeration:
-    case ValueKind::Set:
-    case ValueKind::Single:
-    case ValueKind::Double:
-    case ValueKind::Currency:
-    case ValueKind::DateTime:
-    case ValueKind::String:
-    case ValueKind::Utf8String:
-    case ValueKind::Variant:
-    case ValueKind::Bytes:
-    case ValueKind::Int32Array:
-    case ValueKind::StringArray:
-    case ValueKind::Reference:
+    case ValueContent::Text:
+    case ValueContent::Reference:
         break;
     }
 }
