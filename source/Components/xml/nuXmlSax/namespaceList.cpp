@@ -29,6 +29,9 @@ nu::PrefixScope& TNuSaxNamespaceList::prefixScope(std::u16string_view prefix) {
         return *scope;
     }
     if (2 * (prefixes_.size() + 1) > slots_.size()) {
+        const std::size_t room = std::max(firstSlotCount, 2 * slots_.size()) / 2;
+        prefixes_.reserve(room);
+        inScope_.reserve(room);
         slots_.assign(std::max(firstSlotCount, 2 * slots_.size()), nullptr);
         for (const std::unique_ptr<nu::PrefixScope>& scope : prefixes_) {
             link(*scope);
@@ -63,33 +66,38 @@ nu::PrefixScope* TNuSaxNamespaceList::find(std::u16string_view prefix) const {
 
 void TNuSaxNamespaceList::AddNamespace(std::int32_t level, nu::PrefixScope& scope,
                                        std::u16string_view prefix, std::u16string_view uri) {
-    if (scope.count_ == scope.declarations_.size()) {
-        scope.declarations_.push_back(std::make_unique<TNuSaxNamespace>());
+    if (!scope.hasDeclaration(scope.count_)) {
+        scope.further_.push_back(std::make_unique<TNuSaxNamespace>());
     }
-    TNuSaxNamespace& declaration = *scope.declarations_[scope.count_];
+    TNuSaxNamespace& declaration = scope.declaration(scope.count_);
     declaration.Prefix = prefix;
     if (declaration.Number == 0 || declaration.URI != uri) {
         declaration.Number = 0;
         declaration.URI = uri;
         declaration.Number = ++lastNumber_;
     }
-    enter(level, scope);
+    enter(level, scope, declaration);
 }
 
 bool TNuSaxNamespaceList::addAgain(std::int32_t level, nu::PrefixScope& scope,
                                    std::uint64_t number) {
-    if (scope.count_ == scope.declarations_.size() ||
-        scope.declarations_[scope.count_]->Number != number) {
+    constexpr std::uint64_t none = 0;
+    if (number == none || !scope.hasDeclaration(scope.count_)) {
         return false;
     }
-    enter(level, scope);
+    TNuSaxNamespace& declaration = scope.declaration(scope.count_);
+    if (declaration.Number != number) {
+        return false;
+    }
+    enter(level, scope, declaration);
     return true;
 }
 
 /// The declaration behind those of the prefix that are in scope comes into scope.
-void TNuSaxNamespaceList::enter(std::int32_t level, nu::PrefixScope& scope) {
+void TNuSaxNamespaceList::enter(std::int32_t level, nu::PrefixScope& scope,
+                                TNuSaxNamespace& declaration) {
     inScope_.push_back(&scope);
-    TNuSaxNamespace& declaration = *scope.declarations_[scope.count_++];
+    ++scope.count_;
     declaration.Level = level;
     scope.newest_ = &declaration;
     isOrdered_ = isOrdered_ && (inScope_.size() == 1 || level >= highestLevel_);
@@ -127,7 +135,7 @@ void TNuSaxNamespaceList::removeNewest() noexcept {
     nu::expects(scope.count_ > 0);
     inScope_.pop_back();
     --scope.count_;
-    scope.newest_ = scope.count_ > 0 ? scope.declarations_[scope.count_ - 1].get() : nullptr;
+    scope.newest_ = scope.count_ > 0 ? &scope.declaration(scope.count_ - 1) : nullptr;
 }
 
 void TNuSaxNamespaceList::Clear() {

@@ -39,13 +39,22 @@ public:
 private:
     friend class ::TNuSaxNamespaceList;
 
+    [[nodiscard]] bool hasDeclaration(std::size_t index) const noexcept {
+        return index <= further_.size();
+    }
+    [[nodiscard]] TNuSaxNamespace& declaration(std::size_t index) noexcept {
+        return index == 0 ? first_ : *further_[index - 1];
+    }
+
     std::u16string text_;
     std::uint64_t hash_;
     PrefixScope* next_ = nullptr; ///< the next one in its hash slot
     const TNuSaxNamespace* newest_ = nullptr;
     /// The first count_ are in scope, the newest one hides those before. The others keep their
-    /// texts: often the same declaration comes and goes with its element.
-    std::vector<std::unique_ptr<TNuSaxNamespace>> declarations_;
+    /// texts: often the same declaration comes and goes with its element. Most prefixes are
+    /// declared once, in the first.
+    TNuSaxNamespace first_;
+    std::vector<std::unique_ptr<TNuSaxNamespace>> further_;
     std::size_t count_ = 0;
 };
 
@@ -109,7 +118,8 @@ private:
     [[nodiscard]] nu::PrefixScope* find(std::u16string_view prefix) const;
     void removeFrom(std::int32_t level);
     NUXML_LOCAL void removeUnordered(std::int32_t level);
-    NUXML_LOCAL void enter(std::int32_t level, nu::PrefixScope& scope);
+    NUXML_LOCAL void enter(std::int32_t level, nu::PrefixScope& scope,
+                           TNuSaxNamespace& declaration);
     NUXML_LOCAL void removeNewest() noexcept;
     NUXML_LOCAL void dropPrefixes() noexcept;
     NUXML_LOCAL void link(nu::PrefixScope& scope) noexcept;
