@@ -2,8 +2,10 @@
 
 #include <array>
 #include <string_view>
+#include <typeinfo>
 
 #include "common/stringStream.h"
+#include "host/runtime/memoryStream.h"
 
 namespace {
 
@@ -25,6 +27,10 @@ constexpr std::array<ByteOrderMark, 5> byteOrderMarks = {{
 }};
 
 bool isWideStringStream(host::TStream& stream) {
+    // Mostly it is this one, which is known without a search of its bases.
+    if (typeid(stream) == typeid(host::TMemoryViewStream)) {
+        return false;
+    }
     const auto* const text = dynamic_cast<const TNuStringStream*>(&stream);
     return text != nullptr && text->StringType() == 2;
 }

@@ -1,9 +1,11 @@
 #include "nuXmlParser/smallStreamParser.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 #include "common/expects.h"
+#include "common/simd/block.h"
 #include "common/utf8.h"
 #include "host/runtime/memoryStream.h"
 #include "host/runtime/utf8Sequence.h"
@@ -22,6 +24,14 @@ constexpr std::size_t stepBetweenBytes = 256;
 
 std::size_t bytesOf(PNuXmlChar place, PNuXmlChar end) noexcept {
     std::size_t bytes = 0;
+    // 1. Most of it is ASCII.
+    std::array<char, nu::simd::blockSize> narrow;
+    while (end - place >= std::ptrdiff_t{narrow.size()} &&
+           nu::simd::narrowAsciiBlock(place, narrow.data())) {
+        bytes += narrow.size();
+        place += narrow.size();
+    }
+    // 2. The rest by its units.
     for (; place < end; ++place) {
         // The four bytes of a pair are two for each of its halves.
         const bool isHalf = host::isSurrogate(*place);
@@ -99,7 +109,7 @@ void TNuXmlSmallStreamParser::openText(TNuEncoding encoding, host::TStream& stre
     }
 
     // 3. Bytes that lie in memory are decoded from there.
-    if (const auto* memory = dynamic_cast<host::TCustomMemoryStream*>(&stream)) {
+    if (const auto* memory = nu::asMemoryStream(stream)) {
         const auto* bytes = reinterpret_cast<const char*>(memory->Memory());
         stream.Seek(0, host::SeekOrigin::End);
         openBytes(
@@ -343,7 +353,7 @@ void TNuXmlSmallStreamParser::openUtf16(host::TStream& stream, std::size_t size)
     // 1. Where it lies in memory it is read there.
     std::size_t length = size / cNuXmlCharSize;
     PNuXmlChar text = noText;
-    const auto* inMemory = dynamic_cast<host::TCustomMemoryStream*>(&stream);
+    const auto* inMemory = nu::asMemoryStream(stream);
     if (inMemory != nullptr && length > 0) {
         const std::byte* const place = inMemory->Memory() + stream.GetPosition();
         const bool isAligned = reinterpret_cast<std::uintptr_t>(place) % alignof(NuXmlChar) == 0;

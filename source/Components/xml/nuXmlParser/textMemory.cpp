@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 #include <new>
+#include <typeinfo>
 
 #include "common/utf8.h"
 #include "host/runtime/exception.h"
@@ -15,6 +16,13 @@ namespace {
 constexpr std::size_t firstReadCapacity = 1024 * 1024;
 
 } // namespace
+
+host::TCustomMemoryStream* asMemoryStream(host::TStream& stream) noexcept {
+    // The one that bytes mostly come through is known without a search of its bases.
+    return typeid(stream) == typeid(host::TMemoryViewStream)
+               ? static_cast<host::TMemoryViewStream*>(&stream)
+               : dynamic_cast<host::TCustomMemoryStream*>(&stream);
+}
 
 TextMemory::TextMemory(std::size_t capacity) : capacity_(capacity) {
     block_.reset(static_cast<std::byte*>(std::malloc(std::max<std::size_t>(capacity, 1))));

@@ -5,9 +5,13 @@
 #include <memory>
 #include <string_view>
 
+#include "host/runtime/memoryStream.h"
 #include "host/runtime/stream.h"
 
 namespace nu {
+
+/// The stream as one whose bytes lie in memory; null where they do not.
+[[nodiscard]] host::TCustomMemoryStream* asMemoryStream(host::TStream& stream) noexcept;
 
 /// A block of bytes that is not cleared and knows how many of them are used.
 class TextMemory {

@@ -1,7 +1,6 @@
 #include "nuXmlDOM/load/documentLoader.h"
 
 #include <exception>
-#include <optional>
 #include <string>
 
 #include "common/stringStream.h"
@@ -60,14 +59,9 @@ void build(TNuDOMDocument& document, TNuDOMNode& parent, const nu::Loading& load
         reader.setErrorHandler(
             host::makeRef<ReportingHandler>(*loading.report, *handler, loading.file));
     }
-    // 3. Nobody else listens to a whole document, so what is plain goes straight into the tree.
-    std::optional<nu::DirectLoader> loader;
-    if (&parent == &document) {
-        reader.setDirectContent(&loader.emplace(*handler, document, loading.report != nullptr));
-    }
-    // 4. The parse. What leaves it tells the file.
+    // 3. The parse. What leaves it tells the file.
     try {
-        parse(reader);
+        parse(reader, *handler);
     } catch (const ENuSaxHandledAbort&) {
         // The reader's abort says nothing; what the tree did not take does.
         if (handler->Failure()) {
@@ -88,8 +82,13 @@ void build(TNuDOMDocument& document, TNuDOMNode& parent, const nu::Loading& load
 } // namespace
 
 void nu::loadStream(TNuDOMDocument& document, host::TStream& stream, const Loading& loading) {
-    build(document, document, loading,
-          [&stream](TNuSAXXMLReader& reader) { reader.Parse(stream); });
+    build(document, document, loading, [&](TNuSAXXMLReader& reader, TNuSaxToDomHandler& handler) {
+        // Nobody else listens to a whole document, so what is plain goes straight into the
+        // tree.
+        nu::DirectLoader loader(handler, document, loading.report != nullptr);
+        reader.setDirectContent(&loader);
+        reader.Parse(stream);
+    });
 }
 
 void nu::loadText(TNuDOMDocument& document, std::u16string_view xml, const Loading& loading) {
@@ -102,7 +101,13 @@ void TNuDOMNode::set_innerxml(std::u16string_view xml) {
     if (xml.empty()) {
         return;
     }
-    build(*OwnerDocument(), *this, {}, [&](TNuSAXXMLReader& reader) {
+    TNuDOMDocument& document = *OwnerDocument();
+    if (this == &document) {
+        TNuStringStream stream(xml);
+        nu::loadStream(document, stream, {});
+        return;
+    }
+    build(document, *this, {}, [&](TNuSAXXMLReader& reader, TNuSaxToDomHandler& /*handler*/) {
         if (nu::is<TNuDOMElement>(*this)) {
             reader.ParseFragment(xml);
         } else {

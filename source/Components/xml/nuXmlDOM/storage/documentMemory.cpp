@@ -1,10 +1,12 @@
 #include "nuXmlDOM/storage/documentMemory.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstdint>
 #include <limits>
 #include <new>
+#include <span>
 #include <unordered_map>
 #include <vector>
 
@@ -26,7 +28,7 @@ constexpr std::size_t powerIndex(std::size_t size) noexcept {
 /// The blocks themselves, which documents share after nodes have moved from one to another.
 class DocumentMemory::Blocks {
 public:
-    Blocks() = default;
+    Blocks() noexcept {} // and not "= default", which would clear the first block
     Blocks(const Blocks&) = delete;
     Blocks& operator=(const Blocks&) = delete;
     ~Blocks() {
@@ -39,6 +41,9 @@ public:
     }
 
     [[nodiscard]] std::size_t total() const noexcept { return total_; }
+
+    /// The block that is there from the beginning.
+    [[nodiscard]] std::span<std::byte> first() noexcept { return first_; }
 
     /// A new block for many pieces; its size follows what the document holds already, so that at
     /// most about a tenth stands empty.
@@ -89,7 +94,10 @@ private:
 
     SharedBlock* shared_ = nullptr;
     OwnBlock* own_ = nullptr;
-    std::size_t total_ = 0;
+    std::size_t total_ = smallestBlock;
+    /// With what stands in front of it no larger than the others.
+    static constexpr std::size_t ahead = 64;
+    alignas(granule) std::array<std::byte, smallestBlock - ahead> first_;
 };
 
 /// The blocks of other documents, each once.
@@ -108,7 +116,10 @@ struct DocumentMemory::Retained {
     std::unordered_map<const Blocks*, std::size_t> taken;
 };
 
-DocumentMemory::DocumentMemory() : blocks_(std::make_shared<Blocks>()) {}
+DocumentMemory::DocumentMemory() : blocks_(std::make_shared<Blocks>()) {
+    free_ = blocks_->first().data();
+    end_ = free_ + blocks_->first().size();
+}
 
 DocumentMemory::~DocumentMemory() = default;
 

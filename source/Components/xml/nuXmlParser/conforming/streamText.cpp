@@ -4,12 +4,12 @@
 #include <cstdint>
 
 #include "common/stringStream.h"
-#include "host/runtime/memoryStream.h"
+#include "nuXmlParser/textMemory.h"
 
 namespace nu {
 
 std::optional<std::string_view> restInMemory(host::TStream& stream) {
-    const auto* const memory = dynamic_cast<host::TCustomMemoryStream*>(&stream);
+    const auto* const memory = asMemoryStream(stream);
     if (memory == nullptr) {
         return std::nullopt;
     }
