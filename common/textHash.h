@@ -34,19 +34,26 @@ template <class Unit>
 [[nodiscard]] std::uint64_t hashText(const HashKeys& keys, std::u16string_view text,
                                      Unit&& unit) noexcept {
     std::uint64_t hash = keys.start ^ text.size();
-    const char16_t* units = text.data();
-    std::size_t left = text.size();
-    const auto at = [&units, &unit](std::size_t index) {
+    const auto at = [&unit](const char16_t* units, std::size_t index) {
         return std::uint64_t{unit(units[index])};
     };
-    for (; left >= 4; left -= 4, units += 4) {
-        hash = mixHash(keys, hash ^ (at(0) | at(1) << 16 | at(2) << 32 | at(3) << 48));
+    const auto four = [&at](const char16_t* units) {
+        return at(units, 0) | at(units, 1) << 16 | at(units, 2) << 32 | at(units, 3) << 48;
+    };
+    const char16_t* units = text.data();
+    if (text.size() < 4) {
+        std::uint64_t all = 0;
+        for (std::size_t index = 0; index < text.size(); ++index) {
+            all = all << 16 ^ at(units, index);
+        }
+        return mixHash(keys, hash ^ all);
     }
-    std::uint64_t rest = 0;
-    for (std::size_t index = 0; index < left; ++index) {
-        rest = rest << 16 ^ at(index);
+    // Of the last four some may have been looked at before.
+    const char16_t* const last = units + text.size() - 4;
+    for (; units < last; units += 4) {
+        hash = mixHash(keys, hash ^ four(units));
     }
-    return mixHash(keys, hash ^ rest);
+    return mixHash(keys, hash ^ four(last));
 }
 
 /// The hash of a text as it is.

@@ -20,11 +20,12 @@ ScopedName::ScopedName(std::string_view bytes, std::uint64_t hash, std::u16strin
                        TNuSaxNamespaceList& namespaces, bool isExact)
     : ByteName(bytes, hash), units(units) {
     // 1. The reader divides names at their last colon.
-    const std::size_t colon = units.rfind(cNuColon);
-    if (colon != units.npos) {
-        localStart = static_cast<std::uint32_t>(colon) + 1;
+    std::u16string_view prefix;
+    if (contains(cNuColonA)) {
+        prefix = units.substr(0, units.rfind(cNuColon));
+        localStart = static_cast<std::uint32_t>(prefix.size()) + 1;
     }
-    scope = &namespaces.prefixScope(units.substr(0, hasColon() ? colon : 0));
+    scope = &namespaces.prefixScope(prefix);
 
     // 2. What means something begins with an x, in either letter case, as few names do.
     if ((units.front() | 0x20) != u'x') {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <iterator>
 #include <limits>
 
@@ -93,7 +94,8 @@ DirectLoader::Name* DirectLoader::find(std::string_view bytes) {
     if (bytes.size() > limits_.NameLength && NuUtf16Length(bytes) > limits_.NameLength) {
         return nullptr;
     }
-    // 1. Control characters would have to be dropped. Nearly all names are ASCII, each unit a byte.
+    // 1. Control characters would have to be dropped, and no space is in a name. Nearly all names
+    // are ASCII, each unit a byte.
     std::array<char16_t, markup::ByteName::longestGuess> shortUnits;
     NuXmlString longUnits;
     char16_t* units = shortUnits.data();
@@ -101,20 +103,32 @@ DirectLoader::Name* DirectLoader::find(std::string_view bytes) {
         longUnits.resize(bytes.size() + simd::blockSize);
         units = longUnits.data();
     }
-    bool isAscii = true;
+    std::uint32_t colon = NodeName::noPrefix;
+    unsigned beyondAscii = 0;
     for (std::size_t start = 0; start < bytes.size(); start += simd::blockSize) {
         const auto block = simd::Block::load(bytes.data() + start);
         const std::size_t left = bytes.size() - start;
         const unsigned own = left < simd::blockSize ? (1U << left) - 1 : 0xFFFFU;
-        if ((block.isAtMost(cNuSpaceA - 1).mask() & own) != 0) {
+        if ((block.isAtMost(cNuSpaceA).mask() & own) != 0) {
             return nullptr;
         }
-        isAscii = isAscii && (block.mask() & own) == 0;
+        const unsigned colons = block.equals(simd::Block::all(cNuColonA)).mask() & own;
+        if (colons != 0 && colon == NodeName::noPrefix) {
+            colon = static_cast<std::uint32_t>(start) +
+                    static_cast<std::uint32_t>(std::countr_zero(colons));
+        }
+        beyondAscii |= block.mask() & own;
         block.widen(units + start);
     }
     // 2. The others are decoded.
-    const std::size_t length = isAscii ? bytes.size() : NuDecodeUtf8Prefix(bytes, units).Units;
-    return &names_.add(bytes, hash, *document_.parts().names.getRare({units, length}),
+    std::size_t length = bytes.size();
+    if (beyondAscii != 0) {
+        length = NuDecodeUtf8Prefix(bytes, units).Units;
+        colon = colon == NodeName::noPrefix
+                    ? colon
+                    : static_cast<std::uint32_t>(NuUtf16Length(bytes.substr(0, colon)));
+    }
+    return &names_.add(bytes, hash, *document_.parts().names.getRare({units, length}, bytes, colon),
                        scopes_->namespaces, handler_.Reader().IsBehindStage());
 }
 

@@ -30,30 +30,28 @@ const NuXmlChar* keep(DocumentMemory& memory, std::u16string_view text) {
     return copy;
 }
 
+bool mayHave(const TextEnds& ends, NuXmlChar unit) noexcept {
+    return hasZeroOfFour(ends.first ^ eachOfFour * unit) ||
+           hasZeroOfFour(ends.last ^ eachOfFour * unit);
+}
+
 /// What making a name has to know of its text beside its ends.
 struct NameText {
-    NameText(std::u16string_view text, const TextEnds& ends) noexcept {
-        // 1. Most names are so short that their ends are all of them, and have neither.
-        constexpr std::size_t shortLength = 8;
-        if (text.size() <= shortLength && !mayHave(ends, cNuSpace) && !mayHave(ends, cNuColon)) {
-            return;
-        }
-        // 2. The others unit by unit.
-        hasSpace = text.find(cNuSpace) != text.npos;
-        if (const std::size_t found = text.find(cNuColon); found != text.npos) {
-            colon = static_cast<std::uint32_t>(found);
-        }
-    }
-
     bool hasSpace = false;
     std::uint32_t colon = NodeName::noPrefix; ///< the first one
-
-private:
-    static bool mayHave(const TextEnds& ends, NuXmlChar unit) noexcept {
-        return hasZeroOfFour(ends.first ^ eachOfFour * unit) ||
-               hasZeroOfFour(ends.last ^ eachOfFour * unit);
-    }
 };
+
+NameText lookAt(std::u16string_view text, const TextEnds& ends) noexcept {
+    // 1. Most names are so short that their ends are all of them, and have neither.
+    constexpr std::size_t shortLength = 8;
+    if (text.size() <= shortLength && !mayHave(ends, cNuSpace) && !mayHave(ends, cNuColon)) {
+        return {};
+    }
+    // 2. The others unit by unit.
+    const std::size_t colon = text.find(cNuColon);
+    return {text.find(cNuSpace) != text.npos,
+            colon == text.npos ? NodeName::noPrefix : static_cast<std::uint32_t>(colon)};
+}
 
 } // namespace
 
@@ -84,23 +82,11 @@ bool NameTable::isForm(const NodeName& name, const Key& key) noexcept {
            name.uri == &key.uri;
 }
 
-/// The name of that hash for which `test` holds, or null.
-template <class Test>
-const NodeName* NameTable::findWhere(std::uint32_t hash, Test&& test) const noexcept {
-    const std::size_t mask = places_.size() - 1;
-    for (std::size_t place = hash & mask; places_[place] != nullptr; place = (place + 1) & mask) {
-        if (places_[place]->hash == hash && test(*places_[place])) {
-            return places_[place];
-        }
-    }
-    return nullptr;
-}
-
 const NodeName* NameTable::lookUp(const Key& key) {
     const std::uint32_t textHash = hashOf(key.text);
     const std::uint32_t hash = hashOf(key, textHash);
     const auto find = [this](const Key& wanted, std::uint32_t itsHash) {
-        return findWhere(itsHash, [&](const NodeName& name) { return matches(name, wanted); });
+        return names_.find(itsHash, [&](const NodeName& name) { return matches(name, wanted); });
     };
     if (const NodeName* known = find(key, hash)) {
         return known;
@@ -109,7 +95,7 @@ const NodeName* NameTable::lookUp(const Key& key) {
         return add(key, hash);
     }
     // The canonical name comes first: names refer to it.
-    const Key canonical{key.text, *noURI_, 0, true, true};
+    const Key canonical{key.text, *noURI_, 0, true, true, key.utf8, key.colon};
     const NodeName* known = find(canonical, textHash);
     return addForm(known != nullptr ? *known : *add(canonical, textHash), key, hash);
 }
@@ -117,15 +103,67 @@ const NodeName* NameTable::lookUp(const Key& key) {
 const NodeName* NameTable::getForm(const NodeName& canonical, const NameURI& uri) {
     const Key key{canonical.qualified(), uri, 0, true, true};
     const std::uint32_t hash = hashOf(key, canonical.hash);
-    const NodeName* known = findWhere(hash, [&](const NodeName& name) {
+    const NodeName* known = names_.find(hash, [&](const NodeName& name) {
         return name.canonical == &canonical && isForm(name, key);
     });
     return known != nullptr ? known : addForm(canonical, key, hash);
 }
 
+void NameTable::noteDeclaration(NodeName& name) noexcept {
+    name.isDeclaration =
+        name.hasPrefix() ? name.prefix() == declarationPrefix : name.local() == declarationPrefix;
+}
+
+[[gnu::always_inline]] inline NodeName& NameTable::make(const Key& key, std::uint32_t hash) {
+    checkLength(key.text);
+    const std::size_t length = key.text.size();
+    const std::size_t textSize = length * sizeof(NuXmlChar);
+    const auto allocate = [&](std::size_t utf8Length) {
+        return new (memory_.allocate(sizeof(NodeName) + textSize + utf8Length)) NodeName{};
+    };
+    const auto utf8Of = [textSize](NodeName* name) {
+        return reinterpret_cast<char*>(name + 1) + textSize;
+    };
+
+    // 1. The name and its texts are one piece of memory. Nearly all names are ASCII: as UTF-8 they
+    //    have as many bytes as units.
+    std::string_view utf8 = key.utf8;
+    std::size_t utf8Length = !key.hasLocal ? 0 : utf8.empty() ? length : utf8.size();
+    NodeName* name = allocate(utf8Length);
+    std::string encoded;
+    if (utf8.empty() && key.hasLocal && !narrowAscii(key.text, utf8Of(name))) [[unlikely]] {
+        memory_.release(name, sizeof(NodeName) + textSize + utf8Length);
+        encoded = NuToUtf8(key.text);
+        utf8 = encoded;
+        utf8Length = utf8.size();
+        name = allocate(utf8Length);
+    }
+    utf8.copy(utf8Of(name), utf8.size());
+    auto* const units = reinterpret_cast<NuXmlChar*>(name + 1);
+    std::copy(key.text.begin(), key.text.end(), units);
+
+    // 2. What is known of it.
+    name->ends = key.text.empty() ? TextEnds() : endsOf(key.text);
+    const NameText known =
+        key.utf8.empty() ? lookAt(key.text, name->ends) : NameText{false, key.colon};
+    name->document = &document_;
+    name->text = units;
+    name->length = static_cast<std::uint32_t>(length);
+    name->prefixLength = key.isSplitAtColon ? known.colon : key.prefixLength;
+    name->uri = &key.uri;
+    name->utf8Text = utf8Of(name);
+    name->utf8Length = static_cast<std::uint32_t>(utf8Length);
+    name->hash = hash;
+    name->hasLocal = key.hasLocal;
+    name->isSplitAtColon = key.isSplitAtColon;
+    name->hasSpace = known.hasSpace;
+    noteDeclaration(*name);
+    return *name;
+}
+
 /// Enters a name that is not known and is the canonical name itself.
 const NodeName* NameTable::add(const Key& key, std::uint32_t hash) {
-    reserve();
+    names_.reserve();
     NodeName& name = make(key, hash);
     name.canonical = &name;
     enter(name);
@@ -134,7 +172,7 @@ const NodeName* NameTable::add(const Key& key, std::uint32_t hash) {
 
 /// Enters another form of a name: it reads the same, so it has the same texts.
 const NodeName* NameTable::addForm(const NodeName& canonical, const Key& key, std::uint32_t hash) {
-    reserve();
+    names_.reserve();
     auto& name = *new (memory_.allocate(sizeof(NodeName))) NodeName(canonical);
     name.uri = &key.uri;
     name.hash = hash;
@@ -150,106 +188,33 @@ const NodeName* NameTable::addForm(const NodeName& canonical, const Key& key, st
     return &name;
 }
 
-void NameTable::noteDeclaration(NodeName& name) noexcept {
-    name.isDeclaration =
-        name.hasPrefix() ? name.prefix() == declarationPrefix : name.local() == declarationPrefix;
-}
-
-NodeName& NameTable::make(const Key& key, std::uint32_t hash) {
-    checkLength(key.text);
-    const std::size_t length = key.text.size();
-    const std::size_t textSize = length * sizeof(NuXmlChar);
-    const auto allocate = [&](std::size_t utf8Length) {
-        return new (memory_.allocate(sizeof(NodeName) + textSize + utf8Length)) NodeName{};
-    };
-
-    // 1. The name and its texts are one piece of memory. Nearly all names are ASCII: as UTF-8 they
-    //    have as many bytes as units.
-    std::size_t utf8Length = key.hasLocal ? length : 0;
-    NodeName* name = allocate(utf8Length);
-    if (key.hasLocal && !narrowAscii(key.text, reinterpret_cast<char*>(name + 1) + textSize))
-        [[unlikely]] {
-        memory_.release(name, sizeof(NodeName) + textSize + utf8Length);
-        const std::string utf8 = NuToUtf8(key.text);
-        utf8Length = utf8.size();
-        name = allocate(utf8Length);
-        utf8.copy(reinterpret_cast<char*>(name + 1) + textSize, utf8Length);
-    }
-    auto* const units = reinterpret_cast<NuXmlChar*>(name + 1);
-    std::copy(key.text.begin(), key.text.end(), units);
-
-    // 2. What is known of it.
-    name->ends = key.text.empty() ? TextEnds() : endsOf(key.text);
-    const NameText known(key.text, name->ends);
-    name->document = &document_;
-    name->text = units;
-    name->length = static_cast<std::uint32_t>(length);
-    name->prefixLength = key.isSplitAtColon ? known.colon : key.prefixLength;
-    name->uri = &key.uri;
-    name->utf8Text = reinterpret_cast<char*>(units + length);
-    name->utf8Length = static_cast<std::uint32_t>(utf8Length);
-    name->hash = hash;
-    name->hasLocal = key.hasLocal;
-    name->isSplitAtColon = key.isSplitAtColon;
-    name->hasSpace = known.hasSpace;
-    noteDeclaration(*name);
-    return *name;
-}
-
-/// Room for one more name.
-void NameTable::reserve() {
-    if (count_ * 2 >= places_.size()) {
-        grow();
-    }
-}
-
-void NameTable::grow() {
-    std::vector<NodeName*> places(places_.size() * 2);
-    places.swap(places_);
-    for (NodeName* name : places) {
-        if (name != nullptr) {
-            place(*name);
-        }
-    }
-}
-
 void NameTable::enter(NodeName& name) noexcept {
-    place(name);
-    ++count_;
+    names_.enter(name);
     hasDeclarations_ = hasDeclarations_ || name.isDeclaration;
 }
 
-void NameTable::place(NodeName& name) noexcept {
-    const std::size_t mask = places_.size() - 1;
-    std::size_t place = name.hash & mask;
-    while (places_[place] != nullptr) {
-        place = (place + 1) & mask;
-    }
-    places_[place] = &name;
-}
-
 NameTable::NameTable(DocumentMemory& memory, TNuDOMDocument& document)
-    : memory_(memory), document_(document), keys_(hashKeys()), places_(64), noURI_(&makeURI({})),
-      nameless_(get(false, {}, false, {}, *noURI_)) {}
+    : memory_(memory), document_(document), keys_(hashKeys()), noURI_(&makeURI({}, 0)),
+      nameless_(lookUp({{}, *noURI_, NodeName::noPrefix, false, false})) {}
 
 const NameURI& NameTable::getURI(std::u16string_view uri) {
     if (uri.empty()) {
         return *noURI_;
     }
-    const auto found = uris_.find(uri);
-    if (found != uris_.end()) {
-        return *found->second;
+    const auto hash = static_cast<std::uint32_t>(hashText(keys_, uri));
+    NameURI* known = uris_.find(hash, [uri](const NameURI& made) { return made.view() == uri; });
+    if (known == nullptr) {
+        uris_.reserve();
+        known = &makeURI(uri, hash);
+        uris_.enter(*known);
     }
-    const NameURI& made = makeURI(uri);
-    uris_.emplace(made.view(), &made);
-    return made;
+    return *known;
 }
 
-const NameURI& NameTable::makeURI(std::u16string_view uri) {
+NameURI& NameTable::makeURI(std::u16string_view uri, std::uint32_t hash) {
     checkLength(uri);
     auto* place = static_cast<NameURI*>(memory_.allocate(sizeof(NameURI)));
-    return *new (place) NameURI{keep(memory_, uri), static_cast<std::uint32_t>(uri.size()),
-                                static_cast<std::uint32_t>(hashText(keys_, uri))};
+    return *new (place) NameURI{keep(memory_, uri), static_cast<std::uint32_t>(uri.size()), hash};
 }
 
 const NodeName* NameTable::getFromTable(std::u16string_view qualified, const NameURI& uri) {
@@ -274,7 +239,7 @@ const NodeName* NameTable::get(bool hasPrefix, std::u16string_view prefix, bool 
 }
 
 const NodeName* NameTable::find(std::u16string_view qualified) const noexcept {
-    return findWhere(hashOf(qualified), [&](const NodeName& name) {
+    return names_.find(hashOf(qualified), [&](const NodeName& name) {
         return name.hasLocal && name.canonical == &name && name.qualified() == qualified;
     });
 }

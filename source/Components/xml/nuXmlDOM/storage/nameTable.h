@@ -9,9 +9,9 @@
 #include <functional>
 #include <iterator>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
+#include "common/hashSlots.h"
 #include "common/textHash.h"
 #include "nuXmlDOM/storage/asciiWord.h"
 #include "nuXmlDOM/storage/documentMemory.h"
@@ -73,9 +73,11 @@ public:
         }
         return guess;
     }
-    /// The same for who asks once and keeps the answer.
-    [[nodiscard]] const NodeName* getRare(std::u16string_view qualified) {
-        return getFromTable(qualified, *noURI_);
+    /// The same for who asks once and keeps the answer, and knows the name in UTF-8, that there is
+    /// no space in it, and the place of its first colon, or NodeName::noPrefix.
+    [[nodiscard]] const NodeName* getRare(std::u16string_view qualified, std::string_view utf8,
+                                          std::uint32_t colon) {
+        return lookUp({qualified, *noURI_, 0, true, true, utf8, colon});
     }
     /// The name with a creation URI that reads as `canonical`, which has none.
     [[nodiscard]] const NodeName* getForm(const NodeName& canonical, const NameURI& uri);
@@ -94,7 +96,8 @@ public:
     /// All names for which `test` holds, in the order of their addresses.
     template <class Test> [[nodiscard]] std::vector<const NodeName*> select(Test&& test) const {
         std::vector<const NodeName*> names;
-        std::copy_if(places_.begin(), places_.end(), std::back_inserter(names),
+        const auto slots = names_.slots();
+        std::copy_if(slots.begin(), slots.end(), std::back_inserter(names),
                      [&test](const NodeName* name) { return name != nullptr && test(*name); });
         std::sort(names.begin(), names.end(), std::less<>());
         return names;
@@ -140,16 +143,16 @@ private:
         std::uint32_t prefixLength;
         bool hasLocal;
         bool isSplitAtColon;
+        std::string_view utf8{}; ///< the text in UTF-8; empty where that is not at hand
+        std::uint32_t colon = 0; ///< with utf8: the place of the first one, or noPrefix
     };
 
     [[nodiscard]] static bool matches(const NodeName& name, const Key& key) noexcept;
     [[nodiscard]] static bool isForm(const NodeName& name, const Key& key) noexcept;
-    [[nodiscard]] const NameURI& makeURI(std::u16string_view uri);
+    [[nodiscard]] NameURI& makeURI(std::u16string_view uri, std::uint32_t hash);
     /// The hash of the canonical name that reads so.
     [[nodiscard]] std::uint32_t hashOf(std::u16string_view text) const noexcept;
     [[nodiscard]] std::uint32_t hashOf(const Key& key, std::uint32_t textHash) const noexcept;
-    template <class Test>
-    [[nodiscard]] const NodeName* findWhere(std::uint32_t hash, Test&& test) const noexcept;
     /// The name, which is entered where it is not known yet.
     [[nodiscard]] const NodeName* lookUp(const Key& key);
     [[nodiscard]] const NodeName* add(const Key& key, std::uint32_t hash);
@@ -157,20 +160,15 @@ private:
                                           std::uint32_t hash);
     [[nodiscard]] NodeName& make(const Key& key, std::uint32_t hash);
     static void noteDeclaration(NodeName& name) noexcept;
-    void reserve();
-    void grow();
     void enter(NodeName& name) noexcept;
-    void place(NodeName& name) noexcept;
 
     DocumentMemory& memory_;
     TNuDOMDocument& document_;
     const HashKeys& keys_;
-    /// Open addressing, a power of two of places.
-    std::vector<NodeName*> places_;
-    std::unordered_map<std::u16string_view, const NameURI*, TextHash> uris_;
+    HashSlots<NodeName, 64> names_;
+    HashSlots<NameURI, 16> uris_;
     const NameURI* noURI_;
     std::array<const NodeName*, recentCount> recent_{};
-    std::size_t count_ = 0;
     bool hasDeclarations_ = false;
     std::uint64_t loadedElements_ = 0;
     /// The first name that is made, so it stands behind everything that making needs.

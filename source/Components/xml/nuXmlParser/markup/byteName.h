@@ -7,12 +7,12 @@
 #include <cstring>
 #include <memory>
 #include <new>
-#include <span>
 #include <string_view>
 #include <type_traits>
 #include <utility>
 #include <vector>
 
+#include "common/hashSlots.h"
 #include "common/simd/block.h"
 #include "common/textHash.h"
 #include "nuXmlParser/scan.h"
@@ -31,6 +31,11 @@ struct BlockHead {
         const auto equal = simd::Block::load(place).equals(simd::Block::load(bytes.data()));
         return (equal.mask() | beyond) == 0xFFFF;
     }
+    /// Whether `byte`, which is not NUL, is among them.
+    [[nodiscard]] bool contains(char byte) const noexcept {
+        const auto sought = simd::Block::all(static_cast<unsigned char>(byte));
+        return simd::Block::load(bytes.data()).equals(sought).mask() != 0;
+    }
 
     std::array<char, scanBlock> bytes{};
     unsigned beyond; ///< ones for what of the block is behind the text
@@ -48,6 +53,12 @@ struct ByteName {
     /// \param text stays where it is as long as the name is used
     ByteName(std::string_view text, std::uint64_t hash) noexcept
         : head(text), text(text), hash(hash) {}
+
+    /// Whether `byte`, which is not NUL, is in the name.
+    [[nodiscard]] bool contains(char byte) const noexcept {
+        return head.contains(byte) ||
+               (text.size() > scanBlock && text.find(byte, scanBlock) != text.npos);
+    }
 
     /// Whether the bytes at `place`, behind which longestGuess can be read, begin with the name.
     [[nodiscard]] bool standsAt(const char* place) const noexcept {
@@ -111,46 +122,34 @@ public:
     /// The name of that hash, null when it was not met yet. Behind the start of `text` a block can
     /// be read.
     [[nodiscard]] Name* find(std::string_view text, std::uint64_t hash) const noexcept {
-        for (std::size_t place = hash & mask(); slots_[place] != nullptr;
-             place = (place + 1) & mask()) {
-            Name* const name = slots_[place];
-            if (name->hash == hash && name->text.size() == text.size() &&
-                (name->standsAt(text.data()) || name->text == text)) {
-                return name;
-            }
-        }
-        return nullptr;
+        return slots_.find(hash, [text](const Name& name) {
+            return name.text.size() == text.size() &&
+                   (name.standsAt(text.data()) || name.text == text);
+        });
     }
     /// The same for a name of `size` bytes, behind whose beginning longestGuess can be read.
     [[nodiscard]] Name* findAt(const char* start, std::size_t size,
                                std::uint64_t hash) const noexcept {
-        for (std::size_t place = hash & mask(); slots_[place] != nullptr;
-             place = (place + 1) & mask()) {
-            if (slots_[place]->hash == hash && slots_[place]->text.size() == size &&
-                slots_[place]->standsAt(start)) {
-                return slots_[place];
-            }
-        }
-        return nullptr;
+        return slots_.find(hash, [start, size](const Name& name) {
+            return name.text.size() == size && name.standsAt(start);
+        });
     }
-    [[nodiscard]] std::size_t count() const noexcept { return count_; }
+    [[nodiscard]] std::size_t count() const noexcept { return slots_.count(); }
     /// Enters a name that is not there.
     template <class... Arguments>
-    Name& add(std::string_view text, std::uint64_t hash, Arguments&&... arguments) {
-        if (2 * (count_ + 1) > slots_.size()) {
-            grow();
-        }
+    [[gnu::always_inline]] inline Name& add(std::string_view text, std::uint64_t hash,
+                                            Arguments&&... arguments) {
+        slots_.reserve();
         if (used_ == room_) {
-            blocks_.push_back(std::make_unique_for_overwrite<std::byte[]>(count_ * sizeof(Name)));
+            blocks_.push_back(std::make_unique_for_overwrite<std::byte[]>(count() * sizeof(Name)));
             block_ = blocks_.back().get();
-            room_ = count_;
+            room_ = count();
             used_ = 0;
         }
         Name& name = *new (block_ + used_ * sizeof(Name))
                          Name(text, hash, std::forward<Arguments>(arguments)...);
         ++used_;
-        ++count_;
-        enter(name);
+        slots_.enter(name);
         return name;
     }
 
@@ -158,32 +157,10 @@ private:
     static constexpr std::size_t firstSlots = 64;
     static constexpr std::size_t firstRoom = 16;
 
-    [[nodiscard]] std::size_t mask() const noexcept { return slots_.size() - 1; }
-    void grow() {
-        std::vector<Name*> slots(2 * slots_.size());
-        const std::span<Name*> former = std::exchange(slots_, slots);
-        for (Name* name : former) {
-            if (name != nullptr) {
-                enter(*name);
-            }
-        }
-        moreSlots_.swap(slots);
-    }
-    void enter(Name& name) noexcept {
-        std::size_t place = name.hash & mask();
-        while (slots_[place] != nullptr) {
-            place = (place + 1) & mask();
-        }
-        slots_[place] = &name;
-    }
-
     const HashKeys& keys_ = hashKeys();
     // What a short document takes lies here, so that it allocates nothing.
-    std::array<Name*, firstSlots> firstSlots_{};
+    HashSlots<Name, firstSlots> slots_;
     alignas(Name) std::array<std::byte, firstRoom * sizeof(Name)> firstBlock_;
-    std::size_t count_ = 0;
-    std::span<Name*> slots_ = firstSlots_;
-    std::vector<Name*> moreSlots_; ///< where the first do not do
     /// Names stand where they are made; a block has room for as many as there were before.
     std::vector<std::unique_ptr<std::byte[]>> blocks_;
     std::byte* block_ = firstBlock_.data(); ///< the last one
