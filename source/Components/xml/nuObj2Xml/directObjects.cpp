@@ -62,6 +62,9 @@ DirectObjects::DirectObjects(ObjectEvents& events, ObjectBuilder& builder)
     : events_(events), builder_(builder) {}
 
 void DirectObjects::read(std::string_view bytes, PassedBytes& passed, const ReaderScopes& scopes) {
+    if (scopes.depth < 1) {
+        return;
+    }
     scopes_ = &scopes;
     open_.clear();
     unknown_ = nullptr;

@@ -30,9 +30,10 @@ public:
     DirectContent& operator=(const DirectContent&) = delete;
 
     /// Takes what it can of UTF-8 that begins with the "<" or ">" that is current, inside an
-    /// element, up to a "<" or ">" that becomes current: `passed` ends there, and meanwhile
-    /// wherever somebody may ask for the place. The scopes are as if the reader had read that.
-    /// Where NULs stand at the end of the bytes there is no more text.
+    /// element or, without a stage, where the root may begin, up to a "<" or ">" that becomes
+    /// current: `passed` ends there, and meanwhile wherever somebody may ask for the place. The
+    /// scopes are as if the reader had read that. Where NULs stand at the end of the bytes there is
+    /// no more text.
     virtual void read(std::string_view bytes, PassedBytes& passed, const ReaderScopes& scopes) = 0;
 
     /// What may be taken of a document before it is known to be well-formed.

@@ -115,7 +115,8 @@ template <class Source> void SaxScanner<Source>::readDirectly() {
         if (current != cNuLt && current != cNuGt) {
             return;
         }
-        if (reader_.depth_ >= 1) {
+        // The root is for the conforming stage, if there is one.
+        if (reader_.depth_ >= (reader_.stage_ != nullptr ? 1 : 0)) {
             static_assert(TextDecoder::paddingOfShortText >= markup::reach);
             const std::string_view bytes = source_.bytesFromHere();
             if (!bytes.empty()) {

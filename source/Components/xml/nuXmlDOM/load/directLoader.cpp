@@ -47,6 +47,32 @@ bool isAsEscaped(std::string_view value) noexcept {
 
 } // namespace
 
+/// What markup::PlainContent tells of the start tag of the root.
+class DirectLoader::RootTag {
+public:
+    using Name = DirectLoader::Name;
+    static constexpr bool isXml = false;
+
+    explicit RootTag(DirectLoader& loader) noexcept : loader_(loader) {}
+
+    [[nodiscard]] Name* nextElement() const noexcept { return nullptr; }
+    [[nodiscard]] Name* element(std::string_view bytes) { return loader_.find(bytes); }
+    [[nodiscard]] Name* attribute(Name& before, std::string_view bytes) {
+        return loader_.attribute(before, bytes);
+    }
+    bool startTag(Name& name, const char* less) { return loader_.startTag(name, less); }
+    [[nodiscard]] bool addNothing() const noexcept { return loader_.addNothing(); }
+    bool addAttribute(Name& name, std::string_view value, const markup::PassedKinds& kinds) {
+        return loader_.addAttribute(name, value, kinds);
+    }
+    void abandonStartTag() noexcept { loader_.abandonStartTag(); }
+    bool endStartTag(bool isEmptyElement, const char* end);
+    void endEmptyElement() noexcept {}
+
+private:
+    DirectLoader& loader_;
+};
+
 DirectLoader::DirectLoader(TNuSaxToDomHandler& handler, TNuDOMDocument& document, bool isHeard)
     : handler_(handler), document_(document), limits_(document.Limits().Reading), isHeard_(isHeard),
       wasEmpty_(document.get_firstChild() == nullptr),
@@ -58,7 +84,9 @@ DirectLoader::DirectLoader(TNuSaxToDomHandler& handler, TNuDOMDocument& document
 
 void DirectLoader::read(std::string_view bytes, PassedBytes& passed, const ReaderScopes& scopes) {
     current_ = as<TNuDOMElement>(handler_.current_);
-    if (scopes.depth < 1 || current_ == nullptr) {
+    const bool isAtRoot =
+        scopes.depth == 0 && handler_.current_ == &document_ && document_.GetRootNode() == nullptr;
+    if (!isAtRoot && (scopes.depth < 1 || current_ == nullptr)) {
         return;
     }
     scopes_ = &scopes;
@@ -66,6 +94,14 @@ void DirectLoader::read(std::string_view bytes, PassedBytes& passed, const Reade
     unknown_ = nullptr;
     guess_ = &unknown_;
     handler_.remember([&] {
+        if (isAtRoot) {
+            RootTag root(*this);
+            if (!markup::PlainContent(root).readTag(bytes, passed)) {
+                return;
+            }
+            bytes.remove_prefix(static_cast<std::size_t>(passed.end - bytes.data()));
+            handler_.current_ = current_;
+        }
         // With a stage nobody has checked these bytes before, so that they are checked here.
         if (scopes.stage != nullptr) {
             if (!checked_) {
@@ -75,8 +111,8 @@ void DirectLoader::read(std::string_view bytes, PassedBytes& passed, const Reade
         } else {
             markup::PlainContent(*this).read(bytes, passed);
         }
+        handler_.current_ = current_;
     });
-    handler_.current_ = current_;
 }
 
 void DirectLoader::undo() {
@@ -259,8 +295,9 @@ void DirectLoader::abandonStartTag() noexcept {
     NodeMemory::destroySubtree(*element_);
 }
 
-[[gnu::always_inline]] inline bool DirectLoader::endStartTag(bool isEmptyElement,
-                                                             const char* /*end*/) {
+/// The name of the element of the tag at hand, in the scopes that its attributes have made; false
+/// where it draws a warning.
+[[gnu::always_inline]] inline bool DirectLoader::settleName() {
     if (isHeard_ && elementName_->hasColon() && elementName_->scope->newest() == nullptr)
         [[unlikely]] {
         abandonStartTag();
@@ -270,6 +307,21 @@ void DirectLoader::abandonStartTag() noexcept {
     if (const NodeName* const resolved = resolve(*elementName_); resolved != former) [[unlikely]] {
         NodeContext::setName(*element_, resolved);
     }
+    return true;
+}
+
+[[gnu::always_inline]] inline void DirectLoader::enterElement() {
+    open_.push_back(elementName_);
+    current_ = element_;
+    ++scopes_->depth;
+    guess_ = &elementName_->followers[markup::ByteName::Child];
+}
+
+[[gnu::always_inline]] inline bool DirectLoader::endStartTag(bool isEmptyElement,
+                                                             const char* /*end*/) {
+    if (!settleName()) [[unlikely]] {
+        return false;
+    }
     ElementLinks::append(*current_, *element_);
     if (isEmptyElement) {
         if (hasMeaning_) [[unlikely]] {
@@ -278,10 +330,27 @@ void DirectLoader::abandonStartTag() noexcept {
         guess_ = &elementName_->followers[markup::ByteName::Sibling];
         return true;
     }
-    open_.push_back(elementName_);
-    current_ = element_;
-    ++scopes_->depth;
-    guess_ = &elementName_->followers[markup::ByteName::Child];
+    enterElement();
+    return true;
+}
+
+/// The root goes below the document. One without content ends outside of all elements, where the
+/// handler goes on.
+bool DirectLoader::RootTag::endStartTag(bool isEmptyElement, const char* /*end*/) {
+    if (isEmptyElement) {
+        abandonStartTag();
+        return false;
+    }
+    if (!loader_.settleName()) {
+        return false;
+    }
+    try {
+        loader_.element_->_linkToParent(&loader_.document_, rdpLast, nullptr);
+    } catch (...) {
+        abandonStartTag();
+        throw;
+    }
+    loader_.enterElement();
     return true;
 }
 

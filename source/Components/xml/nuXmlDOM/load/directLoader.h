@@ -31,6 +31,7 @@ public:
 private:
     friend class markup::PlainContent<DirectLoader>;
     friend class CheckedContent<DirectLoader>;
+    class RootTag;
 
     struct Name : ScopedName, CheckedName {
         Name(std::string_view bytes, std::uint64_t hash, const NodeName& named,
@@ -64,6 +65,8 @@ private:
     bool addAttribute(Name& name, std::string_view value, const markup::PassedKinds& kinds);
     void abandonStartTag() noexcept;
     bool endStartTag(bool isEmptyElement, const char* /*end*/);
+    bool settleName();
+    void enterElement();
     void endEmptyElement() noexcept {} // its start tag has done that
     bool endElement(bool isInnermost, const char* /*end*/);
     bool endOuterElement(std::string_view /*name*/) { return endElement(true, nullptr); }

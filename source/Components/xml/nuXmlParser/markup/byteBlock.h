@@ -212,7 +212,8 @@ inline const char* findTagNameEnd(const char* place, const char* limit) noexcept
 }
 
 /// The first of these bytes at or behind `place`.
-template <char... sought> const char* findByte(const char* place, const char* limit) noexcept {
+template <char... sought>
+[[gnu::always_inline]] inline const char* findByte(const char* place, const char* limit) noexcept {
     for (;; place += scanBlock) {
         if (const unsigned found = findInBlock<sought...>(place); found != 0) {
             return place + std::countr_zero(found);

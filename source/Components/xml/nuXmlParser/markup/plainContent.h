@@ -75,6 +75,16 @@ public:
             }
         }
     }
+    /// Takes the start tag that bytes begin with and nothing behind it; false where it is not
+    /// plain.
+    bool readTag(std::string_view bytes, PassedBytes& passed) {
+        if (!setLimit(bytes)) {
+            return false;
+        }
+        const char* const end = readStartTag(bytes.data(), passed);
+        passed.end = end != nullptr ? end : bytes.data();
+        return end != nullptr;
+    }
 
     /// Whether text began where that stopped, and not one of its bytes is the end of it, or keeps
     /// it from being plain.
