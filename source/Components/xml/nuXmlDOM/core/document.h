@@ -223,7 +223,8 @@ public:
     /// @{
 
     /// The first element with an attribute whose local name is "id" and whose value is `id`, both
-    /// in any letter case; in the order of a path "//*".
+    /// in any letter case; in the order of a path "//*". Deliberate: quotes in `id` are dropped, as
+    /// they are in a path, so no value with quotes is found.
     [[nodiscard]] TNuDOMElement* getElementById(std::u16string_view id);
     /// The same in UTF-8.
     [[nodiscard]] TNuDOMElement* getElementById(const TNuUtf8Text& id) {

@@ -268,14 +268,14 @@ public:
     /// The elements at `path`, in the order of selection.
     [[nodiscard]] TNuDOMSelection<TNuDOMElement> Select(const TNuText& path,
                                                         TNuDOMSelectOptions options = {});
-    [[nodiscard]] TNuDOMSelection<const TNuDOMElement>
     /// The same for a constant one; what comes out is constant, too.
+    [[nodiscard]] TNuDOMSelection<const TNuDOMElement>
     Select(const TNuText& path, TNuDOMSelectOptions options = {}) const;
     /// The same for nodes of all kinds, such as attributes: "book/@id".
     [[nodiscard]] TNuDOMSelection<TNuDOMNode> SelectNodes(const TNuText& path,
                                                           TNuDOMSelectOptions options = {});
-    [[nodiscard]] TNuDOMSelection<const TNuDOMNode>
     /// The same for a constant one; what comes out is constant, too.
+    [[nodiscard]] TNuDOMSelection<const TNuDOMNode>
     SelectNodes(const TNuText& path, TNuDOMSelectOptions options = {}) const;
     /// The first element at `path`; null without one.
     [[nodiscard]] TNuDOMElement* Find(const TNuText& path, TNuDOMSelectOptions options = {});

@@ -56,12 +56,12 @@ NuLoadDocument(const std::filesystem::path& fileName, const TNuConformingOptions
 [[nodiscard]] NUXML_API NuRef<TNuDOMDocument>
 NuParseDocument(const TNuText& xml, const TNuConformingOptions& options = {},
                 TNuLoadReport* report = nullptr, const TNuDOMLimits& limits = {});
-[[nodiscard]] NUXML_API NuRef<TNuDOMDocument>
 /// The same as NuParseDocument, for text in UTF-16.
+[[nodiscard]] NUXML_API NuRef<TNuDOMDocument>
 NuCreateDOMDocument(std::u16string_view xml, const TNuConformingOptions& options,
                     TNuLoadReport* report = nullptr, const TNuDOMLimits& limits = {});
-[[nodiscard]] NUXML_API host::Ref<host::IDOMDocument>
 /// The same as an interface.
+[[nodiscard]] NUXML_API host::Ref<host::IDOMDocument>
 NuGetDOMDocument(std::u16string_view xml, const TNuConformingOptions& options,
                  TNuLoadReport* report = nullptr, const TNuDOMLimits& limits = {});
 /// The same in UTF-8.
@@ -70,13 +70,13 @@ NuGetDOMDocument(const TNuUtf8Text& xml, const TNuConformingOptions& options,
                  TNuLoadReport* report = nullptr, const TNuDOMLimits& limits = {}) {
     return NuGetDOMDocument(xml.view(), options, report, limits);
 }
-[[nodiscard]] NUXML_API host::Ref<host::IDOMDocument>
 /// A document of what a stream holds from its position on, as an interface. With `freeStream` the
 /// stream is destroyed, also when loading fails.
+[[nodiscard]] NUXML_API host::Ref<host::IDOMDocument>
 NuGetDOMDocument(host::TStream* stream, bool freeStream, const TNuConformingOptions& options,
                  TNuLoadReport* report = nullptr, const TNuDOMLimits& limits = {});
-[[nodiscard]] NUXML_API host::Ref<host::IDOMDocument>
 /// A document of a file, opened in a mode of host::TFileStream, as an interface.
+[[nodiscard]] NUXML_API host::Ref<host::IDOMDocument>
 NuGetDOMDocument(const std::filesystem::path& fileName, std::uint16_t mode,
                  const TNuConformingOptions& options, TNuLoadReport* report = nullptr,
                  const TNuDOMLimits& limits = {});
@@ -96,10 +96,10 @@ NuGetDOMDocument(const std::filesystem::path& fileName, std::uint16_t mode,
                                                                     TNuLoadReport& report) {
     return NuGetDOMDocument(xml.view(), report);
 }
-[[nodiscard]] NUXML_API host::Ref<host::IDOMDocument>
 /// The same for a stream, which is destroyed with `freeStream`, also when loading fails.
-NuGetDOMDocument(host::TStream* stream, bool freeStream, TNuLoadReport& report);
 [[nodiscard]] NUXML_API host::Ref<host::IDOMDocument>
+NuGetDOMDocument(host::TStream* stream, bool freeStream, TNuLoadReport& report);
 /// The same for a file, opened in a mode of host::TFileStream.
+[[nodiscard]] NUXML_API host::Ref<host::IDOMDocument>
 NuGetDOMDocument(const std::filesystem::path& fileName, std::uint16_t mode, TNuLoadReport& report);
 /// @}
