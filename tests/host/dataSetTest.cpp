@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -151,6 +152,47 @@ public:
         u"TReading", host::prop<&TReading::Channel>(), host::prop<&TReading::Value>(),
         host::prop<&TReading::History>(), host::prop<&TReading::GetUnit>());
 };
+
+struct Kinds {
+    bool Flag;
+    std::int8_t Tiny;
+    std::int16_t Small;
+    std::uint16_t Word;
+    std::int32_t Number;
+    std::uint32_t Large;
+    std::int64_t Huge;
+    float Ratio;
+    host::Currency Price;
+    host::TDateTime Day;
+    std::string Name;
+    // These are no fields.
+    Variant Any;
+    std::vector<std::uint8_t> Bytes;
+    std::vector<std::int32_t> Numbers;
+    std::vector<std::u16string> Names;
+    std::map<int, int> Map;
+    static constexpr auto published = host::publish<Kinds>(
+        u"Kinds", host::prop<&Kinds::Flag>(), host::prop<&Kinds::Tiny>(),
+        host::prop<&Kinds::Small>(), host::prop<&Kinds::Word>(), host::prop<&Kinds::Number>(),
+        host::prop<&Kinds::Large>(), host::prop<&Kinds::Huge>(), host::prop<&Kinds::Ratio>(),
+        host::prop<&Kinds::Price>(), host::prop<&Kinds::Day>(), host::prop<&Kinds::Name>(),
+        host::prop<&Kinds::Any>(), host::prop<&Kinds::Bytes>(), host::prop<&Kinds::Numbers>(),
+        host::prop<&Kinds::Names>(), host::prop<&Kinds::Map>());
+};
+
+TEST(RangeDataSet, EveryKindOfValueHasItsTypeOfField) {
+    std::vector<Kinds> values;
+    const host::RangeDataSet<Kinds> data(values);
+    std::vector<TFieldType> types;
+    for (std::size_t index = 0; index < data.FieldCount(); ++index) {
+        types.push_back(data.FieldType(index));
+    }
+    const std::vector<TFieldType> expected{
+        TFieldType::Boolean,  TFieldType::SmallInt, TFieldType::SmallInt,  TFieldType::Word,
+        TFieldType::Integer,  TFieldType::LargeInt, TFieldType::LargeInt,  TFieldType::Float,
+        TFieldType::Currency, TFieldType::DateTime, TFieldType::WideString};
+    EXPECT_EQ(types, expected);
+}
 
 TEST(RangeDataSet, PublishedValuesAreFields) {
     std::vector<TReading> readings(1);

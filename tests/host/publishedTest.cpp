@@ -88,6 +88,15 @@ public:
         prop<&Person::größe>(), prop<&Person::title_>(u"Own").Default(u"none"));
 };
 
+struct Rate {
+    float Part = 0.25F;
+    host::Currency Price{12345};
+    host::TDateTime Day{45418};
+    static constexpr auto published = host::publish<Rate>(
+        u"Rate", prop<&Rate::Part>().Default(0.25F), prop<&Rate::Price>().Default({12345}),
+        prop<&Rate::Day>().Default({45418}));
+};
+
 class Chief : public host::Published<Chief, Person> {
 public:
     explicit Chief(int staff) : Staff(staff) {}
@@ -179,6 +188,13 @@ TEST(Published, readsAndSetsPropertiesAsVariants) {
 TEST(Published, knowsDefaults) {
     EXPECT_EQ(host::CheckDefaults<Point>(), u"");
     EXPECT_EQ(host::CheckDefaults<Person>(), u"Paints"); // a fresh one is empty
+    EXPECT_EQ(host::CheckDefaults<Rate>(), u"");
+    Rate rate{1, {1}, {1}};
+    for (const host::TPropInfo& property : host::classOf<Rate>.properties) {
+        EXPECT_FALSE(host::HasDefault(host::instance(rate), property));
+        host::ResetToDefault(host::instance(rate), property);
+        EXPECT_TRUE(host::HasDefault(host::instance(rate), property));
+    }
     Person person;
     const host::Instance object = host::instance(person);
     person.Floor = 5;
