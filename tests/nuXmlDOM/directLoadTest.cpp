@@ -196,6 +196,38 @@ std::string loadByEvents(const Way& way, std::string_view bytes) {
         });
 }
 
+/// Attributes that are not the reader's own.
+class ForeignAttributes final : public TNuSAXAttributes {
+public:
+    using TNuSAXAttributes::TNuSAXAttributes;
+};
+
+TEST(DirectLoading, buildsWhatAnotherProducerTells) {
+    TNuSAXXMLReader reader;
+    const NuRef<TNuDOMDocument> document = TNuDOMDocument::Create();
+    const auto builder = host::makeRef<TNuSaxToDomHandler>(reader, *document);
+    const auto attributes = host::makeRef<ForeignAttributes>(reader);
+    TNuSAXAttribute& attribute = attributes->CreateAttribute();
+    attribute.SetQName(u"k", 1);
+    attribute.SetValue(u"1&amp;", 6);
+    const std::u16string uri(300, u'u');
+    builder->startDocument();
+    builder->startDTD(u"a", u"", u"");
+    builder->endDTD();
+    builder->startPrefixMapping(u"", uri);
+    builder->startElement(uri, u"a", u"a", *attributes);
+    builder->startEntity(u"e");
+    builder->characters(u"t");
+    builder->endEntity(u"e");
+    builder->ignorableWhitespace(u" ");
+    builder->skippedEntity(u"s");
+    EXPECT_ANY_THROW(builder->startElement(u"", u"b c", u"b c", *attributes));
+    builder->endElement(uri, u"a", u"a");
+    builder->endPrefixMapping(u"");
+    const auto* const root = document->get_documentElement();
+    EXPECT_EQ(root->get_xml(), u"<a k=\"1&amp;\">t</a>");
+}
+
 /// What a document builds from its bytes is what a handler builds from the events of a reader.
 TEST(DirectLoading, buildsWhatTheEventsTell) {
     const std::uint64_t inputs = support::randomInputs(20'000);
