@@ -36,7 +36,8 @@ public:
 
     /// The first stop of `set` at or after `place` where the text ends at `last`.
     template <StopSet set>
-    [[nodiscard]] PNuXmlChar find(PNuXmlChar place, PNuXmlChar last) noexcept {
+    [[nodiscard]] [[gnu::always_inline]] PNuXmlChar find(PNuXmlChar place,
+                                                         PNuXmlChar last) noexcept {
         const std::size_t offset = offsetOf(place);
         if (offset < length) [[likely]] {
             const std::uint64_t stops = stopsOf(set) >> offset;
@@ -50,7 +51,8 @@ public:
     /// The same; tells also whether no stop of `absent` is known to stand before that. Nothing is
     /// known of text of more than two blocks.
     template <StopSet set, StopSet absent>
-    [[nodiscard]] PNuXmlChar find(PNuXmlChar place, PNuXmlChar last, bool& isFree) noexcept {
+    [[nodiscard]] [[gnu::always_inline]] PNuXmlChar find(PNuXmlChar place, PNuXmlChar last,
+                                                         bool& isFree) noexcept {
         const std::size_t offset = offsetOf(place);
         if (offset < length) [[likely]] {
             const std::uint64_t stops = stopsOf(set) >> offset;

@@ -75,15 +75,18 @@ public:
     }
     /// The newest declaration of `prefix`, or null.
     [[nodiscard]] const TNuSaxNamespace* GetNamespace(std::u16string_view prefix) const {
-        // Elements without a prefix ask for the default namespace, tag by tag.
         if (prefix.empty()) {
-            return default_.newest_;
+            return defaultNamespace();
         }
         const nu::PrefixScope* recent = recent_[recentPlace(prefix)];
         if (recent == nullptr || recent->text_ != prefix) {
             recent = find(prefix);
         }
         return recent != nullptr ? recent->newest_ : nullptr;
+    }
+    /// The newest declaration of the default namespace, or null.
+    [[nodiscard]] const TNuSaxNamespace* defaultNamespace() const noexcept {
+        return default_.newest();
     }
     /// Removes every declaration whose level is `level` or more.
     void RemoveLevel(std::int32_t level) {

@@ -203,7 +203,7 @@ private:
     template <class Interface>
     static void takeDefault(host::Ref<Interface>& place, host::Ref<TNuSAXHandler>& made) noexcept;
     /// The list of the last tag if nobody else holds it, a new one otherwise.
-    TNuSAXAttributes& freshAttributes() {
+    [[gnu::always_inline]] TNuSAXAttributes& freshAttributes() {
         if (attributes_ && attributes_->RefCount() == 1) {
             attributes_->Clear();
         } else {

@@ -135,13 +135,14 @@ template <class Source> inline void SaxScanner<Source>::closeElement() {
 /// The URI of an element's name: never null, empty where there is none.
 template <class Source>
 inline std::u16string_view SaxScanner<Source>::resolveNamespace(const Name& name) {
-    const std::u16string_view prefix = name.hasPrefix() ? name.prefix() : std::u16string_view();
-    if (const TNuSaxNamespace* scope = reader_.namespaces_.GetNamespace(prefix)) {
+    if (!name.hasPrefix()) {
+        const TNuSaxNamespace* const scope = reader_.namespaces_.defaultNamespace();
+        return scope != nullptr ? std::u16string_view(scope->URI) : u"";
+    }
+    if (const TNuSaxNamespace* scope = reader_.namespaces_.GetNamespace(name.prefix())) {
         return scope->URI;
     }
-    if (name.hasPrefix()) {
-        warn(host::formatMessage(messages::noNamespaceForPrefix, {prefix}));
-    }
+    warn(host::formatMessage(messages::noNamespaceForPrefix, {name.prefix()}));
     return u"";
 }
 

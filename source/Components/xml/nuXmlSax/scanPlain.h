@@ -19,15 +19,15 @@ namespace nu {
 /// Entered with any character current; leaves the first "<" or ">" current that is not plain.
 template <class Source> void SaxScanner<Source>::scanPlainContent() {
     PNuXmlChar place = source_.currentPlace();
-    if (*place != cNuLt && *place != cNuGt) {
+    bool isTag = *place == cNuLt;
+    if ((!isTag && *place != cNuGt) || (isTag && place == source_.LastPtr())) {
         return;
     }
-    for (;;) {
+    // Behind a tag comes text, and behind text, which does not end with the input, a tag.
+    for (;; isTag = !isTag) {
         PNuXmlChar next = nullptr;
-        if (*place == cNuGt) {
+        if (!isTag) {
             next = scanPlainText(place);
-        } else if (place == source_.LastPtr()) {
-            return;
         } else if (place[1] == cNuSlash) {
             next = scanPlainEndTag(place);
         } else {
