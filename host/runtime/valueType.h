@@ -53,7 +53,7 @@ enum class ValueContent : std::uint8_t {
 
 /// How what values of a kind hold is reached.
 [[nodiscard]] constexpr ValueContent contentOf(ValueKind kind) noexcept {
-    constexpr unsigned first = static_cast<unsigned>(ValueKind::Object);
+    constexpr auto first = static_cast<unsigned>(ValueKind::Object);
     const auto place = static_cast<unsigned>(kind);
     return place < first ? ValueContent::Text : static_cast<ValueContent>(place - first + 1);
 }

@@ -28,7 +28,8 @@ constexpr std::size_t powerIndex(std::size_t size) noexcept {
 /// The blocks themselves, which documents share after nodes have moved from one to another.
 class DocumentMemory::Blocks {
 public:
-    Blocks() noexcept {} // and not "= default", which would clear the first block
+    // NOLINTNEXTLINE(modernize-use-equals-default): that would clear the first block
+    Blocks() noexcept {}
     Blocks(const Blocks&) = delete;
     Blocks& operator=(const Blocks&) = delete;
     ~Blocks() {
