@@ -1,11 +1,14 @@
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 
 #include "nuXmlDOM/core/document.h"
 #include "nuXmlDOM/core/elementLinks.h"
 #include "nuXmlDOM/core/nodeKinds.h"
 #include "nuXmlDOM/core/nodeLinks.h"
+#include "nuXmlDOM/path/pathNodes.h"
 
 /// \file
 /// The tree as paths see it. The document stands for the element that holds the document element:
@@ -69,6 +72,35 @@ inline void fetchAhead(const TNuDOMNode& node) noexcept {
         next = elementFrom(NodeLinks::next(*from), visits);
     }
     return next;
+}
+
+/// Visits the nodes among the children of `context`, then those among the children of each element
+/// below it in the order of the document, until `visit` gives false for one. One walk: what an
+/// element has below it waits until its turn comes, in memory that is the caller's. Throws
+/// std::bad_alloc.
+template <class Visit> void walkByParents(TNuDOMNode& context, PathNodes& waiting, Visit&& visit) {
+    waiting.clear();
+    if (TNuDOMNode* child = firstOfNamed(context)) {
+        waiting.push_back(child);
+    }
+    while (!waiting.empty()) {
+        // 1. All children of the next element.
+        TNuDOMNode* child = waiting.back();
+        waiting.pop_back();
+        const auto firstOfLevel = static_cast<std::ptrdiff_t>(waiting.size());
+        for (; child != nullptr; child = NodeLinks::next(*child)) {
+            fetchAhead(*child);
+            if (!visit(*child)) {
+                return;
+            }
+            TNuDOMNode* const below = is<TNuDOMElement>(*child) ? firstOfNamed(*child) : nullptr;
+            if (below != nullptr) {
+                waiting.push_back(below);
+            }
+        }
+        // 2. Below the first of them it goes on.
+        std::reverse(waiting.begin() + firstOfLevel, waiting.end());
+    }
 }
 
 } // namespace nu

@@ -131,17 +131,18 @@ TNuDOMElement* TNuDOMDocument::getElementById(std::u16string_view id) {
     }
     // 2. The children of each element, before anything below them. Of an element the first id
     //    counts.
-    std::uint64_t visits = 0; // which nothing bounds
-    for (TNuDOMNode* parent = this; parent != nullptr;
-         parent = nu::nextElement(*parent, *this, visits)) {
-        for (TNuDOMNode* child = nu::elementFrom(nu::firstOfNamed(*parent), visits);
-             child != nullptr; child = nu::elementFrom(nu::NodeLinks::next(*child), visits)) {
-            const auto attributes = static_cast<TNuDOMElement*>(child)->Attributes();
+    TNuDOMElement* result = nullptr;
+    nu::PathNodes waiting;
+    nu::walkByParents(*this, waiting, [&](TNuDOMNode& child) {
+        auto* const element = nu::as<TNuDOMElement>(&child);
+        if (element != nullptr) {
+            const auto attributes = element->Attributes();
             const auto found = std::find_if(attributes.begin(), attributes.end(), isId);
             if (found != attributes.end() && nu::comparePathValue(filter, *found)) {
-                return static_cast<TNuDOMElement*>(child);
+                result = element;
             }
         }
-    }
-    return nullptr;
+        return result == nullptr;
+    });
+    return result;
 }

@@ -174,36 +174,18 @@ bool StepSearch::matchInTreeOrder(TNuDOMNode& context, PathNodes& found, Test&& 
 }
 
 /// Finds the nodes among the children of `context`, then among those of each element below it in
-/// the order of the document. One walk: what an element has below it waits until its turn comes.
+/// the order of the document.
 template <class Test>
 void StepSearch::matchByParents(TNuDOMNode& context, PathNodes& found, Test&& test) {
-    const auto wait = [&](TNuDOMNode& parent) {
-        if (TNuDOMNode* child = firstOfNamed(parent)) {
-            waiting_.push_back(child);
-        }
-    };
-    waiting_.clear();
-    wait(context);
     std::uint64_t visits = 1;
-    while (!waiting_.empty()) {
-        // 1. All children of the next element; each counts for itself and for what it has.
-        TNuDOMNode* child = waiting_.back();
-        waiting_.pop_back();
-        const auto firstOfLevel = static_cast<std::ptrdiff_t>(waiting_.size());
-        for (; child != nullptr; child = NodeLinks::next(*child)) {
-            fetchAhead(*child);
-            visits += 2;
-            if (test(*child) && isKept(*child)) {
-                add(*child, found);
-            }
-            if (is<TNuDOMElement>(*child)) {
-                ++visits;
-                wait(*child);
-            }
+    walkByParents(context, waiting_, [&](TNuDOMNode& child) {
+        // Each counts for itself and for what it has.
+        visits += is<TNuDOMElement>(child) ? 3 : 2;
+        if (test(child) && isKept(child)) {
+            add(child, found);
         }
-        // 2. Below the first of them it goes on.
-        std::reverse(waiting_.begin() + firstOfLevel, waiting_.end());
-    }
+        return true;
+    });
     visits_ += visits;
 }
 
